@@ -1,0 +1,13 @@
+# Release is the default; Sanitize is a debug build under AddressSanitizer and
+# UndefinedBehaviorSanitizer whose reports end the process.
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Release or Sanitize" FORCE)
+endif()
+set_property(CACHE CMAKE_BUILD_TYPE PROPERTY STRINGS Release Sanitize)
+
+set(larkspur_sanitizers "-fsanitize=address,undefined -fno-sanitize-recover=undefined")
+set(CMAKE_C_FLAGS_SANITIZE "-O1 -g -fno-omit-frame-pointer ${larkspur_sanitizers}")
+set(CMAKE_CXX_FLAGS_SANITIZE "${CMAKE_C_FLAGS_SANITIZE}")
+set(CMAKE_EXE_LINKER_FLAGS_SANITIZE "${larkspur_sanitizers}")
+set(CMAKE_MODULE_LINKER_FLAGS_SANITIZE "${larkspur_sanitizers}")
+set(CMAKE_SHARED_LINKER_FLAGS_SANITIZE "${larkspur_sanitizers}")
