@@ -1,0 +1,105 @@
+#include "core/display.h"
+
+#include <utility>
+
+#include "core/exports.h"
+#include "core/py_ref.h"
+
+extern "C" {
+SDL_Surface* g_screen = nullptr;
+uint32_t COLOR_WHITE = 0;
+}
+
+namespace larkspur {
+namespace {
+
+// The kept Surface, and the SDL surface it held when g_screen last followed it. pygame changes the
+// pointer inside the object when the display is closed or set anew.
+PyObject* kept_object = nullptr;
+SDL_Surface* kept_surface = nullptr;
+
+void publish(SDL_Surface* surface) noexcept {
+    kept_surface = surface;
+    g_screen = surface;
+    if (surface != nullptr) {
+        const SDL_PixelFormat& format = *surface->format;
+        COLOR_WHITE = format.Rmask | format.Gmask | format.Bmask;
+    }
+}
+
+// Makes g_screen follow the kept object when pygame replaced the surface inside it.
+void follow_pygame() noexcept {
+    if (kept_object == nullptr) {
+        return;
+    }
+    SDL_Surface* current = peek_surface(kept_object);
+    if (current != kept_surface) {
+        publish(current);
+    }
+}
+
+}  // namespace
+
+PyObject* set_sdl_screen(PyObject* /*module*/, PyObject* args) noexcept {
+    PyObject* object = nullptr;
+    if (!PyArg_ParseTuple(args, "O", &object)) {
+        return nullptr;
+    }
+    SDL_Surface* surface = surface_of(object, "set_SDL_screen()");
+    if (surface == nullptr) {
+        return nullptr;
+    }
+    Py_INCREF(object);
+    PyObject* old = std::exchange(kept_object, object);
+    publish(surface);
+    Py_XDECREF(old);
+    return new_none();
+}
+
+PyObject* init_subsystems(PyObject* /*module*/, PyObject* /*args*/) noexcept {
+    SDL_InitSubSystem(SDL_INIT_VIDEO);
+    return new_none();
+}
+
+SDL_Surface* display_surface() noexcept {
+    follow_pygame();
+    return SDL_GetVideoSurface() != nullptr ? g_screen : nullptr;
+}
+
+SDL_Surface* require_display(const char* function) noexcept {
+    SDL_Surface* surface = display_surface();
+    if (surface == nullptr) {
+        PyErr_Format(PyExc_RuntimeError,
+                     "%s needs a display: call set_SDL_screen() with what display.set_mode() "
+                     "returned, and keep it open",
+                     function);
+    }
+    return surface;
+}
+
+std::uint32_t display_white() noexcept {
+    follow_pygame();
+    return COLOR_WHITE;
+}
+
+PyObject* screen_surface_object() noexcept {
+    return kept_object;
+}
+
+DisplayUse::DisplayUse() noexcept {
+    SDL_Surface* surface = display_surface();
+    if (surface == nullptr) {
+        return;
+    }
+    if (surface == kept_surface) {
+        const PendingException set_aside;
+        object_use_.emplace(kept_object, "the surface of set_SDL_screen()");
+        PyErr_Clear();  // a part that lost its parent is no display
+        if (!*object_use_) {
+            return;
+        }
+    }
+    surface_ = surface;
+}
+
+}  // namespace larkspur

@@ -1,0 +1,50 @@
+// The display: the surface that is drawn on and whose format all surfaces made here share.
+#pragma once
+
+#include "core/python.h"
+
+#include <SDL.h>
+
+#include <cstdint>
+#include <optional>
+
+#include "core/pygame.h"
+
+namespace larkspur {
+
+/// Module function set_SDL_screen(surface): keeps the pygame Surface and publishes its SDL surface
+/// and white. Returns None; TypeError for anything but a Surface.
+PyObject* set_sdl_screen(PyObject* module, PyObject* args) noexcept;
+
+/// Module function init_subsystems(): initialises SDL's video subsystem; returns None.
+PyObject* init_subsystems(PyObject* module, PyObject* args) noexcept;
+
+/// The display's surface; null when none was set, or there is no video mode any more. Follows
+/// pygame when it closed or replaced the display since. Sets no exception.
+SDL_Surface* display_surface() noexcept;
+
+/// As display_surface(), but raises RuntimeError when there is none.
+SDL_Surface* require_display(const char* function) noexcept;
+
+/// White in the display's format, without alpha; 0 before any display was set.
+std::uint32_t display_white() noexcept;
+
+/// The pygame Surface last given to set_SDL_screen(), borrowed; null before.
+PyObject* screen_surface_object() noexcept;
+
+/// Holds the display for a scope in which its pixels are used: the kept Surface stays alive and,
+/// should it be a part of another surface, has its pixels found again. False, without an exception,
+/// when there is no display.
+class DisplayUse {
+ public:
+    DisplayUse() noexcept;
+
+    SDL_Surface* get() const noexcept { return surface_; }
+    explicit operator bool() const noexcept { return surface_ != nullptr; }
+
+ private:
+    std::optional<SurfaceUse> object_use_;
+    SDL_Surface* surface_ = nullptr;
+};
+
+}  // namespace larkspur

@@ -1,0 +1,163 @@
+#include "core/host.h"
+
+#include "core/diagnostics.h"
+#include "core/exports.h"
+#include "core/py_ref.h"
+
+extern "C" {
+PyObject* gm6 = nullptr;
+PyObject* gmapi = nullptr;
+PyObject* gmapi__dict__ = nullptr;
+
+PyObject* gm6_Room_Compile = nullptr;
+PyObject* gm6_Room_Create = nullptr;
+PyObject* gm6_Room_InitializeBackgrounds = nullptr;
+PyObject* gm6_Room_AddInstance = nullptr;
+PyObject* gm6_Room_AddDrawnInstance = nullptr;
+PyObject* gm6_Room_ResortDrawnObjects = nullptr;
+PyObject* gm6_Room_SetBackgroundIndex = nullptr;
+PyObject* gm6_Room_StepAlarms = nullptr;
+PyObject* gm6_Room_MoveInstances = nullptr;
+PyObject* gm6_Room_HandleCollisions = nullptr;
+PyObject* gm6_Room_StepEvents = nullptr;
+PyObject* gm6_Room_DrawBackgrounds = nullptr;
+PyObject* gm6_Room_RenderBackground = nullptr;
+PyObject* gm6_Room_Leave = nullptr;
+PyObject* gm6_Room_MouseButtonDown = nullptr;
+PyObject* gm6_Room_MouseButtonUp = nullptr;
+PyObject* gm6_Room_HandleKeyrelease = nullptr;
+PyObject* gm6_Room_HandleKeypress = nullptr;
+PyObject* gm6_Room_DrawView = nullptr;
+PyObject* gmapi_draw_sprite_ext = nullptr;
+PyObject* gmapi_py_ParticleSystem = nullptr;
+PyObject* gmapi_py_draw_props = nullptr;
+PyObject* gmapi_py_self_stack = nullptr;
+PyObject* pygame_draw_rect = nullptr;
+PyObject* pygame_Surface = nullptr;
+}
+
+namespace larkspur {
+namespace {
+
+PyObject* sprite_loader = nullptr;
+PyObject* background_loader = nullptr;
+PyObject* registry = nullptr;
+std::array<PyObject*, 3> instance_types = {};
+
+// One host attribute and the global that keeps it.
+struct HostCallable {
+    PyObject** module;
+    const char* attribute;
+    PyObject** slot;
+};
+
+// In the order in which they are fetched.
+constexpr HostCallable kHostCallables[] = {
+    {&gm6, "SpriteData_load_images", &sprite_loader},
+    {&gm6, "BackgroundData_load_images", &background_loader},
+    {&gm6, "Room_Compile", &gm6_Room_Compile},
+    {&gm6, "Room_Create", &gm6_Room_Create},
+    {&gm6, "Room_InitializeBackgrounds", &gm6_Room_InitializeBackgrounds},
+    {&gm6, "Room_AddInstance", &gm6_Room_AddInstance},
+    {&gm6, "Room_AddDrawnInstance", &gm6_Room_AddDrawnInstance},
+    {&gm6, "Room_ResortDrawnObjects", &gm6_Room_ResortDrawnObjects},
+    {&gm6, "Room_SetBackgroundIndex", &gm6_Room_SetBackgroundIndex},
+    {&gm6, "Room_StepAlarms", &gm6_Room_StepAlarms},
+    {&gm6, "Room_MoveInstances", &gm6_Room_MoveInstances},
+    {&gm6, "Room_HandleCollisions", &gm6_Room_HandleCollisions},
+    {&gm6, "Room_StepEvents", &gm6_Room_StepEvents},
+    {&gm6, "Room_DrawBackgrounds", &gm6_Room_DrawBackgrounds},
+    {&gm6, "Room_RenderBackground", &gm6_Room_RenderBackground},
+    {&gm6, "Room_Leave", &gm6_Room_Leave},
+    {&gm6, "Room_MouseButtonDown", &gm6_Room_MouseButtonDown},
+    {&gm6, "Room_MouseButtonUp", &gm6_Room_MouseButtonUp},
+    {&gm6, "Room_HandleKeyrelease", &gm6_Room_HandleKeyrelease},
+    {&gm6, "Room_HandleKeypress", &gm6_Room_HandleKeypress},
+    {&gmapi, "draw_sprite_ext", &gmapi_draw_sprite_ext},
+    {&gmapi, "py_ParticleSystem", &gmapi_py_ParticleSystem},
+    {&gmapi, "py_draw_props", &gmapi_py_draw_props},
+    {&gmapi, "py_self_stack", &gmapi_py_self_stack},
+};
+
+// Fetches an attribute with no exception pending, so that an earlier failure cannot upset the
+// lookup; of several failures the last one stays pending.
+PyRef fetch(PyObject* object, const char* attribute) noexcept {
+    if (object == nullptr) {
+        return PyRef();
+    }
+    const PendingException set_aside;
+    return PyRef::steal(PyObject_GetAttrString(object, attribute));
+}
+
+PyObject* bind_module(const char* name) noexcept {
+    PyObject* module = PyImport_AddModule(name);  // borrowed
+    Py_XINCREF(module);
+    return module;
+}
+
+}  // namespace
+
+PyObject* register_instances_dict(PyObject* /*module*/, PyObject* args) noexcept {
+    Py_CLEAR(registry);
+    for (PyObject*& type : instance_types) {
+        Py_CLEAR(type);
+    }
+
+    PyObject* objects[4] = {};
+    if (PyArg_ParseTuple(args, "OOOO", &objects[0], &objects[1], &objects[2], &objects[3])) {
+        // Releasing the old objects can have run code that registered others meanwhile.
+        const PyRef older[] = {PyRef::steal(registry), PyRef::steal(instance_types[0]),
+                               PyRef::steal(instance_types[1]), PyRef::steal(instance_types[2])};
+        for (PyObject* object : objects) {
+            Py_INCREF(object);
+        }
+        registry = objects[0];
+        instance_types = {objects[1], objects[2], objects[3]};
+    } else {
+        PyErr_Clear();  // bad arguments go unreported: the callables are fetched all the same
+    }
+
+    // A value stored by an earlier call keeps its reference: running code may still use it.
+    for (const HostCallable& callable : kHostCallables) {
+        *callable.slot = fetch(*callable.module, callable.attribute).release();
+    }
+    const PyRef pygame = fetch(gmapi, "pygame");
+    {
+        const PyRef draw = fetch(pygame.get(), "draw");
+        pygame_draw_rect = fetch(draw.get(), "rect").release();
+    }
+    pygame_Surface = fetch(pygame.get(), "Surface").release();
+    return new_none();
+}
+
+PyObject* draw_sprite_ext(PyObject* /*module*/, PyObject* /*args*/) noexcept {
+    write_stderr(
+        "This does not behave properly on Mac, and does not provide the desired speed boost on "
+        "Linux.\n");
+    return nullptr;
+}
+
+void bind_host_modules() noexcept {
+    gm6 = bind_module("gm6");
+    gmapi = bind_module("gmapi");
+    gmapi__dict__ = fetch(gmapi, "__dict__").release();
+    Py_XINCREF(gmapi);  // binding the module and its dictionary takes one reference each
+}
+
+PyObject* instances_dict() noexcept {
+    return registry;
+}
+
+const std::array<PyObject*, 3>& direct_instance_types() noexcept {
+    return instance_types;
+}
+
+PyObject* sprite_image_loader() noexcept {
+    return sprite_loader;
+}
+
+PyObject* background_image_loader() noexcept {
+    return background_loader;
+}
+
+}  // namespace larkspur

@@ -1,0 +1,207 @@
+#include "core/host_access.h"
+
+#include <climits>
+
+#include "core/diagnostics.h"
+#include "core/display.h"
+#include "core/recursion.h"
+
+namespace larkspur {
+namespace {
+
+constexpr Py_ssize_t kNotFound = -1;
+constexpr Py_ssize_t kLookupFailed = -2;  // with an exception
+
+// Position of an object, by identity, in gm6.game.<list_name>. What is no list has no positions.
+Py_ssize_t position_in_game_list(PyObject* object, const char* list_name) noexcept {
+    const PyRef list = game_list(gm6, list_name);
+    if (!list) {
+        return kLookupFailed;
+    }
+    if (!PyList_Check(list.get())) {
+        return kNotFound;
+    }
+    const Py_ssize_t length = PyList_GET_SIZE(list.get());
+    for (Py_ssize_t i = 0; i < length; ++i) {
+        if (PyList_GET_ITEM(list.get(), i) == object) {
+            return i;
+        }
+    }
+    return kNotFound;
+}
+
+// First instance of an object resource, depth first; empty when there is none or with an exception.
+PyRef first_instance(PyObject* object) noexcept {
+    const RecursionGuard recursion(" while searching the first instance of an object");
+    if (!recursion) {
+        return PyRef();
+    }
+    {
+        const PyRef instances = PyRef::steal(PyObject_GetAttrString(object, "instances"));
+        if (!instances) {
+            return PyRef();
+        }
+        const Py_ssize_t count = PyObject_Size(instances.get());
+        if (count < 0) {
+            return PyRef();
+        }
+        if (count >= 1) {
+            return PyRef::steal(PySequence_GetItem(instances.get(), 0));
+        }
+    }
+    const PyRef children = PyRef::steal(PyObject_GetAttrString(object, "children"));
+    if (!children) {
+        return PyRef();
+    }
+    // Lookups can change the list: its length is read anew for every child.
+    for (Py_ssize_t i = 0;; ++i) {
+        const Py_ssize_t count = PyObject_Size(children.get());
+        if (i >= count) {
+            return PyRef();  // a failed count, -1, ends here too, with its exception
+        }
+        const PyRef child = PyRef::steal(PySequence_GetItem(children.get(), i));
+        if (!child) {
+            return PyRef();
+        }
+        PyRef found = first_instance(child.get());
+        if (found || PyErr_Occurred() != nullptr) {
+            return found;
+        }
+    }
+}
+
+PyRef call(PyObject* callable, PyRef arguments) noexcept {
+    if (!arguments) {
+        return PyRef();
+    }
+    if (callable == nullptr) {
+        PyErr_SetString(PyExc_RuntimeError,
+                        "the host's callables are not there yet: call RegisterInstancesDict() once "
+                        "gm6 and gmapi are complete");
+        return PyRef();
+    }
+    return PyRef::steal(PyObject_CallObject(callable, arguments.get()));
+}
+
+// One part of a colour; -1 with its exception when it does not convert.
+std::uint32_t colour_part(PyObject* colour, Py_ssize_t i) noexcept {
+    const PyRef part = PyRef::steal(PySequence_GetItem(colour, i));
+    return part ? static_cast<std::uint32_t>(PyInt_AsLong(part.get())) : UINT_MAX;
+}
+
+}  // namespace
+
+PyRef game_list(PyObject* host_module, const char* list_name) noexcept {
+    if (host_module == nullptr) {
+        PyErr_SetString(PyExc_RuntimeError, "the host's modules gm6 and gmapi are not bound");
+        return PyRef();
+    }
+    const PyRef game = PyRef::steal(PyObject_GetAttrString(host_module, "game"));
+    if (!game) {
+        return PyRef();
+    }
+    return PyRef::steal(PyObject_GetAttrString(game.get(), list_name));
+}
+
+}  // namespace larkspur
+
+using larkspur::PyRef;
+
+extern "C" {
+
+PyObject* Game_Sequence_Index(PyObject* object, const char* list_name) {
+    const Py_ssize_t position = larkspur::position_in_game_list(object, list_name);
+    return position < 0 ? nullptr : PyInt_FromSsize_t(position);
+}
+
+PyObject* Game_Sequence_Index_F(PyObject* object, const char* list_name) {
+    const Py_ssize_t position = larkspur::position_in_game_list(object, list_name);
+    return position < 0 ? nullptr : PyFloat_FromDouble(static_cast<double>(position));
+}
+
+PyObject* Game_Sequence_Index_S(PyObject* object, const char* list_name) {
+    const Py_ssize_t position = larkspur::position_in_game_list(object, list_name);
+    return position == larkspur::kLookupFailed ? nullptr : PyString_FromFormat("%zd", position);
+}
+
+int32_t seqi(PyObject* sequence, int32_t i) {
+    PyObject* item = nullptr;  // borrowed
+    if (PyList_Check(sequence)) {
+        item = PyList_GetItem(sequence, i);
+    } else if (PyTuple_Check(sequence)) {
+        item = PyTuple_GetItem(sequence, i);
+    } else {
+        PyErr_Format(PyExc_TypeError, "a state must be a tuple or a list, got %.200s",
+                     Py_TYPE(sequence)->tp_name);
+    }
+    if (item == nullptr) {
+        return -1;
+    }
+    const PyRef held = PyRef::borrow(item);  // converting can run code that empties the list
+    return static_cast<int32_t>(PyInt_AsLong(item));
+}
+
+PyObject* GetFirstInstance(PyObject* object) {
+    return larkspur::first_instance(object).release();
+}
+
+int PushSelf(PyObject* instance) {
+    if (gmapi == nullptr || gmapi_py_self_stack == nullptr || !PyList_Check(gmapi_py_self_stack)) {
+        PyErr_SetString(
+            PyExc_RuntimeError,
+            "gmapi.py_self_stack must be a list when RegisterInstancesDict() is called");
+        return -1;
+    }
+    const PyRef current = PyRef::steal(PyObject_GetAttrString(gmapi, "self"));
+    if (!current || PyList_Append(gmapi_py_self_stack, current.get()) != 0) {
+        return -1;
+    }
+    return PyObject_SetAttrString(gmapi, "self", instance);
+}
+
+int PopSelf(void) {
+    const Py_ssize_t last = gmapi_py_self_stack != nullptr && PyList_Check(gmapi_py_self_stack)
+                                ? PyList_GET_SIZE(gmapi_py_self_stack) - 1
+                                : -1;
+    if (last < 0) {
+        larkspur::write_stderr("Error in PyList_GetItem %d\n", static_cast<int>(last));
+        return -1;
+    }
+    const PyRef saved = PyRef::borrow(PyList_GET_ITEM(gmapi_py_self_stack, last));
+    // The store comes first: the saved object stays on the stack until it is current again.
+    const int status = PyObject_SetAttrString(gmapi, "self", saved.get());
+    if (last >= PyList_GET_SIZE(gmapi_py_self_stack)) {
+        return status;  // the store ran code that shortened the stack itself
+    }
+    const int deleted = PyList_SetSlice(gmapi_py_self_stack, last, last + 1, nullptr);
+    return status != 0 ? status : deleted;
+}
+
+PyObject* invoke(PyObject* callable, PyObject* argument) {
+    return larkspur::call(callable, PyRef::steal(Py_BuildValue("(O)", argument))).release();
+}
+
+PyObject* invoke_4(PyObject* callable, PyObject* a, PyObject* b, PyObject* c, PyObject* d) {
+    return larkspur::call(callable, PyRef::steal(Py_BuildValue("(OOOO)", a, b, c, d))).release();
+}
+
+uint32_t color_as_int(PyObject* colour) {
+    if (!PySequence_Check(colour)) {
+        return static_cast<uint32_t>(PyInt_AsLong(colour));
+    }
+    if (PySequence_Size(colour) <= 2) {
+        return larkspur::display_white();
+    }
+    const SDL_Surface* display = larkspur::require_display("color_as_int()");
+    if (display == nullptr) {
+        return larkspur::display_white();
+    }
+    // Converting a part can run code that closes the display: only copies of the shifts are used.
+    const SDL_PixelFormat format = *display->format;
+    const uint32_t red = larkspur::colour_part(colour, 0);
+    const uint32_t green = larkspur::colour_part(colour, 1);
+    const uint32_t blue = larkspur::colour_part(colour, 2);
+    return (red << format.Rshift) + (green << format.Gshift) + (blue << format.Bshift);
+}
+
+}  // extern "C"

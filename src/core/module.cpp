@@ -1,0 +1,44 @@
+// The module: its functions in their fixed order, and its initialisation.
+#include "core/python.h"
+
+#include "core/diagnostics.h"
+#include "core/display.h"
+#include "core/exports.h"
+#include "core/host.h"
+#include "core/pygame.h"
+#include "core/random_seed.h"
+#include "core/type_table.h"
+
+namespace larkspur {
+namespace {
+
+// The order is part of the module's interface, and so is every text. A row stands here from the
+// moment its function exists.
+PyMethodDef module_functions[] = {
+    {"breakable", breakable, METH_VARARGS, "A hook for GDB."},
+    {"init_subsystems", init_subsystems, METH_VARARGS, "Initialize the subsystem variables."},
+    {"set_SDL_screen", set_sdl_screen, METH_VARARGS, "Store the SDL screen in a C variable."},
+    {"RegisterInstancesDict", register_instances_dict, METH_VARARGS,
+     "Store data for InstanceList."},
+    {"draw_sprite_ext", draw_sprite_ext, METH_VARARGS, "Draw a sprite."},
+    {nullptr, nullptr, 0, nullptr},
+};
+
+}  // namespace
+}  // namespace larkspur
+
+// The interpreter finds this function by name, so it has to be visible.
+extern "C" LARKSPUR_EXPORT void initlarkspur() {
+    using namespace larkspur;
+
+    PyObject* module = Py_InitModule4("larkspur", module_functions, nullptr, nullptr,
+                                      PYTHON_API_VERSION);  // borrowed
+    if (module == nullptr) {
+        return;
+    }
+    add_types(module);
+    load_pygame_api(pygame_api());
+    const std::uint32_t entropy = read_entropy();
+    seed_random(entropy);
+    bind_host_modules();
+}

@@ -1,0 +1,201 @@
+#include "core/pygame.h"
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/exports.h"
+
+namespace larkspur {
+namespace {
+
+// pygame's own records, as every release from 1.8 to 1.9.6 lays them out.
+struct SubsurfaceRecord {
+    PyObject* owner;
+    int pixel_offset_bytes;
+    int x_offset;
+    int y_offset;
+};
+
+struct SurfaceObject {
+    PyObject_HEAD;
+    SDL_Surface* surface;  // null once the display it stood for is closed
+    SubsurfaceRecord* part;
+};
+
+constexpr std::size_t kSurfaceTypeEntry = 0;
+constexpr std::size_t kMakeSurfaceEntry = 1;
+constexpr std::size_t kPrepareEntry = 0;
+constexpr std::size_t kReleaseEntry = 1;
+
+using MakeSurface = PyObject* (*)(SDL_Surface*);
+using PartFunction = void (*)(PyObject*);
+
+SurfaceObject* as_surface_object(PyObject* object) noexcept {
+    return reinterpret_cast<SurfaceObject*>(object);
+}
+
+template <std::size_t count>
+void load_table(const char* module_name, void* (&table)[count]) noexcept {
+    const PendingException set_aside;
+    const PyRef module = PyRef::steal(PyImport_ImportModule(module_name));
+    if (!module) {
+        PyErr_Clear();  // pygame is optional until a surface is used
+        return;
+    }
+    PyObject* entry = PyDict_GetItemString(PyModule_GetDict(module.get()), "_PYGAME_C_API");
+    void* exported = nullptr;
+    if (entry != nullptr && Py_TYPE(entry) == &PyCObject_Type) {
+        exported = PyCObject_AsVoidPtr(entry);
+    } else if (entry != nullptr && PyCapsule_CheckExact(entry)) {
+        exported = PyCapsule_GetPointer(entry, PyCapsule_GetName(entry));
+    }
+    if (exported == nullptr) {
+        PyErr_Clear();
+        return;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        table[i] = static_cast<void**>(exported)[i];
+    }
+}
+
+void raise_without_pygame(const char* function) noexcept {
+    PyErr_Format(PyExc_RuntimeError,
+                 "%s needs pygame's native tables, and none were found when larkspur was imported; "
+                 "install pygame 1.9 and import it first",
+                 function);
+}
+
+// True when `object`, a part of another surface, and all it is a part of still have their pixels.
+bool part_is_intact(PyObject* object, const char* function) noexcept {
+    for (SurfaceObject* part = as_surface_object(object); part->part != nullptr;) {
+        SurfaceObject* owner = as_surface_object(part->part->owner);
+        const SDL_Surface* inner = part->surface;
+        const SDL_Surface* outer = owner->surface;
+        if (outer == nullptr) {
+            PyErr_Format(PyExc_RuntimeError,
+                         "%s got a subsurface of a display that was closed; make it again",
+                         function);
+            return false;
+        }
+        const std::int64_t end = inner->h <= 0
+                                     ? 0
+                                     : part->part->pixel_offset_bytes +
+                                           std::int64_t{inner->h - 1} * inner->pitch +
+                                           std::int64_t{inner->w} * inner->format->BytesPerPixel;
+        if (inner->pitch != outer->pitch || end > std::int64_t{outer->h} * outer->pitch ||
+            inner->format->BytesPerPixel != outer->format->BytesPerPixel) {
+            PyErr_Format(
+                PyExc_RuntimeError,
+                "%s got a subsurface that no longer lies inside its surface; make it again",
+                function);
+            return false;
+        }
+        part = owner;
+    }
+    return true;
+}
+
+}  // namespace
+
+void load_pygame_api(PygameApi& api) noexcept {
+    load_table("pygame.surface", api.surface);
+    load_table("pygame.surflock", api.surflock);
+}
+
+PygameApi& pygame_api() noexcept {
+    static PygameApi api = {};
+    return api;
+}
+
+PyTypeObject* pygame_surface_type(const char* function) noexcept {
+    auto* type = static_cast<PyTypeObject*>(pygame_api().surface[kSurfaceTypeEntry]);
+    if (type == nullptr) {
+        raise_without_pygame(function);
+    }
+    return type;
+}
+
+PyRef wrap_surface(const PygameApi& api, SurfacePtr surface) noexcept {
+    const auto make = reinterpret_cast<MakeSurface>(api.surface[kMakeSurfaceEntry]);
+    if (make == nullptr) {
+        raise_without_pygame("making a Surface");
+        return PyRef();
+    }
+    PyRef object = PyRef::steal(make(surface.get()));
+    if (object) {
+        static_cast<void>(surface.release());  // the object owns it now
+    }
+    return object;
+}
+
+SDL_Surface* surface_of(PyObject* object, const char* function) noexcept {
+    PyTypeObject* type = pygame_surface_type(function);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    if (!PyObject_TypeCheck(object, type)) {
+        PyErr_Format(PyExc_TypeError, "%s needs a pygame Surface, got %.200s", function,
+                     Py_TYPE(object)->tp_name);
+        return nullptr;
+    }
+    SDL_Surface* surface = as_surface_object(object)->surface;
+    if (surface == nullptr) {
+        PyErr_Format(PyExc_RuntimeError,
+                     "%s got the Surface of a display that was closed; pass what "
+                     "display.set_mode() returned last",
+                     function);
+    }
+    return surface;
+}
+
+SDL_Surface* peek_surface(PyObject* surface_object) noexcept {
+    return as_surface_object(surface_object)->surface;
+}
+
+SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept {
+    SDL_Surface* surface = surface_of(object, function);
+    if (surface == nullptr) {
+        return;
+    }
+    if (as_surface_object(object)->part != nullptr) {
+        const auto prepare = reinterpret_cast<PartFunction>(pygame_api().surflock[kPrepareEntry]);
+        if (prepare == nullptr) {
+            raise_without_pygame(function);
+            return;
+        }
+        if (!part_is_intact(object, function)) {
+            return;
+        }
+        const PendingException set_aside;
+        prepare(object);
+        PyErr_Clear();  // a refused lock shows as missing pixels, which the user of them meets
+        prepared_ = true;
+    }
+    object_ = PyRef::borrow(object);
+    surface_ = surface;
+}
+
+SurfaceUse::~SurfaceUse() {
+    if (prepared_) {
+        const PendingException set_aside;
+        reinterpret_cast<PartFunction>(pygame_api().surflock[kReleaseEntry])(object_.get());
+        PyErr_Clear();
+    }
+}
+
+bool require_32_bit(const SDL_Surface& surface, const char* function) noexcept {
+    if (surface.format->BytesPerPixel == 4) {
+        return true;
+    }
+    PyErr_Format(PyExc_ValueError,
+                 "%s needs a surface of 32 bits per pixel, got %d; convert it with "
+                 "Surface.convert(32)",
+                 function, static_cast<int>(surface.format->BitsPerPixel));
+    return false;
+}
+
+}  // namespace larkspur
+
+extern "C" struct _object* PySurface_FromSurface(SDL_Surface* surface) {
+    return larkspur::wrap_surface(larkspur::pygame_api(), larkspur::SurfacePtr(surface)).release();
+}

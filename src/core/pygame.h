@@ -1,0 +1,71 @@
+// pygame's native interface: its Surface objects seen from C++.
+#pragma once
+
+#include "core/python.h"
+
+#include <SDL.h>
+
+#include "core/py_ref.h"
+#include "core/surface.h"
+
+namespace larkspur {
+
+/// The heads of the two native tables that pygame exports, copied entry by entry. All null when
+/// pygame is not there or exports no table.
+struct PygameApi {
+    void* surface[3];   ///< "pygame.surface": [0] the Surface type, [1] makes a Surface
+    void* surflock[5];  ///< "pygame.surflock": [0] and [1] prepare and release a part of a surface
+};
+
+/// Reads both tables from "_PYGAME_C_API" of "pygame.surface" and "pygame.surflock", which may be a
+/// CObject (pygame before 1.9.2) or a PyCapsule. A table that is not there stays as it is. Leaves
+/// no exception of its own pending.
+void load_pygame_api(PygameApi& api) noexcept;
+
+/// The copy that everything but room drawing uses; filled when the module is imported.
+PygameApi& pygame_api() noexcept;
+
+/// pygame's Surface type, borrowed; null with RuntimeError when the table is empty.
+PyTypeObject* pygame_surface_type(const char* function) noexcept;
+
+/// Wraps a surface in a new pygame Surface that owns it. Null with an exception: pygame's own error
+/// for a null surface, RuntimeError when the table is empty. The surface is freed on failure.
+PyRef wrap_surface(const PygameApi& api, SurfacePtr surface) noexcept;
+
+/// The SDL surface inside a pygame Surface (or a subtype), borrowed from it. For sizes and formats
+/// only: pixels are reached through SurfaceUse.
+/// Null with TypeError when the object is no Surface, with RuntimeError when its display was closed
+/// or pygame is not there.
+///
+/// @param function name of the caller with its brackets, for messages: "scale()"
+SDL_Surface* surface_of(PyObject* object, const char* function) noexcept;
+
+/// The SDL surface inside an object that is known to be a pygame Surface, borrowed; null once its
+/// display was closed. Sets no exception.
+SDL_Surface* peek_surface(PyObject* surface_object) noexcept;
+
+/// Holds a pygame Surface for a scope in which its pixels are used: checks it, keeps it alive, and
+/// when it is a part of another surface finds its pixels again, which move whenever the parent is
+/// encoded, closed or replaced. Locks nothing else, so SDL can blit from and to it; use SurfaceLock
+/// inside to touch pixels directly. False with an exception (as surface_of(), and RuntimeError when
+/// a part no longer lies inside its parent).
+class SurfaceUse {
+ public:
+    SurfaceUse(PyObject* object, const char* function) noexcept;
+    SurfaceUse(const SurfaceUse&) = delete;
+    SurfaceUse& operator=(const SurfaceUse&) = delete;
+    ~SurfaceUse();
+
+    SDL_Surface* get() const noexcept { return surface_; }
+    explicit operator bool() const noexcept { return surface_ != nullptr; }
+
+ private:
+    PyRef object_;
+    SDL_Surface* surface_ = nullptr;
+    bool prepared_ = false;
+};
+
+/// Checks that a surface has 32-bit pixels; false with ValueError that names what it has.
+bool require_32_bit(const SDL_Surface& surface, const char* function) noexcept;
+
+}  // namespace larkspur

@@ -1,0 +1,67 @@
+// Ownership and locking of SDL surfaces. Knows nothing of Python.
+#pragma once
+
+#include <SDL.h>
+
+#include <cstddef>
+#include <memory>
+
+namespace larkspur {
+
+struct SurfaceDeleter {
+    void operator()(SDL_Surface* surface) const noexcept { SDL_FreeSurface(surface); }
+};
+
+/// Owns an SDL surface.
+using SurfacePtr = std::unique_ptr<SDL_Surface, SurfaceDeleter>;
+
+/// Makes a surface's pixels touchable for a scope. Locks only what must be locked: a surface that
+/// says so itself, or one whose pixels are null because it is run-length encoded. Plain software
+/// surfaces are left alone. False when the surface is null or cannot be locked.
+class SurfaceLock {
+ public:
+    explicit SurfaceLock(SDL_Surface* surface) noexcept {
+        if (surface == nullptr) {
+            return;
+        }
+        const bool must_lock = SDL_MUSTLOCK(surface) || surface->pixels == nullptr;
+        if (must_lock) {
+            if (SDL_LockSurface(surface) != 0) {
+                return;
+            }
+            locked_ = surface;
+        }
+        // A surface without an area has no pixels, locked or not; nobody will touch any.
+        usable_ = surface->pixels != nullptr || surface->w == 0 || surface->h == 0;
+    }
+    SurfaceLock(const SurfaceLock&) = delete;
+    SurfaceLock& operator=(const SurfaceLock&) = delete;
+    ~SurfaceLock() {
+        if (locked_ != nullptr) {
+            SDL_UnlockSurface(locked_);
+        }
+    }
+
+    explicit operator bool() const noexcept { return usable_; }
+
+ private:
+    SDL_Surface* locked_ = nullptr;
+    bool usable_ = false;
+};
+
+/// Number of bytes of a surface's pixel buffer from its first pixel on: pitch x height, row padding
+/// included. A surface around memory that is not its own (a part of another surface) ends at its
+/// last pixel: what would be padding behind it may lie outside the memory.
+inline std::size_t buffer_bytes(const SDL_Surface& surface) noexcept {
+    if (surface.w <= 0 || surface.h <= 0) {
+        return 0;
+    }
+    const auto rows = static_cast<std::size_t>(surface.h);
+    if ((surface.flags & SDL_PREALLOC) == 0) {
+        return rows * surface.pitch;
+    }
+    return (rows - 1) * surface.pitch +
+           static_cast<std::size_t>(surface.w) * surface.format->BytesPerPixel;
+}
+
+}  // namespace larkspur
