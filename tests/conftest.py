@@ -1,0 +1,41 @@
+"""What every test stands on: a display without a window, a host, and larkspur itself.
+
+Run with the built module on PYTHONPATH; script/test does all of it. Native test helpers are looked
+for in LARKSPUR_BUILD_DIR.
+"""
+import os
+import sys
+
+os.environ.setdefault("SDL_VIDEODRIVER", "dummy")
+os.environ.setdefault("SDL_AUDIODRIVER", "dummy")
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+
+from support import host as host_support  # noqa: E402
+
+# larkspur binds the host's modules when it is imported, so they have to exist before.
+host_support.install_modules()
+
+import larkspur  # noqa: E402
+import pygame  # noqa: E402
+import pytest  # noqa: E402
+
+DISPLAY_SIZE = (320, 240)
+
+
+@pytest.fixture
+def display():
+    """The display's Surface, 320 x 240 with 32 bits, black, given to set_SDL_screen()."""
+    pygame.display.init()
+    screen = pygame.display.set_mode(DISPLAY_SIZE, 0, 32)
+    screen.fill((0, 0, 0))
+    larkspur.set_SDL_screen(screen)
+    return screen
+
+
+@pytest.fixture
+def host(display):
+    """A fresh recording host, registered with larkspur; see support.host.RecordingHost."""
+    recording = host_support.RecordingHost(display)
+    recording.register(larkspur)
+    yield recording
+    recording.forget()

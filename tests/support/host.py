@@ -1,0 +1,86 @@
+"""A host that records every call larkspur makes to it."""
+import sys
+import types
+
+ROOM_FUNCTIONS = (
+    "Room_Compile", "Room_Create", "Room_InitializeBackgrounds", "Room_AddInstance",
+    "Room_AddDrawnInstance", "Room_ResortDrawnObjects", "Room_SetBackgroundIndex",
+    "Room_StepAlarms", "Room_MoveInstances", "Room_HandleCollisions", "Room_StepEvents",
+    "Room_DrawBackgrounds", "Room_RenderBackground", "Room_Leave", "Room_MouseButtonDown",
+    "Room_MouseButtonUp", "Room_HandleKeyrelease", "Room_HandleKeypress")
+
+LOADERS = ("SpriteData_load_images", "BackgroundData_load_images")
+
+
+def install_modules():
+    """Registers empty modules gm6 and gmapi where there are none; returns both."""
+    return tuple(sys.modules.setdefault(name, types.ModuleType(name)) for name in ("gm6", "gmapi"))
+
+
+class Plain(object):
+    """An object with whatever attributes it is given."""
+
+    def __init__(self, **attributes):
+        self.__dict__.update(attributes)
+
+
+class Instance(Plain):
+    """A game instance of a type that instance lists take as it is."""
+
+
+class ParticleSystem(Plain):
+    """Objects of exactly this type are particle systems."""
+
+
+class RecordingHost(object):
+    """gm6 and gmapi with all that larkspur looks for.
+
+    calls     list of (name, arguments) in the order in which larkspur made them
+    results   name -> what the host function returns (default None), or an exception it raises
+    game      the game object with its lists sprites, backgrounds, rooms and objects
+    registry  instance id -> instance, as given to RegisterInstancesDict()
+    """
+
+    def __init__(self, screen):
+        import pygame
+        self.gm6, self.gmapi = install_modules()
+        self.calls = []
+        self.results = {}
+        self.registry = {}
+        self.screen = screen
+        self.game = Plain(sprites=[], backgrounds=[], rooms=[], objects=[])
+        self._saved = dict(self.gm6.__dict__), dict(self.gmapi.__dict__)
+        self.gm6.game = self.gmapi.game = self.game
+        for name in ROOM_FUNCTIONS + LOADERS:
+            setattr(self.gm6, name, self.recorder(name))
+        self.gmapi.draw_sprite_ext = self.recorder("draw_sprite_ext")
+        self.gmapi.py_ParticleSystem = ParticleSystem
+        self.gmapi.py_draw_props = Plain(color=(255, 255, 255), alpha=1.0)
+        self.gmapi.py_self_stack = []
+        self.gmapi.self = None
+        self.gmapi.pygame = pygame
+
+    def recorder(self, name):
+        """A function that records its call under `name` and answers from `results`."""
+        def record(*arguments):
+            self.calls.append((name, arguments))
+            result = self.results.get(name)
+            if isinstance(result, BaseException):
+                raise result
+            return result
+        record.__name__ = name
+        return record
+
+    def register(self, larkspur):
+        """Hands registry and callables to larkspur; again whenever the callables change."""
+        larkspur.RegisterInstancesDict(self.registry, Instance, ParticleSystem, Plain)
+
+    def named(self, name):
+        """The arguments of every recorded call of one host function."""
+        return [arguments for called, arguments in self.calls if called == name]
+
+    def forget(self):
+        """Puts gm6 and gmapi back as they were; larkspur keeps what it fetched."""
+        for module, saved in zip((self.gm6, self.gmapi), self._saved):
+            module.__dict__.clear()
+            module.__dict__.update(saved)

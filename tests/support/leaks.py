@@ -1,0 +1,34 @@
+"""Counting references over many rounds."""
+import gc
+import sys
+
+
+def count_changes(action, objects, rounds=1000):
+    """How much the reference count of each object changes per call of `action`, over many calls.
+
+    One unmeasured call comes first, so that caches and interned names do not count.
+    """
+    action()
+    gc.collect()
+    before = [sys.getrefcount(counted) for counted in objects]
+    for _ in range(rounds):
+        action()
+    gc.collect()
+    after = [sys.getrefcount(counted) for counted in objects]
+    return [float(last - first) / rounds for first, last in zip(before, after)]
+
+
+def assert_counts_unchanged(action, *objects):
+    """`action`, called a thousand times, leaves the reference counts of `objects` as they were."""
+    assert count_changes(action, objects) == [0.0] * len(objects)
+
+
+def object_growth(action, rounds=1000):
+    """How many collectable objects a thousand calls of `action` leave behind."""
+    action()
+    gc.collect()
+    before = len(gc.get_objects())
+    for _ in range(rounds):
+        action()
+    gc.collect()
+    return len(gc.get_objects()) - before
