@@ -27,6 +27,13 @@ void publish(SDL_Surface* surface) noexcept {
     }
 }
 
+void raise_without_display(const char* function) noexcept {
+    PyErr_Format(PyExc_RuntimeError,
+                 "%s needs a display: call set_SDL_screen() with what display.set_mode() "
+                 "returned, and keep it open",
+                 function);
+}
+
 // Makes g_screen follow the kept object when pygame replaced the surface inside it.
 void follow_pygame() noexcept {
     if (kept_object == nullptr) {
@@ -69,10 +76,7 @@ SDL_Surface* display_surface() noexcept {
 SDL_Surface* require_display(const char* function) noexcept {
     SDL_Surface* surface = display_surface();
     if (surface == nullptr) {
-        PyErr_Format(PyExc_RuntimeError,
-                     "%s needs a display: call set_SDL_screen() with what display.set_mode() "
-                     "returned, and keep it open",
-                     function);
+        raise_without_display(function);
     }
     return surface;
 }
@@ -100,6 +104,12 @@ DisplayUse::DisplayUse() noexcept {
         }
     }
     surface_ = surface;
+}
+
+DisplayUse::DisplayUse(const char* function) noexcept : DisplayUse() {
+    if (surface_ == nullptr) {
+        raise_without_display(function);
+    }
 }
 
 }  // namespace larkspur

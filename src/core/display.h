@@ -33,11 +33,13 @@ std::uint32_t display_white() noexcept;
 PyObject* screen_surface_object() noexcept;
 
 /// Holds the display for a scope in which its pixels are used: the kept Surface stays alive and,
-/// should it be a part of another surface, has its pixels found again. False, without an exception,
-/// when there is no display.
+/// should it be a part of another surface, has its pixels found again. False when there is no
+/// display: without an exception when made for a native caller, with RuntimeError when made with
+/// the name of a module function.
 class DisplayUse {
  public:
     DisplayUse() noexcept;
+    explicit DisplayUse(const char* function) noexcept;
 
     SDL_Surface* get() const noexcept { return surface_; }
     explicit operator bool() const noexcept { return surface_ != nullptr; }

@@ -194,6 +194,15 @@ bool require_32_bit(const SDL_Surface& surface, const char* function) noexcept {
     return false;
 }
 
+bool require_pixels(const SurfaceLock& lock, const char* function) noexcept {
+    if (lock) {
+        return true;
+    }
+    PyErr_Format(PyExc_RuntimeError, "%s can't lock the surface to reach its pixels: %s", function,
+                 SDL_GetError());
+    return false;
+}
+
 }  // namespace larkspur
 
 extern "C" struct _object* PySurface_FromSurface(SDL_Surface* surface) {

@@ -68,4 +68,7 @@ class SurfaceUse {
 /// Checks that a surface has 32-bit pixels; false with ValueError that names what it has.
 bool require_32_bit(const SDL_Surface& surface, const char* function) noexcept;
 
+/// Checks that a lock succeeded; false with RuntimeError when the pixels can't be reached.
+bool require_pixels(const SurfaceLock& lock, const char* function) noexcept;
+
 }  // namespace larkspur
