@@ -45,7 +45,8 @@ LARKSPUR_EXPORT struct _object* PySurface_FromSurface(struct SDL_Surface* surfac
 /* Objects hold one reference each, owned by the module, for the life of the process; null until
  * the function named has run. */
 
-/* The host's modules and the dictionary in which game code runs; bound when larkspur is imported. */
+/* The host's modules and the dictionary in which game code runs; bound when larkspur is imported.
+ */
 extern LARKSPUR_EXPORT struct _object* gm6;
 extern LARKSPUR_EXPORT struct _object* gmapi;
 extern LARKSPUR_EXPORT struct _object* gmapi__dict__;
@@ -130,6 +131,120 @@ LARKSPUR_EXPORT struct _object* invoke_4(struct _object* callable, struct _objec
  * sequence is COLOR_WHITE. Parts that do not convert count as -1 and leave their exception. Without
  * a display RuntimeError and COLOR_WHITE. */
 LARKSPUR_EXPORT uint32_t color_as_int(struct _object* colour);
+
+/* ---- Particles ----------------------------------------------------------------------------- */
+/* Particle types and particles are made by the module's Python functions, which return handles:
+ * CObjects that own one of the records below. PyCObject_AsVoidPtr() gives the record; it lives as
+ * long as its handle. Fields may be read and, where they are plain numbers, written at any time;
+ * object fields belong to the module and are only read. Floats are in single precision, ints are
+ * truncated toward zero where Python passes a float. */
+
+/* What all particles of one type share. Numbers apply to living particles from the next step or
+ * drawing on, except the ranges from which a particle takes its own values when it is made: speed,
+ * direction, life and colours. */
+struct particle_type_record {
+    struct _object* shape;             /* owned: the pygame Surface that is drawn, or a sprite
+                                          object (which is not); null until one is set */
+    struct SDL_Surface* shape_surface; /* borrowed: the surface inside the last pygame Surface set;
+                                          not read by the module, as pygame may replace it */
+    int32_t blend;                     /* blend mode of flagged_blit(): 0, or 1 and 128 to add */
+    int32_t animate;                   /* 1 when the sprite is animated */
+    int32_t stretch;                   /* stretch flag of an animated sprite */
+    int32_t reserved_int;              /* 0; not used */
+    float reserved_float;              /* 1.0; not used */
+    float size_min;                    /* size: a factor of the shape's size, and its bounds */
+    float size_max;
+    float size_range;  /* size_max - size_min */
+    float size_incr;   /* added to the size per step, in units of the size */
+    float size_wiggle; /* amplitude of the random part per step, likewise */
+    float xscale;      /* factors of the drawn width and height */
+    float yscale;
+    int32_t color1; /* colours at birth, half life and death */
+    int32_t color2;
+    int32_t color3;
+    float alpha_start; /* alphas at birth, half life and death, 0 to 1 */
+    float alpha_half;
+    float alpha_end;
+    float speed_min; /* initial speed, pixels per step */
+    float speed_max;
+    float speed_range;  /* speed_max - speed_min */
+    float speed_incr;   /* kept, not used by steps */
+    float speed_wiggle; /* kept, not used by steps */
+    float dir_min;      /* initial direction, degrees; 0 moves down, 90 left */
+    float dir_max;
+    float dir_range;  /* dir_max - dir_min */
+    float dir_incr;   /* kept, not used by steps */
+    float dir_wiggle; /* kept, not used by steps */
+    int32_t life_min; /* life, steps */
+    int32_t life_max;
+    int32_t life_range;   /* life_max - life_min */
+    float gravity_amount; /* kept, not used by steps */
+    float gravity_dir;    /* kept, not used by steps */
+    float orient_min;     /* orientation, degrees, and its bounds at every step */
+    float orient_max;
+    float orient_incr;     /* added to the orientation per step, degrees */
+    float orient_wiggle;   /* amplitude of the random part per step, degrees */
+    float orient_relative; /* a whole number; kept, not used */
+    struct _object* cache; /* owned: dictionary from key tuple to prerendered Surface */
+};
+
+/* One particle. */
+struct particle_record {
+    float x; /* position in the room, pixels */
+    float y;
+    float direction; /* at its start, degrees */
+    float speed;     /* at its start, pixels per step */
+    float vx;        /* change of the position per step, pixels */
+    float vy;
+    struct _object* beancounter; /* owned: the Beancounter that counts it, or null */
+    struct _object* type_handle; /* owned: handle of its type */
+    float size;                  /* factor of the shape's size */
+    int32_t ttl;                 /* remaining life, steps; may fall below 0 */
+    int32_t color1;              /* colours at birth, half life and death */
+    int32_t color2;
+    int32_t color3;
+    float life;        /* its whole life, steps: ttl when it was made */
+    float orientation; /* degrees */
+};
+
+/* One step: moves the particle, takes one from its ttl, and changes its orientation and size as its
+ * type says, drawing from drand48() only for a wiggle that is not 0 (orientation first). */
+LARKSPUR_EXPORT void CParticle_step_low(struct particle_record* particle);
+
+/* Sets vx and vy from direction and speed. */
+LARKSPUR_EXPORT void CParticle_reset_velocities(struct particle_record* particle);
+
+/* Draws a particle on g_screen, centred on its position moved by the offsets (pixels), through its
+ * type's cache of prerendered surfaces. Draws nothing without a display, for a type without a
+ * pygame Surface as shape, for a size that comes to 0 pixels, and when memory runs out. Leaves no
+ * exception of its own and keeps a pending one. */
+LARKSPUR_EXPORT void particle_render_low(struct particle_record* particle, int x_offset,
+                                         int y_offset);
+
+/* ---- Sprite scale cache -------------------------------------------------------------------- */
+
+/* Makes a transformed copy of one of a sprite's subimages and stores it in the sprite's scalecache
+ * under a key; an entry of that key is replaced.
+ *
+ * sprite     a GMSprite, borrowed
+ * key        any hashable object, borrowed; not interpreted
+ * subimage   index into the sprite's subimages
+ * width      wanted size in pixels; a negative width mirrors left to right, a negative
+ * height     height top to bottom
+ * angle      rotation, degrees; 0 means none
+ * ignored    not used
+ * colour     COLOR_WHITE for none; any other fills the whole copy, as Surface.fill() takes it
+ * alpha      0 to 255; 255 is opaque
+ * rgba_copy  not 0: the result is a new surface of 32 bits per pixel
+ *
+ * Returns a new reference to the pygame Surface stored: the subimage itself when nothing was to
+ * change. Null on failure, without an exception of its own and with a line on standard error:
+ * "sequence error." for a subimage that is not there, "No source?" when a transform yields nothing,
+ * "Error storing item in scalecache." for a key that is not hashable. */
+LARKSPUR_EXPORT struct _object* sprite_scalecache_add(struct _object* sprite, struct _object* key,
+                                                      int subimage, int width, int height,
+                                                      int angle, int ignored, int colour, int alpha,
+                                                      int rgba_copy);
 
 /* ---- Diagnostics --------------------------------------------------------------------------- */
 
