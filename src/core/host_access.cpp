@@ -1,5 +1,6 @@
 #include "core/host_access.h"
 
+#include <algorithm>
 #include <climits>
 
 #include "core/diagnostics.h"
@@ -70,17 +71,11 @@ PyRef first_instance(PyObject* object) noexcept {
     }
 }
 
-PyRef call(PyObject* callable, PyRef arguments) noexcept {
-    if (!arguments) {
-        return PyRef();
-    }
-    if (callable == nullptr) {
-        PyErr_SetString(PyExc_RuntimeError,
-                        "the host's callables are not there yet: call RegisterInstancesDict() once "
-                        "gm6 and gmapi are complete");
-        return PyRef();
-    }
-    return PyRef::steal(PyObject_CallObject(callable, arguments.get()));
+// Number of saved `self` objects; -1 when there is no list to save them in.
+Py_ssize_t saved_self_count() noexcept {
+    return gmapi_py_self_stack != nullptr && PyList_Check(gmapi_py_self_stack)
+               ? PyList_GET_SIZE(gmapi_py_self_stack)
+               : -1;
 }
 
 // One part of a colour; -1 with its exception when it does not convert.
@@ -101,6 +96,33 @@ PyRef game_list(PyObject* host_module, const char* list_name) noexcept {
         return PyRef();
     }
     return PyRef::steal(PyObject_GetAttrString(game.get(), list_name));
+}
+
+PyRef call_host(PyObject* callable, const PyRef& arguments) noexcept {
+    if (!arguments) {
+        return PyRef();
+    }
+    if (callable == nullptr) {
+        PyErr_SetString(PyExc_RuntimeError,
+                        "the host's callables are not there yet: call RegisterInstancesDict() once "
+                        "gm6 and gmapi are complete");
+        return PyRef();
+    }
+    return PyRef::steal(PyObject_CallObject(callable, arguments.get()));
+}
+
+// A failed push can have saved the old object all the same: then it has to be put back, too.
+SelfScope::SelfScope(PyObject* instance) noexcept {
+    const Py_ssize_t before = saved_self_count();
+    entered_ = PushSelf(instance) == 0;
+    saved_ = entered_ || saved_self_count() > before;
+}
+
+SelfScope::~SelfScope() {
+    if (saved_) {
+        const PendingException set_aside;
+        PopSelf();
+    }
 }
 
 }  // namespace larkspur
@@ -146,7 +168,7 @@ PyObject* GetFirstInstance(PyObject* object) {
 }
 
 int PushSelf(PyObject* instance) {
-    if (gmapi == nullptr || gmapi_py_self_stack == nullptr || !PyList_Check(gmapi_py_self_stack)) {
+    if (gmapi == nullptr || larkspur::saved_self_count() < 0) {
         PyErr_SetString(
             PyExc_RuntimeError,
             "gmapi.py_self_stack must be a list when RegisterInstancesDict() is called");
@@ -160,9 +182,7 @@ int PushSelf(PyObject* instance) {
 }
 
 int PopSelf(void) {
-    const Py_ssize_t last = gmapi_py_self_stack != nullptr && PyList_Check(gmapi_py_self_stack)
-                                ? PyList_GET_SIZE(gmapi_py_self_stack) - 1
-                                : -1;
+    const Py_ssize_t last = std::max(larkspur::saved_self_count(), Py_ssize_t{0}) - 1;
     if (last < 0) {
         larkspur::write_stderr("Error in PyList_GetItem %d\n", static_cast<int>(last));
         return -1;
@@ -178,11 +198,12 @@ int PopSelf(void) {
 }
 
 PyObject* invoke(PyObject* callable, PyObject* argument) {
-    return larkspur::call(callable, PyRef::steal(Py_BuildValue("(O)", argument))).release();
+    return larkspur::call_host(callable, PyRef::steal(Py_BuildValue("(O)", argument))).release();
 }
 
 PyObject* invoke_4(PyObject* callable, PyObject* a, PyObject* b, PyObject* c, PyObject* d) {
-    return larkspur::call(callable, PyRef::steal(Py_BuildValue("(OOOO)", a, b, c, d))).release();
+    return larkspur::call_host(callable, PyRef::steal(Py_BuildValue("(OOOO)", a, b, c, d)))
+        .release();
 }
 
 uint32_t color_as_int(PyObject* colour) {

@@ -10,14 +10,27 @@
 
 namespace larkspur {
 
-/// Saves gmapi.self and makes `instance` the current one for a scope in which game code runs.
+/// Saves gmapi.self and makes `instance` the current one for a scope in which game code runs; at
+/// its end, whatever exception is pending, the saved one is put back. False with an exception when
+/// the instance could not be made the current one.
 class SelfScope {
  public:
-    explicit SelfScope(PyObject* instance) noexcept { PushSelf(instance); }
+    explicit SelfScope(PyObject* instance) noexcept;
     SelfScope(const SelfScope&) = delete;
     SelfScope& operator=(const SelfScope&) = delete;
-    ~SelfScope() { PopSelf(); }
+    ~SelfScope();
+
+    explicit operator bool() const noexcept { return entered_; }
+
+ private:
+    bool entered_;
+    bool saved_;
 };
+
+/// Calls one of the host's callables with a tuple of arguments: its result, or empty with an
+/// exception. RuntimeError for a null callable, which RegisterInstancesDict() has not fetched;
+/// empty arguments stand for an exception that is already pending.
+PyRef call_host(PyObject* callable, const PyRef& arguments) noexcept;
 
 /// gm6.game or gmapi.game and one of its lists: a new reference to game.<list_name>; empty with the
 /// lookup's exception. RuntimeError before the host's modules are bound.
