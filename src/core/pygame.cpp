@@ -24,8 +24,8 @@ struct SurfaceObject {
 
 constexpr std::size_t kSurfaceTypeEntry = 0;
 constexpr std::size_t kMakeSurfaceEntry = 1;
-constexpr std::size_t kPrepareEntry = 0;
-constexpr std::size_t kReleaseEntry = 1;
+constexpr std::size_t kPrepareEntry = 1;
+constexpr std::size_t kReleaseEntry = 2;
 
 using MakeSurface = PyObject* (*)(SDL_Surface*);
 using PartFunction = void (*)(PyObject*);

@@ -14,7 +14,7 @@ namespace larkspur {
 /// pygame is not there or exports no table.
 struct PygameApi {
     void* surface[3];   ///< "pygame.surface": [0] the Surface type, [1] makes a Surface
-    void* surflock[5];  ///< "pygame.surflock": [0] and [1] prepare and release a part of a surface
+    void* surflock[5];  ///< "pygame.surflock": [1] and [2] prepare and release a part of a surface
 };
 
 /// Reads both tables from "_PYGAME_C_API" of "pygame.surface" and "pygame.surflock", which may be a
