@@ -8,6 +8,7 @@
 #include "core/pygame.h"
 #include "core/random_seed.h"
 #include "core/type_table.h"
+#include "pixel/gradient.h"
 
 namespace larkspur {
 namespace {
@@ -16,6 +17,16 @@ namespace {
 // moment its function exists.
 PyMethodDef module_functions[] = {
     {"breakable", breakable, METH_VARARGS, "A hook for GDB."},
+    {"fast_draw_gradient_v", pixel::fast_draw_gradient_v, METH_VARARGS,
+     "Draw a vertical gradient, with alpha blending."},
+    {"fast_draw_gradients_vc", pixel::fast_draw_gradients_vc, METH_VARARGS,
+     "Draw a vertical translucent gradient, then fill translucently."},
+    {"fast_draw_gradients_vv", pixel::fast_draw_gradients_vv, METH_VARARGS,
+     "Draw two vertical translucent gradients."},
+    {"fast_draw_gradients_vcv", pixel::fast_draw_gradients_vcv, METH_VARARGS,
+     "Draw a vertical gradient, a constant, and another vgrad, each alphablent."},
+    {"fast_draw_gradients_vcvvc", pixel::fast_draw_gradients_vcvvc, METH_VARARGS,
+     "More complex gradients."},
     {"init_subsystems", init_subsystems, METH_VARARGS, "Initialize the subsystem variables."},
     {"set_SDL_screen", set_sdl_screen, METH_VARARGS, "Store the SDL screen in a C variable."},
     {"RegisterInstancesDict", register_instances_dict, METH_VARARGS,
