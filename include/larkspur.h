@@ -221,6 +221,97 @@ LARKSPUR_EXPORT void CParticle_reset_velocities(struct particle_record* particle
 LARKSPUR_EXPORT void particle_render_low(struct particle_record* particle, int x_offset,
                                          int y_offset);
 
+/* ---- Colours ------------------------------------------------------------------------------- */
+/* A colour is a 32-bit word whose three low bytes hold a channel each: a GM colour, with red in
+ * bits 0-7, green in 8-15 and blue in 16-23, or a pixel value. All arithmetic wraps at 32 bits. */
+
+/* Scales each of the three low bytes to floor(byte * alpha / 256); the top byte becomes 0. */
+LARKSPUR_EXPORT uint32_t multalpha(uint32_t colour, uint8_t alpha);
+
+/* Each of the three low bytes becomes floor((a * weight + b * (256 - weight)) / 256); the top byte
+ * becomes 0. A weight outside 0..256 is not clamped: the low byte then spills into the others. */
+LARKSPUR_EXPORT uint32_t blend(uint32_t a, uint32_t b, int weight);
+
+/* blend() of two colours by the fraction t: 1 gives a, 0 gives b. Weight trunc(256 * t). */
+LARKSPUR_EXPORT uint32_t interpolate_unformatted(uint32_t a, uint32_t b, float t);
+
+/* The pixel value of blend(a, b, trunc(255 * t)), both being GM colours: t = 1 keeps 1/256 of b. */
+LARKSPUR_EXPORT uint32_t interpolate_fmt(uint32_t a, uint32_t b, float t,
+                                         const struct SDL_PixelFormat* format);
+
+/* The pixel value of a GM colour; its top byte is ignored. */
+LARKSPUR_EXPORT uint32_t color_for_format(uint32_t colour, const struct SDL_PixelFormat* format);
+
+/* 1 for the additive blend modes 1 and 128, else 0. */
+LARKSPUR_EXPORT int blend_mode_flatten(int mode);
+
+/* Alpha (0 to 255, truncated, not clamped) and colour of a particle type at life fraction t, which
+ * is 1 at birth and 0 at death; DesiredTint_part_gm takes the particle's own colours. */
+LARKSPUR_EXPORT int32_t DesiredAlpha(const struct particle_type_record* type, float t);
+LARKSPUR_EXPORT uint32_t DesiredTint_type(const struct particle_type_record* type, float t);
+LARKSPUR_EXPORT uint32_t DesiredTint_part_gm(const struct particle_record* particle, float t);
+
+/* ---- Pixels -------------------------------------------------------------------------------- */
+/* Surfaces are SDL 1.2's, borrowed, and locked here for the time of the access where they must be;
+ * a result is the caller's to free. Null surfaces, depths other than 32 bits where pixels are
+ * changed, and pixels that cannot be reached leave everything as it is. */
+
+/* Scales the alpha channel of every pixel of the buffer (row padding included) by alpha/256. With
+ * alpha in the top byte the channels below take part in the product. Bits of no channel become 0.
+ */
+LARKSPUR_EXPORT void Translucentify(struct SDL_Surface* surface, uint8_t alpha);
+
+/* Tints with a GM colour: each channel c of the buffer (row padding included) becomes
+ * max(0, c - (255 - tint's channel)); alpha stays. When pitch * height is no multiple of 8, the
+ * last 4 bytes lose the bytes of the subtracted pixel value in reverse order. */
+LARKSPUR_EXPORT void Tint_Surface(struct SDL_Surface* surface, uint32_t tint);
+
+/* Draws the whole of `source` at (rect->x, rect->y). Mode 0: SDL's blit, which updates `rect`.
+ * Modes 1 and 128: bytes are added up to 255, alpha included, and `rect` stays. Any other mode
+ * prints "Error: Unexpected additive blend mode %d\n" on standard output and is drawn as mode 0.
+ * Placing of every mode but 0: a negative y counts as 0, a negative x leaves out the first columns,
+ * a source that touches or crosses the right edge is not drawn, rows below the target are left out.
+ */
+LARKSPUR_EXPORT void flagged_blit(struct SDL_Surface* source, struct SDL_Surface* target,
+                                  struct SDL_Rect* rect, int mode);
+
+/* The adding itself, for `rows` rows of `row_bytes` bytes from two byte offsets on. Ends at the
+ * first row that does not lie inside both buffers. */
+LARKSPUR_EXPORT void additive_blit(struct SDL_Surface* source, struct SDL_Surface* target,
+                                   int source_offset, int target_offset, int rows, int row_bytes);
+
+/* Mirrored copies. flip_v (upside down) takes every depth; flip_h (left to right) and flip_vh take
+ * 32 bits and give null with a line on standard error for others. flip_vh mirrors both ways, one
+ * row too low: row i shows the source's row h - i, and row 0 is blank. clone_surface gives a blank
+ * surface of the same size and format. Null, with SDL's error set, when a copy cannot be made. A
+ * palette does not come along. */
+LARKSPUR_EXPORT struct SDL_Surface* flip_v(struct SDL_Surface* surface);
+LARKSPUR_EXPORT struct SDL_Surface* flip_h(struct SDL_Surface* surface);
+LARKSPUR_EXPORT struct SDL_Surface* flip_vh(struct SDL_Surface* surface);
+LARKSPUR_EXPORT struct SDL_Surface* clone_surface(struct SDL_Surface* surface);
+
+/* SDL_DisplayFormatAlpha(); null without a video mode. */
+LARKSPUR_EXPORT struct SDL_Surface* RGBA_copy(struct SDL_Surface* surface);
+
+/* Saturating subtraction of a word's bytes from those of a buffer. satusub works through SDL_gfx
+ * and in its byte order. The others subtract in memory order (bits 0-7 from byte 0) by 4 bytes, or
+ * by 8 with the pattern `low`, `high`; a group that begins inside the length is done whole, so the
+ * buffer must go on to its end. Lengths below 1 do nothing. */
+LARKSPUR_EXPORT void satusub(void* buffer, int length_bytes, uint32_t value);
+LARKSPUR_EXPORT void satusub_head(void* buffer, uint32_t value, uint32_t ignored, int length_bytes);
+LARKSPUR_EXPORT void satusub_body(void* buffer, uint32_t low, uint32_t high, int length_bytes);
+
+/* The words that go with satusub_body and satusub_head: `value` twice, and once. */
+struct satusub_subtractor {
+    uint32_t low;
+    uint32_t high;
+};
+struct satusub_start {
+    uint32_t value;
+};
+LARKSPUR_EXPORT struct satusub_subtractor subtractor_for(uint32_t value);
+LARKSPUR_EXPORT struct satusub_start startptr_for(uint32_t value);
+
 /* ---- Sprite scale cache -------------------------------------------------------------------- */
 
 /* Makes a transformed copy of one of a sprite's subimages and stores it in the sprite's scalecache

@@ -9,6 +9,7 @@
 #include "core/random_seed.h"
 #include "core/type_table.h"
 #include "pixel/gradient.h"
+#include "pixel/transform.h"
 
 namespace larkspur {
 namespace {
@@ -28,6 +29,12 @@ PyMethodDef module_functions[] = {
     {"fast_draw_gradients_vcvvc", pixel::fast_draw_gradients_vcvvc, METH_VARARGS,
      "More complex gradients."},
     {"init_subsystems", init_subsystems, METH_VARARGS, "Initialize the subsystem variables."},
+    {"flip_vh", flip_vh, METH_VARARGS, "Flip a surface."},
+    {"flip_v", flip_v, METH_VARARGS, "Flip a surface."},
+    {"flip_h", flip_h, METH_VARARGS, "Flip a surface."},
+    {"rotoscale", rotoscale, METH_VARARGS,
+     "Rotate and scale a Pygame surface; return a new Pygame surface."},
+    {"scale", scale, METH_VARARGS, "Scale a Pygame surface."},
     {"set_SDL_screen", set_sdl_screen, METH_VARARGS, "Store the SDL screen in a C variable."},
     {"RegisterInstancesDict", register_instances_dict, METH_VARARGS,
      "Store data for InstanceList."},

@@ -1,6 +1,9 @@
 // Arithmetic on packed colours: the three low bytes of a 32-bit word hold a channel each, in an
 // order that does not matter here, so it serves a GM colour (0x00BBGGRR) as well as a mapped pixel.
 // All integer arithmetic is unsigned and wraps at 32 bits.
+//
+// Functions with an argument of SDL's are called as pixel::name(), also from within this namespace:
+// their exported namesakes stand in SDL's own, the global one, and would be found as well.
 #pragma once
 
 #include <SDL.h>
@@ -58,7 +61,8 @@ inline std::uint32_t color_for_format(std::uint32_t colour, const SDL_PixelForma
 /// and not the other interpolation's 256: t = 1 keeps 1/256 of b.
 inline std::uint32_t interpolate_fmt(std::uint32_t a, std::uint32_t b, float t,
                                      const SDL_PixelFormat* format) {
-    return color_for_format(blend(a, b, truncate_to_int32(255.0 * static_cast<double>(t))), format);
+    const int weight = truncate_to_int32(255.0 * static_cast<double>(t));
+    return pixel::color_for_format(blend(a, b, weight), format);
 }
 
 /// 1 for the two additive blend modes, 1 and 128; 0 for every other.

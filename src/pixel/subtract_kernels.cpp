@@ -18,7 +18,7 @@ LARKSPUR_MULTIVERSION
 void subtract_blocks(unsigned char* bytes, std::size_t count, const unsigned char* pattern) {
     unsigned char block[kBlockBytes];
     for (std::size_t i = 0; i < kBlockBytes; ++i) {
-        block[i] = pattern[i % std::tuple_size<BytePattern>::value];
+        block[i] = pattern[i % kPatternBytes];
     }
     while (count >= kBlockBytes) {
         for (std::size_t i = 0; i < kBlockBytes; ++i) {

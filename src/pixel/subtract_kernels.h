@@ -8,7 +8,8 @@
 namespace larkspur::pixel {
 
 /// Eight bytes to subtract, in memory order.
-using BytePattern = std::array<std::uint8_t, 8>;
+constexpr std::size_t kPatternBytes = 8;
+using BytePattern = std::array<std::uint8_t, kPatternBytes>;
 
 /// The bytes of `low` and then of `high`, each from bits 0-7 up to bits 24-31: in memory order on
 /// every processor.

@@ -1,0 +1,35 @@
+#include "pixel/fill.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "core/surface.h"
+#include "pixel/colour.h"
+#include "pixel/fill_kernels.h"
+
+namespace larkspur::pixel {
+
+bool translucent_fill_rect(SDL_Surface* surface, int x1, int y1, int x2, int y2,
+                           std::uint32_t colour, std::uint8_t alpha) {
+    const SurfaceLock lock(surface);
+    if (!lock || surface->format->BytesPerPixel != sizeof(PixelWord)) {
+        return false;
+    }
+    const int left = std::max(x1, 0);
+    const int top = std::max(y1, 0);
+    const int right = std::min(x2, surface->w - 1);
+    const int bottom = std::min(y2, surface->h - 1);
+    if (left >= right || top > bottom) {
+        return true;
+    }
+    const std::ptrdiff_t pitch_bytes = surface->pitch;
+    unsigned char* first = static_cast<unsigned char*>(surface->pixels) + top * pitch_bytes +
+                           left * static_cast<std::ptrdiff_t>(sizeof(PixelWord));
+    const auto keep = static_cast<std::uint8_t>(255 - alpha);
+    fill_translucent_rows(pixel_words(first), pitch_bytes, static_cast<std::size_t>(right - left),
+                          static_cast<std::size_t>(bottom - top) + 1, keep,
+                          multalpha(colour, alpha));
+    return true;
+}
+
+}  // namespace larkspur::pixel
