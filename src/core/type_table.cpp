@@ -1,8 +1,7 @@
 #include "core/type_table.h"
 
-#include <array>
-
 #include "core/diagnostics.h"
+#include "types/gmvar.h"
 
 namespace larkspur {
 namespace {
@@ -16,7 +15,9 @@ struct TypeEntry {
 };
 
 // In the order in which the types are readied and added.
-const std::array<TypeEntry, 0> kTypes = {};
+const TypeEntry kTypes[] = {
+    {&gmvar_type, "GMVar", prepare_gmvar_type, nullptr},
+};
 
 }  // namespace
 

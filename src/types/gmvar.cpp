@@ -1,0 +1,525 @@
+#include "types/gmvar.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+#include "core/diagnostics.h"
+#include "core/py_ref.h"
+#include "core/record.h"
+#include "core/recursion.h"
+
+namespace larkspur {
+
+PyObject* gmvar_zero = nullptr;
+
+namespace {
+
+constexpr std::uint32_t kMagic = 0xC0FFEE55;
+
+// Added to a growing array beside half its size, so that short arrays do not grow at every step.
+constexpr std::size_t kSpareSlots = 3;
+
+GMVarObject* as_variable(PyObject* object) noexcept {
+    return reinterpret_cast<GMVarObject*>(object);
+}
+
+PyObject* new_reference(PyObject* object) noexcept {
+    Py_INCREF(object);
+    return object;
+}
+
+// A new array of unset slots; null when there is no memory. Zeroed by the allocator, which leaves
+// the pages of a sparse array untouched.
+PyObject** allocate_slots(std::size_t count) noexcept {
+    return static_cast<PyObject**>(std::calloc(count, sizeof(PyObject*)));
+}
+
+Py_ssize_t slot_count(const GMVarObject& variable) noexcept {
+    return Py_ssize_t{variable.width} * variable.height;
+}
+
+// Moves rows apart to their new width within one array.
+void spread_rows(PyObject** items, Py_ssize_t rows, Py_ssize_t old_width,
+                 Py_ssize_t width) noexcept {
+    // From the last row on, so that none is overwritten before it has moved. The first stays.
+    for (Py_ssize_t j = rows - 1; j >= 0; --j) {
+        PyObject** row = items + j * width;
+        if (j > 0) {
+            std::memmove(row, items + j * old_width, old_width * sizeof(PyObject*));
+        }
+        std::fill(row + old_width, row + width, nullptr);
+    }
+}
+
+// Grows the array, where it has to, until it has column i and row j, neither negative. False with
+// MemoryError, and the array as it was, when that is too large. Runs no Python code.
+bool grow_to(GMVarObject& variable, long i, long j) noexcept {
+    if (i < variable.width && j < variable.height) {
+        return true;
+    }
+    constexpr long kLargestSize = std::numeric_limits<std::int32_t>::max();
+    if (i >= kLargestSize || j >= kLargestSize) {
+        PyErr_Format(PyExc_MemoryError,
+                     "a GMVar cannot have an element [%ld, %ld]; both indices must be below %ld", i,
+                     j, kLargestSize);
+        return false;
+    }
+    const Py_ssize_t old_width = variable.width;
+    const Py_ssize_t old_height = variable.height;
+    const Py_ssize_t width = std::max<Py_ssize_t>(i + 1, old_width);
+    const Py_ssize_t height = std::max<Py_ssize_t>(j + 1, old_height);
+    const auto count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+
+    if (count > variable.capacity) {
+        // Half as much again in reserve: growing by single steps then costs constant time a slot.
+        const std::size_t roomy = variable.capacity + variable.capacity / 2 + kSpareSlots;
+        std::size_t capacity = std::max(count, roomy);
+        PyObject** items = allocate_slots(capacity);
+        if (items == nullptr && capacity > count) {
+            capacity = count;
+            items = allocate_slots(capacity);
+        }
+        if (items == nullptr) {
+            PyErr_Format(PyExc_MemoryError, "no memory for a GMVar of %zd x %zd elements", width,
+                         height);
+            return false;
+        }
+        for (Py_ssize_t j_old = 0; j_old < old_height; ++j_old) {
+            std::memcpy(items + j_old * width, variable.items + j_old * old_width,
+                        old_width * sizeof(PyObject*));
+        }
+        std::free(variable.items);
+        variable.items = items;
+        variable.capacity = capacity;
+    } else if (width != old_width) {
+        spread_rows(variable.items, old_height, old_width, width);
+    }
+    variable.width = static_cast<std::int32_t>(width);
+    variable.height = static_cast<std::int32_t>(height);
+    return true;
+}
+
+// Stores a value in the existing element (i, j). The old one goes last: its destructor can change
+// the variable.
+void store(GMVarObject& variable, long i, long j, PyRef value) noexcept {
+    PyObject*& slot = variable.items[j * variable.width + i];
+    const PyRef old = PyRef::steal(std::exchange(slot, value.release()));
+}
+
+// Takes the array away from the variable, then releases its elements, the last one first: whatever
+// their destructors do to the variable meets an empty one.
+void release_items(GMVarObject& variable) noexcept {
+    PyObject** items = std::exchange(variable.items, nullptr);
+    const Py_ssize_t count = slot_count(variable);
+    variable.width = 0;
+    variable.height = 0;
+    variable.capacity = 0;
+    for (Py_ssize_t k = count - 1; k >= 0; --k) {
+        Py_XDECREF(items[k]);
+    }
+    std::free(items);
+}
+
+// The value of an operand for a call that can run Python code: kept alive through it, and counted
+// as one level of recursion, since a variable can come to hold itself. False with RuntimeError at
+// the interpreter's limit.
+class Operand {
+ public:
+    explicit Operand(PyObject* object) noexcept
+        : value_(PyRef::borrow(unwrap(object))), level_(" in the value of a GMVar") {}
+
+    PyObject* get() const noexcept { return value_.get(); }
+    explicit operator bool() const noexcept { return static_cast<bool>(level_); }
+
+ private:
+    PyRef value_;
+    RecursionGuard level_;
+};
+
+// ---- Creation and destruction ---------------------------------------------------------------
+
+// Gives the variable a new array of one element, which becomes its value. The elements of an
+// earlier array keep the references it held on them. False with MemoryError and nothing changed.
+bool reset(GMVarObject& variable, PyRef value) noexcept {
+    PyObject** items = allocate_slots(1);
+    if (items == nullptr) {
+        PyErr_NoMemory();
+        return false;
+    }
+    items[0] = value.release();
+    std::free(std::exchange(variable.items, items));
+    variable.width = 1;
+    variable.height = 1;
+    variable.capacity = 1;
+    return true;
+}
+
+PyObject* gmvar_new(PyTypeObject* type, PyObject* /*args*/, PyObject* /*kwargs*/) noexcept {
+    PyRef self = PyRef::steal(type->tp_alloc(type, 0));
+    if (!self) {
+        return nullptr;
+    }
+    GMVarObject& variable = *as_variable(self.get());
+    variable.magic = kMagic;
+    return reset(variable, PyRef()) ? self.release() : nullptr;
+}
+
+int gmvar_init(PyObject* self, PyObject* args, PyObject* kwargs) noexcept {
+    PyObject* argument = nullptr;
+    if (!_PyArg_NoKeywords("GMVar()", kwargs) || !PyArg_ParseTuple(args, "O:GMVar", &argument)) {
+        return -1;
+    }
+    return reset(*as_variable(self), PyRef::borrow(unwrap(argument))) ? 0 : -1;
+}
+
+int gmvar_traverse(PyObject* self, visitproc visit, void* arg) noexcept {
+    const GMVarObject& variable = *as_variable(self);
+    for (Py_ssize_t k = slot_count(variable) - 1; k >= 0; --k) {
+        Py_VISIT(variable.items[k]);
+    }
+    return 0;
+}
+
+int gmvar_clear(PyObject* self) noexcept {
+    release_items(*as_variable(self));
+    return 0;
+}
+
+void gmvar_dealloc(PyObject* self) noexcept {
+    PyObject_GC_UnTrack(self);
+    Py_TRASHCAN_SAFE_BEGIN(self);  // a long chain of variables must not become a deep recursion
+    release_items(*as_variable(self));
+    Py_TYPE(self)->tp_free(self);
+    Py_TRASHCAN_SAFE_END(self);
+}
+
+// ---- The value's own behaviour --------------------------------------------------------------
+
+PyObject* gmvar_getattro(PyObject* self, PyObject* name) noexcept {
+    const Operand value(self);
+    return value ? PyObject_GetAttr(value.get(), name) : nullptr;
+}
+
+int gmvar_setattro(PyObject* self, PyObject* name, PyObject* attribute) noexcept {
+    const Operand value(self);
+    return value ? PyObject_SetAttr(value.get(), name, attribute) : -1;
+}
+
+long gmvar_hash(PyObject* self) noexcept {
+    const Operand value(self);
+    return value ? PyObject_Hash(value.get()) : -1;
+}
+
+PyObject* gmvar_str(PyObject* self) noexcept {
+    const Operand value(self);
+    if (!value) {
+        return nullptr;
+    }
+    // The slot itself: a unicode value is encoded here, where PyObject_Str() could hand it on.
+    const reprfunc str = Py_TYPE(value.get())->tp_str;
+    return str != nullptr ? str(value.get()) : PyObject_Str(value.get());
+}
+
+PyObject* gmvar_call(PyObject* self, PyObject* args, PyObject* kwargs) noexcept {
+    const Operand value(self);
+    return value ? PyObject_Call(value.get(), args, kwargs) : nullptr;
+}
+
+PyObject* gmvar_richcompare(PyObject* left, PyObject* right, int op) noexcept {
+    const Operand a(left);
+    const Operand b(right);
+    return a && b ? PyObject_RichCompare(a.get(), b.get(), op) : nullptr;
+}
+
+// The truth of a comparison by a type's own slot: 1 or 0, or -1 with an exception. A slot that
+// declines answers NotImplemented, which is true.
+int is_true_by(richcmpfunc richcompare, PyObject* a, PyObject* b, int op) noexcept {
+    const PyRef answer = PyRef::steal(richcompare(a, b, op));
+    return answer ? PyObject_IsTrue(answer.get()) : -1;
+}
+
+// Three-way comparison of two values, led by the left one's type: -1, 0 or 1; -1 with an exception
+// when it fails.
+int compare_values(PyObject* a, PyObject* b) noexcept {
+    PyTypeObject* type = Py_TYPE(a);
+    const cmpfunc compare = type->tp_compare;
+    if (compare != nullptr && compare == Py_TYPE(b)->tp_compare && !PyInstance_Check(a)) {
+        return compare(a, b);
+    }
+    // A slot would read an operand of another type as one of its own, and that of classic instances
+    // has answers of its own; a type may also have no slot at all. The interpreter knows what to
+    // do.
+    if (compare != nullptr || type->tp_richcompare == nullptr) {
+        return PyObject_Compare(a, b);
+    }
+    // Whether the values are equal is not looked at, only whether the question fails; the answer
+    // keeps its reference.
+    if (type->tp_richcompare(a, b, Py_EQ) == nullptr) {
+        return -1;
+    }
+    const int less = is_true_by(type->tp_richcompare, a, b, Py_LT);
+    if (less != 0) {
+        return -1;
+    }
+    return is_true_by(type->tp_richcompare, a, b, Py_GT);
+}
+
+int gmvar_compare(PyObject* left, PyObject* right) noexcept {
+    const Operand a(left);
+    const Operand b(right);
+    if (!a || !b) {
+        return -1;
+    }
+    const int order = compare_values(a.get(), b.get());
+    // Each comparison costs both values one reference that nobody took. Where a variable holds a
+    // variable only the innermost comparison does it: one that holds itself would lose all it has.
+    if (!is_gmvar(a.get()) && !is_gmvar(b.get())) {
+        const Py_ssize_t held = a.get() == b.get() ? 2 : 1;
+        release_unowned(a.get(), held);
+        release_unowned(b.get(), held);
+    }
+    return order;
+}
+
+// ---- Numbers ----------------------------------------------------------------------------------
+
+template <PyObject* (*operation)(PyObject*, PyObject*)>
+PyObject* binary(PyObject* left, PyObject* right) noexcept {
+    const Operand a(left);
+    const Operand b(right);
+    return a && b ? operation(a.get(), b.get()) : nullptr;
+}
+
+template <PyObject* (*operation)(PyObject*)>
+PyObject* unary(PyObject* self) noexcept {
+    const Operand value(self);
+    return value ? operation(value.get()) : nullptr;
+}
+
+// Games expect a product to be a fraction whatever its factors are.
+PyObject* multiply_as_floats(PyObject* left, PyObject* right) noexcept {
+    const PyRef a = PyRef::steal(PyNumber_Float(left));
+    if (!a) {
+        return nullptr;
+    }
+    const PyRef b = PyRef::steal(PyNumber_Float(right));
+    if (!b) {
+        return nullptr;
+    }
+    return PyNumber_Multiply(a.get(), b.get());
+}
+
+int gmvar_nonzero(PyObject* self) noexcept {
+    const Operand value(self);
+    return value ? PyObject_IsTrue(value.get()) : -1;
+}
+
+int gmvar_coerce(PyObject** left, PyObject** right) noexcept {
+    const Operand a(*left);
+    const Operand b(*right);
+    if (!a || !b) {
+        return -1;
+    }
+    PyObject* coerced_left = a.get();
+    PyObject* coerced_right = b.get();
+    const int result = PyNumber_Coerce(&coerced_left, &coerced_right);
+    if (result != -1) {
+        *left = coerced_left;
+        *right = coerced_right;
+    }
+    return result;
+}
+
+PyObject* gmvar_inplace_add(PyObject* self, PyObject* addend) noexcept {
+    PyRef sum = PyRef::steal(binary<PyNumber_InPlaceAdd>(self, addend));
+    if (!sum || !is_gmvar(self)) {
+        return sum.release();
+    }
+    // Empties the slot before releasing the old value and stores the sum last: whatever the old
+    // value's destructor does, the variable then holds the sum.
+    GMVarObject& variable = *as_variable(self);
+    if (variable.items != nullptr) {
+        store(variable, 0, 0, PyRef());
+    }
+    if (!grow_to(variable, 0, 0)) {
+        return nullptr;
+    }
+    store(variable, 0, 0, std::move(sum));
+    return new_reference(self);
+}
+
+// ---- The array --------------------------------------------------------------------------------
+
+Py_ssize_t gmvar_length(PyObject* self) noexcept {
+    const Operand value(self);
+    if (!value) {
+        return -1;
+    }
+    if (PySequence_Check(value.get())) {
+        return PySequence_Size(value.get());
+    }
+    return slot_count(*as_variable(self));
+}
+
+// Items 0 and 1 of a key that is a sequence. False with the exception of the one that is missing.
+struct CellKey {
+    explicit CellKey(PyObject* key) noexcept : column(PyRef::steal(PySequence_GetItem(key, 0))) {
+        if (column) {
+            row = PyRef::steal(PySequence_GetItem(key, 1));
+        }
+    }
+    explicit operator bool() const noexcept { return column && row; }
+    bool is_numeric() const noexcept {
+        return PyNumber_Check(column.get()) && PyNumber_Check(row.get());
+    }
+
+    PyRef column;
+    PyRef row;
+};
+
+// An index; false with an exception when it does not convert.
+bool read_index(PyObject* number, long& index) noexcept {
+    index = PyInt_AsLong(number);
+    return index != -1 || PyErr_Occurred() == nullptr;
+}
+
+PyObject* read_cell(PyObject* self, PyObject* key_sequence) noexcept {
+    const CellKey key(key_sequence);
+    if (!key) {
+        return nullptr;
+    }
+    if (!key.is_numeric()) {
+        return new_reference(gmvar_zero);
+    }
+    long i = 0;
+    long j = 0;
+    if (!read_index(key.column.get(), i) || !read_index(key.row.get(), j)) {
+        return nullptr;
+    }
+    // Bounds only now: the conversions can have changed the array.
+    const GMVarObject& variable = *as_variable(self);
+    if (i < 0 || i >= variable.width || j < 0 || j >= variable.height) {
+        return new_reference(gmvar_zero);
+    }
+    PyObject*& slot = variable.items[j * variable.width + i];
+    if (slot == nullptr) {
+        slot = new_reference(gmvar_zero);
+    }
+    return new_reference(slot);
+}
+
+int write_cell(PyObject* self, PyObject* key_sequence, PyRef value) noexcept {
+    const CellKey key(key_sequence);
+    long i = -1;
+    long j = -1;
+    if (!key || !key.is_numeric() || !read_index(key.column.get(), i) || i < 0 ||
+        !read_index(key.row.get(), j) || j < 0) {
+        // Both items of a key that is refused keep a reference.
+        Py_XINCREF(key.column.get());
+        Py_XINCREF(key.row.get());
+        return -1;
+    }
+    GMVarObject& variable = *as_variable(self);
+    if (!grow_to(variable, i, j)) {
+        return -1;
+    }
+    store(variable, i, j, std::move(value));
+    return 0;
+}
+
+PyObject* gmvar_subscript(PyObject* self, PyObject* key) noexcept {
+    if (PyNumber_Check(key)) {
+        const long i = PyInt_AsLong(key);
+        if (i < 0) {
+            return nullptr;  // with the conversion's exception, or none for a negative index
+        }
+        const GMVarObject& variable = *as_variable(self);
+        PyObject* item = i < variable.width ? variable.items[i] : nullptr;
+        return new_reference(item != nullptr ? item : gmvar_zero);
+    }
+    if (PySequence_Check(key)) {
+        return read_cell(self, key);
+    }
+    return new_reference(gmvar_zero);
+}
+
+int gmvar_ass_subscript(PyObject* self, PyObject* key, PyObject* value) noexcept {
+    if (value == nullptr) {
+        write_stdout("Assigning a blank val\n");
+        PyErr_SetString(PyExc_TypeError,
+                        "elements of a GMVar cannot be deleted; assign 0 to reset one");
+        return -1;
+    }
+    PyRef held = PyRef::borrow(unwrap(value));
+    if (PyNumber_Check(key)) {
+        const long i = PyInt_AsLong(key);
+        GMVarObject& variable = *as_variable(self);
+        if (i < 0 || !grow_to(variable, i, 0)) {
+            return -1;  // a negative index sets no exception
+        }
+        store(variable, i, 0, std::move(held));
+        return 0;
+    }
+    if (PySequence_Check(key)) {
+        return write_cell(self, key, std::move(held));
+    }
+    return -1;  // any other key: without an exception
+}
+
+PyNumberMethods gmvar_number = [] {
+    PyNumberMethods number = {};
+    number.nb_add = binary<PyNumber_Add>;
+    number.nb_subtract = binary<PyNumber_Subtract>;
+    number.nb_multiply = binary<multiply_as_floats>;
+    number.nb_divide = binary<PyNumber_Divide>;
+    number.nb_remainder = binary<PyNumber_Remainder>;
+    number.nb_negative = unary<PyNumber_Negative>;
+    number.nb_positive = unary<PyNumber_Positive>;
+    number.nb_absolute = unary<PyNumber_Absolute>;
+    number.nb_nonzero = gmvar_nonzero;
+    number.nb_and = binary<PyNumber_And>;
+    number.nb_xor = binary<PyNumber_Xor>;
+    number.nb_or = binary<PyNumber_Or>;
+    number.nb_coerce = gmvar_coerce;
+    number.nb_int = unary<PyNumber_Int>;
+    number.nb_float = unary<PyNumber_Float>;
+    number.nb_inplace_add = gmvar_inplace_add;
+    return number;
+}();
+
+PyMappingMethods gmvar_mapping = {gmvar_length, gmvar_subscript, gmvar_ass_subscript};
+
+PyTypeObject make_gmvar_type() noexcept {
+    PyTypeObject type =
+        make_type("py_larkspur.GMVar", "GM-compatible magical variable", sizeof(GMVarObject));
+    // Check-types: the number slots take operands of any type without coercing them first.
+    type.tp_flags |= Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_CHECKTYPES;
+    type.tp_init = gmvar_init;
+    type.tp_traverse = gmvar_traverse;
+    type.tp_clear = gmvar_clear;
+    type.tp_dealloc = gmvar_dealloc;
+    type.tp_getattro = gmvar_getattro;
+    type.tp_setattro = gmvar_setattro;
+    type.tp_hash = gmvar_hash;
+    type.tp_str = gmvar_str;
+    type.tp_call = gmvar_call;
+    type.tp_compare = gmvar_compare;
+    type.tp_richcompare = gmvar_richcompare;
+    type.tp_as_number = &gmvar_number;
+    type.tp_as_mapping = &gmvar_mapping;
+    return type;
+}
+
+}  // namespace
+
+PyTypeObject gmvar_type = make_gmvar_type();
+
+void prepare_gmvar_type() noexcept {
+    gmvar_zero = PyInt_FromLong(0);
+    gmvar_type.tp_new = gmvar_new;
+}
+
+}  // namespace larkspur
