@@ -9,6 +9,7 @@
 #include "core/random_seed.h"
 #include "core/type_table.h"
 #include "pixel/gradient.h"
+#include "pixel/rectangle.h"
 #include "pixel/transform.h"
 
 namespace larkspur {
@@ -28,6 +29,11 @@ PyMethodDef module_functions[] = {
      "Draw a vertical gradient, a constant, and another vgrad, each alphablent."},
     {"fast_draw_gradients_vcvvc", pixel::fast_draw_gradients_vcvvc, METH_VARARGS,
      "More complex gradients."},
+    {"fast_draw_rectangle_color", pixel::fast_draw_rectangle_color, METH_VARARGS,
+     "C core for draw_rectangle_color."},
+    {"draw_rectangle", pixel::draw_rectangle, METH_VARARGS, "Draw a rectangle."},
+    {"fill_translucent", pixel::fill_translucent, METH_VARARGS,
+     "Draw a rectangle, possibly with alpha blending."},
     {"init_subsystems", init_subsystems, METH_VARARGS, "Initialize the subsystem variables."},
     {"flip_vh", flip_vh, METH_VARARGS, "Flip a surface."},
     {"flip_v", flip_v, METH_VARARGS, "Flip a surface."},
