@@ -125,6 +125,18 @@ SelfScope::~SelfScope() {
     }
 }
 
+PyRef state_item(PyObject* state, Py_ssize_t i) noexcept {
+    if (PyList_Check(state)) {
+        return PyRef::borrow(PyList_GetItem(state, i));
+    }
+    if (PyTuple_Check(state)) {
+        return PyRef::borrow(PyTuple_GetItem(state, i));
+    }
+    PyErr_Format(PyExc_TypeError, "a state must be a tuple or a list, got %.200s",
+                 Py_TYPE(state)->tp_name);
+    return PyRef();
+}
+
 }  // namespace larkspur
 
 using larkspur::PyRef;
@@ -147,20 +159,8 @@ PyObject* Game_Sequence_Index_S(PyObject* object, const char* list_name) {
 }
 
 int32_t seqi(PyObject* sequence, int32_t i) {
-    PyObject* item = nullptr;  // borrowed
-    if (PyList_Check(sequence)) {
-        item = PyList_GetItem(sequence, i);
-    } else if (PyTuple_Check(sequence)) {
-        item = PyTuple_GetItem(sequence, i);
-    } else {
-        PyErr_Format(PyExc_TypeError, "a state must be a tuple or a list, got %.200s",
-                     Py_TYPE(sequence)->tp_name);
-    }
-    if (item == nullptr) {
-        return -1;
-    }
-    const PyRef held = PyRef::borrow(item);  // converting can run code that empties the list
-    return static_cast<int32_t>(PyInt_AsLong(item));
+    const PyRef item = larkspur::state_item(sequence, i);
+    return item ? static_cast<int32_t>(PyInt_AsLong(item.get())) : -1;
 }
 
 PyObject* GetFirstInstance(PyObject* object) {

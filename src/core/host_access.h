@@ -36,4 +36,8 @@ PyRef call_host(PyObject* callable, const PyRef& arguments) noexcept;
 /// lookup's exception. RuntimeError before the host's modules are bound.
 PyRef game_list(PyObject* host_module, const char* list_name) noexcept;
 
+/// Item i of a tuple or list: a new reference; empty with TypeError when it is neither, with
+/// IndexError when i is outside.
+PyRef state_item(PyObject* state, Py_ssize_t i) noexcept;
+
 }  // namespace larkspur

@@ -8,8 +8,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <utility>
 
+#include "core/arguments.h"
 #include "core/exports.h"
+#include "core/py_ref.h"
 
 namespace larkspur {
 
@@ -64,6 +67,37 @@ inline bool read_state_int(PyObject* state, int i, std::int32_t& field) noexcept
     }
     field = value;
     return true;
+}
+
+/// Replaces what an object field owns and then drops the old object, whose destructor can run code
+/// that looks at the record. False, with the exception that is pending, when `value` is empty.
+inline bool replace_field(PyObject*& field, PyRef value) noexcept {
+    if (!value) {
+        return false;
+    }
+    const PyRef old = PyRef::steal(std::exchange(field, value.release()));
+    return true;
+}
+
+/// What an object field owns; empty with AttributeError when it is unset.
+inline PyRef required_field(PyObject* field, const char* name) noexcept {
+    if (field == nullptr) {
+        PyErr_SetString(PyExc_AttributeError, name);
+    }
+    return PyRef::borrow(field);
+}
+
+/// The argument of __setstate__(), borrowed; null with TypeError when there is none.
+///
+/// @param function name of the caller with its brackets
+inline PyObject* state_argument(PyObject* args, const char* function) noexcept {
+    return first_argument(args, function, "a state as __reduce__() gives it");
+}
+
+/// The result of __reduce__(), a new reference: (type, (), state). Null, with the exception that is
+/// pending, when `state` is empty.
+inline PyObject* reduced(PyTypeObject& type, const PyRef& state) noexcept {
+    return state ? Py_BuildValue("(O()O)", &type, state.get()) : nullptr;
 }
 
 /// What follows from a field table, whose rows stand in the order of the type's member table.
