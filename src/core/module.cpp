@@ -11,6 +11,7 @@
 #include "pixel/gradient.h"
 #include "pixel/rectangle.h"
 #include "pixel/transform.h"
+#include "types/sprite.h"
 
 namespace larkspur {
 namespace {
@@ -44,6 +45,8 @@ PyMethodDef module_functions[] = {
     {"set_SDL_screen", set_sdl_screen, METH_VARARGS, "Store the SDL screen in a C variable."},
     {"RegisterInstancesDict", register_instances_dict, METH_VARARGS,
      "Store data for InstanceList."},
+    {"GMSprite_from_surface", sprite_from_surface, METH_VARARGS,
+     "Create a new GMSprite from a Pygame surface."},
     {"draw_sprite_ext", draw_sprite_ext, METH_VARARGS, "Draw a sprite."},
     {nullptr, nullptr, 0, nullptr},
 };

@@ -1,7 +1,12 @@
 #include "core/type_table.h"
 
 #include "core/diagnostics.h"
+#include "types/background.h"
+#include "types/float_list.h"
 #include "types/gmvar.h"
+#include "types/room.h"
+#include "types/sprite.h"
+#include "types/tile.h"
 
 namespace larkspur {
 namespace {
@@ -17,6 +22,11 @@ struct TypeEntry {
 // In the order in which the types are readied and added.
 const TypeEntry kTypes[] = {
     {&gmvar_type, "GMVar", prepare_gmvar_type, nullptr},
+    {&sprite_type, "GMSprite", nullptr, "GMSprite_Type not ready.\n"},
+    {&background_type, "BackgroundData", nullptr, "BackgroundData_Type not ready.\n"},
+    {&tile_type, "RoomTileData", nullptr, "RoomTileData_Type not ready.\n"},
+    {&room_type, "GMRoom", nullptr, "GMRoom_Type not ready.\n"},
+    {&float_list_type, "Floatlist8", nullptr, "Floatlist8_Type not ready.\n"},
 };
 
 }  // namespace

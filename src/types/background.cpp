@@ -1,0 +1,103 @@
+#include "types/background.h"
+
+#include <cstddef>
+
+#include "core/arguments.h"
+#include "core/host.h"
+#include "core/py_ref.h"
+#include "core/record.h"
+#include "types/comparison.h"
+#include "types/resource.h"
+
+namespace larkspur {
+namespace {
+
+constexpr Field kBackgroundFields[] = {
+    {"name", FieldKind::kStrictObject, offsetof(BackgroundObject, name), "", Visit::kYes,
+     Release::kFirst},
+    {"surf", FieldKind::kStrictObject, offsetof(BackgroundObject, surf), "", Visit::kYes,
+     Release::kFirst},
+    {"scaled_data_cache", FieldKind::kStrictObject, offsetof(BackgroundObject, scaled_data_cache),
+     "", Visit::kYes, Release::kFirst},
+    {"w", FieldKind::kInt, offsetof(BackgroundObject, w), ""},
+    {"h", FieldKind::kInt, offsetof(BackgroundObject, h), ""},
+    {"transparent", FieldKind::kInt, offsetof(BackgroundObject, transparent), ""},
+};
+using BackgroundRecord = Record<kBackgroundFields>;
+
+BackgroundObject* as_background(PyObject* self) noexcept {
+    return reinterpret_cast<BackgroundObject*>(self);
+}
+
+PyObject* background_new(PyTypeObject* type, PyObject* /*args*/, PyObject* /*kwargs*/) noexcept {
+    PyRef self = PyRef::steal(type->tp_alloc(type, 0));
+    if (!self) {
+        return nullptr;
+    }
+    BackgroundObject* background = as_background(self.get());
+    background->name = new_none();
+    background->surf = new_none();
+    if (!replace_field(background->scaled_data_cache, PyRef::steal(PyDict_New()))) {
+        return nullptr;
+    }
+    return self.release();
+}
+
+// The image is left to the host, which loads it again, and with it the size.
+PyObject* background_reduce(PyObject* self, PyObject* /*args*/) noexcept {
+    const BackgroundObject* background = as_background(self);
+    const PyRef name = required_field(background->name, "name");
+    if (!name) {
+        return nullptr;
+    }
+    return reduced(background_type,
+                   PyRef::steal(Py_BuildValue("(Oi)", name.get(), background->transparent)));
+}
+
+PyObject* background_setstate(PyObject* self, PyObject* args) noexcept {
+    PyObject* state = state_argument(args, "BackgroundData.__setstate__()");
+    BackgroundObject* background = as_background(self);
+    if (state == nullptr || !read_state_int(state, 1, background->transparent) ||
+        !restore_name(state, 0, background->name) ||
+        !replace_field(background->scaled_data_cache, PyRef::steal(PyDict_New())) ||
+        !replace_field(background->surf, PyRef::borrow(Py_None))) {
+        return nullptr;
+    }
+    PyRef arguments = PyRef::steal(Py_BuildValue("(O)", self));
+    const PyRef loaded = load_images(background_image_loader(), arguments);
+    if (!loaded) {
+        // By design a background whose image could not be loaded stays alive with its arguments.
+        static_cast<void>(arguments.release());
+        return nullptr;
+    }
+    return publish(background->name, self);
+}
+
+PyMethodDef background_methods[] = {
+    {"__reduce__", background_reduce, METH_VARARGS, nullptr},
+    {"__setstate__", background_setstate, METH_VARARGS, "Unpickler"},
+    {nullptr, nullptr, 0, nullptr},
+};
+
+PyTypeObject make_background_type() noexcept {
+    PyTypeObject type = make_type("larkspur.BackgroundData", "GM-compatible backgrounds.",
+                                  sizeof(BackgroundObject));
+    type.tp_flags |= Py_TPFLAGS_HAVE_GC;
+    type.tp_new = background_new;
+    type.tp_traverse = BackgroundRecord::traverse;
+    type.tp_clear = BackgroundRecord::clear;
+    type.tp_dealloc = BackgroundRecord::dealloc;
+    type.tp_free = PyObject_GC_Del;
+    type.tp_compare = compare_as_int;
+    type.tp_as_number = resource_number_methods<kBackgroundList>();
+    type.tp_str = resource_str<kBackgroundList>;
+    type.tp_methods = background_methods;
+    type.tp_members = BackgroundRecord::members();
+    return type;
+}
+
+}  // namespace
+
+PyTypeObject background_type = make_background_type();
+
+}  // namespace larkspur

@@ -1,0 +1,107 @@
+#include "types/comparison.h"
+
+#include <cstdint>
+
+#include "core/diagnostics.h"
+#include "core/py_ref.h"
+
+namespace larkspur {
+namespace {
+
+// For tp_compare: the integer an object stands for; empty after a line on standard error.
+PyRef int_value(PyObject* object) noexcept {
+    PyRef value = PyRef::steal(PyNumber_Int(object));
+    if (!value) {
+        write_stderr("XXX need to set an exception.\n");
+    }
+    return value;
+}
+
+// The rich comparison of two converted values, one of which has no three-way comparison.
+PyRef rich_result(PyObject* a, PyObject* b, int op) noexcept {
+    const richcmpfunc slot = Py_TYPE(a)->tp_richcompare;
+    // A slot reads both operands as its own type, so it gets no others.
+    const bool takes_both = slot != nullptr && Py_TYPE(a) == Py_TYPE(b);
+    return PyRef::steal(takes_both ? slot(a, b, op) : PyObject_RichCompare(a, b, op));
+}
+
+bool rich_holds(PyObject* a, PyObject* b, int op) noexcept {
+    const PyRef result = rich_result(a, b, op);
+    return result && PyObject_IsTrue(result.get()) > 0;
+}
+
+// The integer's value cut to 32 bits. False with OverflowError when it does not even fit a long.
+bool cut_to_32_bits(PyObject* number, std::int32_t& value) noexcept {
+    const long wide = PyInt_AsLong(number);
+    if (wide == -1 && PyErr_Occurred() != nullptr) {
+        return false;
+    }
+    value = static_cast<std::int32_t>(wide);
+    return true;
+}
+
+}  // namespace
+
+int compare_as_int(PyObject* a, PyObject* b) noexcept {
+    const PyRef value_a = int_value(a);
+    if (!value_a) {
+        return -1;
+    }
+    const PyRef value_b = int_value(b);
+    if (!value_b) {
+        return -1;
+    }
+    const PyTypeObject* type = Py_TYPE(value_a.get());
+    if (type->tp_compare != nullptr) {
+        return Py_TYPE(value_b.get()) == type ? type->tp_compare(value_a.get(), value_b.get())
+                                              : PyObject_Compare(value_a.get(), value_b.get());
+    }
+    PyRef equal = rich_result(value_a.get(), value_b.get(), Py_EQ);
+    if (!equal) {
+        return 0;
+    }
+    // Only whether it could be computed counts, and its reference is kept for good.
+    static_cast<void>(equal.release());
+    if (rich_holds(value_a.get(), value_b.get(), Py_LT)) {
+        return -1;
+    }
+    return rich_holds(value_a.get(), value_b.get(), Py_GT) ? 1 : 0;
+}
+
+PyObject* richcompare_as_int(PyObject* a, PyObject* b, int op) noexcept {
+    const PyRef value_a = PyRef::steal(PyNumber_Int(a));
+    if (!value_a) {
+        return nullptr;
+    }
+    const PyRef value_b = PyRef::steal(PyNumber_Int(b));
+    if (!value_b) {
+        return nullptr;
+    }
+    const PyTypeObject* type = Py_TYPE(value_a.get());
+    if (type->tp_richcompare != nullptr) {
+        return rich_result(a, b, op).release();
+    }
+    std::int32_t int_a = 0;
+    std::int32_t int_b = 0;
+    if (!cut_to_32_bits(value_a.get(), int_a) || !cut_to_32_bits(value_b.get(), int_b)) {
+        return nullptr;
+    }
+    switch (op) {
+        case Py_LT:
+            return PyBool_FromLong(int_a < int_b);
+        case Py_LE:
+            return PyBool_FromLong(int_a <= int_b);
+        case Py_EQ:
+            return PyBool_FromLong(int_a == int_b);
+        case Py_NE:
+            return PyBool_FromLong(int_a != int_b);
+        case Py_GT:
+            return PyBool_FromLong(int_a > int_b);
+        case Py_GE:
+            return PyBool_FromLong(int_a >= int_b);
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace larkspur

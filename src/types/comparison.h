@@ -1,0 +1,21 @@
+// Comparison by integer value, which identifies the game's resources and tiles.
+#pragma once
+
+#include "core/python.h"
+
+namespace larkspur {
+
+/// tp_compare of backgrounds, rooms and tiles: compares what the operands convert to. The
+/// interpreter calls it for any two objects whose types share it, so a background can be compared
+/// with a room.
+///
+/// @return -1, 0 or 1; -1 as well when an operand does not convert, with a line on standard error
+///         and the conversion's exception, if it set one
+int compare_as_int(PyObject* a, PyObject* b) noexcept;
+
+/// tp_richcompare of sprites: True or False, after the operands' integer values cut to signed 32
+/// bits. Null with the conversion's exception, if it set one, when an operand does not convert, and
+/// null without an exception for an unknown operator.
+PyObject* richcompare_as_int(PyObject* a, PyObject* b, int op) noexcept;
+
+}  // namespace larkspur

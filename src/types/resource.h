@@ -1,0 +1,52 @@
+// What sprites, backgrounds and rooms share: they are identified by their position in one of the
+// game's lists, and their images come from the host.
+#pragma once
+
+#include "core/python.h"
+
+#include "core/exports.h"
+#include "core/py_ref.h"
+
+namespace larkspur {
+
+/// Names of the game's lists.
+inline constexpr char kSpriteList[] = "sprites";
+inline constexpr char kBackgroundList[] = "backgrounds";
+inline constexpr char kRoomList[] = "rooms";
+
+/// tp_as_number of a resource: int() and float() give its position in its list. They fail without
+/// an exception when it is not there.
+template <const char* list_name>
+PyNumberMethods* resource_number_methods() noexcept {
+    static PyNumberMethods methods = [] {
+        PyNumberMethods slots = {};
+        slots.nb_int = [](PyObject* self) noexcept { return Game_Sequence_Index(self, list_name); };
+        slots.nb_float = [](PyObject* self) noexcept {
+            return Game_Sequence_Index_F(self, list_name);
+        };
+        return slots;
+    }();
+    return &methods;
+}
+
+/// tp_str of a background or room: its position in its list as text, "-1" when it is not there.
+template <const char* list_name>
+PyObject* resource_str(PyObject* self) noexcept {
+    return Game_Sequence_Index_S(self, list_name);
+}
+
+/// Reads item i of a pickled state into the field `name`. Beside the field's reference one more is
+/// taken: a restored name is never freed. False with an exception, the field as it was.
+bool restore_name(PyObject* state, Py_ssize_t i, PyObject*& name) noexcept;
+
+/// Lets the host load a resource's images: its result, or empty with its exception after a line on
+/// standard error.
+PyRef load_images(PyObject* loader, const PyRef& arguments) noexcept;
+
+/// Stores a resource in the game code's globals under its name: a new reference to None, or null
+/// with an exception after a line on standard output.
+///
+/// @param name borrowed; null when Python deleted it
+PyObject* publish(PyObject* name, PyObject* resource) noexcept;
+
+}  // namespace larkspur

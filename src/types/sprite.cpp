@@ -1,0 +1,185 @@
+#include "types/sprite.h"
+
+#include <cstddef>
+
+#include "core/arguments.h"
+#include "core/display.h"
+#include "core/host.h"
+#include "core/py_ref.h"
+#include "core/pygame.h"
+#include "core/record.h"
+#include "types/comparison.h"
+#include "types/resource.h"
+
+namespace larkspur {
+namespace {
+
+constexpr Field kSpriteFields[] = {
+    {"w", FieldKind::kInt, offsetof(SpriteObject, w), "unscaled sprite width."},
+    {"h", FieldKind::kInt, offsetof(SpriteObject, h), "unscaled sprite height."},
+    {"xorigin", FieldKind::kInt, offsetof(SpriteObject, xorigin), ""},
+    {"yorigin", FieldKind::kInt, offsetof(SpriteObject, yorigin), ""},
+    {"leftbound", FieldKind::kInt, offsetof(SpriteObject, leftbound), ""},
+    {"rightbound", FieldKind::kInt, offsetof(SpriteObject, rightbound), ""},
+    {"topbound", FieldKind::kInt, offsetof(SpriteObject, topbound), ""},
+    {"bottombound", FieldKind::kInt, offsetof(SpriteObject, bottombound), ""},
+    {"transparent", FieldKind::kInt, offsetof(SpriteObject, transparent), ""},
+    {"use_video_memory", FieldKind::kInt, offsetof(SpriteObject, use_video_memory), ""},
+    {"load_only_on_use", FieldKind::kInt, offsetof(SpriteObject, load_only_on_use), ""},
+    {"smooth_edges", FieldKind::kInt, offsetof(SpriteObject, smooth_edges), ""},
+    {"preload_texture", FieldKind::kInt, offsetof(SpriteObject, preload_texture), ""},
+    {"bounding_box_type", FieldKind::kInt, offsetof(SpriteObject, bounding_box_type), ""},
+    {"precise_collision_checking", FieldKind::kInt,
+     offsetof(SpriteObject, precise_collision_checking), ""},
+    {"name", FieldKind::kStrictObject, offsetof(SpriteObject, name), "", Visit::kYes,
+     Release::kFirst},
+    {"subimages", FieldKind::kStrictObject, offsetof(SpriteObject, subimages), "", Visit::kYes,
+     Release::kFirst},
+    {"scalecache", FieldKind::kStrictObject, offsetof(SpriteObject, scalecache), "", Visit::kYes,
+     Release::kFirst},
+};
+using SpriteRecord = Record<kSpriteFields>;
+
+// The pickled state: the integers, then these two.
+constexpr Py_ssize_t kStateName = SpriteRecord::int_count();
+constexpr Py_ssize_t kStateSubimageCount = kStateName + 1;
+constexpr Py_ssize_t kStateLength = kStateSubimageCount + 1;
+
+SpriteObject* as_sprite(PyObject* self) noexcept {
+    return reinterpret_cast<SpriteObject*>(self);
+}
+
+PyObject* sprite_new(PyTypeObject* type, PyObject* /*args*/, PyObject* /*kwargs*/) noexcept {
+    PyRef self = PyRef::steal(type->tp_alloc(type, 0));
+    if (!self) {
+        return nullptr;
+    }
+    SpriteObject* sprite = as_sprite(self.get());
+    sprite->name = new_none();
+    if (!replace_field(sprite->subimages, PyRef::steal(PyList_New(0))) ||
+        !replace_field(sprite->scalecache, PyRef::steal(PyDict_New()))) {
+        return nullptr;
+    }
+    return self.release();
+}
+
+// Unlike a background's or room's, a sprite's text fails when it is not in the list.
+PyObject* sprite_str(PyObject* self) noexcept {
+    const PyRef index = PyRef::steal(Game_Sequence_Index(self, kSpriteList));
+    return index ? PyObject_Str(index.get()) : nullptr;
+}
+
+// The images are left to the host, which loads them again. The scale cache goes with the first
+// pickling and comes back when a state or a new dictionary is set.
+PyObject* sprite_reduce(PyObject* self, PyObject* /*args*/) noexcept {
+    SpriteObject* sprite = as_sprite(self);
+    Py_CLEAR(sprite->scalecache);
+    const PyRef state = PyRef::steal(PyTuple_New(kStateLength));
+    if (!state || !SpriteRecord::pack_ints(self, state.get())) {
+        return nullptr;
+    }
+    PyRef name = required_field(sprite->name, "name");
+    const PyRef subimages = required_field(sprite->subimages, "subimages");
+    if (!name || !subimages) {
+        return nullptr;
+    }
+    if (!PyList_Check(subimages.get())) {
+        PyErr_Format(PyExc_TypeError, "GMSprite.__reduce__() needs a list in subimages, got %.200s",
+                     Py_TYPE(subimages.get())->tp_name);
+        return nullptr;
+    }
+    PyObject* count = PyInt_FromSsize_t(PyList_GET_SIZE(subimages.get()));
+    if (count == nullptr) {
+        return nullptr;
+    }
+    PyTuple_SET_ITEM(state.get(), kStateName, name.release());
+    PyTuple_SET_ITEM(state.get(), kStateSubimageCount, count);
+    return reduced(sprite_type, state);
+}
+
+PyObject* sprite_setstate(PyObject* self, PyObject* args) noexcept {
+    PyObject* state = state_argument(args, "GMSprite.__setstate__()");
+    SpriteObject* sprite = as_sprite(self);
+    std::int32_t subimage_count = 0;
+    if (state == nullptr || !SpriteRecord::unpack_ints(self, state) ||
+        !restore_name(state, kStateName, sprite->name) ||
+        !replace_field(sprite->subimages, PyRef::steal(PyList_New(0))) ||
+        !read_state_int(state, kStateSubimageCount, subimage_count) ||
+        !replace_field(sprite->scalecache, PyRef::steal(PyDict_New()))) {
+        return nullptr;
+    }
+    // What was released above can have run code that deleted the name.
+    const PyRef name = required_field(sprite->name, "name");
+    if (!name) {
+        return nullptr;
+    }
+    const PyRef arguments = PyRef::steal(Py_BuildValue("(OOi)", self, name.get(), subimage_count));
+    const PyRef loaded = load_images(sprite_image_loader(), arguments);
+    if (!loaded) {
+        return nullptr;
+    }
+    return publish(sprite->name, self);
+}
+
+PyMethodDef sprite_methods[] = {
+    {"__reduce__", sprite_reduce, METH_VARARGS, nullptr},
+    {"__setstate__", sprite_setstate, METH_VARARGS, "Unpickler"},
+    {nullptr, nullptr, 0, nullptr},
+};
+
+PyTypeObject make_sprite_type() noexcept {
+    PyTypeObject type =
+        make_type("larkspur.GMSprite", "GM-compatible sprites.", sizeof(SpriteObject));
+    type.tp_flags |= Py_TPFLAGS_HAVE_GC;
+    type.tp_new = sprite_new;
+    type.tp_traverse = SpriteRecord::traverse;
+    type.tp_clear = SpriteRecord::clear;
+    type.tp_dealloc = SpriteRecord::dealloc;
+    type.tp_free = PyObject_GC_Del;
+    type.tp_richcompare = richcompare_as_int;
+    type.tp_as_number = resource_number_methods<kSpriteList>();
+    type.tp_str = sprite_str;
+    type.tp_methods = sprite_methods;
+    type.tp_members = SpriteRecord::members();
+    return type;
+}
+
+}  // namespace
+
+PyTypeObject sprite_type = make_sprite_type();
+
+PyObject* sprite_from_surface(PyObject* /*module*/, PyObject* args) noexcept {
+    constexpr const char* kFunction = "GMSprite_from_surface()";
+    PyObject* surface_object = nullptr;
+    PyObject* name = nullptr;
+    if (!PyArg_ParseTuple(args, "O|O:GMSprite_from_surface", &surface_object, &name)) {
+        return nullptr;
+    }
+    PyRef self = PyRef::steal(sprite_new(&sprite_type, nullptr, nullptr));
+    if (!self) {
+        return nullptr;
+    }
+    const SurfaceUse surface(surface_object, kFunction);
+    if (!surface) {
+        return nullptr;
+    }
+    const SDL_Surface* display = require_display(kFunction);
+    if (display == nullptr) {
+        return nullptr;
+    }
+    SpriteObject* sprite = as_sprite(self.get());
+    if (name != nullptr) {
+        Py_INCREF(name);
+        sprite->name = name;  // the None that stood here keeps its reference, by design
+    }
+    sprite->w = sprite->rightbound = surface.get()->w;
+    sprite->h = sprite->bottombound = surface.get()->h;
+    const PyRef subimage = wrap_surface(
+        pygame_api(), SurfacePtr(SDL_ConvertSurface(surface.get(), display->format, 0)));
+    if (!subimage || PyList_Append(sprite->subimages, subimage.get()) != 0) {
+        return nullptr;
+    }
+    return self.release();
+}
+
+}  // namespace larkspur
