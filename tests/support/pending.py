@@ -1,0 +1,28 @@
+"""Calls whose result and pending exception are both wanted."""
+import collections
+import ctypes
+
+from support import native
+
+_helper = ctypes.PyDLL(native.build_path("helpers/pending.so"))
+_helper.call.restype = ctypes.py_object
+_helper.call.argtypes = (ctypes.py_object, ctypes.py_object)
+_helper.draw_view.restype = ctypes.py_object
+_helper.draw_view.argtypes = (ctypes.c_void_p, ctypes.py_object, ctypes.py_object, ctypes.py_object,
+                              ctypes.c_int, ctypes.py_object)
+
+# succeeded  whether the function returned an object at all
+# exception  what was pending afterwards, also after a success; None when nothing was
+Outcome = collections.namedtuple("Outcome", "succeeded result exception")
+
+
+def call(function, *arguments):
+    """The Outcome of a call."""
+    succeeded, result, exception = _helper.call(function, arguments)
+    return Outcome(bool(succeeded), result, exception)
+
+
+def draw_view(room, surface, view, drawn, before=None):
+    """(status, exception) of Room_DrawView(), called while the exception `before` is pending."""
+    address = ctypes.cast(native.library.Room_DrawView, ctypes.c_void_p)
+    return _helper.draw_view(address, before, room, surface, view, drawn)
