@@ -337,6 +337,19 @@ LARKSPUR_EXPORT struct _object* sprite_scalecache_add(struct _object* sprite, st
                                                       int angle, int ignored, int colour, int alpha,
                                                       int rgba_copy);
 
+/* ---- Room drawing -------------------------------------------------------------------------- */
+
+/* Draws one view of a room. `room` is a GMRoom whose eleven lists from view_xview to view_hport are
+ * Floatlist8, `surface` the pygame Surface to draw on, `view` 0 to 7, `drawn` the tuple of
+ * instances and particle systems in drawing order; all are borrowed. The view follows its instance
+ * and is kept in the room; its scale is published in g_view_xscale, g_view_yscale, gm6.view_xscale
+ * and gm6.view_yscale; the host draws the backgrounds, then each object is drawn, whatever became
+ * of the others. Returns 1, or 0 when anything failed. The last exception is left pending, also by
+ * failures that do not count, such as a followed instance that can't be found; lines on standard
+ * error tell where one was pending. An exception that is pending at the call stays so. */
+LARKSPUR_EXPORT int32_t Room_DrawView(struct _object* room, struct _object* surface, int32_t view,
+                                      struct _object* drawn);
+
 /* ---- Diagnostics --------------------------------------------------------------------------- */
 
 /* Appends "larkspur: <message>\n" to debug.log in the current directory; result of the close. */

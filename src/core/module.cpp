@@ -11,6 +11,7 @@
 #include "pixel/gradient.h"
 #include "pixel/rectangle.h"
 #include "pixel/transform.h"
+#include "room/room_draw.h"
 #include "types/sprite.h"
 
 namespace larkspur {
@@ -47,6 +48,7 @@ PyMethodDef module_functions[] = {
      "Store data for InstanceList."},
     {"GMSprite_from_surface", sprite_from_surface, METH_VARARGS,
      "Create a new GMSprite from a Pygame surface."},
+    {"Room_Draw", room_draw, METH_VARARGS, "Draw the current room."},
     {"draw_sprite_ext", draw_sprite_ext, METH_VARARGS, "Draw a sprite."},
     {nullptr, nullptr, 0, nullptr},
 };
@@ -65,6 +67,7 @@ extern "C" LARKSPUR_EXPORT void initlarkspur() {
     }
     add_types(module);
     load_pygame_api(pygame_api());
+    larkspur_init_rooms();
     const std::uint32_t entropy = read_entropy();
     seed_random(entropy);
     bind_host_modules();

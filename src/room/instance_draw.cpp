@@ -1,0 +1,162 @@
+#include "room/instance_draw.h"
+
+#include <iterator>
+
+#include "core/attribute.h"
+#include "core/diagnostics.h"
+#include "core/exports.h"
+#include "core/host_access.h"
+#include "core/py_ref.h"
+
+namespace larkspur {
+namespace {
+
+// Position of the draw event in an object's list of events.
+constexpr Py_ssize_t kDrawEvent = 8;
+
+// What "py_Draw" holds when there is no draw code.
+constexpr long kAutomaticDraw = 1;
+
+AttributeName py_draw("py_Draw");
+AttributeName object_index("object_index");
+AttributeName py_objectdata("py_objectdata");
+AttributeName events("events");
+AttributeName python("python");
+AttributeName py_automatic_draw("py_automatic_draw");
+AttributeName py_real_draw("py_RealDraw");
+
+// The arguments of draw_sprite_ext, in order.
+AttributeName sprite_attributes[] = {
+    AttributeName("sprite_index"),
+    AttributeName("image_index"),
+    AttributeName("x"),
+    AttributeName("y"),
+    AttributeName("image_xscale"),
+    AttributeName("image_yscale"),
+    AttributeName("image_angle"),
+    AttributeName("image_blend"),
+    AttributeName("image_alpha"),
+};
+constexpr Py_ssize_t kSpriteAttributeCount = std::size(sprite_attributes);
+
+// True when an object can be evaluated like a module's code; false with TypeError. Code with free
+// variables would read them from cells that are not there.
+bool check_draw_code(PyObject* code) noexcept {
+    if (!PyCode_Check(code)) {
+        PyErr_Format(PyExc_TypeError, "draw code must be a compiled code object, got %.200s",
+                     Py_TYPE(code)->tp_name);
+        return false;
+    }
+    if (PyCode_GetNumFree(reinterpret_cast<PyCodeObject*>(code)) > 0) {
+        PyErr_SetString(PyExc_TypeError,
+                        "draw code must not have free variables; compile it as a module's code");
+        return false;
+    }
+    return true;
+}
+
+// Runs draw code as the instance. False with an exception.
+bool run_draw_code(PyObject* instance, PyObject* code) noexcept {
+    const SelfScope self(instance);
+    // With another instance as `self` the code would draw, and change, the wrong one.
+    if (!self || !check_draw_code(code)) {
+        return false;
+    }
+    return static_cast<bool>(PyRef::steal(
+        PyEval_EvalCode(reinterpret_cast<PyCodeObject*>(code), gmapi__dict__, gmapi__dict__)));
+}
+
+// Calls the host's draw_sprite_ext for an instance. False with an exception.
+bool draw_sprite_of(PyObject* instance) noexcept {
+    const PyRef arguments = PyRef::steal(PyTuple_New(kSpriteAttributeCount));
+    if (!arguments) {
+        return false;
+    }
+    for (Py_ssize_t i = 0; i < kSpriteAttributeCount; ++i) {
+        PyRef value = get_attribute(instance, sprite_attributes[i]);
+        if (!value) {
+            return false;
+        }
+        PyTuple_SET_ITEM(arguments.get(), i, value.release());
+    }
+    return static_cast<bool>(call_host(gmapi_draw_sprite_ext, arguments));
+}
+
+// Stores that an instance has no draw code; returns `status`, or false when the store failed.
+bool store_automatic_draw(PyObject* instance, bool status) noexcept {
+    const PendingException set_aside;
+    if (set_attribute(instance, py_draw, PyRef::steal(PyInt_FromLong(kAutomaticDraw)))) {
+        return status;
+    }
+    write_stderr("Error setting attribute string to number.\n");
+    return false;
+}
+
+}  // namespace
+
+bool run_draw_event(PyObject* instance) noexcept {
+    const PyRef object = get_attribute(instance, object_index);
+    const PyRef data = object ? get_attribute(object.get(), py_objectdata) : PyRef();
+    if (!data) {
+        return false;
+    }
+    const PyRef all_actions = get_attribute(data.get(), events);
+    if (!all_actions) {
+        return store_automatic_draw(instance, true);
+    }
+    if (PySequence_Size(all_actions.get()) <= kDrawEvent) {
+        write_stderr("Events too small!\n");
+        return store_automatic_draw(instance, false);
+    }
+    const PyRef actions = PyRef::steal(PySequence_GetItem(all_actions.get(), kDrawEvent));
+    const Py_ssize_t count = actions ? PySequence_Size(actions.get()) : -1;
+    if (count < 0) {
+        return false;
+    }
+    if (count == 0) {
+        return store_automatic_draw(instance, true);
+    }
+    const PyRef action = PyRef::steal(PySequence_GetItem(actions.get(), 0));
+    const PyRef code = action ? get_attribute(action.get(), python) : PyRef();
+    if (!code) {
+        return false;
+    }
+
+    const bool stored = set_attribute(instance, py_draw, code);
+    if (!stored) {
+        write_stderr("Error setting attribute string to code.\n");
+    }
+    const PendingException store_failure;
+    const bool drawn = run_draw_code(instance, code.get());
+    if (!drawn) {
+        write_stderr("Code eval failed\n");
+    }
+    return stored && drawn;
+}
+
+bool draw_instance(PyObject* instance) noexcept {
+    const PyRef draw = get_attribute(instance, py_draw);
+    if (!draw) {
+        const PendingException missing;
+        return run_draw_event(instance);
+    }
+    if (!PyInt_CheckExact(draw.get())) {
+        return run_draw_code(instance, draw.get());
+    }
+    return PyInt_AS_LONG(draw.get()) == 0 ? run_draw_event(instance) : draw_sprite_of(instance);
+}
+
+bool draw_particle_system(PyObject* system, PyObject* offset) noexcept {
+    const PyRef automatic = get_attribute(system, py_automatic_draw);
+    if (!automatic) {
+        return true;
+    }
+    const int wanted = PyObject_IsTrue(automatic.get());
+    if (wanted <= 0) {
+        return wanted == 0;
+    }
+    const PyRef draw = get_attribute(system, py_real_draw);
+    return draw && PyRef::steal(PyObject_CallObject(draw.get(), offset));
+}
+
+}  // namespace larkspur

@@ -1,0 +1,24 @@
+#include "room/room_pygame.h"
+
+#include <utility>
+
+#include "core/exports.h"
+#include "core/pygame.h"
+
+namespace larkspur {
+namespace {
+
+// Room drawing keeps a copy of its own, which a native caller can have read again at any time.
+PygameApi room_api = {};
+
+}  // namespace
+
+PyRef wrap_room_surface(SurfacePtr surface) noexcept {
+    return wrap_surface(room_api, std::move(surface));
+}
+
+}  // namespace larkspur
+
+extern "C" void larkspur_init_rooms(void) {
+    larkspur::load_pygame_api(larkspur::room_api);
+}
