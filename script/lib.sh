@@ -1,0 +1,194 @@
+# shellcheck shell=bash
+# What the scripts share: where things are, how to talk, how to find tools and how to build.
+# Sourced first by each of them; it moves into the root of the tree.
+
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
+cd "$root"
+
+venv=$root/.venv
+# Read by script/setup and by the tests of these scripts.
+# shellcheck disable=SC2034
+python2_release=2.7.18
+
+# Debian's own tools go before all others, so that a version manager's shim which answers
+# "not installed" is never taken for the tool. Python 2.7 is looked for on the caller's path.
+caller_path=$PATH
+PATH=/usr/local/sbin:/usr/sbin:/sbin:/usr/bin:/bin:$PATH
+
+# What a developer's shell happens to hold must change neither what is built nor what is tested.
+unset LARKSPUR_BUILD_DIR VIRTUAL_ENV CDPATH DESTDIR
+unset PYTHONPATH PYTHONHOME PYTHONSTARTUP PYTHONOPTIMIZE PYTHONWARNINGS PYTHONINSPECT PYTHONDEBUG
+unset PYTEST_ADDOPTS PYTEST_PLUGINS PIP_USER PIP_TARGET PIP_PREFIX PIP_REQUIRE_VIRTUALENV
+unset CFLAGS CXXFLAGS CPPFLAGS LDFLAGS CMAKE_BUILD_TYPE CMAKE_GENERATOR
+unset LD_PRELOAD ASAN_OPTIONS LSAN_OPTIONS UBSAN_OPTIONS GTEST_FILTER
+export LC_ALL=C.UTF-8
+export PIP_DISABLE_PIP_VERSION_CHECK=1 PIP_NO_INPUT=1 PIP_NO_PYTHON_VERSION_WARNING=1
+export PYGAME_HIDE_SUPPORT_PROMPT=1
+
+# Compiler cache, pip and others keep things under HOME; some accounts have none.
+if [ ! -d "${HOME:-}" ] || [ ! -w "${HOME:-}" ]; then
+    export HOME=$root/build/home
+    mkdir -p "$HOME"
+fi
+
+say() {
+    printf -- '-- %s\n' "$*"
+}
+
+fail() {
+    printf '%s: %s\n' "${0##*/}" "$*" >&2
+    exit 1
+}
+
+# retry COMMAND...: up to three times, for steps that reach over a network.
+retry() {
+    local attempt
+    for attempt in 1 2 3; do
+        if "$@"; then
+            return 0
+        fi
+        if [ "$attempt" -lt 3 ]; then
+            say "attempt $attempt of 3 failed: $*"
+            sleep "${LARKSPUR_RETRY_PAUSE:-10}"
+        fi
+    done
+    return 1
+}
+
+# quietly LOG COMMAND...: keeps the output in LOG and shows it only when the command fails.
+quietly() {
+    local log=$1
+    shift
+    mkdir -p "$(dirname "$log")"
+    if ! "$@" >"$log" 2>&1 </dev/null; then
+        cat "$log" >&2
+        fail "this command failed, its output is above: $*"
+    fi
+}
+
+# As root where apt wants it.
+as_root() {
+    if [ "$(id -u)" = 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        fail "needs root to run: $* (no sudo here; run it as root yourself, then try again)"
+    fi
+}
+
+# missing_packages NAME...: prints those that are not installed.
+missing_packages() {
+    local name
+    for name in "$@"; do
+        if [ "$(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null)" != installed ]; then
+            printf '%s\n' "$name"
+        fi
+    done
+}
+
+apt_lists_are_fresh=no
+
+refresh_apt_lists() {
+    if [ "$apt_lists_are_fresh" = no ]; then
+        say "apt-get update"
+        # An old list is often good enough, so a refusal is told and not fatal.
+        retry as_root apt-get -q -o DPkg::Lock::Timeout=600 update </dev/null ||
+            say "apt-get update failed three times; going on with the lists that are here"
+        apt_lists_are_fresh=yes
+    fi
+}
+
+# apt_knows NAME: whether this Debian release has an installable package of that name.
+apt_knows() {
+    apt-cache policy "$1" 2>/dev/null | grep -q 'Candidate: [^(]'
+}
+
+# apt_install NAME...: installs what is missing of these packages; nothing when all is there.
+apt_install() {
+    local missing
+    mapfile -t missing < <(missing_packages "$@")
+    if [ "${#missing[@]}" = 0 ]; then
+        return
+    fi
+    refresh_apt_lists
+    say "apt-get install ${missing[*]}"
+    quietly build/tools/apt-get.log retry as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get -q -y -o DPkg::Lock::Timeout=600 install --no-install-recommends "${missing[@]}"
+}
+
+# python27_with_headers CANDIDATE: prints the path of the interpreter behind CANDIDATE; fails
+# unless it runs, is Python 2.7 and has its headers.
+python27_with_headers() {
+    "$1" -c '
+import os, sys
+from distutils.sysconfig import get_python_inc
+header = os.path.join(get_python_inc(), "Python.h")
+if sys.version_info[:2] != (2, 7) or not os.path.isfile(header):
+    sys.exit(1)
+print(os.path.abspath(sys.executable))
+' 2>/dev/null </dev/null
+}
+
+# Prints pyenv's command, when there is one.
+find_pyenv() {
+    PATH=$caller_path command -v pyenv || {
+        local candidate=${PYENV_ROOT:-$HOME/.pyenv}/bin/pyenv
+        [ -x "$candidate" ] && printf '%s\n' "$candidate"
+    }
+}
+
+# Prints the newest Python 2.7 with headers that pyenv holds.
+find_pyenv_python27() {
+    local pyenv pyenv_root candidate
+    pyenv=$(find_pyenv) || return 1
+    pyenv_root=$("$pyenv" root 2>/dev/null) || return 1
+    while IFS= read -r candidate; do
+        if python27_with_headers "$candidate"; then
+            return 0
+        fi
+    done < <(printf '%s\n' "$pyenv_root"/versions/2.7*/bin/python2.7 | sort -rV)
+    return 1
+}
+
+# find_python27: prints a Python 2.7 with headers that is on this machine already.
+find_python27() {
+    local candidate
+    if [ -n "${LARKSPUR_PYTHON:-}" ]; then
+        python27_with_headers "$LARKSPUR_PYTHON" ||
+            fail "LARKSPUR_PYTHON is $LARKSPUR_PYTHON, which is no Python 2.7 with headers"
+        return
+    fi
+    while IFS= read -r candidate; do
+        if python27_with_headers "$candidate"; then
+            return 0
+        fi
+    done < <(PATH=$caller_path type -ap python2.7)
+    find_pyenv_python27
+}
+
+# build_tree DIRECTORY TYPE [CMAKE OPTION...]: configures and builds; quick when nothing changed.
+build_tree() {
+    local directory=$1 type=$2 settings
+    shift 2
+    set -- "-DCMAKE_BUILD_TYPE=$type" "-DPython2_EXECUTABLE=$venv/bin/python" "$@"
+    if [ -n "${CI:-}" ]; then
+        set -- "$@" -DLARKSPUR_WERROR=ON
+    else
+        set -- "$@" -DLARKSPUR_WERROR=OFF
+    fi
+    # A cache made in another place, by another CMake or for another interpreter is of no use.
+    settings="$root $(cat "$venv/made-for")
+$(cmake --version | head -n 1) ${CC:-} ${CXX:-} $*"
+    if [ "$settings" != "$(cat "$directory/configured" 2>/dev/null)" ]; then
+        say "configuring $directory ($type)"
+        rm -rf "$directory/CMakeCache.txt" "$directory/CMakeFiles" "$directory/configured"
+        quietly "$directory/configure.log" \
+            cmake -S . -B "$directory" -G Ninja -DCMAKE_MAKE_PROGRAM="$(command -v ninja)" "$@"
+        printf '%s\n' "$settings" >"$directory/configured"
+    fi
+    say "building $directory"
+    quietly "$directory/build.log" ninja -C "$directory" -j "$(nproc)"
+}
