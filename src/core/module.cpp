@@ -8,6 +8,8 @@
 #include "core/pygame.h"
 #include "core/random_seed.h"
 #include "core/type_table.h"
+#include "particles/particle.h"
+#include "particles/particle_type.h"
 #include "pixel/gradient.h"
 #include "pixel/rectangle.h"
 #include "pixel/transform.h"
@@ -37,9 +39,42 @@ PyMethodDef module_functions[] = {
     {"fill_translucent", pixel::fill_translucent, METH_VARARGS,
      "Draw a rectangle, possibly with alpha blending."},
     {"init_subsystems", init_subsystems, METH_VARARGS, "Initialize the subsystem variables."},
+    {"CParticle_new", cparticle_new, METH_VARARGS, "Create a new particle."},
+    {"CParticle_new_size_color", cparticle_new_size_color, METH_VARARGS,
+     "Create a new particle of a given size and color."},
+    {"CParticle_step", cparticle_step, METH_VARARGS, "Per-particle step function."},
+    {"CParticle_dec_ttl", cparticle_dec_ttl, METH_VARARGS,
+     "Decrement the particle TTL and return the new value."},
+    {"CParticle_attach_beancounter", cparticle_attach_beancounter, METH_VARARGS,
+     "Attach a beancounter to the particle.  The beancounter will be increased.  Destroying the "
+     "particle will decrease it.  If there is a preexisting beancounter, it will be decreased."},
+    {"CParticle_type_cache_clear", cparticle_type_cache_clear, METH_VARARGS,
+     "Remove cache of prerendered particle surfaces for this type."},
     {"flip_vh", flip_vh, METH_VARARGS, "Flip a surface."},
     {"flip_v", flip_v, METH_VARARGS, "Flip a surface."},
     {"flip_h", flip_h, METH_VARARGS, "Flip a surface."},
+    {"part_type_alpha2", part_type_alpha2, METH_VARARGS,
+     "Set start and end alphas, linear interpolation."},
+    {"part_type_alpha3", part_type_alpha3, METH_VARARGS, "Set start/half/end alphas."},
+    {"part_type_blend", part_type_blend, METH_VARARGS, "Set particle blend mode flag."},
+    {"part_type_color3", part_type_color3, METH_VARARGS,
+     "Lowlevel color3 implementation.  Expects ints."},
+    {"part_type_create", part_type_create, METH_VARARGS, "C implementation of part_type_create."},
+    {"part_type_direction", part_type_direction, METH_VARARGS,
+     "Set the direction min/max/incr/wiggle."},
+    {"part_type_gravity", part_type_gravity, METH_VARARGS, "Set the gravity strength and angle."},
+    {"part_type_life", part_type_life, METH_VARARGS,
+     "Set the particle minimum and maximum lifespan in frames."},
+    {"part_type_orientation", part_type_orientation, METH_VARARGS,
+     "Set the orientation min/max/incr/wiggle/relativity for this particle type."},
+    {"part_type_scale", part_type_scale, METH_VARARGS,
+     "Set the x and y scale factors for the particle type."},
+    {"part_type_shape", part_type_shape, METH_VARARGS, "Set the shape of a particle type."},
+    {"part_type_size", part_type_size, METH_VARARGS, "Set min/max/incr/wiggle for particle size."},
+    {"part_type_speed", part_type_speed, METH_VARARGS,
+     "Set min/max/incr/wiggle por particle speed."},
+    {"part_type_sprite", part_type_sprite, METH_VARARGS,
+     "Set particle type to use a sprite/animated/stretched/random"},
     {"rotoscale", rotoscale, METH_VARARGS,
      "Rotate and scale a Pygame surface; return a new Pygame surface."},
     {"scale", scale, METH_VARARGS, "Scale a Pygame surface."},
@@ -69,6 +104,7 @@ extern "C" LARKSPUR_EXPORT void initlarkspur() {
     load_pygame_api(pygame_api());
     larkspur_init_rooms();
     const std::uint32_t entropy = read_entropy();
+    learn_particle_handle_type();
     seed_random(entropy);
     bind_host_modules();
 }

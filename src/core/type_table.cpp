@@ -1,6 +1,7 @@
 #include "core/type_table.h"
 
 #include "core/diagnostics.h"
+#include "particles/beancounter.h"
 #include "types/background.h"
 #include "types/float_list.h"
 #include "types/gmvar.h"
@@ -27,6 +28,7 @@ const TypeEntry kTypes[] = {
     {&tile_type, "RoomTileData", nullptr, "RoomTileData_Type not ready.\n"},
     {&room_type, "GMRoom", nullptr, "GMRoom_Type not ready.\n"},
     {&float_list_type, "Floatlist8", nullptr, "Floatlist8_Type not ready.\n"},
+    {&beancounter_type, "Beancounter", nullptr, "Beancounter_Type not ready.\n"},
 };
 
 }  // namespace

@@ -1,0 +1,329 @@
+#include "particles/particle_type.h"
+
+#include <cstdint>
+#include <utility>
+
+#include "core/convert.h"
+#include "core/diagnostics.h"
+#include "core/display.h"
+#include "core/py_ref.h"
+#include "core/pygame.h"
+#include "types/gmvar.h"
+
+namespace larkspur {
+namespace {
+
+constexpr std::int32_t kDefaultLifeSteps = 30;
+constexpr std::uint32_t kWhiteWithoutDisplay = 0xFFFFFF;
+
+std::int32_t initial_colour() noexcept {
+    const std::uint32_t white = display_white();
+    // A palette display's white is 0, so the number alone does not say that there is none.
+    const bool known = white != 0 || screen_surface_object() != nullptr;
+    return static_cast<std::int32_t>(known ? white : kWhiteWithoutDisplay);
+}
+
+// Parses a type handle and the numbers behind it. Null for arguments that do not parse, with the
+// parser's exception, and for what is no particle type, without one.
+template <typename... Number>
+particle_type_record* parse_setting(PyObject* args, const char* format,
+                                    Number*... numbers) noexcept {
+    PyObject* handle = nullptr;
+    if (!PyArg_ParseTuple(args, format, &handle, numbers...)) {
+        return nullptr;
+    }
+    return particle_type_from_handle(handle);
+}
+
+void raise_no_particle_type(const char* function, PyObject* object) noexcept {
+    PyErr_Format(PyExc_TypeError,
+                 "%s needs a particle type, got %.200s; pass what part_type_create() returned",
+                 function, Py_TYPE(object)->tp_name);
+}
+
+}  // namespace
+
+void particle_type_destroy(void* record) noexcept {
+    auto* type = static_cast<particle_type_record*>(record);
+    type->shape_surface = nullptr;
+    Py_CLEAR(type->shape);
+    Py_CLEAR(type->cache);
+}
+
+PyObject* find_particle_type_handle(PyObject* object) noexcept {
+    const bool is_variable = is_gmvar(object);
+    PyObject* handle = unwrap(object);
+    if (handle != nullptr && ParticleTypeHandle::find(handle) != nullptr) {
+        return handle;
+    }
+    if (!is_variable) {
+        write_stdout("Returning NULL!\n");
+    }
+    return nullptr;
+}
+
+particle_type_record* particle_type_from_handle(PyObject* object) noexcept {
+    PyObject* handle = find_particle_type_handle(object);
+    return handle != nullptr ? &ParticleTypeHandle::of(handle) : nullptr;
+}
+
+void learn_particle_handle_type() noexcept {
+    const PyRef handle = PyRef::steal(part_type_create(nullptr, nullptr));
+    if (!handle) {
+        PyErr_Clear();
+        return;
+    }
+    learn_handle_type(handle.get());
+}
+
+PyObject* part_type_create(PyObject* /*module*/, PyObject* /*args*/) noexcept {
+    PyRef cache = PyRef::steal(PyDict_New());
+    if (!cache) {
+        return nullptr;
+    }
+    PyRef handle = ParticleTypeHandle::make();
+    if (!handle) {
+        return nullptr;
+    }
+    particle_type_record& type = ParticleTypeHandle::of(handle.get());
+    type.life_min = type.life_max = kDefaultLifeSteps;
+    type.reserved_float = 1.0F;
+    type.xscale = type.yscale = 1.0F;
+    type.size_min = type.size_max = 1.0F;
+    type.alpha_start = type.alpha_half = type.alpha_end = 1.0F;
+    type.color1 = type.color2 = type.color3 = initial_colour();
+    type.cache = cache.release();
+    return handle.release();
+}
+
+PyObject* part_type_shape(PyObject* /*module*/, PyObject* args) noexcept {
+    PyObject* handle = nullptr;
+    PyObject* surface = nullptr;
+    if (!PyArg_ParseTuple(args, "OO:part_type_shape", &handle, &surface)) {
+        return nullptr;
+    }
+    PyTypeObject* surface_type = pygame_surface_type("part_type_shape()");
+    if (surface_type == nullptr) {
+        return nullptr;
+    }
+    if (Py_TYPE(surface) != surface_type) {
+        write_stderr("part_type_shape: A pygame Surface is required.\n");
+        return nullptr;
+    }
+    particle_type_record* type = particle_type_from_handle(handle);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    type->shape_surface = peek_surface(surface);
+    Py_INCREF(surface);
+    PyObject* old = std::exchange(type->shape, surface);
+    Py_XDECREF(old);
+    return new_none();
+}
+
+PyObject* part_type_size(PyObject* /*module*/, PyObject* args) noexcept {
+    float min = 0;
+    float max = 0;
+    float incr = 0;
+    float wiggle = 0;
+    particle_type_record* type =
+        parse_setting(args, "Offff:part_type_size", &min, &max, &incr, &wiggle);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    type->size_min = min;
+    type->size_max = max;
+    type->size_range = max - min;
+    type->size_incr = incr * type->size_range;
+    type->size_wiggle = wiggle * type->size_range;
+    return new_none();
+}
+
+PyObject* part_type_scale(PyObject* /*module*/, PyObject* args) noexcept {
+    float xscale = 0;
+    float yscale = 0;
+    particle_type_record* type = parse_setting(args, "Off:part_type_scale", &xscale, &yscale);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    type->xscale = xscale;
+    type->yscale = yscale;
+    return new_none();
+}
+
+PyObject* part_type_orientation(PyObject* /*module*/, PyObject* args) noexcept {
+    float min = 0;
+    float max = 0;
+    float incr = 0;
+    float wiggle = 0;
+    float relative = 0;
+    particle_type_record* type =
+        parse_setting(args, "Offfff:part_type_orientation", &min, &max, &incr, &wiggle, &relative);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    type->orient_min = min;
+    type->orient_max = max;
+    type->orient_incr = incr;
+    type->orient_wiggle = wiggle;
+    type->orient_relative = static_cast<float>(truncate_to_int32(relative));
+    return new_none();
+}
+
+PyObject* part_type_life(PyObject* /*module*/, PyObject* args) noexcept {
+    float min = 0;
+    float max = 0;
+    particle_type_record* type = parse_setting(args, "Off:part_type_life", &min, &max);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    type->life_min = truncate_to_int32(min);
+    type->life_max = truncate_to_int32(max);
+    // The difference of two extreme lives wraps.
+    type->life_range = static_cast<std::int32_t>(static_cast<std::uint32_t>(type->life_max) -
+                                                 static_cast<std::uint32_t>(type->life_min));
+    return new_none();
+}
+
+PyObject* part_type_gravity(PyObject* /*module*/, PyObject* args) noexcept {
+    float amount = 0;
+    float direction = 0;
+    particle_type_record* type = parse_setting(args, "Off:part_type_gravity", &amount, &direction);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    type->gravity_amount = amount;
+    type->gravity_dir = direction;
+    return new_none();
+}
+
+PyObject* part_type_direction(PyObject* /*module*/, PyObject* args) noexcept {
+    float min = 0;
+    float max = 0;
+    float incr = 0;
+    float wiggle = 0;
+    particle_type_record* type =
+        parse_setting(args, "Offff:part_type_direction", &min, &max, &incr, &wiggle);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    type->dir_min = min;
+    type->dir_max = max;
+    type->dir_range = max - min;
+    type->dir_incr = incr;
+    type->dir_wiggle = wiggle;
+    return new_none();
+}
+
+PyObject* part_type_color3(PyObject* /*module*/, PyObject* args) noexcept {
+    int colour1 = 0;
+    int colour2 = 0;
+    int colour3 = 0;
+    particle_type_record* type =
+        parse_setting(args, "Oiii:part_type_color3", &colour1, &colour2, &colour3);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    type->color1 = colour1;
+    type->color2 = colour2;
+    type->color3 = colour3;
+    return new_none();
+}
+
+PyObject* part_type_blend(PyObject* /*module*/, PyObject* args) noexcept {
+    float blend = 0;
+    particle_type_record* type = parse_setting(args, "Of:part_type_blend", &blend);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    type->blend = truncate_to_int32(blend);
+    return new_none();
+}
+
+PyObject* part_type_alpha3(PyObject* /*module*/, PyObject* args) noexcept {
+    float start = 0;
+    float half = 0;
+    float end = 0;
+    particle_type_record* type = parse_setting(args, "Offf:part_type_alpha3", &start, &half, &end);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    type->alpha_start = start;
+    type->alpha_half = half;
+    type->alpha_end = end;
+    return new_none();
+}
+
+PyObject* part_type_alpha2(PyObject* /*module*/, PyObject* args) noexcept {
+    float start = 0;
+    float end = 0;
+    particle_type_record* type = parse_setting(args, "Off:part_type_alpha2", &start, &end);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    type->alpha_start = start;
+    type->alpha_end = end;
+    type->alpha_half = (start + end) * 0.5F;
+    return new_none();
+}
+
+PyObject* part_type_speed(PyObject* /*module*/, PyObject* args) noexcept {
+    PyObject* object = nullptr;
+    float min = 0;
+    float max = 0;
+    float incr = 0;
+    float wiggle = 0;
+    if (!PyArg_ParseTuple(args, "Offff:part_type_speed", &object, &min, &max, &incr, &wiggle)) {
+        return nullptr;
+    }
+    particle_type_record* type = particle_type_from_handle(object);
+    if (type == nullptr) {
+        raise_no_particle_type("part_type_speed()", object);
+        return nullptr;
+    }
+    type->speed_min = min;
+    type->speed_max = max;
+    type->speed_range = max - min;
+    type->speed_incr = incr;
+    type->speed_wiggle = wiggle;
+    return new_none();
+}
+
+PyObject* part_type_sprite(PyObject* /*module*/, PyObject* args) noexcept {
+    PyObject* object = nullptr;
+    PyObject* sprite = nullptr;
+    float animate = 0;
+    float stretch = 0;
+    float random = 0;
+    if (!PyArg_ParseTuple(args, "OOfff:part_type_sprite", &object, &sprite, &animate, &stretch,
+                          &random)) {
+        return nullptr;
+    }
+    particle_type_record* type = particle_type_from_handle(object);
+    if (type == nullptr) {
+        raise_no_particle_type("part_type_sprite()", object);
+        return nullptr;
+    }
+    type->animate = animate != 0 ? 1 : 0;
+    type->stretch = animate != 0 ? truncate_to_int32(stretch) : 0;
+    if (animate == 0 && random != 0) {
+        write_stdout("XXX need to select a random subimage.\n");
+    }
+    Py_INCREF(sprite);
+    PyObject* old = std::exchange(type->shape, sprite);
+    Py_XDECREF(old);
+    return new_none();
+}
+
+PyObject* cparticle_type_cache_clear(PyObject* /*module*/, PyObject* args) noexcept {
+    const particle_type_record* type = parse_setting(args, "O:CParticle_type_cache_clear");
+    if (type == nullptr) {
+        return nullptr;
+    }
+    // A Surface's weak reference may run code that drops the type.
+    const PyRef cache = PyRef::borrow(type->cache);
+    PyDict_Clear(cache.get());
+    return new_none();
+}
+
+}  // namespace larkspur
