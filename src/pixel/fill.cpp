@@ -6,6 +6,7 @@
 #include "core/surface.h"
 #include "pixel/colour.h"
 #include "pixel/fill_kernels.h"
+#include "pixel/surface_words.h"
 
 namespace larkspur::pixel {
 
@@ -22,13 +23,10 @@ bool translucent_fill_rect(SDL_Surface* surface, int x1, int y1, int x2, int y2,
     if (left >= right || top > bottom) {
         return true;
     }
-    const std::ptrdiff_t pitch_bytes = surface->pitch;
-    unsigned char* first = static_cast<unsigned char*>(surface->pixels) + top * pitch_bytes +
-                           left * static_cast<std::ptrdiff_t>(sizeof(PixelWord));
     const auto keep = static_cast<std::uint8_t>(255 - alpha);
-    fill_translucent_rows(pixel_words(first), pitch_bytes, static_cast<std::size_t>(right - left),
-                          static_cast<std::size_t>(bottom - top) + 1, keep,
-                          multalpha(colour, alpha));
+    fill_translucent_rows(
+        pixel_at(*surface, left, top), row_bytes(*surface), static_cast<std::size_t>(right - left),
+        static_cast<std::size_t>(bottom - top) + 1, keep, multalpha(colour, alpha));
     return true;
 }
 

@@ -14,6 +14,7 @@
 #include "pixel/colour.h"
 #include "pixel/fill_kernels.h"
 #include "pixel/gradient_kernels.h"
+#include "pixel/surface_words.h"
 
 namespace larkspur::pixel {
 namespace {
@@ -34,14 +35,6 @@ class Fraction {
     float value_ = 1.0F;
     float step_;
 };
-
-std::ptrdiff_t row_bytes(const SDL_Surface& surface) noexcept {
-    return surface.pitch / 4 * 4;  // rows start at whole pixels
-}
-
-PixelWord* pixel_at(const SDL_Surface& surface, int x, int y) noexcept {
-    return pixel_words(static_cast<unsigned char*>(surface.pixels) + y * row_bytes(surface)) + x;
-}
 
 std::int64_t height_of(const Corners& corners) noexcept {
     return std::int64_t{corners.y2} - corners.y1;
