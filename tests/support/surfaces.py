@@ -1,0 +1,89 @@
+"""Surfaces of every kind that occurs, down to their bytes."""
+import ctypes
+
+import numpy
+import pygame
+
+from support import native
+from support.pictures import put_words, random_words
+
+# Red, green, blue and alpha masks.
+XRGB = (0xFF0000, 0xFF00, 0xFF, 0)
+ARGB = (0xFF0000, 0xFF00, 0xFF, 0xFF000000)
+ABGR = (0xFF, 0xFF00, 0xFF0000, 0xFF000000)
+RGBA = (0xFF000000, 0xFF0000, 0xFF00, 0xFF)
+ARGB_MIDDLE = (0xFF000000, 0xFF, 0xFF00, 0xFF0000)  # alpha in the third byte
+ALL_MASKS = (XRGB, ARGB, ABGR, RGBA, ARGB_MIDDLE)
+
+_create_from = native.function(
+    "SDL_CreateRGBSurfaceFrom", ctypes.c_void_p, ctypes.c_void_p, ctypes.c_int, ctypes.c_int,
+    ctypes.c_int, ctypes.c_int, *[ctypes.c_uint32] * 4)
+free_surface = native.function("SDL_FreeSurface", None, ctypes.c_void_p)
+_fflush = ctypes.CDLL(None).fflush
+
+
+def surface_of(width, height, masks=XRGB, seed=1):
+    """A 32-bit pygame Surface of random words."""
+    surface = pygame.Surface((width, height), pygame.SRCALPHA if masks[3] else 0, 32, masks)
+    put_words(surface, random_words(width, height, seed))
+    return surface
+
+
+def encoded_surface(width, height, seed=1):
+    """A pygame Surface of random opaque pixels, every third of them the colour key, that SDL has
+    run-length encoded: it has no pixels until it is locked."""
+    surface = pygame.Surface((width, height), 0, 32, XRGB)
+    pixels = random_words(width, height, seed) & 0xFFFFFF
+    pixels.reshape(-1)[::3] = 0x010203
+    put_words(surface, pixels)
+    surface.set_colorkey(0x010203, pygame.RLEACCEL)
+    pygame.Surface((width, height), 0, 32, XRGB).blit(surface, (0, 0))
+    assert native.sdl_surface(surface).pixels is None
+    return surface
+
+
+def buffer_of(surface):
+    """A copy of a pygame Surface's whole buffer, pitch * height bytes, as uint8."""
+    record = native.sdl_surface(surface)
+    return numpy.frombuffer(ctypes.string_at(record.pixels, record.pitch * record.h), numpy.uint8)
+
+
+class ForeignSurface(object):
+    """A 32-bit SDL surface around memory of ours, as a part of another surface is: rows `pitch`
+    bytes apart, guard bytes before and behind, everything random at first.
+
+    address     of the SDL surface
+    memory      all bytes, uint8; those of pixel (x, y) begin at start + y * pitch + 4 * x
+    """
+    GUARD_BYTES = 256
+
+    def __init__(self, width, height, pitch, masks=XRGB, offset=0, seed=1):
+        self.width, self.height, self.pitch = width, height, pitch
+        self.start = self.GUARD_BYTES + offset
+        self.memory = numpy.random.RandomState(seed).randint(
+            0, 256, self.start + height * pitch + self.GUARD_BYTES).astype(numpy.uint8)
+        self.address = _create_from(self.memory.ctypes.data + self.start, width, height, 32, pitch,
+                                    *masks)
+        assert self.address
+
+    def __del__(self):
+        free_surface(self.address)
+
+    def end(self):
+        """Index of the first byte behind the last pixel."""
+        if not self.width or not self.height:
+            return self.start
+        return self.start + (self.height - 1) * self.pitch + 4 * self.width
+
+
+def assert_same_bytes(actual, expected):
+    differing = numpy.nonzero(actual != expected)[0]
+    assert len(actual) == len(expected)
+    assert not len(differing), "%d bytes differ, the first at %d: %d, expected %d" % (
+        len(differing), differing[0], actual[differing[0]], expected[differing[0]])
+
+
+def printed(capfd):
+    """What was written to standard output and error since the last call, native writes too."""
+    _fflush(None)
+    return capfd.readouterr()
