@@ -3,6 +3,8 @@
 Written from the rules and sharing nothing with the module. Words and buffers are numpy arrays;
 buffers are bytes.
 """
+import fractions
+
 import numpy
 
 WORD = 2 ** 32
@@ -102,3 +104,24 @@ def turned_one_row_low(words):
     for i in range(1, len(words)):
         result[i] = words[len(words) - i, ::-1]
     return result
+
+
+def curve(first, second, third, t):
+    """The two values, and the share of the first of them, that a life fraction lies between."""
+    if t > 0.5:
+        return first, second, 2 * (fractions.Fraction(t) - fractions.Fraction(1, 2))
+    return second, third, 2 * fractions.Fraction(t)
+
+
+def desired_alpha(start, half, end, t):
+    """Exact up to the truncation; the low 32 bits, signed."""
+    near, far, share = curve(start, half, end, t)
+    alpha = fractions.Fraction(near) * share + fractions.Fraction(far) * (1 - share)
+    low = int(alpha * 255) % WORD
+    return low - WORD if low >= WORD // 2 else low
+
+
+def desired_tint(color1, color2, color3, t):
+    near, far, share = curve(color1, color2, color3, t)
+    share = numpy.float32(float(share))
+    return blend(near % WORD, far % WORD, int(256 * float(share)))
