@@ -1,4 +1,5 @@
 """A host that records every call larkspur makes to it."""
+import __builtin__
 import sys
 import types
 
@@ -59,6 +60,7 @@ class RecordingHost(object):
         self.gmapi.py_self_stack = []
         self.gmapi.self = None
         self.gmapi.pygame = pygame
+        self.gmapi.__builtins__ = __builtin__  # as every module imported from a file has them
 
     def recorder(self, name):
         """A function that records its call under `name` and answers from `results`."""

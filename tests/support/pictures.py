@@ -42,3 +42,8 @@ def assert_same_words(actual, expected, name):
     raise AssertionError(
         "%s: %d pixels differ, the first at (%d, %d): 0x%08X, expected 0x%08X; pictures in %s"
         % (name, len(differing), x, y, actual[y, x], expected[y, x], directory))
+
+
+def assert_same_picture(actual, expected, name):
+    """As assert_same_words(), of two 32-bit Surfaces."""
+    assert_same_words(words(actual), words(expected), name)
