@@ -178,7 +178,10 @@ SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept {
 SurfaceUse::~SurfaceUse() {
     if (prepared_) {
         const PendingException set_aside;
-        reinterpret_cast<PartFunction>(pygame_api().surflock[kReleaseEntry])(object_.get());
+        const auto release = reinterpret_cast<PartFunction>(pygame_api().surflock[kReleaseEntry]);
+        if (release != nullptr) {
+            release(object_.get());
+        }
         PyErr_Clear();
     }
 }

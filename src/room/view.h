@@ -15,8 +15,8 @@ namespace larkspur {
 ///
 /// @param room a GMRoom whose eleven lists from view_xview to view_hport are Floatlist8
 /// @param surface the pygame Surface to draw on
-/// @param view 0 to 7
+/// @param index the view, 0 to 7
 /// @param drawn tuple of instances and particle systems in drawing order
-bool draw_view(PyObject* room, PyObject* surface, int view, PyObject* drawn) noexcept;
+bool draw_view(PyObject* room, PyObject* surface, int index, PyObject* drawn) noexcept;
 
 }  // namespace larkspur
