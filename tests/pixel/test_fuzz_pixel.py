@@ -62,6 +62,7 @@ layered_calls = some.sampled_from(LAYERS).flatmap(
 colours4 = some.one_of(
     words32.map(lambda colour: (colour,) * 4),
     some.tuples(words32, words32).map(lambda pair: (pair[0], pair[0], pair[1], pair[1])),
+    some.tuples(words32, words32, words32).map(lambda three: (three[0],) + three),
     some.tuples(words32, words32, words32, words32))
 
 

@@ -195,6 +195,24 @@ def test_many_opacities_of_more_layers(letters):
               "%s-opacities" % letters)
 
 
+# Opacities whose weights come out one different when the shares are rounded in another way: when
+# what remains is multiplied down instead of subtracted from, or the two forms are exchanged.
+@pytest.mark.parametrize("letters, opacities", [
+    ("vv", (0.85, 0.375)), ("vv", (0.375, 0.8)), ("vc", (0.85, 0.375)), ("vc", (0.375, 0.8)),
+    ("vcvvc", (0.59, 0.02, 0.39, 0.15, 0.25)), ("vcvvc", (0.99, 0.33, 0.1, 0.21, 0.18)),
+    ("vcvvc", (0.75, 0.69921875, 0.6953125, 0.05859375, 0.3359375)),
+    ("vcv", (1.0, 0.2, 0.75)), ("vcv", (0.0, 0.2, 0.0)), ("vcv", (0.337, 0.165, 0.345)),
+    ("vcv", (0.6666667, 0.33333334, 0.25882354))])
+def test_rounding_of_every_share(letters, opacities):
+    surface = surface_of(300, 5)
+    ramp = numpy.arange(300, dtype=numpy.uint32) % 256 * 0x10101
+    put_words(surface, numpy.tile(ramp, (5, 1)))
+    values = values_for(letters, opacities)
+    white = [0xFFFFFF if isinstance(value, int) else value for value in values]
+    check(surface, letters, (0, 0, 300, 5), white, "share")
+    check(surface_of(), letters, (0, 0, WIDTH, HEIGHT), values, "share")
+
+
 @pytest.mark.parametrize("alpha", [0, 1, 127, 128, 254, 255, 256, 511, -1, -256, 2 ** 31 - 1])
 def test_alpha_counts_by_its_low_byte(alpha):
     check_alpha(surface_of(), (1, 1, 30, 20), COLOURS[0], COLOURS[3], alpha)

@@ -139,6 +139,8 @@ KINDS = {
     "vertical": (RED, RED, 0xFE8040, 0xFE8040),
     "horizontal": (RED, BLUE, BLUE, RED),
     "four": (RED, GREEN, BLUE, GREY),
+    "upper-two-alike": (RED, RED, BLUE, GREY),
+    "lower-two-alike": (RED, GREEN, BLUE, BLUE),
 }
 
 
@@ -235,7 +237,7 @@ def test_translucent_vertical_outline_only_prints(screen, capfd):
 
 
 def test_other_gradients_only_print(screen, capfd):
-    for kind in ("horizontal", "four"):
+    for kind in ("horizontal", "four", "upper-two-alike", "lower-two-alike"):
         for alpha, outline, numbers in ((0.5, 0, "127/0"), (1.0, 1, "255/1"), (0.0, -7, "0/-7")):
             assert check_colours(screen, capfd, (0, 0, 9, 9) + KINDS[kind] + (alpha, outline)) == \
                 "Horizontal gradient, complex gradient, or no gradient. %s\n" % numbers
@@ -305,6 +307,23 @@ def test_part_of_a_surface_as_the_display(screen, capfd):
     check_colours(part, capfd, (-2, -2, 15, 99) + KINDS["four"] + (1.0, 0))
     check_colours(part, capfd, (-2, -2, 15, 99) + KINDS["one-colour"] + (0.3, 0))
     assert parent.get_locks() == () and part.get_locks() == ()
+
+
+def test_encoded_surface_as_the_display(screen, capfd):
+    surface = pygame.Surface((WIDTH, HEIGHT), 0, 32)
+    put_words(surface, random_words(WIDTH, HEIGHT, 3))
+    larkspur.set_SDL_screen(surface)
+    for kind, alpha, outline in (("vertical", 0.5, 0), ("vertical", 1.0, 1), ("vertical", 1.0, 0),
+                                 ("four", 1.0, 0), ("one-colour", 0.3, 0)):
+        picture = picture_of(surface)
+        surface.set_colorkey((1, 2, 3), pygame.RLEACCEL)
+        screen.blit(surface, (0, 0))
+        assert native.sdl_surface(surface).pixels is None
+        arguments = (-2, -2, 15, 99) + KINDS[kind] + (alpha, outline)
+        model.draw_rectangle_color(picture, *arguments)
+        larkspur.fast_draw_rectangle_color(*arguments)
+        assert native.sdl_surface(surface).pixels is None  # encoded again
+        assert_same_words(words(surface), picture.words(), "encoded-" + kind)
 
 
 def test_arguments_of_a_rectangle(screen):
@@ -485,7 +504,7 @@ def test_alpha_is_whatever_has_a_float_value(props, display, host):
 
 
 @pytest.mark.parametrize("result, word", [
-    (0x00ABCDEF, 0xABCDEF), (0xFFABCDEF, 0xABCDEF), (-1, 0xFFFFFF), (2 ** 40 + 5, 5),
+    (0x00ABCDEF, 0xABCDEF), (0xFFABCDEF, 0xABCDEF), (-1, 0xFFFFFF), (2 ** 40 + 5, 5), (2 ** 70 + 6, 6),
     (12.9, 12), (True, 1)])
 def test_colour_of_the_host_becomes_an_integer(props, display, host, result, word):
     props.alpha = 0.5
