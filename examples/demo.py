@@ -1,0 +1,218 @@
+#!/usr/bin/env python2.7
+"""An evening in a village: the demo game of larkspur.
+
+With a display it opens a window. With --headless, or where there is none, it plays a fixed number
+of frames by itself and leaves pictures of them.
+"""
+
+from __future__ import division, print_function
+
+import argparse
+import os
+import sys
+import time
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path[:0] = [os.path.join(HERE, "host"), HERE]
+PICTURES = os.path.join(os.path.dirname(HERE), "build", "demo")
+
+FRAMES_PER_SECOND = 60
+SHOTS = 8
+SHEET_COLUMNS = 4
+
+
+def main(arguments=None):
+    """Run the demo; returns the exit status."""
+    options = parse(arguments)
+    headless = options.headless or options.check or not os.environ.get("DISPLAY")
+    if headless:
+        os.environ["SDL_VIDEODRIVER"] = "dummy"
+    try:
+        pygame, game = load()
+    except ImportError as error:
+        print("demo: {}.\nRun script/demo, which builds what is missing, or put the folder of the "
+              "built larkspur.so on PYTHONPATH.".format(error), file=sys.stderr)
+        return 1
+    try:
+        screen = open_display(pygame, game.SIZE)
+    except pygame.error as error:
+        print("demo: no window could be opened ({}); try --headless.".format(error),
+              file=sys.stderr)
+        return 1
+    try:
+        if not headless:
+            return play(pygame, game, screen, options.frames)
+        if not options.headless and not options.check:
+            print("There is no DISPLAY: rendering pictures instead of opening a window.")
+        run = render(pygame, game, screen, options.frames or 600, options.output)
+        return check(pygame, run) if options.check else 0
+    finally:
+        pygame.display.quit()
+
+
+def parse(arguments):
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--headless", action="store_true",
+                        help="open no window; write pictures instead")
+    parser.add_argument("--frames", type=positive, metavar="N",
+                        help="stop after N frames (default: 600 headless, no end in a window)")
+    parser.add_argument("--check", action="store_true",
+                        help="as --headless, then look whether the pictures show what they should")
+    parser.add_argument("--output", default=PICTURES, metavar="FOLDER",
+                        help="where the pictures go (default: build/demo)")
+    return parser.parse_args(arguments)
+
+
+def positive(text):
+    value = int(text)
+    if value < SHOTS:
+        raise argparse.ArgumentTypeError("at least {} frames".format(SHOTS))
+    return value
+
+
+def load():
+    """Import pygame, larkspur and the game; an ImportError says which is missing."""
+    import pygame
+    import gm6  # noqa: F401  (the engine comes before larkspur, which it imports)
+    from evening import game
+    return pygame, game
+
+
+def open_display(pygame, size):
+    pygame.display.init()
+    screen = pygame.display.set_mode(size, 0, 32)
+    pygame.display.set_caption("larkspur: an evening")
+    return screen
+
+
+# --- In a window ---------------------------------------------------------------------------------
+
+def play(pygame, game, screen, frames):
+    """Play until Escape, a closed window or the given number of frames."""
+    print(game.KEYS)
+    evening = game.Evening(screen)
+    clock = pygame.time.Clock()
+    started, count, reason = time.time(), 0, "Escape"
+    while evening.running and (frames is None or count < frames):
+        for event in pygame.event.get():
+            if event.type == pygame.QUIT:
+                evening.running, reason = False, "window closed"
+            elif event.type == pygame.KEYDOWN:
+                evening.press(event.key)
+            elif event.type == pygame.KEYUP:
+                evening.release(event.key)
+            elif event.type == pygame.MOUSEBUTTONDOWN:
+                evening.room.MouseButtonDown(event.button)
+            elif event.type == pygame.MOUSEBUTTONUP:
+                evening.room.MouseButtonUp(event.button)
+        evening.frame()
+        pygame.display.flip()
+        clock.tick(FRAMES_PER_SECOND)
+        count += 1
+    if evening.running:
+        reason = "all frames drawn"
+    print("{}: {} frames, {:.1f} a second.".format(reason, count,
+                                                   count / (time.time() - started)))
+    return 0
+
+
+# --- Without one ---------------------------------------------------------------------------------
+
+class Run(object):
+    """What a run without a window leaves: (path, room name) of each picture."""
+
+    def __init__(self):
+        self.pictures = []
+        self.most_particles = 0
+
+
+def script_of_keys(pygame, frames):
+    """{frame: [(down, key), ...]}: right over the crates, into the garden, around, and back."""
+    moments = ((0.02, 1, pygame.K_RIGHT), (0.12, 1, pygame.K_SPACE), (0.14, 0, pygame.K_SPACE),
+               (0.24, 1, pygame.K_SPACE), (0.26, 0, pygame.K_SPACE), (0.36, 1, pygame.K_SPACE),
+               (0.38, 0, pygame.K_SPACE), (0.46, 1, pygame.K_SPACE), (0.48, 0, pygame.K_SPACE),
+               (0.56, 0, pygame.K_RIGHT), (0.58, 1, pygame.K_TAB), (0.60, 1, pygame.K_UP),
+               (0.70, 0, pygame.K_UP), (0.70, 1, pygame.K_LEFT), (0.80, 0, pygame.K_LEFT),
+               (0.84, 1, pygame.K_TAB), (0.86, 1, pygame.K_LEFT), (0.96, 0, pygame.K_LEFT))
+    script = {}
+    for share, down, key in moments:
+        script.setdefault(int(share * frames), []).append((down, key))
+    return script
+
+
+def render(pygame, game, screen, frames, folder):
+    """Play by the script, write pictures and a contact sheet, and print what was reached."""
+    if not os.path.isdir(folder):
+        os.makedirs(folder)
+    print("Rendering {} frames of {} x {}.".format(frames, *game.SIZE))
+    evening = game.Evening(screen)
+    script = script_of_keys(pygame, frames)
+    shots = set(frames * (2 * number + 1) // (2 * SHOTS) for number in range(SHOTS))
+    run = Run()
+    spent = {"room_village": [0, 0.0], "room_garden": [0, 0.0]}
+    for number in range(frames):
+        for down, key in script.get(number, ()):
+            (evening.press if down else evening.release)(key)
+        started = time.time()
+        evening.frame()
+        record = spent[evening.room.name]
+        record[0] += 1
+        record[1] += time.time() - started
+        run.most_particles = max(run.most_particles, game.living_particles())
+        if number in shots:
+            path = os.path.join(folder, "frame_{:05d}.png".format(number))
+            pygame.image.save(screen, path)
+            run.pictures.append((path, evening.room.name))
+        show_progress(number + 1, frames)
+    sheet = os.path.join(folder, "contact_sheet.png")
+    pygame.image.save(contact_sheet(pygame, [path for path, _ in run.pictures], game.SIZE), sheet)
+    for name, (count, seconds) in sorted(spent.items(), reverse=True):
+        if count:
+            print("{}: {} frames, {:.1f} frames per second".format(name, count, count / seconds))
+    print("Most living particles: {}".format(run.most_particles))
+    print("{} pictures and {} are in {}".format(len(run.pictures), os.path.basename(sheet),
+                                                os.path.abspath(folder)))
+    return run
+
+
+def show_progress(done, frames):
+    """A line that grows on a terminal; elsewhere one line for each tenth."""
+    share = 100 * done // frames
+    if sys.stdout.isatty():
+        sys.stdout.write("\r{:3d} %  {} of {} frames".format(share, done, frames))
+        sys.stdout.write("\n" if done == frames else "")
+        sys.stdout.flush()
+    elif share // 10 > 100 * (done - 1) // frames // 10:
+        print("{:3d} %  {} of {} frames".format(share, done, frames))
+        sys.stdout.flush()
+
+
+def contact_sheet(pygame, paths, size):
+    """All pictures at half their size on one."""
+    width, height, gap = size[0] // 2, size[1] // 2, 6
+    rows = -(-len(paths) // SHEET_COLUMNS)
+    sheet = pygame.Surface((SHEET_COLUMNS * (width + gap) + gap, rows * (height + gap) + gap), 0,
+                           32)
+    sheet.fill((20, 20, 28))
+    for number, path in enumerate(paths):
+        small = pygame.transform.smoothscale(pygame.image.load(path).convert(), (width, height))
+        sheet.blit(small, (gap + number % SHEET_COLUMNS * (width + gap),
+                           gap + number // SHEET_COLUMNS * (height + gap)))
+    return sheet
+
+
+# --- Looking at what came out --------------------------------------------------------------------
+
+def check(pygame, run):
+    """Look for what every picture must show; prints what is wrong and returns the exit status."""
+    from evening import checks
+    faults = checks.faults(pygame, run.pictures, run.most_particles)
+    for fault in faults:
+        print("check: " + fault, file=sys.stderr)
+    if not faults:
+        print("check: all {} pictures show what they should".format(len(run.pictures)))
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
