@@ -1,6 +1,7 @@
 #include "types/comparison.h"
 
 #include <cstdint>
+#include <utility>
 
 #include "core/diagnostics.h"
 #include "core/py_ref.h"
@@ -17,17 +18,32 @@ PyRef int_value(PyObject* object) noexcept {
     return value;
 }
 
-// The rich comparison of two converted values, one of which has no three-way comparison.
-PyRef rich_result(PyObject* a, PyObject* b, int op) noexcept {
-    const richcmpfunc slot = Py_TYPE(a)->tp_richcompare;
-    // A slot reads both operands as its own type, so it gets no others.
-    const bool takes_both = slot != nullptr && Py_TYPE(a) == Py_TYPE(b);
-    return PyRef::steal(takes_both ? slot(a, b, op) : PyObject_RichCompare(a, b, op));
+// A rich comparison by one type's slot. A slot reads its operands as objects of its own type, so
+// any other pair goes the interpreter's way.
+PyRef rich_result(const PyTypeObject* type, PyObject* a, PyObject* b, int op) noexcept {
+    const bool takes_both =
+        type->tp_richcompare != nullptr && Py_TYPE(a) == type && Py_TYPE(b) == type;
+    return PyRef::steal(takes_both ? type->tp_richcompare(a, b, op)
+                                   : PyObject_RichCompare(a, b, op));
 }
 
-bool rich_holds(PyObject* a, PyObject* b, int op) noexcept {
-    const PyRef result = rich_result(a, b, op);
-    return result && PyObject_IsTrue(result.get()) > 0;
+// Three-way comparison of two integers of which the first one's type knows only the rich one.
+int compare_richly(PyObject* a, PyObject* b) noexcept {
+    const PyTypeObject* type = Py_TYPE(a);
+    PyRef equal = rich_result(type, a, b, Py_EQ);
+    if (!equal) {
+        return 0;
+    }
+    static_cast<void>(equal.release());  // only that it succeeded counts; its reference is kept
+    const std::pair<int, int> answers[] = {{Py_LT, -1}, {Py_GT, 1}};
+    for (const auto& [op, answer] : answers) {
+        const PyRef result = rich_result(type, a, b, op);
+        const int holds = result ? PyObject_IsTrue(result.get()) : -1;
+        if (holds != 0) {
+            return holds < 0 ? -1 : answer;
+        }
+    }
+    return 0;
 }
 
 // The integer's value cut to 32 bits. False with OverflowError when it does not even fit a long.
@@ -52,20 +68,12 @@ int compare_as_int(PyObject* a, PyObject* b) noexcept {
         return -1;
     }
     const PyTypeObject* type = Py_TYPE(value_a.get());
-    if (type->tp_compare != nullptr) {
-        return Py_TYPE(value_b.get()) == type ? type->tp_compare(value_a.get(), value_b.get())
-                                              : PyObject_Compare(value_a.get(), value_b.get());
+    if (type->tp_compare == nullptr) {
+        return compare_richly(value_a.get(), value_b.get());
     }
-    PyRef equal = rich_result(value_a.get(), value_b.get(), Py_EQ);
-    if (!equal) {
-        return 0;
-    }
-    // Only whether it could be computed counts, and its reference is kept for good.
-    static_cast<void>(equal.release());
-    if (rich_holds(value_a.get(), value_b.get(), Py_LT)) {
-        return -1;
-    }
-    return rich_holds(value_a.get(), value_b.get(), Py_GT) ? 1 : 0;
+    // The slot would read a value of another type as one of its own.
+    return Py_TYPE(value_b.get()) == type ? type->tp_compare(value_a.get(), value_b.get())
+                                          : PyObject_Compare(value_a.get(), value_b.get());
 }
 
 PyObject* richcompare_as_int(PyObject* a, PyObject* b, int op) noexcept {
@@ -79,7 +87,7 @@ PyObject* richcompare_as_int(PyObject* a, PyObject* b, int op) noexcept {
     }
     const PyTypeObject* type = Py_TYPE(value_a.get());
     if (type->tp_richcompare != nullptr) {
-        return rich_result(a, b, op).release();
+        return rich_result(type, a, b, op).release();
     }
     std::int32_t int_a = 0;
     std::int32_t int_b = 0;
