@@ -5,6 +5,7 @@
 #include "types/background.h"
 #include "types/float_list.h"
 #include "types/gmvar.h"
+#include "types/instance_list.h"
 #include "types/room.h"
 #include "types/sprite.h"
 #include "types/tile.h"
@@ -26,6 +27,7 @@ const TypeEntry kTypes[] = {
     {&sprite_type, "GMSprite", nullptr, "GMSprite_Type not ready.\n"},
     {&background_type, "BackgroundData", nullptr, "BackgroundData_Type not ready.\n"},
     {&tile_type, "RoomTileData", nullptr, "RoomTileData_Type not ready.\n"},
+    {&instance_list_type, "InstanceList", prepare_instance_list_type, nullptr},
     {&room_type, "GMRoom", nullptr, "GMRoom_Type not ready.\n"},
     {&float_list_type, "Floatlist8", nullptr, "Floatlist8_Type not ready.\n"},
     {&beancounter_type, "Beancounter", nullptr, "Beancounter_Type not ready.\n"},

@@ -1,4 +1,5 @@
 """Counting references over many rounds."""
+import ctypes
 import gc
 import sys
 
@@ -32,3 +33,9 @@ def object_growth(action, rounds=1000):
         action()
     gc.collect()
     return len(gc.get_objects()) - before
+
+
+def lend_references(counted, references):
+    """Gives an object references that nobody owns, for operations that release what they never
+    took: without them its count would end below the number of its owners."""
+    ctypes.c_ssize_t.from_address(id(counted)).value += references
