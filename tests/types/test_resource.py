@@ -7,7 +7,7 @@ import sys
 import pytest
 
 import larkspur
-from support import fresh, leaks, records
+from support import leaks, records, subprocess_python
 
 # How the interpreter reports a failing type call without an exception.
 NO_EXCEPTION = "NULL result without error in PyObject_Call"
@@ -467,7 +467,7 @@ def test_methods(kind):
 
 @every_loaded
 def test_loading_without_a_registered_host_raises(kind):
-    out, error = fresh.run("""
+    out, error = subprocess_python.output("""
         import larkspur
         try:
             larkspur.%s().__setstate__(%r)

@@ -7,7 +7,7 @@ import sys
 import pytest
 
 import larkspur
-from support import fresh, leaks, records
+from support import leaks, records, subprocess_python
 from support.host import Plain
 
 NAMES = [member.name for member in records.ROOM.members]
@@ -295,7 +295,7 @@ def test_the_host_may_register_again_and_forget_the_room_inside_a_call(host):
 
 
 def test_methods_without_a_registered_host_raise():
-    out, _ = fresh.run("""
+    out, _ = subprocess_python.output("""
         import larkspur
         room = larkspur.GMRoom()
         for name, arguments in %r:

@@ -2,7 +2,7 @@ import pygame
 import pytest
 
 import larkspur
-from support import fresh, leaks, native, records
+from support import leaks, native, records, subprocess_python
 
 # In storage order, which is the order of the pickled state.
 INTEGERS = records.int_names(records.SPRITE)
@@ -237,7 +237,7 @@ def test_failures_keep_the_counts(display):
 
 
 def test_without_a_display_it_raises():
-    out, _ = fresh.run("""
+    out, _ = subprocess_python.output("""
         import larkspur, pygame
 
         def close_display():
@@ -255,7 +255,7 @@ def test_without_a_display_it_raises():
 
 
 def test_the_surface_of_a_closed_display_raises():
-    out, _ = fresh.run("""
+    out, _ = subprocess_python.output("""
         import larkspur, pygame
         pygame.display.init()
         closed = pygame.display.set_mode((8, 8), 0, 32)
