@@ -9,6 +9,7 @@
 #include "core/random_seed.h"
 #include "core/type_table.h"
 #include "particles/particle.h"
+#include "particles/particle_render.h"
 #include "particles/particle_type.h"
 #include "pixel/gradient.h"
 #include "pixel/rectangle.h"
@@ -45,6 +46,8 @@ PyMethodDef module_functions[] = {
     {"CParticle_step", cparticle_step, METH_VARARGS, "Per-particle step function."},
     {"CParticle_dec_ttl", cparticle_dec_ttl, METH_VARARGS,
      "Decrement the particle TTL and return the new value."},
+    {"CParticle_dec_ttl_and_render", cparticle_dec_ttl_and_render, METH_VARARGS,
+     "Decrement the particle TTL and render if the particle still should exist."},
     {"CParticle_attach_beancounter", cparticle_attach_beancounter, METH_VARARGS,
      "Attach a beancounter to the particle.  The beancounter will be increased.  Destroying the "
      "particle will decrease it.  If there is a preexisting beancounter, it will be decreased."},

@@ -7,6 +7,8 @@ import math
 
 import numpy
 
+from models import pixel_model
+
 single = numpy.float32
 
 
@@ -154,3 +156,68 @@ class ParticleModel(object):
             elif self.size > kind.size_max:
                 self.size = kind.size_max
         return self.ttl
+
+
+class Look(object):
+    """Where and how a particle is drawn with a shape of a certain size: path (None when nothing is),
+    width, height, colour, alpha, angle, and the cache's key (None without one)."""
+
+    def __init__(self, particle, kind, shape_size, x_offset, y_offset):
+        shape_width, shape_height = shape_size
+        factors = ((single(shape_width), kind.xscale), (single(shape_height), kind.yscale))
+        if kind.size_wiggle != 0:
+            sizes = [shape * particle.size * scale for shape, scale in factors]
+        else:
+            sizes = [shape * scale * particle.size for shape, scale in factors]
+        self.width, self.height = [to_int(size) for size in sizes]
+        self.x = low_16_bits(to_int(single(x_offset) + particle.x))
+        self.y = low_16_bits(to_int(single(y_offset) + particle.y))
+        self._colour_and_alpha(particle, kind)
+
+        scaled = kind.size_wiggle != 0 or (self.width, self.height) != tuple(shape_size)
+        turn = to_int(particle.orientation)
+        self.angle = 0
+        key = (self.width, self.height, self.colour, self.alpha)
+        if not self.width or not self.height:
+            self.path, self.key = None, None
+        elif scaled:
+            self.path, self.angle = "scaled", turn & 0xFF0
+            self.key = key + (self.angle,)
+        elif self.alpha != 255:
+            self.path, self.angle = "faded", turn
+            self.key = key + (self.angle,)
+        elif self.colour == 0xFFFFFF:
+            self.path, self.key = "plain", None
+        else:
+            self.path, self.key = "tinted", key
+
+    def _colour_and_alpha(self, particle, kind):
+        fraction = single(particle.ttl) / single(particle.life)
+        if fraction > single(0.5):
+            u = single(2) * (fraction - single(0.5))
+            colours = particle.color1, particle.color2
+            alpha = u * kind.alpha_start + (single(1) - u) * kind.alpha_half
+        else:
+            u = single(2) * fraction
+            colours = particle.color2, particle.color3
+            alpha = u * kind.alpha_half + (single(1) - u) * kind.alpha_end
+        self.colour = pixel_model.blend(colours[0] % 2 ** 32, colours[1] % 2 ** 32,
+                                        to_int(256.0 * float(u)))
+        self.alpha = signed(to_int(alpha * single(255), 64), 32)
+
+
+def signed(number, bits):
+    """The low bits of a number as a signed integer."""
+    return (int(number) + 2 ** (bits - 1)) % 2 ** bits - 2 ** (bits - 1)
+
+
+def low_16_bits(number):
+    return signed(number, 16)
+
+
+def to_int(number, bits=32):
+    """Truncated; what does not fit is the smallest integer, as the processor has it."""
+    value = float(number)
+    if not -2.0 ** (bits - 1) <= value < 2.0 ** (bits - 1):
+        return -2 ** (bits - 1)
+    return int(value)

@@ -44,13 +44,17 @@ def values(record):
 
 
 def type_record(handle):
-    """The record of a particle type; valid while the handle lives, changes reach the type."""
-    return TypeRecord.from_address(_as_void_ptr(handle))
+    """The record of a particle type, which it keeps alive; changes reach the type."""
+    record = TypeRecord.from_address(_as_void_ptr(handle))
+    record.handle = handle
+    return record
 
 
 def particle_record(handle):
-    """The record of a particle; valid while the handle lives, changes reach the particle."""
-    return ParticleRecord.from_address(_as_void_ptr(handle))
+    """The record of a particle, which it keeps alive; changes reach the particle."""
+    record = ParticleRecord.from_address(_as_void_ptr(handle))
+    record.handle = handle
+    return record
 
 
 def cache_of(handle):

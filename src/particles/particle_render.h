@@ -1,0 +1,18 @@
+// Drawing of particles, through their type's cache of prerendered pictures.
+#pragma once
+
+#include "core/python.h"
+
+namespace larkspur {
+
+/// Module function CParticle_dec_ttl_and_render(particle, x_offset, y_offset): one step and, when
+/// remaining life is left after it, the drawing of the particle on the display at its position
+/// moved by the offsets (pixels). Returns the new remaining life as an int.
+///
+/// Raises TypeError for what is no particle and for a type whose shape is no pygame Surface,
+/// RuntimeError when there is no display or the shape's pixels are gone, ValueError when a surface
+/// has other than 32 bits per pixel and has to be tinted, faded or added; the step has been made
+/// then. A picture that SDL refuses, by its size above all, is not drawn, and no failure.
+PyObject* cparticle_dec_ttl_and_render(PyObject* module, PyObject* args) noexcept;
+
+}  // namespace larkspur

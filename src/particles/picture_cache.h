@@ -1,0 +1,39 @@
+// The dictionaries that keep prerendered pictures of particles.
+#pragma once
+
+#include "core/python.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "core/py_ref.h"
+
+namespace larkspur {
+
+/// What decides a picture: drawn width and height (pixels), colour, alpha and, unless the picture
+/// is never turned, the angle (degrees). In the dictionary a tuple of that many ints.
+class PictureKey {
+ public:
+    PictureKey(std::int32_t width, std::int32_t height, std::int32_t colour,
+               std::int32_t alpha) noexcept
+        : numbers_{width, height, colour, alpha, 0}, count_(4) {}
+    PictureKey(std::int32_t width, std::int32_t height, std::int32_t colour, std::int32_t alpha,
+               std::int32_t angle) noexcept
+        : numbers_{width, height, colour, alpha, angle}, count_(5) {}
+
+    /// The entry under this key, as the dictionary's own lookup finds it. Empty when there is none;
+    /// with MemoryError when the key cannot be made.
+    PyRef find_in(PyObject* cache) const noexcept;
+
+    /// Stores an entry under this key. False with an exception when that fails.
+    bool store_in(PyObject* cache, PyObject* picture) const noexcept;
+
+ private:
+    PyRef tuple() const noexcept;
+
+    std::array<std::int32_t, 5> numbers_;
+    std::size_t count_;
+};
+
+}  // namespace larkspur
