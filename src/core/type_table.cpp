@@ -44,6 +44,7 @@ void add_types(PyObject* module) noexcept {
             if (entry.failure_message != nullptr) {
                 write_stderr("%s", entry.failure_message);
             }
+            PyErr_Clear();  // the module is of use without its later types, so importing goes on
             return;
         }
         Py_INCREF(entry.type);  // the module takes over this reference; the type keeps its own

@@ -25,6 +25,16 @@ class Plain(object):
         self.__dict__.update(attributes)
 
 
+class Raising(object):
+    """Raises ZeroDivisionError from every special method that asks it for something."""
+
+    def _fail(self, *arguments):
+        raise ZeroDivisionError("from a special method")
+
+    __call__ = __cmp__ = __float__ = __getitem__ = __hash__ = __index__ = __int__ = __iter__ = _fail
+    __len__ = __nonzero__ = __repr__ = __str__ = _fail
+
+
 class Instance(Plain):
     """A game instance of a type that instance lists take as it is."""
 

@@ -11,12 +11,21 @@ def count_changes(action, objects, rounds=1000):
     """
     action()
     gc.collect()
-    before = [sys.getrefcount(counted) for counted in objects]
+    before = counts(objects)
     for _ in range(rounds):
         action()
     gc.collect()
-    after = [sys.getrefcount(counted) for counted in objects]
-    return [float(last - first) / rounds for first, last in zip(before, after)]
+    return [float(change) / rounds for change in growth(objects, before)]
+
+
+def counts(objects):
+    """The reference counts of some objects, for comparing with later ones."""
+    return [sys.getrefcount(counted) for counted in objects]
+
+
+def growth(objects, before):
+    """How much each count grew since `before`, a result of counts()."""
+    return [now - then for now, then in zip(counts(objects), before)]
 
 
 def assert_counts_unchanged(action, *objects):
