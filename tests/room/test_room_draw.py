@@ -7,7 +7,7 @@ import pygame
 import pytest
 
 from support import leaks, native, pending, subprocess_python
-from support.host import Plain
+from support.host import Plain, Raising
 from support.pictures import assert_same_picture
 from support.rooms import (Drawable, compiled, make_background, make_instance, make_room,
                            make_tile, make_view_room)
@@ -25,15 +25,6 @@ class HostRoom(object):
 
     def DrawBackgrounds(self, *arguments):
         self.background_calls.append(arguments)
-
-
-class Raising(object):
-    """Raises from whatever it is asked for."""
-
-    def fail(self, *arguments):
-        raise ZeroDivisionError("from a special method")
-
-    __nonzero__ = __len__ = __iter__ = __getitem__ = __call__ = __int__ = __float__ = fail
 
 
 def patterned(size, seed, flags=0, depth=32):
