@@ -9,7 +9,7 @@ import pytest
 
 from models import gradient_model as model
 from support import host as host_support
-from support import leaks, native
+from support import leaks, native, rooms
 from support.pictures import assert_same_words, put_words, random_words, words
 
 RED, GREEN, BLUE, GREY = 0x0000FF, 0x00FF00, 0xFF0000, 0x808080
@@ -543,6 +543,34 @@ def test_translucent_corner_below_the_range_is_refused(props, display):
         assert "draw_rectangle()" in str(raised.value)
     larkspur.draw_rectangle(-32768, -32768, 9, 9)
     larkspur.draw_rectangle(0, 0, 1e30, 9)  # too wide a number is the smallest: nothing to draw
+
+
+def test_view_position_is_the_offset(props, recording_screen):
+    """(c - o) * s is rounded and o added, so that the result may leave whole pixels."""
+    room = rooms.make_view_room()
+    rooms.set_view(room, 0, xview=100, yview=40.5, wview=160, hview=120, wport=320, hport=360)
+    larkspur.Room_Draw(room, recording_screen)
+    larkspur.draw_rectangle(110, 50.5, 130.25, 60.5)
+    # Scales 2 and 3: 100 + 20, 40.5 + 30, 100 + round(60.5), 40.5 + 60.
+    assert recording_screen.filled[1] == (120.0, 70.5, 41.0, 30.0)
+    larkspur.Room_Draw(rooms.make_room(), recording_screen)
+    larkspur.draw_rectangle(110, 50.5, 130.25, 60.5)
+    assert recording_screen.filled[1] == (110.0, 51.0, 20.0, 10.0)
+
+
+def test_offset_is_truncated_with_the_coordinate(props, recording_screen, host):
+    """Translucent: whole pixels are taken from the sum, not from its parts."""
+    props.alpha = 0.5
+    room = rooms.make_view_room()
+    rooms.set_view(room, 0, xview=2.75, yview=-1.5)
+    larkspur.Room_Draw(room, recording_screen)
+    put_words(recording_screen, random_words(320, 240, 5))
+    picture = picture_of(recording_screen)
+    # x: round(7.25) + 2.75 = 9.75; round(17.25) + 2.75 = 19.75. y: round(6.5) - 1.5 = 5.5;
+    # round(11.5) - 1.5 = 10.5.
+    model.fill_translucent(picture, 9, 5, 19, 10, 0x123456, 127)
+    larkspur.draw_rectangle(10, 5, 20, 10)
+    assert_same_words(words(recording_screen), picture.words(), "offset")
 
 
 # ---- hosts that fail, mutate and re-enter
