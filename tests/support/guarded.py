@@ -5,6 +5,7 @@ import mmap
 import numpy
 
 from support import native
+from support.surfaces import create_surface_from
 
 _libc = ctypes.CDLL(None, use_errno=True)
 _libc.mmap.restype = ctypes.c_void_p
@@ -14,10 +15,6 @@ _libc.munmap.argtypes = (ctypes.c_void_p, ctypes.c_size_t)
 _libc.mprotect.argtypes = (ctypes.c_void_p, ctypes.c_size_t, ctypes.c_int)
 _PROT_NONE = 0
 
-_create_surface_from = native.function(
-    "SDL_CreateRGBSurfaceFrom", ctypes.c_void_p, ctypes.c_void_p, ctypes.c_int, ctypes.c_int,
-    ctypes.c_int, ctypes.c_int, ctypes.c_uint32, ctypes.c_uint32, ctypes.c_uint32,
-    ctypes.c_uint32)
 _wrap = native.function("PySurface_FromSurface", ctypes.c_void_p, ctypes.c_void_p)
 
 
@@ -65,7 +62,7 @@ class GuardedSurface(object):
         self.memory = GuardedMemory(size, at_start)
         self.memory.everything[...] = numpy.random.RandomState(seed).randint(
             0, 256, len(self.memory.everything))
-        address = _create_surface_from(self.memory.address, width, height, 32, pitch_bytes, *masks)
+        address = create_surface_from(self.memory.address, width, height, 32, pitch_bytes, *masks)
         self.surface = native.new_reference(_wrap(address))
 
     def _pixel_bytes(self, array):

@@ -48,7 +48,7 @@ def sdl_surface(surface):
 def function(name, result, *arguments):
     """An exported function. Give c_void_p for objects that may be null: ctypes crashes on a null
     py_object result and drops a result while an exception is pending."""
-    found = getattr(library, name)
+    found = library[name]  # an object of its own; an attribute's would be shared
     found.restype = result
     found.argtypes = arguments
     return found

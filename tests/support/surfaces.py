@@ -15,7 +15,7 @@ RGBA = (0xFF000000, 0xFF0000, 0xFF00, 0xFF)
 ARGB_MIDDLE = (0xFF000000, 0xFF, 0xFF00, 0xFF0000)  # alpha in the third byte
 ALL_MASKS = (XRGB, ARGB, ABGR, RGBA, ARGB_MIDDLE)
 
-_create_from = native.function(
+create_surface_from = native.function(
     "SDL_CreateRGBSurfaceFrom", ctypes.c_void_p, ctypes.c_void_p, ctypes.c_int, ctypes.c_int,
     ctypes.c_int, ctypes.c_int, *[ctypes.c_uint32] * 4)
 free_surface = native.function("SDL_FreeSurface", None, ctypes.c_void_p)
@@ -29,16 +29,22 @@ def surface_of(width, height, masks=XRGB, seed=1):
     return surface
 
 
+def encode(surface):
+    """Has SDL run-length encode a 32-bit pygame Surface, 0x010203 being its colour key from now
+    on: it has no pixels until it is locked."""
+    surface.set_colorkey(0x010203, pygame.RLEACCEL)
+    pygame.Surface(surface.get_size(), 0, 32, XRGB).blit(surface, (0, 0))
+    assert native.sdl_surface(surface).pixels is None
+
+
 def encoded_surface(width, height, seed=1):
     """A pygame Surface of random opaque pixels, every third of them the colour key, that SDL has
-    run-length encoded: it has no pixels until it is locked."""
+    run-length encoded."""
     surface = pygame.Surface((width, height), 0, 32, XRGB)
     pixels = random_words(width, height, seed) & 0xFFFFFF
     pixels.reshape(-1)[::3] = 0x010203
     put_words(surface, pixels)
-    surface.set_colorkey(0x010203, pygame.RLEACCEL)
-    pygame.Surface((width, height), 0, 32, XRGB).blit(surface, (0, 0))
-    assert native.sdl_surface(surface).pixels is None
+    encode(surface)
     return surface
 
 
@@ -62,8 +68,8 @@ class ForeignSurface(object):
         self.start = self.GUARD_BYTES + offset
         self.memory = numpy.random.RandomState(seed).randint(
             0, 256, self.start + height * pitch + self.GUARD_BYTES).astype(numpy.uint8)
-        self.address = _create_from(self.memory.ctypes.data + self.start, width, height, 32, pitch,
-                                    *masks)
+        self.address = create_surface_from(
+            self.memory.ctypes.data + self.start, width, height, 32, pitch, *masks)
         assert self.address
 
     def __del__(self):
