@@ -1,0 +1,24 @@
+// The kernels' formulas written down plainly, a pixel or byte at a time, and built without vectors.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "pixel/pixel_word.h"
+
+namespace larkspur::bench::scalar {
+
+void fill_translucent(pixel::PixelWord* pixels, std::size_t count, std::uint8_t keep,
+                      std::uint32_t sum);
+void scale_top_alpha(pixel::PixelWord* pixels, std::size_t count, std::uint8_t alpha,
+                     std::uint32_t alpha_mask, std::uint32_t colour_mask);
+void scale_low_alpha(pixel::PixelWord* pixels, std::size_t count, std::uint8_t alpha,
+                     std::uint32_t alpha_mask, std::uint32_t colour_mask);
+void subtract(unsigned char* bytes, std::size_t count, std::uint32_t word);
+void add(unsigned char* to, const unsigned char* from, std::size_t count);
+void copy_rows(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned char* from,
+               std::ptrdiff_t from_pitch_bytes, std::size_t width, std::size_t rows);
+void copy_rows_mirrored(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned char* from,
+                        std::ptrdiff_t from_pitch_bytes, std::size_t width, std::size_t rows);
+
+}  // namespace larkspur::bench::scalar
