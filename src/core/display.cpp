@@ -13,17 +13,22 @@ uint32_t COLOR_WHITE = 0;
 namespace larkspur {
 namespace {
 
-// The kept Surface, and the SDL surface it held when g_screen last followed it. pygame changes the
-// pointer inside the object when the display is closed or set anew.
+// The kept Surface, and the SDL surface and its white when g_screen last followed it. pygame
+// changes the pointer inside the object when the display is closed or set anew; a new display can
+// lie where the old one was.
 PyObject* kept_object = nullptr;
 SDL_Surface* kept_surface = nullptr;
+std::uint32_t kept_white = 0;
+
+std::uint32_t white_of(const SDL_Surface& surface) noexcept {
+    return surface.format->Rmask | surface.format->Gmask | surface.format->Bmask;
+}
 
 void publish(SDL_Surface* surface) noexcept {
     kept_surface = surface;
     g_screen = surface;
     if (surface != nullptr) {
-        const SDL_PixelFormat& format = *surface->format;
-        COLOR_WHITE = format.Rmask | format.Gmask | format.Bmask;
+        COLOR_WHITE = kept_white = white_of(*surface);
     }
 }
 
@@ -40,7 +45,7 @@ void follow_pygame() noexcept {
         return;
     }
     SDL_Surface* current = peek_surface(kept_object);
-    if (current != kept_surface) {
+    if (current != kept_surface || (current != nullptr && white_of(*current) != kept_white)) {
         publish(current);
     }
 }
