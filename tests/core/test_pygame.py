@@ -1,0 +1,221 @@
+"""pygame's native tables: where they are found, and Surfaces made and checked with them."""
+import ctypes
+
+import larkspur
+import pygame
+import pytest
+
+from support import leaks, native, pending, subprocess_python
+from support.rooms import make_view_room, set_view
+
+WRAP = native.function("PySurface_FromSurface", ctypes.c_void_p, ctypes.c_void_p)
+SDL = ctypes.CDLL("libSDL-1.2.so.0")
+SDL.SDL_CreateRGBSurface.restype = ctypes.c_void_p
+
+# pygame's own tables in another container; the real modules are replaced by ones with just that.
+CONTAINERS = """
+import ctypes, sys, types
+import pygame
+api = ctypes.pythonapi
+api.PyCapsule_GetPointer.restype = api.PyCapsule_GetName.restype = ctypes.c_void_p
+api.PyCapsule_GetPointer.argtypes = (ctypes.py_object, ctypes.c_void_p)
+api.PyCapsule_GetName.argtypes = (ctypes.py_object,)
+api.PyCObject_FromVoidPtr.restype = api.PyCapsule_New.restype = ctypes.py_object
+api.PyCObject_FromVoidPtr.argtypes = (ctypes.c_void_p, ctypes.c_void_p)
+api.PyCapsule_New.argtypes = (ctypes.c_void_p, ctypes.c_char_p, ctypes.c_void_p)
+
+def pointer(name):
+    entry = sys.modules[name]._PYGAME_C_API
+    if type(entry).__name__ == "PyCObject":
+        api.PyCObject_AsVoidPtr.restype = ctypes.c_void_p
+        api.PyCObject_AsVoidPtr.argtypes = (ctypes.py_object,)
+        return api.PyCObject_AsVoidPtr(entry)
+    return api.PyCapsule_GetPointer(entry, api.PyCapsule_GetName(entry))
+
+def put(name, make):
+    replacement = types.ModuleType(name)
+    make(replacement, pointer(name))
+    sys.modules[name] = replacement
+
+screen = pygame.display.set_mode((64, 48), 0, 32)
+
+def use(name="set_SDL_screen"):
+    try:
+        print larkspur.set_SDL_screen(screen)
+        part = pygame.Surface((64, 48), 0, 32).subsurface((1, 1, 9, 9))
+        print larkspur.Room_Draw(rooms.make_room(), part)
+    except RuntimeError as error:
+        print "RuntimeError", "pygame" in str(error)
+"""
+
+IMPORT = """
+from support import host
+host.install_modules()
+import larkspur
+from support import rooms
+recording = host.RecordingHost(screen)
+recording.register(larkspur)
+use()
+"""
+
+MAKERS = {
+    "CObject": "m._PYGAME_C_API = api.PyCObject_FromVoidPtr(p, None)",
+    "capsule without a name": "m._PYGAME_C_API = api.PyCapsule_New(p, None, None)",
+    "capsule with a name": "m._PYGAME_C_API = api.PyCapsule_New(p, 'any', None)",
+    "number": "m._PYGAME_C_API = p",
+    "none": "m._PYGAME_C_API = None",
+    "no entry": "m.other = 1",
+}
+
+
+def use_tables(surface, surflock):
+    """What becomes of using larkspur when these statements make the entries of both modules."""
+    code = CONTAINERS
+    for name, maker in (("surface", surface), ("surflock", surflock)):
+        code += "def make(m, p):\n    %s\nput('pygame.%s', make)\n" % (MAKERS[maker], name)
+    status, out, err = subprocess_python.run(code + IMPORT)
+    assert status == 0, err
+    return out.splitlines()[2:] if out.startswith("pygame") else out.splitlines()
+
+
+@pytest.mark.parametrize("container", ["CObject", "capsule without a name", "capsule with a name"])
+def test_tables_are_taken_from_both_kinds_of_containers(container):
+    assert use_tables(container, container) == ["None", "None"]
+
+
+@pytest.mark.parametrize("container", ["number", "none", "no entry"])
+def test_without_a_surface_table_importing_works_and_using_does_not(container):
+    assert use_tables(container, "CObject") == ["RuntimeError True"]
+
+
+def test_each_table_is_found_by_itself():
+    """Without the locking table whole Surfaces work; only parts of others need it."""
+    lines = use_tables("CObject", "no entry")
+    assert lines[0] == "None" and lines[1:] in (["None"], ["RuntimeError True"])
+
+
+def test_import_without_pygame():
+    status, out, err = subprocess_python.run(
+        "import sys\n"
+        "sys.modules['pygame'] = None\n"
+        "from support import host, pending\n"
+        "host.install_modules()\n"
+        "import larkspur\n"
+        "for function, arguments in ((larkspur.set_SDL_screen, (1,)),\n"
+        "                            (larkspur.scale, (1, 1.0, 1.0))):\n"
+        "    outcome = pending.call(function, *arguments)\n"
+        "    print type(outcome.exception).__name__, 'pygame' in str(outcome.exception)\n"
+        "print larkspur.breakable(), larkspur.GMRoom().id\n")
+    assert status == 0, err
+    assert out.splitlines()[:2] == ["RuntimeError True"] * 2
+    assert out.splitlines()[-1] == "None 0"
+
+
+# --- The tables of room drawing ------------------------------------------------------------------
+
+OWN_TABLE = CONTAINERS + """
+from support import host
+host.install_modules()
+import larkspur
+from support import native, pending, rooms
+recording = host.RecordingHost(screen)
+recording.register(larkspur)
+larkspur.set_SDL_screen(screen)
+
+real = (ctypes.c_void_p * 3).from_address(pointer("pygame.surface"))
+make_real = ctypes.PYFUNCTYPE(ctypes.py_object, ctypes.c_void_p)(real[1])
+made = []
+def make(surface):
+    made.append(surface)
+    return make_real(surface)
+make_fake = ctypes.PYFUNCTYPE(ctypes.py_object, ctypes.c_void_p)(make)
+table = (ctypes.c_void_p * 3)(real[0], ctypes.cast(make_fake, ctypes.c_void_p).value, real[2])
+def replace(module, _):
+    module._PYGAME_C_API = api.PyCObject_FromVoidPtr(ctypes.addressof(table), None)
+put("pygame.surface", replace)
+native.library.larkspur_init_rooms()
+
+room = rooms.make_view_room()
+rooms.set_view(room, 0, xport=1)
+print pending.draw_view(room, screen, 0, ()), len(made)
+flipped = larkspur.flip_v(pygame.Surface((4, 4), 0, 32))
+print type(flipped).__name__, len(made)
+"""
+
+
+def test_room_drawing_reads_a_table_of_its_own():
+    """Read again on demand, without a change for all others."""
+    status, out, err = subprocess_python.run(OWN_TABLE)
+    assert status == 0, err
+    assert out.splitlines()[-2:] == ["(1, None) 1", "Surface 1"]
+
+
+def test_room_drawing_keeps_its_table_when_there_is_no_other_one(host, capfd):
+    """Reading anew leaves no exception, whatever it finds."""
+    import sys
+    saved = sys.modules["pygame.surface"]
+    sys.modules["pygame.surface"] = None
+    try:
+        native.library.larkspur_init_rooms()
+    finally:
+        sys.modules["pygame.surface"] = saved
+    room = make_view_room()
+    set_view(room, 0, xport=1)
+    assert pending.draw_view(room, host.screen, 0, ()) == (1, None)
+    capfd.readouterr()
+
+
+# --- Wrapping ------------------------------------------------------------------------------------
+
+def sdl_surface(size=(7, 5)):
+    return SDL.SDL_CreateRGBSurface(0, size[0], size[1], 32, 0xFF0000, 0xFF00, 0xFF, 0)
+
+
+def test_wrapped_surface_is_the_one_that_was_given(display):
+    address = sdl_surface()
+    surface = native.new_reference(WRAP(address))
+    assert type(surface) is pygame.Surface and surface.get_size() == (7, 5)
+    assert native.surface_address(surface) == address
+
+
+def test_wrapped_surface_is_owned_by_its_object(display):
+    """A thousand large ones would not fit into memory otherwise."""
+    for _ in range(1000):
+        assert native.new_reference(WRAP(sdl_surface((2000, 2000)))) is not None
+
+
+def test_no_surface_can_not_be_wrapped(display):
+    with pytest.raises(pygame.error):
+        WRAP(None)
+
+
+def test_wrapping_keeps_no_references(display):
+    leaks.assert_counts_unchanged(lambda: native.new_reference(WRAP(sdl_surface())),
+                                  pygame.Surface)
+
+
+# --- Checking ------------------------------------------------------------------------------------
+
+def test_part_of_a_display_that_was_closed_is_refused(host):
+    part = host.screen.subsurface((10, 10, 20, 20))
+    pygame.display.quit()
+    outcome = pending.call(larkspur.Room_Draw, make_view_room(), part)
+    assert isinstance(outcome.exception, RuntimeError)
+    outcome = pending.call(larkspur.flip_v, part)
+    assert not outcome.succeeded and isinstance(outcome.exception, RuntimeError)
+    assert "closed" in str(outcome.exception)
+
+
+def test_part_that_lies_outside_a_smaller_display_is_refused(display):
+    part = display.subsurface((200, 100, 50, 50))
+    pygame.display.set_mode((320, 60), 0, 32)
+    outcome = pending.call(larkspur.flip_v, part)
+    assert not outcome.succeeded and isinstance(outcome.exception, RuntimeError)
+    assert "inside" in str(outcome.exception)
+
+
+def test_part_of_a_display_that_was_replaced_is_found_again(display):
+    part = display.subsurface((5, 6, 20, 20))
+    pygame.display.set_mode((320, 240), 0, 32)
+    display.set_at((5, 6), (1, 2, 3))
+    assert larkspur.flip_v(part).get_at((0, 19))[:3] == (1, 2, 3)
