@@ -2,7 +2,6 @@
 
 #include <SDL.h>
 
-#include <cmath>
 #include <cstdint>
 #include <utility>
 
@@ -19,8 +18,8 @@
 #include "pixel/blit.h"
 #include "pixel/colour.h"
 #include "pixel/curves.h"
+#include "pixel/picture.h"
 #include "pixel/tint.h"
-#include "pixel/zoom.h"
 
 namespace larkspur {
 namespace {
@@ -29,9 +28,6 @@ constexpr std::uint32_t kNoTint = 0xFFFFFF;  // white by the literal, whatever t
 constexpr std::int32_t kOpaque = 255;
 constexpr std::int32_t kScaledAngleMask = 0xFF0;  // whole sixteens of degrees, in twelve bits
 constexpr Py_ssize_t kScaledCacheBound = 100;     // entries
-
-// No picture is made larger: 256 MiB, in which a display fits many times. SDL alone stops at 4 GiB.
-constexpr double kLargestPicturePixels = 1 << 26;
 
 // How a particle looks and where it is drawn, taken from particle and type before anything runs
 // that could change them.
@@ -117,33 +113,6 @@ bool blit_centred(PyObject* picture, const Look& look, const char* function) noe
     return blit(picture, rect, look.blend, function);
 }
 
-bool too_large(double width, double height) noexcept {
-    return width * height > kLargestPicturePixels;
-}
-
-// The shape at the drawn size. Null when SDL refuses it or it would be absurdly large.
-SurfacePtr scaled_shape(SDL_Surface* shape, const Look& look) noexcept {
-    const double width = look.width;
-    const double height = look.height;
-    // What does not fit SDL's limits is left to it: it comes out as nothing or as a single pixel.
-    if (std::fabs(width) <= UINT16_MAX && std::fabs(height) <= UINT16_MAX &&
-        too_large(std::fabs(width), std::fabs(height))) {
-        return nullptr;
-    }
-    return pixel::zoomed(shape, width / shape->w, height / shape->h, false);
-}
-
-SurfacePtr turned(SurfacePtr picture, std::int32_t angle_degrees) noexcept {
-    const double radians = angle_degrees * (M_PI / 180.0);
-    const double sine = std::fabs(std::sin(radians));
-    const double cosine = std::fabs(std::cos(radians));
-    if (too_large(picture->w * cosine + picture->h * sine,
-                  picture->w * sine + picture->h * cosine)) {
-        return nullptr;
-    }
-    return pixel::rotozoomed(picture.get(), angle_degrees, 1.0, false);
-}
-
 SurfacePtr in_display_format(SDL_Surface* surface, const SDL_Surface& display) noexcept {
     return SurfacePtr(SDL_ConvertSurface(surface, display.format, SDL_SRCALPHA));
 }
@@ -181,12 +150,17 @@ bool fade(SDL_Surface* surface, const Look& look, const char* function) noexcept
     return true;
 }
 
+SurfacePtr turned(SurfacePtr picture, std::int32_t angle_degrees) noexcept {
+    return angle_degrees != 0 ? pixel::turned_picture(picture.get(), angle_degrees, 1.0)
+                              : std::move(picture);
+}
+
 // The makers of the three kinds of cached pictures. Null without an exception when SDL makes
 // nothing, with one when a surface can't be worked on.
 
 SurfacePtr make_scaled(SDL_Surface* shape, const SDL_Surface& display, const Look& look,
                        std::int32_t angle_degrees, const char* function) noexcept {
-    SurfacePtr picture = scaled_shape(shape, look);
+    SurfacePtr picture = pixel::scaled_picture(shape, look.width, look.height);
     if (picture == nullptr || !tint(picture.get(), look.colour, function)) {
         return nullptr;
     }
@@ -199,7 +173,7 @@ SurfacePtr make_scaled(SDL_Surface* shape, const SDL_Surface& display, const Loo
             return nullptr;
         }
     }
-    return angle_degrees != 0 ? turned(std::move(picture), angle_degrees) : std::move(picture);
+    return turned(std::move(picture), angle_degrees);
 }
 
 SurfacePtr make_faded(SDL_Surface* shape, const SDL_Surface& display, const Look& look,
@@ -212,7 +186,7 @@ SurfacePtr make_faded(SDL_Surface* shape, const SDL_Surface& display, const Look
     if (!tint(picture.get(), look.colour, function) || !fade(picture.get(), look, function)) {
         return nullptr;
     }
-    return angle_degrees != 0 ? turned(std::move(picture), angle_degrees) : std::move(picture);
+    return turned(std::move(picture), angle_degrees);
 }
 
 SurfacePtr make_tinted(SDL_Surface* shape, const Look& look) noexcept {
