@@ -10,6 +10,8 @@
 #include "core/py_ref.h"
 #include "core/record.h"
 #include "core/recursion.h"
+#include "types/comparison.h"
+#include "types/float_list.h"
 
 namespace larkspur {
 
@@ -241,19 +243,24 @@ int is_true_by(richcmpfunc richcompare, PyObject* a, PyObject* b, int op) noexce
     return answer ? PyObject_IsTrue(answer.get()) : -1;
 }
 
+// Whether a three-way slot takes these operands. The interpreter's slots read both as objects of
+// their own type, and that of classic instances has answers of its own; ours convert both first.
+bool slot_takes(cmpfunc compare, PyObject* a, PyObject* b) noexcept {
+    if (compare == Py_TYPE(b)->tp_compare) {
+        return !PyInstance_Check(a);
+    }
+    return compare == compare_as_int || Py_TYPE(a) == &float_list_type;
+}
+
 // Three-way comparison of two values, led by the left one's type: -1, 0 or 1; -1 with an exception
 // when it fails.
 int compare_values(PyObject* a, PyObject* b) noexcept {
-    PyTypeObject* type = Py_TYPE(a);
-    const cmpfunc compare = type->tp_compare;
-    if (compare != nullptr && compare == Py_TYPE(b)->tp_compare && !PyInstance_Check(a)) {
-        return compare(a, b);
+    const PyTypeObject* type = Py_TYPE(a);
+    if (type->tp_compare != nullptr && slot_takes(type->tp_compare, a, b)) {
+        return type->tp_compare(a, b);
     }
-    // A slot would read an operand of another type as one of its own, and that of classic instances
-    // has answers of its own; a type may also have no slot at all. The interpreter knows what to
-    // do.
-    if (compare != nullptr || type->tp_richcompare == nullptr) {
-        return PyObject_Compare(a, b);
+    if (type->tp_compare != nullptr || type->tp_richcompare == nullptr) {
+        return PyObject_Compare(a, b);  // the interpreter knows how to compare any two objects
     }
     // Whether the values are equal is not looked at, only whether the question fails; the answer
     // keeps its reference.
