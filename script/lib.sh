@@ -4,6 +4,9 @@
 
 set -euo pipefail
 
+# Where the caller stands; read by script/demo.
+# shellcheck disable=SC2034
+caller_directory=$PWD
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 cd "$root"
 
@@ -113,8 +116,9 @@ apt_install() {
     if [ "${#missing[@]}" = 0 ]; then
         return
     fi
+    say "packages to install: ${missing[*]}"
     refresh_apt_lists
-    say "apt-get install ${missing[*]}"
+    say "apt-get install"
     quietly build/tools/apt-get.log retry as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get -q -y -o DPkg::Lock::Timeout=600 install --no-install-recommends "${missing[@]}"
 }
@@ -191,4 +195,18 @@ $(cmake --version | head -n 1) ${CC:-} ${CXX:-} $*"
     fi
     say "building $directory"
     quietly "$directory/build.log" ninja -C "$directory" -j "$(nproc)"
+}
+
+# show_sanitizer_reports DIRECTORY: shows them and fails when there are any. Among the files are
+# mere warnings, when a test asked for more memory than there is.
+show_sanitizer_reports() {
+    local report found=0
+    for report in "$1"/*; do
+        if [ -f "$report" ] && grep -qE 'ERROR: |runtime error: ' "$report"; then
+            say "sanitizer report $report:"
+            cat "$report"
+            found=1
+        fi
+    done
+    return $found
 }

@@ -19,7 +19,8 @@ def main():
 
     pygame.display.init()
     pygame.display.set_mode((8, 8))
-    found = mapped_libraries("libSDL-1.2")
+    # A wheel's own copy is renamed, such as libSDL-1-0a1b2c3d.2.so.0.
+    found = mapped_libraries("libSDL-1")
     if len(found) != 1:
         sys.exit(
             "larkspur (%s) and pygame (%s) must share one SDL, but %d are loaded: %s.\n"
