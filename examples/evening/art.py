@@ -499,6 +499,15 @@ def glow(diameter, color):
     return surface.convert_alpha()
 
 
+def far_flake():
+    """A flake of snow far away, 3 x 3."""
+    surface = pygame.Surface((3, 3), pygame.SRCALPHA, 32)
+    for y, row in enumerate(((20, 70, 20), (70, 150, 70), (20, 70, 20))):
+        for x, alpha in enumerate(row):
+            surface.set_at((x, y), (236, 240, 255, alpha))
+    return surface.convert_alpha()
+
+
 # --- The garden ----------------------------------------------------------------------------------
 
 TILE = 32

@@ -1,6 +1,7 @@
 """The demo's particle types. Colours are given from birth over half life to death."""
 
 import gmapi
+from evening import art
 from gmapi import make_color_rgb as rgb
 
 types = {}
@@ -9,8 +10,7 @@ types = {}
 def make_types():
     """Create all particle types; the display must be there, for their shapes."""
     types.update(fire=_fire(), torch_fire=_torch_fire(), smoke=_smoke(), spark=_spark(),
-                 snow=_snow(gmapi.pt_shape_snow, 1.9, 3.1), drift=_snow(gmapi.pt_shape_pixel,
-                                                                        1.0, 2.0),
+                 snow=_snow(gmapi.pt_shape_snow, 1.9, 3.1), drift=_snow(art.far_flake(), 1.0, 2.0),
                  twinkle=_twinkle(), spray=_spray(), firefly=_firefly(), petal=_petal())
 
 
@@ -28,17 +28,17 @@ def _additive(shape, colors, alphas, life, speed, direction):
 
 
 def _fire():
-    return _additive(gmapi.pt_shape_flare,
-                     (rgb(255, 214, 120), rgb(255, 112, 36), rgb(150, 30, 20)),
-                     (0.75, 0.6, 0.0), (22, 46), (0.7, 2.1), (168, 192))
+    """The shape has the colour: tinting and fading take the same from every channel, so that a
+    white shape would burn down to red at its rim."""
+    return _additive(gmapi.soft_disk(30, 1.4, (255, 158, 62), light=True),
+                     (gmapi.c_white, gmapi.c_white, rgb(255, 240, 226)),
+                     (0.72, 0.8, 0.2), (20, 52), (0.8, 2.5), (171, 189))
 
 
 def _torch_fire():
-    made = _additive(gmapi.pt_shape_flare,
-                     (rgb(255, 206, 110), rgb(255, 110, 40), rgb(140, 30, 30)),
-                     (0.6, 0.45, 0.0), (16, 30), (0.5, 1.2), (166, 194))
-    gmapi.part_type_scale(made, 0.7, 0.8)
-    return made
+    return _additive(gmapi.soft_disk(18, 1.4, (255, 158, 62), light=True),
+                     (gmapi.c_white, gmapi.c_white, rgb(255, 240, 226)),
+                     (0.8, 0.85, 0.3), (12, 30), (0.5, 1.4), (168, 192))
 
 
 def _smoke():

@@ -314,7 +314,7 @@ def weather_step(self):
 
 def _placements():
     rng = random.Random(2)
-    placed = [Placement(gmapi.obj_hero, 300, GROUND), Placement(gmapi.obj_weather, 0, 0),
+    placed = [Placement(gmapi.obj_hero, 1330, GROUND), Placement(gmapi.obj_weather, 0, 0),
               Placement(gmapi.obj_hud, 0, 0)]
 
     def put(kind, x, y=GROUND, **settings):

@@ -226,8 +226,7 @@ def Room_StepEvents(room):
         for instance in list(room.key_objects):
             instances.run_event(instance, resources.EVENT_KEYBOARD, key)
     for instance in list(room.stepped_objects):
-        if instance.alive:
-            instances.run_event(instance, resources.EVENT_STEP)
+        instances.run_event(instance, resources.EVENT_STEP)
     for instance in room.animated_objects:
         sprite = instance.sprite_index
         if type(sprite) is larkspur.GMSprite and len(sprite.subimages) > 1:
@@ -258,10 +257,10 @@ def Room_HandleCollisions(room):
         events = instance.object_index.py_objectdata.events[resources.EVENT_COLLISION]
         for kind_name in events:
             box = instance.box()
-            if not instance.alive or box is None:
+            if box is None:
                 break
             for other in gmapi.collision_list(box, gmapi.__dict__[kind_name]):
-                if other is not instance and other.alive and instance.alive:
+                if other is not instance and other.alive:
                     instances.run_event(instance, resources.EVENT_COLLISION, kind_name, other)
 
 
@@ -321,14 +320,12 @@ def forget_instance(room, instance):
     """Take an instance out of its room and of the registry, without any event."""
     instance.alive = False
     _leave_lists(room, instance)
-    instance.object_index.instances.remove(instance)
     del instances.registry[instance.id]
 
 
 def deactivate_instance(instance):
     """Let an instance rest: it is neither stepped, moved, hit nor drawn."""
     _leave_lists(instance.room, instance)
-    instance.object_index.instances.remove(instance)
     instance.room.deactivated_objects.append(instance)
 
 
@@ -341,8 +338,8 @@ def activate_instance(instance):
 
 
 def _leave_lists(room, instance):
-    for name in _INSTANCE_LISTS:
-        members = getattr(room, name)
+    for members in [getattr(room, name) for name in _INSTANCE_LISTS] + [
+            instance.object_index.instances]:
         if any(member is instance for member in members):
             members.remove(instance)
 

@@ -57,7 +57,9 @@ def instance_destroy(which=None):
 
 def instance_of(which):
     """The living instance for an instance, an id or a GMVar that holds either."""
-    return instance_list([which])[0] if type(which) is not Instance else which
+    if type(which) is GMVar:
+        which = which[0]
+    return which if type(which) is Instance else instance_list([which])[0]
 
 
 def instance_number(kind):

@@ -124,11 +124,20 @@ def draw_sprite_ext(sprite, subimage, x, y, xscale, yscale, rotation, color, alp
         return
     if not (width == sprite.w and height == sprite.h and angle == 0 and alpha_255 == 255 and
             color == colors.c_white):
-        image = cached_copy(sprite.scalecache, image,
+        image = cached_copy(_scalecache(sprite), image,
                             (number, width, height, angle, int(color), alpha_255))
     if angle:
         corner = (corner[0] - image.get_width() // 2, corner[1] - image.get_height() // 2)
     gm6.screen.blit(image, corner)
+
+
+def _scalecache(sprite):
+    """A sprite's cache of copies; pickling takes it from the sprite, so it may be missing."""
+    try:
+        return sprite.scalecache
+    except AttributeError:
+        sprite.scalecache = {}
+        return sprite.scalecache
 
 
 def _rotated_corner(sprite, xscale, yscale, angle):

@@ -69,7 +69,7 @@ class Instance(object):
             if value:
                 self.room.AddDrawnInstance(self)
                 self.room.ResortDrawnObjects()
-            else:
+            elif self in list(self.room.drawn_objects):
                 self.room.drawn_objects.remove(self)
 
     def Draw(self):
@@ -112,12 +112,13 @@ def run_code(instance, code, other=None):
 
 
 def run_event(instance, event, key=None, other=None):
-    """Run an instance's actions for an event; does nothing where it has none."""
+    """Run an instance's actions for an event; nothing where it has none or is gone."""
     actions = instance.object_index.py_objectdata.events[event]
     if key is not None:
         actions = actions.get(key, ())
     for action in actions:
-        run_code(instance, action.python, other)
+        if instance.alive:
+            run_code(instance, action.python, other)
 
 
 def instance_list(ids):
