@@ -1,1 +1,0 @@
-#include "as_c.c"
