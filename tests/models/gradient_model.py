@@ -22,21 +22,20 @@ def truncated(value):
 class Picture(object):
     """A grid of 32-bit words and the places of red, green and blue in them.
 
-    rows    list of rows of words
+    words   numpy words [y][x]
     shifts  of red, green and blue in a word
     alpha   the bits that an opaque pixel has beside its colour
     """
 
-    def __init__(self, rows, shifts, alpha):
-        self.rows = [[int(word) for word in row] for row in rows]
+    def __init__(self, words, shifts, alpha):
+        self.rows = [[int(word) for word in row] for row in words]
         self.shifts = shifts
         self.alpha = alpha
-        self.height = len(self.rows)
-        self.width = len(self.rows[0]) if self.rows else 0
+        self.height, self.width = words.shape
 
     @classmethod
     def of(cls, words, surface):
-        """A picture of numpy words [y][x] in a pygame Surface's format."""
+        """A picture of words in a pygame Surface's format."""
         return cls(words, surface.get_shifts()[:3], surface.get_masks()[3] & 0xFFFFFFFF)
 
     def change(self, x, y, change):

@@ -3,19 +3,22 @@
 LARKSPUR_FUZZ_EXAMPLES is the number of examples per test. A failing example is printed by
 hypothesis with all its numbers.
 """
+import contextlib
 import ctypes
 import os
 
 import hypothesis
 from hypothesis import strategies as some
 import larkspur
+import numpy
 import pytest
 
-from models import gradient_model as model
+from models import gradient_model, pixel_model
 from support import host as host_support
 from support import native, rooms
 from support.guarded import GuardedSurface
-from support.pictures import assert_same_words
+from support.native import Rect
+from support.pictures import assert_same_words, words
 from support.surfaces import ALL_MASKS
 
 fuzz = hypothesis.settings(
@@ -34,11 +37,11 @@ rectangles = some.tuples(first_corners, first_corners, second_corners, second_co
 
 
 @some.composite
-def guarded_surfaces(draw, smallest=0):
+def guarded_surfaces(draw, smallest=0, odd_pitches=True):
     """Arguments of a GuardedSurface."""
     width = draw(some.integers(smallest, 45))
     height = draw(some.integers(smallest, 25))
-    pitch = 4 * width + draw(some.sampled_from([0, 0, 4, 12, 64, 2, 5]))
+    pitch = 4 * width + draw(some.sampled_from([0, 0, 4, 12, 64] + [2, 5] * odd_pitches))
     return (width, height, pitch, draw(some.sampled_from(ALL_MASKS)),
             draw(some.integers(0, 2 ** 32 - 1)), draw(some.booleans()))
 
@@ -61,19 +64,24 @@ colours4 = some.one_of(
     some.tuples(words32, words32, words32, words32))
 
 
-def check(arguments, expected_of, call):
-    """call(surface) changes the pixels as expected_of(picture) does, and no other byte."""
+@contextlib.contextmanager
+def guarded_surface(arguments):
     guarded = GuardedSurface(*arguments)
     try:
-        picture = model.Picture.of(guarded.words(), guarded.surface)
+        yield guarded
+    finally:
+        guarded.free()
+
+
+def check(arguments, expected_of, call):
+    """call(surface) changes the pixels as expected_of(picture) does, and no other byte."""
+    with guarded_surface(arguments) as guarded:
+        picture = gradient_model.Picture.of(guarded.words(), guarded.surface)
         surroundings = guarded.surroundings()
         expected_of(picture)
         call(guarded.surface)
-        if guarded.width and guarded.height:
-            assert_same_words(guarded.words(), picture.words(), "fuzz")
+        assert_same_words(guarded.words(), picture.words(), "fuzz")
         assert (guarded.surroundings() == surroundings).all()
-    finally:
-        guarded.free()
 
 
 @fuzz
@@ -82,7 +90,7 @@ def test_layers(arguments, rectangle, layers):
     letters, values = layers
     function = getattr(larkspur, "fast_draw_gradients_" + letters)
     check(arguments,
-          lambda picture: model.draw_layers(picture, letters, rectangle, values),
+          lambda picture: gradient_model.draw_layers(picture, letters, rectangle, values),
           lambda surface: function(surface, *(rectangle + values)))
 
 
@@ -90,7 +98,7 @@ def test_layers(arguments, rectangle, layers):
 @hypothesis.given(guarded_surfaces(), rectangles, words32, words32, signed32)
 def test_gradient_with_an_alpha(arguments, rectangle, top, bottom, alpha):
     check(arguments,
-          lambda picture: model.draw_alpha(picture, rectangle, top, bottom, alpha),
+          lambda picture: gradient_model.draw_alpha(picture, rectangle, top, bottom, alpha),
           lambda surface: larkspur.fast_draw_gradient_v(
               surface, *(rectangle + (top, bottom, alpha))))
 
@@ -99,7 +107,7 @@ def test_gradient_with_an_alpha(arguments, rectangle, top, bottom, alpha):
 @hypothesis.given(guarded_surfaces(), rectangles, signed32, signed32)
 def test_translucent_fill(arguments, rectangle, colour, alpha):
     check(arguments,
-          lambda picture: model.fill_translucent(
+          lambda picture: gradient_model.fill_translucent(
               picture, *(rectangle + (colour % 2 ** 32, alpha))),
           lambda surface: larkspur.fill_translucent(surface, *(rectangle + (colour, alpha))))
 
@@ -126,7 +134,7 @@ def test_rectangle_in_four_colours(own_screen, display, arguments, rectangle, co
             larkspur.fast_draw_rectangle_color(*values)
         finally:
             own_screen(display)
-    check(arguments, lambda picture: model.draw_rectangle_color(picture, *values), call)
+    check(arguments, lambda picture: gradient_model.draw_rectangle_color(picture, *values), call)
 
 
 @fuzz
@@ -144,9 +152,9 @@ def test_translucent_rectangle_in_a_view(host, own_screen, display, arguments, r
 
     def expected(picture):
         x1, y1, x2, y2 = [
-            int(round(float(model.single(number)) * scale))  # halves away from zero
+            int(round(float(gradient_model.single(number)) * scale))  # halves away from zero
             for number, scale in zip(rectangle, (xscale, yscale) * 2)]
-        model.fill_translucent(picture, x1, y1, x2, y2, colour, model.truncated(alpha * 255.0))
+        gradient_model.fill_translucent(picture, x1, y1, x2, y2, colour, gradient_model.truncated(alpha * 255.0))
 
     def call(surface):
         own_screen(surface)
@@ -156,3 +164,68 @@ def test_translucent_rectangle_in_a_view(host, own_screen, display, arguments, r
         finally:
             own_screen(display)
     check(arguments, expected, call)
+
+
+# ---- whole surfaces
+
+translucentify = native.function("Translucentify", None, ctypes.c_void_p, ctypes.c_uint8)
+tint_surface = native.function("Tint_Surface", None, ctypes.c_void_p, ctypes.c_uint32)
+flagged_blit = native.function("flagged_blit", None, ctypes.c_void_p, ctypes.c_void_p,
+                               ctypes.POINTER(Rect), ctypes.c_int)
+
+
+def check_buffer(arguments, rule, call):
+    """call(address) changes the buffer as rule(buffer) does, as far as its last pixel."""
+    with guarded_surface(arguments) as guarded:
+        memory = guarded.memory
+        pitch, height = arguments[2], arguments[1]
+        whole = numpy.zeros(pitch * height if arguments[0] else 0, numpy.uint8)
+        whole[:len(memory.bytes)] = memory.bytes
+        expected = memory.everything.copy()
+        start = memory.address - memory.everything.ctypes.data
+        expected[start:start + len(memory.bytes)] = rule(whole)[:len(memory.bytes)]
+        call(native.surface_address(guarded.surface))
+        differing = numpy.nonzero(memory.everything != expected)[0]
+        assert not len(differing), "byte %d differs" % (differing[0] - start)
+
+
+@fuzz
+@hypothesis.given(guarded_surfaces(odd_pitches=False), some.integers(0, 255))
+def test_fading(arguments, alpha):
+    check_buffer(arguments, lambda buffer: pixel_model.faded(buffer, alpha, arguments[3]),
+                 lambda address: translucentify(address, alpha))
+
+
+@fuzz
+@hypothesis.given(guarded_surfaces(odd_pitches=False), words32)
+def test_tinting(arguments, tint):
+    check_buffer(arguments, lambda buffer: pixel_model.tinted(buffer, tint, arguments[3]),
+                 lambda address: tint_surface(address, tint))
+
+
+@fuzz
+@hypothesis.given(guarded_surfaces(smallest=1, odd_pitches=False),
+                  some.sampled_from([("flip_v", pixel_model.upside_down),
+                                     ("flip_h", pixel_model.mirrored),
+                                     ("flip_vh", pixel_model.turned_one_row_low)]))
+def test_flips(arguments, flip):
+    name, rule = flip
+    with guarded_surface(arguments) as guarded:
+        before = guarded.memory.everything.copy()
+        expected = rule(guarded.words())
+        assert_same_words(words(getattr(larkspur, name)(guarded.surface)), expected, name)
+        assert (guarded.memory.everything == before).all()
+
+
+@fuzz
+@hypothesis.given(guarded_surfaces(smallest=1, odd_pitches=False),
+                  guarded_surfaces(smallest=1, odd_pitches=False),
+                  some.integers(-60, 60), some.integers(-40, 40), some.sampled_from([1, 128]))
+def test_additive_blit(source_arguments, target_arguments, x, y, mode):
+    with guarded_surface(source_arguments) as source, guarded_surface(target_arguments) as target:
+        expected = pixel_model.added(source.words(), target.words(), x, y)
+        surroundings = target.surroundings()
+        flagged_blit(native.surface_address(source.surface),
+                     native.surface_address(target.surface), Rect(x, y, 0, 0), mode)
+        assert_same_words(target.words(), expected, "added")
+        assert (target.surroundings() == surroundings).all()

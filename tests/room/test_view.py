@@ -11,8 +11,8 @@ import pytest
 from support import leaks, native, pending
 from support.host import Instance, ParticleSystem, Plain
 from support.pictures import assert_same_picture
-from support.rooms import (VIEW_MEMBERS, compiled, float_list, make_instance, make_view_room,
-                           set_view)
+from support.rooms import (VIEW_MEMBERS, compiled, float_list, make_instance, make_room,
+                           make_view_room, set_view)
 
 G_XSCALE = native.variable(ctypes.c_double, "g_view_xscale")
 G_YSCALE = native.variable(ctypes.c_double, "g_view_yscale")
@@ -330,6 +330,49 @@ def test_scale_is_there_while_backgrounds_and_objects_are_drawn(host):
     set_view(room, 0, wview=100, hview=60, wport=200, hport=30)
     draw_well(host, room, 0, [make_instance()])
     assert seen == [(2.0, 0.5, 2.0, 0.5)] * 2
+
+
+# --- Position for rectangles ---------------------------------------------------------------------
+
+def offset_for_rectangles(host):
+    """The view position that draw_rectangle() takes its scale from: at a scale of 2 it draws what
+    is at 100 in the room at 200 - position."""
+    G_XSCALE.value = G_YSCALE.value = 2.0
+    host.screen.fill((0, 0, 0))
+    larkspur.draw_rectangle(100, 100, 101, 101)
+    (place,) = pygame.mask.from_threshold(
+        host.screen, (255, 255, 255), (1, 1, 1, 255)).get_bounding_rects()
+    return 200 - place.x, 200 - place.y
+
+
+def test_rectangles_lie_in_the_view_drawn_last(host):
+    room = make_view_room()
+    set_view(room, 0, xview=12, yview=34)
+    set_view(room, 1, xview=56, yview=78)
+    draw_well(host, room, 0)
+    assert offset_for_rectangles(host) == (12, 34)
+    draw_well(host, room, 1)
+    assert offset_for_rectangles(host) == (56, 78)
+
+
+def test_rectangles_lie_in_the_view_after_it_followed(host):
+    seen = []
+    host.gm6.Room_DrawBackgrounds = lambda *arguments: seen.append(offset_for_rectangles(host))
+    host.register(larkspur)
+    room = make_view_room()
+    follow_object(host, room, Plain(x=30, y=20))
+    draw_well(host, room)
+    assert seen == [(30, 20)]
+
+
+def test_rectangles_lie_in_the_room_without_views(host):
+    room = make_view_room()
+    set_view(room, 0, xview=12, yview=34)
+    draw_well(host, room)
+    seen = []
+    larkspur.Room_Draw(make_room(drawn_objects=[
+        Plain(Draw=lambda: seen.append(offset_for_rectangles(host)))]), host.screen)
+    assert seen == [(0, 0)]
 
 
 # --- Backgrounds ---------------------------------------------------------------------------------

@@ -1,0 +1,49 @@
+"""The example of a native caller, run as its users run it."""
+import os
+import subprocess
+import sys
+
+import numpy
+import pygame
+import pytest
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+BUILD = os.environ.get("LARKSPUR_BUILD_DIR", "")
+
+
+def run(*arguments):
+    folders = [BUILD, os.path.join(BUILD, "examples", "native")]
+    environment = dict(os.environ, PYTHONPATH=os.pathsep.join(folders + sys.path))
+    environment.pop("DISPLAY", None)
+    command = [sys.executable, os.path.join(ROOT, "examples", "native", "fountain.py")]
+    return subprocess.check_output(command + list(arguments), env=environment,
+                                   stderr=subprocess.STDOUT)
+
+
+@pytest.fixture(scope="module")
+def picture(tmpdir_factory):
+    """Red, green and blue [y][x] of a frame in which most sparks burn."""
+    path = str(tmpdir_factory.mktemp("sparks").join("sparks.png"))
+    output = run("--frames", "100", "--picture", path)
+    assert output.splitlines()[-1] == \
+        "100 frames, at most 320 sparks, 0 at the end, 1 kept picture"
+    return pygame.surfarray.array3d(pygame.image.load(path)).swapaxes(0, 1).astype(int)
+
+
+def test_sparks_rise_over_the_fountain(picture):
+    lit = numpy.argwhere((picture != (8, 8, 24)).any(axis=2))
+    glow = (lit[:, 0] >= 168) & (lit[:, 0] < 232) & (lit[:, 1] >= 128) & (lit[:, 1] < 192)
+    sparks = lit[~glow]
+    assert len(sparks) > 300
+    assert sparks[:, 0].min() < 190  # they rise, and spread to both sides of the middle
+    assert sparks[:, 1].min() < 128 and sparks[:, 1].max() > 192
+
+
+def test_the_stamped_picture_glows_at_the_bottom(picture):
+    glow = picture[168:232, 128:192].sum(axis=2)
+    middle, edge = glow[24:40, 24:40].mean(), glow[56:].mean()
+    assert middle > 2 * edge and edge > 8 + 8 + 24
+
+
+def test_no_frames_at_all_is_no_trouble():
+    assert "at most 20 sparks" in run("--frames", "1")

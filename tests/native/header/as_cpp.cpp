@@ -1,0 +1,1 @@
+#include "as_c.c"

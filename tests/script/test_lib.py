@@ -1,0 +1,204 @@
+"""What the scripts share."""
+
+import os
+import sys
+
+import pytest
+from support.scripts import run_lib, write_command
+
+LEAKING = (
+    "LARKSPUR_BUILD_DIR PYTHONPATH PYTHONHOME PYTHONOPTIMIZE PYTEST_ADDOPTS CXXFLAGS "
+    "VIRTUAL_ENV ASAN_OPTIONS"
+).split()
+
+
+@pytest.mark.parametrize("name", LEAKING)
+def test_developers_environment_does_not_leak_in(tree, name):
+    assert run_lib('echo "${%s-unset}"' % name, tree, **{name: "/nowhere"}) == (0, "unset\n")
+
+
+def test_runs_in_the_root_of_the_tree(tree):
+    tree.mkdir("below")
+    status, output = run_lib("cd below; . ../script/lib.sh; pwd", tree)
+    assert (status, output) == (0, "%s\n" % tree)
+
+
+@pytest.mark.parametrize("home", [None, "", "/nonexistent"])
+def test_account_without_home_gets_one(tree, home):
+    expected = "%s\n" % tree.join("build", "home")
+    assert run_lib('echo "$HOME"', tree, HOME=home) == (0, expected)
+    assert tree.join("build", "home").isdir()
+
+
+def test_usable_home_is_kept(tree):
+    assert run_lib('echo "$HOME"', tree) == (0, "%s\n" % tree)
+
+
+def test_debians_tools_go_before_a_shim(tree):
+    write_command(tree.join("shims", "cmake"), "exit 127")
+    status, output = run_lib("command -v cmake", tree, PATH="%s/shims:/usr/bin:/bin" % tree)
+    assert (status, output) == (0, "/usr/bin/cmake\n")
+
+
+def attempts(tree, successful):
+    """Runs a command that succeeds at the given attempt; gives status and number of attempts."""
+    code = "n=0; try() { n=$((n + 1)); [ $n -ge %d ]; }; retry try || echo failed; echo $n"
+    status, output = run_lib(code % successful, tree)
+    assert status == 0
+    return output.splitlines()[-2:]
+
+
+def test_retry_stops_at_the_first_success(tree):
+    assert attempts(tree, 1) == ["1"]
+    assert attempts(tree, 3)[-1] == "3"
+
+
+def test_retry_gives_up_after_three(tree):
+    assert attempts(tree, 4) == ["failed", "3"]
+
+
+def test_quietly_shows_nothing_of_a_success(tree):
+    assert run_lib("quietly build/log echo hello", tree) == (0, "")
+    assert tree.join("build", "log").read() == "hello\n"
+
+
+def test_quietly_shows_all_of_a_failure(tree):
+    status, output = run_lib("quietly build/log bash -c 'echo out; echo err >&2; exit 5'", tree)
+    assert status == 1
+    assert output.startswith("out\nerr\n")
+    assert "this command failed" in output
+
+
+# Stand-ins for Debian's tools. "there" is installed, "lost" is not.
+APT = """
+dpkg-query() { [ "${@: -1}" = there ] && printf installed; }
+apt-get() { echo "apt-get $*"; }
+env() { shift; "$@"; }
+quietly() { shift; "$@"; }
+id() { echo %s; }
+"""
+
+
+def test_nothing_is_installed_when_all_is_there(tree):
+    assert run_lib(APT % 0 + "apt_install there there", tree) == (0, "")
+
+
+def test_lists_are_refreshed_and_only_the_missing_is_installed(tree):
+    status, output = run_lib(APT % 0 + "apt_install there lost; apt_install lost", tree)
+    called = [line for line in output.splitlines() if line.startswith("apt-get")]
+    assert status == 0
+    assert [line.split()[-1] for line in called] == ["update", "lost", "lost"]
+    assert "there" not in output
+
+
+def test_who_is_not_root_uses_sudo(tree):
+    sudo = 'sudo() { echo "sudo $1"; "$@"; }\n'
+    status, output = run_lib(APT % 1000 + sudo + "apt_install lost", tree)
+    assert status == 0
+    assert output.count("sudo apt-get") == 1
+    assert output.count("sudo env") == 1
+
+
+def test_who_is_not_root_and_has_no_sudo_is_told(tree):
+    no_sudo = 'command() { [ "$2" != sudo ]; }\n'
+    status, output = run_lib(APT % 1000 + no_sudo + "apt_install lost", tree)
+    assert status == 1
+    assert "needs root" in output
+    assert "lost" in output
+
+
+def test_stale_lists_are_used_when_no_new_ones_can_be_had(tree):
+    failing = 'apt-get() { echo "apt-get $*"; [ "${@: -1}" != update ]; }\n'
+    status, output = run_lib(APT % 0 + failing + "apt_install lost", tree)
+    assert status == 0
+    assert output.count("DPkg::Lock::Timeout=600 update") >= 3
+    assert output.splitlines()[-1].startswith("apt-get")
+    assert output.splitlines()[-1].endswith("lost")
+
+
+def test_packages_that_cannot_be_installed_end_the_run(tree):
+    failing = "apt-get() { echo no such package; return 100; }\n"
+    status, output = run_lib(APT % 0 + failing + "apt_install lost && echo went on", tree)
+    assert status != 0
+    assert "no such package" in output
+    assert "went on" not in output
+
+
+def fake_python(path, answer=None):
+    """A command that passes for a Python 2.7 with headers at `answer`, or for none."""
+    write_command(path, "echo %s" % answer if answer else "exit 1")
+    return path
+
+
+def test_this_interpreter_passes(tree):
+    status, output = run_lib('python27_with_headers "%s"' % sys.executable, tree)
+    assert (status, output) == (0, sys.executable + "\n")
+
+
+def test_python3_does_not_pass(tree):
+    assert run_lib("python27_with_headers /usr/bin/python3 || echo no", tree) == (0, "no\n")
+
+
+def test_named_python_goes_first(tree):
+    named = fake_python(tree.join("named"), "/named")
+    fake_python(tree.join("bin", "python2.7"), "/on/path")
+    path = "%s/bin:/usr/bin:/bin" % tree
+    assert run_lib("find_python27", tree, LARKSPUR_PYTHON=str(named), PATH=path) == (
+        0, "/named\n")
+
+
+def test_named_python_that_does_not_do_is_an_error(tree):
+    fake_python(tree.join("bin", "python2.7"), "/on/path")
+    path = "%s/bin:/usr/bin:/bin" % tree
+    status, output = run_lib("find_python27", tree, LARKSPUR_PYTHON="/nowhere", PATH=path)
+    assert status == 1
+    assert "LARKSPUR_PYTHON is /nowhere" in output
+    assert "/on/path" not in output
+
+
+def test_first_working_python_on_the_path_is_taken(tree):
+    fake_python(tree.join("shim", "python2.7"))
+    fake_python(tree.join("bin", "python2.7"), "/on/path")
+    fake_python(tree.join("pyenv", "versions", "2.7.18", "bin", "python2.7"), "/of/pyenv")
+    path = "{0}/shim:{0}/bin:/usr/bin:/bin".format(tree)
+    assert run_lib("find_python27", tree, PATH=path) == (0, "/on/path\n")
+
+
+def test_newest_python27_of_pyenv_comes_next(tree):
+    fake_python(tree.join("shim", "python2.7"))
+    write_command(tree.join("shim", "pyenv"), "echo %s/pyenv" % tree)
+    for version in ("2.7.9", "2.7.18"):
+        fake_python(tree.join("pyenv", "versions", version, "bin", "python2.7"), "/" + version)
+    path = "%s/shim:/usr/bin:/bin" % tree
+    assert run_lib("find_python27", tree, PATH=path) == (0, "/2.7.18\n")
+
+
+def test_pyenv_is_found_at_its_usual_place(tree):
+    write_command(tree.join(".pyenv", "bin", "pyenv"), "echo %s/.pyenv" % tree)
+    fake_python(tree.join(".pyenv", "versions", "2.7.18", "bin", "python2.7"), "/of/pyenv")
+    assert run_lib("find_python27", tree) == (0, "/of/pyenv\n")
+
+
+def test_no_python_is_a_failure_without_words(tree):
+    assert run_lib("find_python27 || echo none", tree) == (0, "none\n")
+
+
+REPORTS = [
+    ("==1==ERROR: AddressSanitizer: heap-use-after-free", 1),
+    ("==1==ERROR: LeakSanitizer: detected memory leaks", 1),
+    ("a.cpp:3:5: runtime error: signed integer overflow", 1),
+    ("==1==WARNING: AddressSanitizer failed to allocate 0x10000 bytes", 0),
+]
+
+
+@pytest.mark.parametrize("text, expected", REPORTS)
+def test_report_makes_a_run_fail_and_a_warning_does_not(tree, text, expected):
+    tree.join("reports", "report.1").write(text, ensure=True)
+    status, output = run_lib("show_sanitizer_reports reports", tree)
+    assert status == expected
+    assert (text in output) == bool(expected)
+
+
+def test_no_report_is_no_failure(tree):
+    os.mkdir(str(tree.join("reports")))
+    assert run_lib("show_sanitizer_reports reports", tree) == (0, "")

@@ -1,0 +1,1098 @@
+"""GMVar: the value's own behaviour, the array, failures, references and changes on the way."""
+import copy
+import ctypes
+import gc
+import operator
+import pickle
+import random
+import sys
+import time
+import weakref
+
+import larkspur
+import pytest
+from larkspur import GMVar
+from models.variable_model import ModelVariable, Refused
+from support import records, subprocess_python
+from support.leaks import assert_counts_unchanged, count_changes, lend_references, object_growth
+
+ROUNDS = 1000
+
+# Comparing variables releases references that were not taken, so values need more than they have.
+LENT = 3 * ROUNDS
+
+
+class VariableRecord(ctypes.Structure):
+    """A variable as native code sees it."""
+    _fields_ = [("refcount", ctypes.c_ssize_t), ("type", ctypes.c_void_p),
+                ("magic", ctypes.c_uint32), ("width", ctypes.c_int32), ("height", ctypes.c_int32),
+                ("items", ctypes.POINTER(ctypes.c_void_p))]
+
+
+def native(variable):
+    return VariableRecord.from_address(id(variable))
+
+
+def size(variable):
+    return native(variable).width, native(variable).height
+
+
+def new_without_init():
+    return GMVar.__new__(GMVar)
+
+
+class Becoming(object):
+    """Becomes what is inside the list that is added to it."""
+
+    def __iadd__(self, items):
+        return items[0]
+
+
+def holding(inner):
+    """A variable that holds a variable: what in-place addition gives is stored as it is."""
+    variable = GMVar(Becoming())
+    variable += [inner]
+    return variable
+
+
+def holding_itself():
+    variable = GMVar(Becoming())
+    variable += [variable]
+    return variable
+
+
+# ---- The type -----------------------------------------------------------------------------------
+
+def test_names_and_doc():
+    assert ctypes.string_at(records.type_record(GMVar).name) == b"py_larkspur.GMVar"
+    assert GMVar.__name__ == "GMVar" and GMVar.__module__ == "py_larkspur"
+    assert GMVar.__doc__ == "GM-compatible magical variable"
+    assert repr(GMVar(5)).startswith("<py_larkspur.GMVar object at 0x")
+
+
+def test_flags():
+    flags = GMVar.__flags__
+    assert flags & records.HAVE_GC and flags & records.CHECK_TYPES
+    assert not flags & records.BASE_TYPE
+    with pytest.raises(TypeError):
+        type("Derived", (GMVar,), {})
+    assert gc.is_tracked(GMVar(5))
+
+
+def test_there_are_no_slots_methods_or_members_but_the_stated_ones():
+    stated = """__new__ __init__ __getattribute__ __setattr__ __delattr__ __hash__ __str__ __call__
+        __lt__ __le__ __eq__ __ne__ __gt__ __ge__ __cmp__ __nonzero__ __len__ __getitem__
+        __setitem__ __delitem__ __add__ __radd__ __sub__ __rsub__ __mul__ __rmul__ __div__ __rdiv__
+        __mod__ __rmod__ __neg__ __pos__ __abs__ __and__ __rand__ __xor__ __rxor__ __or__ __ror__
+        __coerce__ __int__ __float__ __iadd__ __doc__""".split()
+    assert sorted(vars(GMVar)) == sorted(stated)
+
+
+def test_layout():
+    variable = GMVar("a")
+    assert native(variable).magic == 0xC0FFEE55
+    assert size(variable) == (1, 1)
+    values = {}
+    for i, j in [(0, 0), (3, 0), (1, 2), (4, 1), (4, 4)]:
+        values[i, j] = object()
+        variable[i, j] = values[i, j]
+    assert size(variable) == (5, 5)
+    for j in range(5):
+        for i in range(5):
+            expected = id(values[i, j]) if (i, j) in values else None
+            assert native(variable).items[j * 5 + i] == expected
+
+
+# ---- Creation -----------------------------------------------------------------------------------
+
+@pytest.mark.parametrize("value", [5, 2.5, "text", u"text", None, [1], (), {}, object(), len])
+def test_holds_its_argument(value):
+    variable = GMVar(value)
+    assert variable[0] is value and variable[0, 0] is value
+    assert GMVar(variable)[0] is value
+    assert size(GMVar(variable)) == (1, 1)
+
+
+def test_creation_leaks_nothing():
+    value = object()
+    variable = GMVar(value)
+    assert_counts_unchanged(lambda: GMVar(value), value)
+    assert_counts_unchanged(lambda: GMVar(variable), value, variable)
+
+
+@pytest.mark.parametrize("arguments, keywords", [((), {}), ((1, 2), {}), ((), {"x": 1}),
+                                                 ((1,), {"x": 1})])
+def test_takes_exactly_one_argument(arguments, keywords):
+    with pytest.raises(TypeError) as caught:
+        GMVar(*arguments, **keywords)
+    assert "GMVar()" in str(caught.value)
+    variable = GMVar(5)
+    with pytest.raises(TypeError):
+        GMVar.__init__(variable, *arguments, **keywords)
+    assert variable == 5
+
+
+def test_only_one_level_is_unwrapped():
+    inner = GMVar(5)
+    outer = holding(inner)
+    assert GMVar(outer)[0] is inner
+    variable = GMVar(0)
+    variable[0] = outer
+    assert variable[0] is inner
+    assert outer + 1 == 6 and type(outer + 1) is int
+
+
+def test_init_resets_and_keeps_the_references_of_the_old_array():
+    value, cell = object(), object()
+
+    def reset():
+        variable = GMVar(value)
+        variable[2, 1] = cell
+        GMVar.__init__(variable, 7)
+        assert size(variable) == (1, 1) and variable == 7
+    assert count_changes(reset, [value, cell]) == [1.0, 1.0]
+
+
+def test_init_with_itself_keeps_the_value():
+    value = object()
+    variable = GMVar(value)
+    variable[5] = 1
+    GMVar.__init__(variable, variable)
+    assert variable[0] is value and size(variable) == (1, 1)
+
+
+# ---- A variable without a value -------------------------------------------------------------------
+
+def cleared():
+    variable = GMVar(5)
+    variable[2, 2] = 7
+    assert records.clear(variable) == 0
+    return variable
+
+
+@pytest.mark.parametrize("make, dimensions", [(new_without_init, (1, 1)), (cleared, (0, 0))])
+def test_empty_variable_behaves_as_zero(make, dimensions):
+    variable = make()
+    assert size(variable) == dimensions
+    assert len(variable) == dimensions[0] * dimensions[1]
+    assert bool(variable) is False
+    assert variable + 1 == 1 and 1 - variable == 1 and variable * 3 == 0.0
+    assert variable == 0 and variable < 1 and cmp(variable, 0) == 0
+    assert str(variable) == "0" and hash(variable) == hash(0) and variable.real == 0
+    assert int(variable) == 0 and float(variable) == 0.0 and -variable == 0
+    assert variable[0] == 0 and variable[0, 0] == 0 and variable[4] == 0
+    assert coerce(variable, 1.5) == (0.0, 1.5)
+    assert gc.get_referents(variable) in ([], [0])
+    with pytest.raises(TypeError):
+        variable()
+    assert GMVar(variable)[0] == 0
+    other = make()
+    other += 5
+    assert type(other) is GMVar and other == 5 and size(other) == (1, 1)
+    other = make()
+    other[3] = 7
+    assert size(other) == (4, 1) and other[3] == 7
+    other = make()
+    other[2, 1] = 7
+    assert size(other) == (3, 2) and other[2, 1] == 7
+    other = make()
+    GMVar.__init__(other, 5)
+    assert other == 5 and size(other) == (1, 1)
+
+
+def test_reading_a_missing_value_by_one_index_stores_nothing():
+    variable = new_without_init()
+    assert variable[0] == 0
+    assert native(variable).items[0] is None
+
+
+# ---- Numbers --------------------------------------------------------------------------------------
+
+class Operand(object):
+    """Answers every binary operation with its name and the other operand."""
+
+
+for _name in "add sub div mod and xor or".split():
+    for _form in ("__%s__", "__r%s__"):
+        setattr(Operand, _form % _name,
+                lambda self, other, name=_form % _name: (name, other))
+
+FORWARDED = [operator.add, operator.sub, operator.div, operator.mod, operator.and_, operator.xor,
+             operator.or_]
+OPERANDS = [5, -3, 0, 2 ** 70, 2.5, 1 + 2j, True, "%s", "x", u"u", [1], (2,), set([1, 2]),
+            None, Operand()]
+
+
+def outcome(function, *arguments):
+    """What a call comes to: type and value, or the exception's type and text."""
+    try:
+        result = function(*arguments)
+    except Exception as error:
+        return type(error), str(error)
+    return type(result), result
+
+
+def same(a, b):
+    return a[0] is b[0] and (a[1] == b[1] or a[1] is b[1])
+
+
+@pytest.mark.filterwarnings("ignore:complex divmod")
+@pytest.mark.parametrize("function", FORWARDED, ids=lambda function: function.__name__)
+def test_binary_operations_are_those_of_the_values(function):
+    for a in OPERANDS:
+        for b in OPERANDS:
+            expected = outcome(function, a, b)
+            assert same(outcome(function, GMVar(a), GMVar(b)), expected), (a, b)
+            assert same(outcome(function, GMVar(a), b), expected), (a, b)
+            if function is operator.mod and isinstance(a, basestring) or isinstance(a, Operand):
+                continue  # these operations of theirs take any object, and get the variable
+            assert same(outcome(function, a, GMVar(b)), expected), (a, b)
+
+
+def test_formatting_shows_the_variable_as_its_value():
+    assert "%s %d %.1f" % (GMVar(5), GMVar(5), GMVar(2.25)) == "5 5 2.2"
+    assert "%s" % GMVar("text") == "text"
+    assert GMVar("%s and %s") % ("a", "b") == "a and b"
+
+
+@pytest.mark.parametrize("a, b, product", [
+    (5, 2, 10.0), (2, 2.5, 5.0), ("2", "1.5", 3.0), (True, 3, 3.0), (2 ** 53 + 1, 1, 2.0 ** 53),
+    (0, -1, -0.0)])
+def test_a_product_is_always_a_float(a, b, product):
+    for x, y in [(GMVar(a), b), (a, GMVar(b)), (GMVar(a), GMVar(b))]:
+        result = x * y
+        assert type(result) is float and repr(result) == repr(product)
+
+
+@pytest.mark.parametrize("a, b, error", [
+    ("x", 2, ValueError), (2, "x", ValueError), ([1], 2, TypeError), (2, [1], TypeError),
+    (None, 2, TypeError), (2, None, TypeError), (10 ** 400, 2, OverflowError)])
+def test_factors_that_are_no_numbers_raise(a, b, error):
+    for x, y in [(GMVar(a), b), (a, GMVar(b)), (GMVar(a), GMVar(b))]:
+        with pytest.raises(error):
+            x * y
+
+
+@pytest.mark.parametrize("function", [operator.neg, operator.pos, operator.abs, int, float, bool,
+                                      hash, str],
+                         ids=lambda function: function.__name__)
+def test_unary_operations_are_those_of_the_value(function):
+    for value in OPERANDS + ["12", " -3 ", "1.5", u"\xe9", float("nan"), float("inf"), -(2 ** 80)]:
+        expected = outcome(function, value)
+        actual = outcome(function, GMVar(value))
+        assert same(actual, expected) or value != value, value
+
+
+def test_nonzero_reports_failures():
+    class Failing(object):
+        def __nonzero__(self):
+            raise ZeroDivisionError
+    with pytest.raises(ZeroDivisionError):
+        bool(GMVar(Failing()))
+
+
+@pytest.mark.parametrize("function", [
+    lambda v: v ** 2, lambda v: 2 ** v, lambda v: v << 1, lambda v: v >> 1, lambda v: ~v,
+    lambda v: v // 2, lambda v: operator.truediv(v, 2), lambda v: divmod(v, 2), oct, hex,
+    operator.index, iter, lambda v: 5 in v, lambda v: range(9)[v], lambda v: v[0:1][0][0]])
+def test_other_operations_do_not_exist(function):
+    for value in (5, 2.5):
+        with pytest.raises(TypeError):
+            function(GMVar(value))
+
+
+@pytest.mark.parametrize("a, b", [(1, 2), (1, 2.5), (2.5, 1), (1, 2L), (1, 1j)])
+def test_coercion_is_that_of_the_values(a, b):
+    expected = coerce(a, b)
+    for x, y in [(GMVar(a), b), (a, GMVar(b)), (GMVar(a), GMVar(b))]:
+        if type(x) is type(y) is GMVar:
+            continue
+        result = coerce(x, y)
+        assert sorted(map(repr, result)) == sorted(map(repr, expected))
+        assert set(map(type, result)) == set(map(type, expected))
+
+
+def test_failing_coercion_raises_and_leaks_nothing():
+    value, other = object(), float("1.5")
+    variable = GMVar(value)
+    assert_counts_unchanged(lambda: pytest.raises(TypeError, coerce, variable, other),
+                            variable, value, other)
+    other = float("2.5")
+    variable = GMVar(int("70000"))
+    assert_counts_unchanged(lambda: coerce(variable, other), variable, variable[0], other)
+
+
+def test_operations_leak_nothing():
+    value, other = float("2.5"), float("1.5")
+    a, b = GMVar(value), GMVar(other)
+    for function in FORWARDED + [operator.mul, operator.eq, operator.lt]:
+        assert_counts_unchanged(lambda: outcome(function, a, b), a, b, value, other)
+    for function in (operator.neg, operator.pos, abs, int, float, bool, hash, str, len):
+        assert_counts_unchanged(lambda: outcome(function, a), a, value)
+
+
+# ---- In-place addition ------------------------------------------------------------------------------
+
+def test_inplace_addition_keeps_the_variable():
+    variable = same_variable = GMVar(5)
+    variable[1, 1] = 9
+    variable += 1
+    assert variable is same_variable and variable == 6 and type(variable[0]) is int
+    variable += GMVar(2.5)
+    assert variable is same_variable and variable == 8.5
+    assert size(variable) == (2, 2) and variable[1, 1] == 9
+    variable += variable
+    assert variable is same_variable and variable == 17.0
+
+
+def test_inplace_addition_is_the_values_own():
+    items = [1]
+    variable = GMVar(items)
+    variable += [2]
+    assert variable[0] is items and items == [1, 2]
+    text = GMVar("a")
+    text += u"b"
+    assert text[0] == u"ab" and type(text[0]) is unicode
+
+
+def test_failing_inplace_addition_changes_nothing():
+    value = object()
+    variable = GMVar(value)
+
+    def fail():
+        v = variable
+        with pytest.raises(TypeError):
+            v += 1
+    assert_counts_unchanged(fail, variable, value)
+    assert variable[0] is value
+
+
+def test_inplace_addition_counts():
+    result, value = object(), float("2.5")
+
+    class Adding(object):
+        def __iadd__(self, other):
+            return result
+    old = Adding()
+
+    def add():
+        v = GMVar(old)
+        v += value
+    assert_counts_unchanged(add, old, result, value)
+
+
+def test_other_inplace_operations_give_plain_values():
+    for function in (operator.isub, operator.imul, operator.idiv, operator.imod):
+        assert type(function(GMVar(5), 2)) in (int, float)
+
+
+def test_inplace_addition_ends_with_the_sum_whatever_a_destructor_does():
+    for act in mutations():
+        variable = GMVar(0)
+
+        class Dying(object):
+            def __iadd__(self, other):
+                return other
+
+            def __del__(self):
+                seen.append(variable[0])
+                act(variable)
+        seen = []
+        variable[0] = Dying()
+        v = variable
+        v += "sum"
+        assert v is variable and v[0] == "sum"
+        assert seen == [0]
+
+
+# ---- Comparison ---------------------------------------------------------------------------------------
+
+@pytest.mark.parametrize("function", [operator.lt, operator.le, operator.eq, operator.ne,
+                                      operator.gt, operator.ge],
+                         ids=lambda function: function.__name__)
+def test_rich_comparison_is_that_of_the_values(function):
+    values = [1, 2, 2.0, 2L, "2", None, [1], (2,), 1j, float("nan")]
+    for a in values:
+        for b in values:
+            expected = outcome(function, a, b)
+            for x, y in [(GMVar(a), b), (a, GMVar(b)), (GMVar(a), GMVar(b))]:
+                assert same(outcome(function, x, y), expected), (a, b)
+
+
+class Counted(int):
+    """An int whose references can be counted; compares three-way, by the interpreter's int."""
+
+
+class Rich(float):
+    """A float whose references can be counted; compares richly only."""
+
+
+def lent(value):
+    lend_references(value, LENT)
+    return value
+
+
+def compared(a, b):
+    """cmp() of two variables, with the references it takes from their values made good."""
+    lend_references(a, 1)
+    lend_references(b, 1)
+    return cmp(GMVar(a), GMVar(b))
+
+
+def test_three_way_comparison_of_values():
+    pairs = [(1, 2, -1), (2, 1, 1), (2, 2, 0), (1.5, 2.5, -1), (2.5, 1.5, 1), (2.5, 2.5, 0),
+             ("a", "b", -1), ("b", "a", 1), ("a", "a", 0), (1, 2.5, -1), (3, 2.5, 1), (2, 2.0, 0),
+             (2L, 1, 1), ((1, 2), (1, 3), -1), ([2], [1], 1), (None, None, 0), (None, 1, -1),
+             (1, None, 1)]
+    for a, b, expected in pairs:
+        assert compared(a, b) == expected, (a, b)
+
+
+def test_a_rich_comparison_that_declines_counts_as_less():
+    """The type's own slot is asked, and its NotImplemented is true."""
+    assert compared("a", 1.5) == -1
+    assert compared(1.5, "a") == -1
+
+
+def test_three_way_slots_only_get_operands_they_take():
+    class Compared(object):
+        def __init__(self, result):
+            self.result = result
+
+        def __cmp__(self, other):
+            return self.result
+
+    class Classic:
+        pass
+
+    class ClassicCompared:
+        def __cmp__(self, other):
+            return 1
+    assert compared(Compared(1), 5) == 1
+    assert compared(5, Compared(1)) == -1
+    assert compared(Compared(-1), Compared(1)) == -1
+    assert compared(ClassicCompared(), 5) == 1
+    a, b = Classic(), Classic()
+    assert compared(a, b) == cmp(a, b)
+    for x, y in [(slice(1), 5), (5, slice(1)), (5, u"x"), (5, "x"), (object(), object())]:
+        assert compared(x, y) == cmp(x, y)
+
+
+def test_our_own_slots_convert_what_they_get():
+    tile = larkspur.RoomTileData()
+    tile.id = 5
+    numbers = larkspur.Floatlist8()
+    numbers[0] = 5.5
+    for value, below, equal, above in [(tile, 4, 5, 6), (numbers, 5, 5.5, 6)]:
+        assert compared(value, above) == -1
+        assert compared(value, equal) == 0
+        assert compared(value, below) == 1
+
+
+@pytest.mark.parametrize("a, b", [
+    (lent(Counted(1)), lent(Counted(2))),    # by the slot of both
+    (lent(Counted(1)), lent(Rich(2.5))),     # by the interpreter
+    (lent(Rich(1.5)), lent(Rich(2.5))),      # by rich comparison: less
+    (lent(Rich(3.5)), lent(Rich(2.5))),      # greater
+    (lent(Rich(2.5)), lent(Rich(2.5))),      # equal
+    (lent(object()), lent(object())),        # a type without any comparison
+])
+def test_three_way_comparison_releases_one_reference_of_each(a, b):
+    x, y = GMVar(a), GMVar(b)
+    assert count_changes(lambda: cmp(x, y), [a, b, x, y]) == [-1.0, -1.0, 0.0, 0.0]
+
+
+def test_comparing_a_value_with_itself_releases_two_references():
+    value = lent(Counted(1))
+    x, y = GMVar(value), GMVar(value)
+    assert count_changes(lambda: cmp(x, y), [value], rounds=900) == [-2.0]
+
+
+def test_a_variable_compared_with_itself_is_equal_and_costs_nothing():
+    value = Counted(1)
+    variable = GMVar(value)
+    assert_counts_unchanged(lambda: cmp(variable, variable), value)
+
+
+def test_answers_of_rich_comparison():
+    """Less and greater are released; the answer to equal keeps its reference."""
+    answers = {"eq": Plain(), "lt": [], "gt": Plain()}
+
+    class Value(object):
+        def __eq__(self, other):
+            return answers["eq"]
+
+        def __lt__(self, other):
+            return answers["lt"]
+
+        def __gt__(self, other):
+            return answers["gt"]
+    x, y = GMVar(lent(Value())), GMVar(lent(Value()))
+    counted = [answers["eq"], answers["lt"], answers["gt"]]
+    assert cmp(x, y) == 1
+    assert count_changes(lambda: cmp(x, y), counted) == [1.0, 0.0, 0.0]
+    answers["lt"].append(1)
+    assert cmp(x, y) == -1
+
+
+class Plain(object):
+    pass
+
+
+@pytest.mark.parametrize("failing", ["__eq__", "__lt__", "__gt__", "__nonzero__"])
+def test_failing_comparison_raises(failing):
+    def fail(*_):
+        raise ZeroDivisionError
+
+    class Answer(object):
+        def __nonzero__(self):
+            return fail() if failing == "__nonzero__" else False
+
+    class Value(object):
+        pass
+    for name in ("__eq__", "__lt__", "__gt__"):
+        setattr(Value, name, fail if name == failing else lambda *_: Answer())
+    a, b = lent(Value()), lent(Value())
+    for _ in range(3):
+        with pytest.raises(ZeroDivisionError):
+            cmp(GMVar(a), GMVar(b))
+
+
+def test_the_last_reference_is_never_given_away():
+    value = Plain()
+    alive = weakref.ref(value)
+    x, y = GMVar(value), GMVar(Rich(2.5))
+    del value
+    for _ in range(10):
+        cmp(x, y)
+    assert alive() is x[0]
+    assert y == 2.5
+
+
+# ---- Attributes, calls, text ------------------------------------------------------------------------
+
+def test_attributes_are_those_of_the_value():
+    value = Plain()
+    variable = GMVar(value)
+    variable.name = "a"
+    assert value.name == "a" and variable.name == "a"
+    del variable.name
+    for function in (lambda: variable.name, lambda: delattr(variable, "name"),
+                     lambda: setattr(GMVar(5), "name", 1)):
+        with pytest.raises(AttributeError):
+            function()
+    assert variable.__class__ is Plain and type(variable) is GMVar
+    assert GMVar("text").upper() == "TEXT"
+    marker = object()
+    assert_counts_unchanged(lambda: setattr(variable, "name", marker), variable, value, marker)
+    assert_counts_unchanged(lambda: variable.name, variable, value, marker)
+
+
+def test_calls_go_to_the_value():
+    def called(*arguments, **keywords):
+        return arguments, keywords
+    assert GMVar(called)(1, 2, x=3) == ((1, 2), {"x": 3})
+    for value in (5, None):
+        with pytest.raises(TypeError):
+            GMVar(value)()
+
+
+def test_the_value_survives_its_own_replacement_during_a_call():
+    class Callable(object):
+        def __call__(self):
+            variable[0] = 5
+            return alive()
+    variable = GMVar(Callable())
+    alive = weakref.ref(variable[0])
+    assert variable() is not None
+    assert alive() is None and variable == 5
+
+
+def test_text():
+    class Text(object):
+        def __str__(self):
+            return "text"
+    assert str(GMVar(Text())) == "text" and unicode(GMVar(5)) == u"5"
+    assert str(GMVar(u"ascii")) == "ascii"
+    for convert in (str, unicode):
+        with pytest.raises(UnicodeEncodeError):
+            convert(GMVar(u"\xe9"))
+
+
+def test_hashes():
+    for value in (5, 2.5, "text", (1, 2), None):
+        assert hash(GMVar(value)) == hash(value)
+        assert {value: "found"}[GMVar(value)] == "found"
+    with pytest.raises(TypeError):
+        hash(GMVar([]))
+
+
+def test_copies_and_pickles_are_those_of_the_value():
+    assert copy.copy(GMVar(5)) == 5
+    assert pickle.loads(pickle.dumps(GMVar(5), 2)) == 5
+
+
+# ---- Length -------------------------------------------------------------------------------------------
+
+@pytest.mark.parametrize("value, length", [
+    ("text", 4), (u"", 0), ([1, 2], 2), ((), 0), (5, 6), (None, 6), ({1: 2}, 6), (2.5, 6)])
+def test_length_is_that_of_a_sequence_or_the_number_of_elements(value, length):
+    variable = GMVar(value)
+    assert len(variable) == (length if length != 6 else 1)
+    variable[2, 1] = 0
+    assert len(variable) == length
+
+
+def test_length_of_classic_instances_and_failures():
+    class Sequence:
+        def __getitem__(self, i):
+            return i
+
+        def __len__(self):
+            return 9
+
+    class Unsized(object):
+        def __getitem__(self, i):
+            return i
+
+    class Neither:
+        pass
+    assert len(GMVar(Sequence())) == 9
+    assert len(GMVar(Neither())) == 1
+    with pytest.raises(TypeError):
+        len(GMVar(Unsized()))
+
+
+# ---- Reading -------------------------------------------------------------------------------------------
+
+def test_writing_beyond_the_width_adds_columns():
+    variable = GMVar(1)
+    variable[3] = "a"
+    assert size(variable) == (4, 1)
+    assert variable[3] == "a" and variable[0] == 1
+    assert variable[1] == 0 and variable[2, 2] == 0 and variable[5] == 0
+    assert native(variable).items[1] is None and native(variable).items[2] is None
+
+
+def test_writing_a_cell_grows_both_ways():
+    variable = GMVar(1)
+    variable[2, 1] = 7
+    assert size(variable) == (3, 2)
+    assert variable[2, 1] == 7 and variable[0] == 1
+
+
+def test_reading_a_cell_by_two_indices_stores_the_zero_it_reads():
+    variable = GMVar(1)
+    variable[1, 1] = 5
+    assert native(variable).items[1] is None
+    assert variable[1] == 0 and native(variable).items[1] is None
+    zero = variable[1, 0]
+    assert zero == 0 and type(zero) is int
+    assert native(variable).items[1] == id(zero)
+    for key in [(2, 0), (0, 2), (-1, 0), (0, -1)]:
+        assert variable[key] == 0
+    assert size(variable) == (2, 2)
+
+
+KEYS = [1, 1L, True, 1.9, GMVar(1), GMVar(1.9)]
+
+
+@pytest.mark.parametrize("key", KEYS)
+def test_numbers_are_indices(key):
+    variable = GMVar("a")
+    variable[1] = "b"
+    assert variable[key] == "b"
+    variable[key] = "c"
+    assert variable[1] == "c" and size(variable) == (2, 1)
+    variable[key, key] = "d"
+    assert variable[1, 1] == "d" == variable[key, key]
+    variable[[key, key]] = "e"
+    assert variable[1, 1] == "e" == variable[[key, key, "ignored"]]
+
+
+@pytest.mark.parametrize("key", [None, {}, object(), slice(1), "ab", ("a", 1), (1, "a"), (None, 0),
+                                 (0, None), [[], 0]])
+def test_other_keys_read_as_zero(key):
+    variable = GMVar("a")
+    result = variable[key]
+    assert result == 0 and type(result) is int
+    assert size(variable) == (1, 1)
+
+
+@pytest.mark.parametrize("key", [-1, -1L, -0.5 - 1, GMVar(-1), -sys.maxint])
+def test_a_negative_index_fails_without_an_exception(key):
+    variable = GMVar(5)
+    with pytest.raises(SystemError):
+        variable[key]
+    with pytest.raises(SystemError):
+        variable[key] = 1
+    assert variable == 5 and size(variable) == (1, 1)
+
+
+class Unconvertible(object):
+    def __int__(self):
+        raise ZeroDivisionError
+
+
+@pytest.mark.parametrize("key, error", [
+    (2 ** 70, OverflowError), ((2 ** 70, 0), OverflowError), ((0, 2 ** 70), OverflowError),
+    (Unconvertible(), ZeroDivisionError), ((Unconvertible(), 0), ZeroDivisionError),
+    ((0, Unconvertible()), ZeroDivisionError), ((), IndexError), ((1,), IndexError),
+    ("a", IndexError), ([], IndexError), (GMVar(()), TypeError), (float("nan"), Exception),
+    (float("inf"), OverflowError)])
+def test_keys_that_fail_raise_their_own_exception(key, error):
+    variable = GMVar(5)
+    with pytest.raises(error):
+        variable[key]
+    with pytest.raises(error):
+        variable[key] = 1
+    assert variable == 5 and size(variable) == (1, 1)
+
+
+@pytest.mark.parametrize("key", [None, {}, object(), "ab", ("a", 1), (1, "a"), (-1, 0), (0, -1)])
+def test_refused_keys_fail_without_an_exception(key):
+    variable = GMVar(5)
+    value = object()
+    with pytest.raises(SystemError):
+        variable[key] = value
+    assert variable == 5 and size(variable) == (1, 1)
+
+
+def test_deleting_says_so_and_raises(capfd):
+    variable = GMVar(5)
+    for key in (0, (0, 0), None):
+        with pytest.raises(TypeError):
+            del variable[key]
+        assert capfd.readouterr() == ("Assigning a blank val\n", "")
+    assert variable == 5
+
+
+# ---- References of the array ------------------------------------------------------------------------
+
+def test_elements_own_one_reference():
+    value, other = object(), object()
+    variable = GMVar(0)
+
+    def write(key):
+        variable[key] = value
+        variable[key] = other
+        assert variable[key] is other
+    for key in (0, 5, (0, 0), (5, 5), [2, 2]):
+        variable[key] = 0
+        assert count_changes(lambda: write(key), [value]) == [0.0]
+    wrapped = GMVar(value)
+    assert_counts_unchanged(lambda: operator.setitem(variable, 3, wrapped), value, wrapped)
+    first = int("70000")
+    variable[first, 0] = 1
+    assert_counts_unchanged(lambda: variable[first, first], first)
+
+
+def test_refused_key_items_keep_a_reference():
+    variable = GMVar(5)
+    value, item, other, negative = object(), object(), object(), int("-70000")
+    zero = float("0.25")
+
+    def refuse(*key):
+        pytest.raises(SystemError, operator.setitem, variable, key, value)
+    assert count_changes(lambda: refuse(item, other), [item, other, value]) == [1.0, 1.0, 0.0]
+    assert count_changes(lambda: refuse(zero, other), [zero, other]) == [1.0, 1.0]
+    assert count_changes(lambda: refuse(negative, zero), [negative, zero]) == [1.0, 1.0]
+    assert count_changes(lambda: refuse(zero, negative), [negative, zero]) == [1.0, 1.0]
+    # Keys whose items are used do not, nor do those that are too large or only read.
+    large = 2 ** 40
+    assert_counts_unchanged(
+        lambda: pytest.raises(MemoryError, operator.setitem, variable, (large, zero), value),
+        large, zero, value)
+    assert_counts_unchanged(lambda: operator.getitem(variable, (item, other)), item, other)
+    assert_counts_unchanged(lambda: operator.setitem(variable, (zero, zero), value), zero)
+
+
+# ---- Growth -------------------------------------------------------------------------------------------
+
+@pytest.mark.parametrize("key", [
+    2 ** 31 - 1, 2 ** 31, 2 ** 40, sys.maxint, (2 ** 31, 0), (0, 2 ** 31), (2 ** 30, 2 ** 30),
+    (2 ** 31 - 2, 2 ** 31 - 2), (sys.maxint, sys.maxint)])
+def test_sizes_that_cannot_be_raise_memory_error(key):
+    variable = GMVar(5)
+    variable[1, 1] = "kept"
+    value = object()
+    with pytest.raises(MemoryError):
+        variable[key] = value
+    assert size(variable) == (2, 2)
+    assert variable == 5 and variable[1, 1] == "kept"
+    assert_counts_unchanged(lambda: pytest.raises(MemoryError, operator.setitem, variable, key,
+                                                  value), value)
+
+
+GROWTH_STEPS = 100000
+
+
+@pytest.mark.parametrize("key", [
+    lambda n: n, lambda n: (n, 0), lambda n: (0, n), lambda n: (n % 3, n)],
+    ids=["index", "column", "row", "three columns"])
+def test_growing_by_single_steps_takes_linear_time(key):
+    """Moving everything at every step would take minutes here."""
+    variable = GMVar(0)
+    start = time.time()
+    for n in range(GROWTH_STEPS):
+        variable[key(n)] = n
+    assert time.time() - start < 5.0
+    assert variable[key(GROWTH_STEPS // 2)] == GROWTH_STEPS // 2
+
+
+def test_growing_works_without_room_for_a_reserve():
+    """Growing asks for more than it needs, and takes what it needs when there is no more."""
+    out, _ = subprocess_python.output("""
+        import resource
+        from support import host
+        host.install_modules()
+        import larkspur
+
+        count = 32 * 2 ** 20
+        variable = larkspur.GMVar("first")
+        variable[count - 1] = "last"
+        used = int(open("/proc/self/statm").read().split()[0]) * resource.getpagesize()
+        allowed = used + 8 * count * 7 // 5
+        resource.setrlimit(resource.RLIMIT_AS, (allowed, allowed))
+        variable[count] = "more"
+        print variable[0], variable[count - 1], variable[count]
+        try:
+            variable[2 * count] = "too much"
+        except MemoryError as error:
+            print error
+        print variable[0], variable[count - 1], variable[count], variable[2 * count]
+    """)
+    assert out == ("first last more\n"
+                   "no memory for a GMVar of 67108865 x 1 elements\n"
+                   "first last more 0\n")
+
+
+def test_random_accesses_match_the_model():
+    seed = 20260412
+    generator = random.Random(seed)
+
+    def index():
+        number = generator.randrange(-2, generator.choice([3, 6, 12]))
+        return generator.choice([int, long, float, GMVar, str, int, int])(number)
+
+    def plain(key):
+        if type(key) is GMVar:
+            return key[0]
+        return type(key)(map(plain, key)) if isinstance(key, (tuple, list)) else key
+
+    for round_number in range(60):
+        variable, model = GMVar("first"), ModelVariable("first")
+        for step in range(300):
+            key = generator.choice([index, lambda: (index(), index()), lambda: [index(), index()],
+                                    lambda: None])()
+            context = (seed, round_number, step, plain(key))
+            reading = generator.random() < 0.4
+            value = object()
+            try:
+                expected = model.read(plain(key)) if reading else model.write(plain(key), value)
+            except Refused:
+                expected = SystemError
+            except IndexError:
+                expected = IndexError
+            try:
+                actual = variable[key] if reading else operator.setitem(variable, key, value)
+            except (SystemError, IndexError) as error:
+                actual = type(error)
+            assert actual is expected or actual == expected, context
+            assert size(variable) == (model.width, model.height), context
+        stored = [native(variable).items[k] for k in range(model.width * model.height)]
+        assert [address or id(0) for address in stored] == map(id, model.flat())
+
+
+# ---- Garbage collection ---------------------------------------------------------------------------------
+
+def test_elements_are_visited_from_the_last_to_the_first():
+    values = [object() for _ in range(4)]
+    variable = GMVar(values[0])
+    variable[2], variable[1, 1], variable[2, 2] = values[1:]
+    assert gc.get_referents(variable) == values[::-1]
+    seen = []
+
+    def stop(value):
+        seen.append(value)
+        return 7 if value is values[2] else 0
+    assert records.traverse(variable, stop) == 7
+    assert seen == values[:1:-1]
+
+
+def test_clear_releases_everything_from_the_last_to_the_first():
+    order = []
+
+    class Dying(object):
+        def __init__(self, name):
+            self.name = name
+
+        def __del__(self):
+            order.append(self.name)
+    variable = GMVar(Dying("first"))
+    variable[1] = Dying("second")
+    variable[1, 1] = Dying("third")
+    assert records.clear(variable) == 0
+    assert order == ["third", "second", "first"]
+    assert size(variable) == (0, 0) and not native(variable).items
+    assert records.clear(variable) == 0
+    variable = GMVar(Dying("first"))
+    variable[2, 2] = Dying("second")
+    del order[:], variable
+    assert order == ["second", "first"]
+
+
+def test_cycles_are_collected():
+    def make_cycle():
+        variable = GMVar([])
+        variable[0].append(variable)
+        variable[2, 2] = [variable]
+    assert object_growth(make_cycle, 100) == 0
+
+
+def test_long_chains_are_freed_without_recursion():
+    chain = GMVar(0)
+    for _ in range(100000):
+        chain = holding(chain)
+    assert type(chain[0]) is GMVar
+    del chain
+
+
+# ---- A variable that holds itself -------------------------------------------------------------------------
+
+@pytest.mark.parametrize("function", [
+    lambda v: v + 1, lambda v: 1 + v, lambda v: v * 2, lambda v: -v, abs, int, float, bool, len,
+    str, hash, lambda v: v.name, lambda v: setattr(v, "name", 1), lambda v: v(),
+    lambda v: v == 1, lambda v: v < 1, lambda v: cmp(v, GMVar(v)), lambda v: coerce(v, 1),
+    lambda v: operator.iadd(v, 1), lambda v: operator.getitem(GMVar(5), v)])
+def test_a_variable_that_holds_itself_raises(function):
+    variable = holding_itself()
+    assert variable[0] is variable
+    for _ in range(2):
+        if function is len:
+            assert len(variable) == 1
+            continue
+        with pytest.raises(RuntimeError):
+            function(variable)
+    variable[0] = 0  # ends the cycle
+
+
+# ---- Code that changes the variable while it is worked on ---------------------------------------------
+
+def mutations():
+    def grow(variable):
+        variable[50, 50] = 1
+
+    def replace(variable):
+        variable[0] = 5
+        variable[1] = 5
+
+    def reset(variable):
+        GMVar.__init__(variable, 5)
+
+    def reset_and_grow(variable):
+        reset(variable)
+        grow(variable)
+    return [grow, replace, reset, reset_and_grow, records.clear]
+
+
+class Meddling(object):
+    """A value all of whose operations first change the variable that holds it."""
+
+    def __init__(self, act):
+        self.__dict__["act"] = act
+
+
+def _meddling(name, result):
+    def method(self, *arguments):
+        self.__dict__["act"]()
+        return result
+    method.__name__ = name
+    setattr(Meddling, name, method)
+
+
+for _name in ("add sub mul div mod and xor or radd rsub rmul rdiv rmod rand rxor ror neg pos abs "
+              "iadd eq ne lt le gt ge call").split():
+    _meddling("__%s__" % _name, 7)
+for _name, _result in [("int", 1), ("float", 1.5), ("nonzero", True), ("len", 3), ("str", "text"),
+                       ("hash", 9), ("index", 1), ("getitem", 1), ("cmp", 1),
+                       ("getattr", 3), ("setattr", None), ("coerce", (1, 2))]:
+    _meddling("__%s__" % _name, _result)
+
+
+USES = [
+    lambda v: v + 1, lambda v: 1 + v, lambda v: v - 1, lambda v: v * 2, lambda v: 2 * v,
+    lambda v: v / 2, lambda v: v % 2, lambda v: v & 1, lambda v: v ^ 1, lambda v: v | 1,
+    lambda v: -v, lambda v: +v, abs, int, float, bool, len, str, hash, lambda v: v.name,
+    lambda v: setattr(v, "name", 1), lambda v: v(), lambda v: v == 1, lambda v: v < v[0],
+    lambda v: cmp(v, 1), lambda v: cmp(v, GMVar(v)), lambda v: coerce(v, 1),
+    lambda v: operator.iadd(v, 1), lambda v: operator.iadd(v, v),
+    lambda v: v[v], lambda v: v[v, v], lambda v: v[v[0]], lambda v: v[v[0], v[0]],
+    lambda v: operator.setitem(v, v[0], "new"), lambda v: operator.setitem(v, (v[0], 0), "new"),
+    lambda v: operator.setitem(v, (0, v[0]), v), lambda v: operator.setitem(v, v, v)]
+
+
+@pytest.mark.parametrize("use", range(len(USES)))
+def test_values_may_change_the_variable_during_any_operation(use):
+    for act in mutations():
+        variable = GMVar(0)
+        variable[1, 1] = "other"
+        value = Meddling(lambda: act(variable))
+        lend_references(value, 4)  # comparing variables takes some
+        variable[0] = value
+        del value
+        try:
+            USES[use](variable)
+        except (TypeError, SystemError, RuntimeError):
+            pass
+        width, height = size(variable)
+        for k in range(width * height):
+            address = native(variable).items[k]
+            assert address is None or ctypes.c_ssize_t.from_address(address).value > 0
+        variable[3, 3] = "still"
+        assert variable[3, 3] == "still"
+
+
+RELEASES = [
+    lambda v: operator.setitem(v, 0, 1), lambda v: operator.setitem(v, (0, 0), 1),
+    lambda v: operator.setitem(v, (9, 9), 1), lambda v: operator.iadd(v, 1), records.clear]
+
+
+@pytest.mark.parametrize("release", RELEASES)
+def test_destructors_may_change_the_variable_during_any_release(release):
+    for act in mutations():
+        class Dying(object):
+            def __iadd__(self, other):
+                return other
+
+            def __del__(self):
+                act(holder["variable"])
+        holder = {"variable": GMVar(Dying())}
+        holder["variable"][2, 2] = Dying()
+        release(holder["variable"])
+        holder["variable"][3, 3] = "still"
+        assert holder["variable"][3, 3] == "still"
+
+
+class MeddlingKey(object):
+    """A key, or a part of one, that changes the variable when it is read."""
+
+    def __init__(self, act, parts=(1, 1)):
+        self.act, self.parts = act, parts
+
+    def __getitem__(self, i):
+        self.act()
+        return self.parts[i]
+
+    def __len__(self):
+        self.act()
+        return 2
+
+
+def test_keys_may_change_the_variable():
+    for act in mutations():
+        variable = GMVar("value")
+        key = MeddlingKey(lambda: act(variable))
+        GMVar.__getitem__(variable, key)
+        variable[key] = "new"
+        assert variable[1, 1] == "new"
