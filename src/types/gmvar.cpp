@@ -125,20 +125,16 @@ void release_items(GMVarObject& variable) noexcept {
     std::free(items);
 }
 
-// The value of an operand for a call that can run Python code: kept alive through it, and counted
-// as one level of recursion, since a variable can come to hold itself. False with RuntimeError at
-// the interpreter's limit.
-class Operand {
+// The value of an operand, kept alive for a call that can run Python code.
+PyRef value_of(PyObject* operand) noexcept {
+    return PyRef::borrow(unwrap(operand));
+}
+
+// One level of recursion for such a call: a variable can come to hold itself. False with
+// RuntimeError at the interpreter's limit.
+class ValueCall : public RecursionGuard {
  public:
-    explicit Operand(PyObject* object) noexcept
-        : value_(PyRef::borrow(unwrap(object))), level_(" in the value of a GMVar") {}
-
-    PyObject* get() const noexcept { return value_.get(); }
-    explicit operator bool() const noexcept { return static_cast<bool>(level_); }
-
- private:
-    PyRef value_;
-    RecursionGuard level_;
+    ValueCall() noexcept : RecursionGuard(" in the value of a GMVar") {}
 };
 
 // ---- Creation and destruction ---------------------------------------------------------------
@@ -201,23 +197,27 @@ void gmvar_dealloc(PyObject* self) noexcept {
 // ---- The value's own behaviour --------------------------------------------------------------
 
 PyObject* gmvar_getattro(PyObject* self, PyObject* name) noexcept {
-    const Operand value(self);
-    return value ? PyObject_GetAttr(value.get(), name) : nullptr;
+    const PyRef value = value_of(self);
+    const ValueCall call;
+    return call ? PyObject_GetAttr(value.get(), name) : nullptr;
 }
 
 int gmvar_setattro(PyObject* self, PyObject* name, PyObject* attribute) noexcept {
-    const Operand value(self);
-    return value ? PyObject_SetAttr(value.get(), name, attribute) : -1;
+    const PyRef value = value_of(self);
+    const ValueCall call;
+    return call ? PyObject_SetAttr(value.get(), name, attribute) : -1;
 }
 
 long gmvar_hash(PyObject* self) noexcept {
-    const Operand value(self);
-    return value ? PyObject_Hash(value.get()) : -1;
+    const PyRef value = value_of(self);
+    const ValueCall call;
+    return call ? PyObject_Hash(value.get()) : -1;
 }
 
 PyObject* gmvar_str(PyObject* self) noexcept {
-    const Operand value(self);
-    if (!value) {
+    const PyRef value = value_of(self);
+    const ValueCall call;
+    if (!call) {
         return nullptr;
     }
     // The slot itself: a unicode value is encoded here, where PyObject_Str() could hand it on.
@@ -226,14 +226,16 @@ PyObject* gmvar_str(PyObject* self) noexcept {
 }
 
 PyObject* gmvar_call(PyObject* self, PyObject* args, PyObject* kwargs) noexcept {
-    const Operand value(self);
-    return value ? PyObject_Call(value.get(), args, kwargs) : nullptr;
+    const PyRef value = value_of(self);
+    const ValueCall call;
+    return call ? PyObject_Call(value.get(), args, kwargs) : nullptr;
 }
 
 PyObject* gmvar_richcompare(PyObject* left, PyObject* right, int op) noexcept {
-    const Operand a(left);
-    const Operand b(right);
-    return a && b ? PyObject_RichCompare(a.get(), b.get(), op) : nullptr;
+    const PyRef a = value_of(left);
+    const PyRef b = value_of(right);
+    const ValueCall call;
+    return call ? PyObject_RichCompare(a.get(), b.get(), op) : nullptr;
 }
 
 // The truth of a comparison by a type's own slot: 1 or 0, or -1 with an exception. A slot that
@@ -275,9 +277,10 @@ int compare_values(PyObject* a, PyObject* b) noexcept {
 }
 
 int gmvar_compare(PyObject* left, PyObject* right) noexcept {
-    const Operand a(left);
-    const Operand b(right);
-    if (!a || !b) {
+    const PyRef a = value_of(left);
+    const PyRef b = value_of(right);
+    const ValueCall call;
+    if (!call) {
         return -1;
     }
     const int order = compare_values(a.get(), b.get());
@@ -295,15 +298,30 @@ int gmvar_compare(PyObject* left, PyObject* right) noexcept {
 
 template <PyObject* (*operation)(PyObject*, PyObject*)>
 PyObject* binary(PyObject* left, PyObject* right) noexcept {
-    const Operand a(left);
-    const Operand b(right);
-    return a && b ? operation(a.get(), b.get()) : nullptr;
+    const PyRef a = value_of(left);
+    const PyRef b = value_of(right);
+    const ValueCall call;
+    return call ? operation(a.get(), b.get()) : nullptr;
+}
+
+// Adds without the detour through the interpreter's dispatch where both values are ints and the sum
+// fits one.
+PyObject* gmvar_add(PyObject* left, PyObject* right) noexcept {
+    PyObject* a = unwrap(left);
+    PyObject* b = unwrap(right);
+    long sum = 0;
+    if (PyInt_CheckExact(a) && PyInt_CheckExact(b) &&
+        !__builtin_add_overflow(PyInt_AS_LONG(a), PyInt_AS_LONG(b), &sum)) {
+        return PyInt_FromLong(sum);
+    }
+    return binary<PyNumber_Add>(left, right);
 }
 
 template <PyObject* (*operation)(PyObject*)>
 PyObject* unary(PyObject* self) noexcept {
-    const Operand value(self);
-    return value ? operation(value.get()) : nullptr;
+    const PyRef value = value_of(self);
+    const ValueCall call;
+    return call ? operation(value.get()) : nullptr;
 }
 
 // Games expect a product to be a fraction whatever its factors are.
@@ -320,14 +338,16 @@ PyObject* multiply_as_floats(PyObject* left, PyObject* right) noexcept {
 }
 
 int gmvar_nonzero(PyObject* self) noexcept {
-    const Operand value(self);
-    return value ? PyObject_IsTrue(value.get()) : -1;
+    const PyRef value = value_of(self);
+    const ValueCall call;
+    return call ? PyObject_IsTrue(value.get()) : -1;
 }
 
 int gmvar_coerce(PyObject** left, PyObject** right) noexcept {
-    const Operand a(*left);
-    const Operand b(*right);
-    if (!a || !b) {
+    const PyRef a = value_of(*left);
+    const PyRef b = value_of(*right);
+    const ValueCall call;
+    if (!call) {
         return -1;
     }
     PyObject* coerced_left = a.get();
@@ -361,8 +381,9 @@ PyObject* gmvar_inplace_add(PyObject* self, PyObject* addend) noexcept {
 // ---- The array --------------------------------------------------------------------------------
 
 Py_ssize_t gmvar_length(PyObject* self) noexcept {
-    const Operand value(self);
-    if (!value) {
+    const PyRef value = value_of(self);
+    const ValueCall call;
+    if (!call) {
         return -1;
     }
     if (PySequence_Check(value.get())) {
@@ -478,7 +499,7 @@ int gmvar_ass_subscript(PyObject* self, PyObject* key, PyObject* value) noexcept
 
 PyNumberMethods gmvar_number = [] {
     PyNumberMethods number = {};
-    number.nb_add = binary<PyNumber_Add>;
+    number.nb_add = gmvar_add;
     number.nb_subtract = binary<PyNumber_Subtract>;
     number.nb_multiply = binary<multiply_as_floats>;
     number.nb_divide = binary<PyNumber_Divide>;

@@ -219,7 +219,7 @@ for _name in "add sub div mod and xor or".split():
 
 FORWARDED = [operator.add, operator.sub, operator.div, operator.mod, operator.and_, operator.xor,
              operator.or_]
-OPERANDS = [5, -3, 0, 2 ** 70, 2.5, 1 + 2j, True, "%s", "x", u"u", [1], (2,), set([1, 2]),
+OPERANDS = [5, -3, 0, sys.maxint, -sys.maxint - 1, 2 ** 70, 2.5, 1 + 2j, True, "%s", "x", u"u", [1], (2,), set([1, 2]),
             None, Operand()]
 
 
