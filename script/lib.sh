@@ -173,6 +173,25 @@ find_python27() {
     find_pyenv_python27
 }
 
+has_cpython_cases() {
+    "$1" -c 'import test.list_tests' 2>/dev/null </dev/null
+}
+
+# provide_cpython_cases PYTHON: our tests also run CPython's own cases, which some systems package
+# apart. Says so where they can't be had.
+provide_cpython_cases() {
+    local package=libpython2.7-testsuite
+    if ! has_cpython_cases "$1" && command -v apt-get >/dev/null; then
+        refresh_apt_lists
+        if apt_knows "$package"; then
+            apt_install "$package"
+        fi
+    fi
+    has_cpython_cases "$1" ||
+        say "$1 comes without its standard package 'test', which the tests in tests/types/cpython" \
+            "run: install it (Debian: $package)"
+}
+
 # build_tree DIRECTORY TYPE [CMAKE OPTION...]: configures and builds; quick when nothing changed.
 build_tree() {
     local directory=$1 type=$2 settings

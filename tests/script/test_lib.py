@@ -202,3 +202,25 @@ def test_report_makes_a_run_fail_and_a_warning_does_not(tree, text, expected):
 def test_no_report_is_no_failure(tree):
     os.mkdir(str(tree.join("reports")))
     assert run_lib("show_sanitizer_reports reports", tree) == (0, "")
+
+
+@pytest.mark.parametrize(
+    "has_cases, told, expected",
+    [
+        ("true", "", ""),
+        ("false", "yes", "installs libpython2.7-testsuite\n-- python comes without"),
+        ("false", "", "-- python comes without its standard package 'test'"),
+    ],
+)
+def test_cpythons_cases_are_installed_or_asked_for(tree, has_cases, told, expected):
+    code = """
+        apt-get() { :; }
+        refresh_apt_lists() { :; }
+        apt_knows() { [ -n "%s" ]; }
+        apt_install() { echo "installs $*"; }
+        python() { %s; }
+        provide_cpython_cases python
+    """
+    status, output = run_lib(code % (told, has_cases), tree)
+    assert status == 0
+    assert output.startswith(expected) and bool(output) == bool(expected)
