@@ -149,15 +149,16 @@ def render(pygame, game, screen, frames, folder):
     script = script_of_keys(pygame, frames)
     shots = set(frames * (2 * number + 1) // (2 * SHOTS) for number in range(SHOTS))
     run = Run()
-    spent = {"room_village": [0, 0.0], "room_garden": [0, 0.0]}
+    spent = {"room_village": [0, 0.0, 0.0], "room_garden": [0, 0.0, 0.0]}
     for number in range(frames):
         for down, key in script.get(number, ()):
             (evening.press if down else evening.release)(key)
-        started = time.time()
+        started, processor = time.time(), time.clock()
         evening.frame()
         record = spent[evening.room.name]
         record[0] += 1
         record[1] += time.time() - started
+        record[2] += time.clock() - processor
         run.most_particles = max(run.most_particles, game.living_particles())
         if number in shots:
             path = os.path.join(folder, "frame_{:05d}.png".format(number))
@@ -166,9 +167,10 @@ def render(pygame, game, screen, frames, folder):
         show_progress(number + 1, frames)
     sheet = os.path.join(folder, "contact_sheet.png")
     pygame.image.save(contact_sheet(pygame, [path for path, _ in run.pictures], game.SIZE), sheet)
-    for name, (count, seconds) in sorted(spent.items(), reverse=True):
+    for name, (count, seconds, processor) in sorted(spent.items(), reverse=True):
         if count:
-            print("{}: {} frames, {:.1f} frames per second".format(name, count, count / seconds))
+            print("{}: {} frames, {:.1f} frames per second, {:.1f} ms of processor time "
+                  "each".format(name, count, count / seconds, 1000 * processor / count))
     print("Most living particles: {}".format(run.most_particles))
     print("{} pictures and {} are in {}".format(len(run.pictures), os.path.basename(sheet),
                                                 os.path.abspath(folder)))

@@ -295,7 +295,8 @@ def weather_create(self):
     self.system = gmapi.part_system_create(-8)
     self.edge = self.system.emitter()
     everywhere = self.system.emitter()
-    everywhere.region(-100, VIEW_WIDTH + 400, HEIGHT - VIEW_HEIGHT - 20, HEIGHT - 60)
+    x = gmapi.obj_hero.instances[0].x
+    everywhere.region(x - 560, x + 880, HEIGHT - VIEW_HEIGHT - 20, HEIGHT - 60)
     self.system.burst(everywhere, effects.types["snow"], 900)
     self.system.burst(everywhere, effects.types["drift"], 700)
     self.system.stream(self.edge, effects.types["snow"], 5.4)
@@ -304,10 +305,10 @@ def weather_create(self):
 
 
 def weather_step(self):
-    """Let it snow wherever the main view looks."""
-    x, y = self.room.view_xview[0], self.room.view_yview[0]
+    """Let it snow from above the view, around the hero whom it follows."""
+    x, y = gmapi.obj_hero.instances[0].x, self.room.view_yview[0]
     for emitter in (self.edge, self.fine):
-        emitter.region(x - 160, x + VIEW_WIDTH + 320, y - 24, y - 6)
+        emitter.region(x - 560, x + 880, y - 24, y - 6)
 
 
 # --- Where everything stands ---------------------------------------------------------------------

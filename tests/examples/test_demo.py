@@ -31,6 +31,7 @@ def test_check_writes_right_pictures(tmpdir):
     files = sorted(path.basename for path in tmpdir.listdir())
     assert files[0] == "contact_sheet.png" and len(files) == 9
     for text in ("100 %  40 of 40 frames", "room_village:", "room_garden:", "frames per second",
+                 "ms of processor time",
                  str(tmpdir), "check: all 8 pictures show what they should"):
         assert text in output
 
