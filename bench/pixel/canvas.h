@@ -50,6 +50,7 @@ void add_kernel(const char* kernel, Routine ours, Routine scalar, Routine roof);
 void add_buffer_kernels();
 void add_fill_kernels();
 void add_flip_kernels();
+void add_gradient_kernels();
 
 // The roofs, at -O3 and for the newest instructions of this processor.
 void xor_in_place(Canvas& canvas);

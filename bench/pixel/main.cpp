@@ -72,6 +72,7 @@ int main(int argc, char** argv) {
     larkspur::bench::add_buffer_kernels();
     larkspur::bench::add_fill_kernels();
     larkspur::bench::add_flip_kernels();
+    larkspur::bench::add_gradient_kernels();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;

@@ -1,6 +1,7 @@
 #include "scalar.h"
 
 #include "pixel/colour.h"
+#include "pixel/surface_words.h"
 
 namespace larkspur::bench::scalar {
 
@@ -60,6 +61,55 @@ void copy_rows_mirrored(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const 
         }
         to += to_pitch_bytes;
         from += from_pitch_bytes;
+    }
+}
+
+void blend_vertical_gradients(const SDL_Surface& surface, const pixel::Corners& corners,
+                              const pixel::GradientLayer* layers, std::size_t count,
+                              std::uint32_t constant, std::uint8_t keep) {
+    const float step = 1.0F / static_cast<float>(corners.y2 - corners.y1);
+    float t = 1.0F;
+    for (int y = corners.y1; y < corners.y2; ++y) {
+        std::uint32_t sum = constant;
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::uint32_t colour =
+                pixel::interpolate_fmt(layers[i].top, layers[i].bottom, t, surface.format);
+            sum += pixel::multalpha(colour, layers[i].weight);
+        }
+        fill_translucent(pixel::pixel_at(surface, corners.x1, y),
+                         static_cast<std::size_t>(corners.x2 - corners.x1), keep, sum);
+        t -= step;
+    }
+}
+
+void draw_vertical_gradient(const SDL_Surface& surface, const pixel::Corners& corners,
+                            std::uint32_t top, std::uint32_t bottom) {
+    const float step = 1.0F / static_cast<float>(corners.y2 - corners.y1);
+    float t = 1.0F;
+    for (int y = corners.y1; y < corners.y2; ++y) {
+        const std::uint32_t colour = pixel::interpolate_fmt(top, bottom, t, surface.format);
+        PixelWord* row = pixel::pixel_at(surface, 0, y);
+        for (int x = corners.x1; x < corners.x2; ++x) {
+            row[x] = colour;
+        }
+        t -= step;
+    }
+}
+
+// By columns, as the gradient runs.
+void draw_horizontal_gradient(const SDL_Surface& surface, const pixel::Corners& corners,
+                              std::uint32_t left, std::uint32_t right) {
+    const float step = 1.0F / static_cast<float>(corners.x2 - corners.x1);
+    const std::ptrdiff_t row_bytes = pixel::row_bytes(surface);
+    float t = 1.0F;
+    for (int x = corners.x1; x < corners.x2; ++x) {
+        const std::uint32_t colour = pixel::interpolate_fmt(left, right, t, surface.format);
+        auto* place = reinterpret_cast<unsigned char*>(pixel::pixel_at(surface, x, corners.y1));
+        for (int y = corners.y1; y <= corners.y2; ++y) {
+            *pixel::pixel_words(place) = colour;
+            place += row_bytes;
+        }
+        t -= step;
     }
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "pixel/gradient_painters.h"
 #include "pixel/pixel_word.h"
 
 namespace larkspur::bench::scalar {
@@ -20,5 +21,12 @@ void copy_rows(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned 
                std::ptrdiff_t from_pitch_bytes, std::size_t width, std::size_t rows);
 void copy_rows_mirrored(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned char* from,
                         std::ptrdiff_t from_pitch_bytes, std::size_t width, std::size_t rows);
+void blend_vertical_gradients(const SDL_Surface& surface, const pixel::Corners& corners,
+                              const pixel::GradientLayer* layers, std::size_t count,
+                              std::uint32_t constant, std::uint8_t keep);
+void draw_vertical_gradient(const SDL_Surface& surface, const pixel::Corners& corners,
+                            std::uint32_t top, std::uint32_t bottom);
+void draw_horizontal_gradient(const SDL_Surface& surface, const pixel::Corners& corners,
+                              std::uint32_t left, std::uint32_t right);
 
 }  // namespace larkspur::bench::scalar

@@ -57,12 +57,16 @@ inline std::uint32_t color_for_format(std::uint32_t colour, const SDL_PixelForma
                       static_cast<std::uint8_t>(colour >> 16));
 }
 
-/// The pixel value of blend(a, b, trunc(255 * t)), a and b being GM colours. The constant is 255
-/// and not the other interpolation's 256: t = 1 keeps 1/256 of b.
+/// The weight of the first colour at fraction t of a gradient. The constant is 255 and not the
+/// other interpolation's 256: t = 1 keeps 1/256 of the second colour.
+inline int gradient_weight(float t) {
+    return truncate_to_int32(255.0 * static_cast<double>(t));
+}
+
+/// The pixel value of blend(a, b, gradient_weight(t)), a and b being GM colours.
 inline std::uint32_t interpolate_fmt(std::uint32_t a, std::uint32_t b, float t,
                                      const SDL_PixelFormat* format) {
-    const int weight = truncate_to_int32(255.0 * static_cast<double>(t));
-    return pixel::color_for_format(blend(a, b, weight), format);
+    return pixel::color_for_format(blend(a, b, gradient_weight(t)), format);
 }
 
 /// 1 for the two additive blend modes, 1 and 128; 0 for every other.

@@ -10,8 +10,9 @@ import pytest
 from models import gradient_model as model
 from support import host as host_support
 from support import leaks, native, rooms
+from support.guarded import GuardedSurface
 from support.pictures import assert_same_words, put_words, random_words, words
-from support.surfaces import encode, surface_of
+from support.surfaces import ALL_MASKS, encode, surface_of
 
 RED, GREEN, BLUE, GREY = 0x0000FF, 0x00FF00, 0xFF0000, 0x808080
 WIDTH, HEIGHT = 41, 31
@@ -315,6 +316,30 @@ def test_encoded_surface_as_the_display(screen, capfd):
         larkspur.fast_draw_rectangle_color(*arguments)
         assert native.sdl_surface(surface).pixels is None  # encoded again
         assert_same_words(words(surface), picture.words(), "encoded-" + kind)
+
+
+MAP_RGB = native.function("SDL_MapRGB", ctypes.c_uint32, ctypes.POINTER(native.PixelFormat),
+                          *[ctypes.c_uint8] * 3)
+
+
+@pytest.mark.parametrize("masks", ALL_MASKS + (
+    (0xF800, 0x7E0, 0x1F, 0), (0xF000, 0xF00, 0xF0, 0xF), (0x3FF00000, 0xFFC00, 0x3FF, 0),
+    (0xFF, 0, 0, 0)))
+def test_colours_are_mapped_as_sdl_maps_them(screen, masks):
+    guarded = GuardedSurface(301, 301, 301 * 4, masks, 1)
+    larkspur.set_SDL_screen(guarded.surface)
+    form = native.sdl_surface(guarded.surface).format
+    expected = []
+    for t in itertools.islice(model.fractions(300), 300):
+        mixed = model.between(0xFE8040, 0x1234FF, int(255.0 * t))
+        expected.append(MAP_RGB(form, mixed & 255, mixed >> 8 & 255, mixed >> 16))
+    larkspur.fast_draw_rectangle_color(
+        0, 0, 300, 300, 0xFE8040, 0xFE8040, 0x1234FF, 0x1234FF, 1.0, 0)
+    assert guarded.words()[:-1, 0].tolist() == expected
+    larkspur.fast_draw_rectangle_color(0, 0, 300, 300, 0xFE8040, 0x1234FF, 0, 0xFF, 1.0, 0)
+    assert guarded.words()[0, :-1].tolist() == expected
+    larkspur.set_SDL_screen(screen)
+    guarded.free()
 
 
 def test_arguments_of_a_rectangle(screen):
