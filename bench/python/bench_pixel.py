@@ -139,6 +139,107 @@ def fill_calls(width, height):
              "fill with BLEND_RGB_MULT, then ADD": in_python(multiply_and_add)})
 
 
+TOP, BOTTOM = (32, 255, 64), (128, 16, 255)  # of every gradient
+
+
+def gm_colour(colour):
+    return colour[0] | colour[1] << 8 | colour[2] << 16
+
+
+def mixed_colours(first, second, count, share=1.0):
+    return [tuple(int((near * (count - i) + far * i) / count * share)
+                  for near, far in zip(first, second)) for i in range(count)]
+
+
+def line(colours, upright):
+    """A Surface one pixel thick in the given colours."""
+    thin = pygame.Surface((1, len(colours)) if upright else (len(colours), 1), 0, 32)
+    for i, colour in enumerate(colours):
+        thin.set_at((0, i) if upright else (i, 0), colour)
+    return thin
+
+
+def layered_rivals(width, height, gradients, constants, keep):
+    """pygame's ways to lay gradients (an opacity each) and colours over a picture, from the colours
+    on; none needs what an earlier call left."""
+    surface, twin, third = (picture(width, height) for _ in range(3))
+    cover = pygame.Surface((width, height), 0, 32)
+    column_colours = mixed_colours(TOP, BOTTOM, height)
+    sums = mixed_colours(TOP, BOTTOM, height, 1 - keep / 256)
+    across = [(0, y, width, 1) for y in range(height)]
+
+    def stretch_and_blit():
+        for opacity in gradients:
+            pygame.transform.scale(line(column_colours, True), (width, height), cover)
+            cover.set_alpha(opacity)
+            surface.blit(cover, (0, 0))
+        for opacity in constants:
+            cover.fill(TOP)
+            cover.set_alpha(opacity)
+            surface.blit(cover, (0, 0))
+
+    def multiply_and_add_rows():
+        third.fill((keep, keep, keep), None, pygame.BLEND_RGB_MULT)
+        for place, colour in zip(across, sums):
+            third.fill(colour, place, pygame.BLEND_RGB_ADD)
+
+    def row_blits():
+        strip = pygame.Surface((width, 1), 0, 32)
+        for opacity in gradients:
+            strip.set_alpha(opacity)
+            for place, colour in zip(across, column_colours):
+                strip.fill(colour)
+                twin.blit(strip, place)
+        for opacity in constants:
+            cover.fill(TOP)
+            cover.set_alpha(opacity)
+            twin.blit(cover, (0, 0))
+
+    return {"column stretched, blitted with set_alpha": in_python(stretch_and_blit),
+            "fill with BLEND_RGB_MULT, ADD by rows": in_python(multiply_and_add_rows),
+            "row filled, blitted with set_alpha": in_python(row_blits)}
+
+
+def gradient_calls(width, height):
+    surface = picture(width, height)
+    return (in_python(larkspur.fast_draw_gradient_v, surface, 0, 0, width, height, gm_colour(TOP),
+                      gm_colour(BOTTOM), 100),
+            layered_rivals(width, height, [100], [], 155))
+
+
+def layers_calls(width, height):
+    surface = picture(width, height)
+    top, bottom = gm_colour(TOP), gm_colour(BOTTOM)
+    return (in_python(larkspur.fast_draw_gradients_vcvvc, surface, 0, 0, width, height,
+                      top, bottom, 0.2, 0x203040, 0.1, bottom, top, 0.2, top, bottom, 0.1,
+                      0x402010, 0.1),
+            layered_rivals(width, height, [50, 50, 25], [25, 25], 106))
+
+
+def opaque_calls(upright):
+    """An opaque gradient over the display; pygame gets the colours worked out."""
+    def calls(width, height):
+        display, twin, third = (picture(width, height) for _ in range(3))
+        larkspur.set_SDL_screen(display)
+        first, last = gm_colour(TOP), gm_colour(BOTTOM)
+        corners = (first, first, last, last) if upright else (first, last, last, first)
+        colours = mixed_colours(TOP, BOTTOM, height if upright else width)
+        places = [(0, i, width, 1) if upright else (i, 0, 1, height) for i in range(len(colours))]
+
+        def fill_lines():
+            for place, colour in zip(places, colours):
+                twin.fill(colour, place)
+
+        def stretch():
+            pygame.transform.scale(line(colours, upright), (width, height), third)
+
+        return (in_python(larkspur.fast_draw_rectangle_color, 0, 0, width, height,
+                          *(corners + (1.0, 0))),
+                {"fill by lines": in_python(fill_lines),
+                 "line stretched": in_python(stretch)})
+    return calls
+
+
 def fading_calls(masks):
     def calls(width, height):
         surface, twin = (picture(width, height, pygame.SRCALPHA, masks) for _ in range(2))
@@ -205,6 +306,14 @@ def rotoscale_calls(width, height):
 ROWS = [
     Row("translucent fill", scalar=[(64, 5), (320, 8)], roof=[(640, 0.55)],
         pygame=[(64, 6), (320, 11)], calls=fill_calls),
+    Row("gradient_v", scalar=[(64, 4), (320, 7.5)], roof=[(640, 0.53)],
+        pygame=[(64, 13), (320, 20)], calls=gradient_calls),
+    Row("vcvvc", scalar=[(64, 2.8), (320, 6.5)], roof=[(640, 0.47)], pygame=[(64, 30), (320, 80)],
+        calls=layers_calls),
+    Row("opaque vertical gradient", scalar=[(64, 2.6), (320, 4.2)], roof=[(640, 0.9)],
+        pygame=[(64, 16), (320, 11), (1920, 5)], calls=opaque_calls(True)),
+    Row("horizontal gradient", scalar=[(320, 8), (640, 25)], roof=[(640, 0.8)],
+        pygame=[(64, 15), (320, 22)], calls=opaque_calls(False)),
     Row("Translucentify, top byte", scalar=[(64, 7), (320, 6)], roof=[(640, 0.75)],
         pygame=[(64, 70)], calls=fading_calls(ARGB)),
     Row("Translucentify, low byte", scalar=[(64, 7), (320, 6)], roof=[(640, 0.75)],
