@@ -57,17 +57,14 @@ void flagged_blit(SDL_Surface* source, SDL_Surface* target, SDL_Rect* rect, int 
     }
     const int x = rect->x;
     const int y = rect->y;
-    if (y >= target->h && y > 0) {
-        return;
-    }
-    if (x >= target->w) {
+    if (y > 0 && y >= target->h) {
         return;
     }
     // A negative y moves nothing up: the rows start at the target's first one and end at its last.
     const int rows = std::min(source->h, target->h - std::max(y, 0));
 
-    // The distance to the right edge is negative or zero for a source that reaches it, and so is
-    // the length then: such a source is not drawn. Pictures depend on it.
+    // The distance to the right edge is negative or zero for a source that reaches it or lies
+    // behind it, and so is the length then: such a source is not drawn. Pictures depend on it.
     const int right_edge = x + source->w;
     const std::ptrdiff_t reach = right_edge < target->w ? source->w : target->w - right_edge;
     const std::ptrdiff_t columns = reach + std::min(x, 0);

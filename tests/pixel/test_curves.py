@@ -46,6 +46,11 @@ def test_alpha_by_hand():
     assert desired_alpha(alphas(1.0, 1.0, 1.0), 0.123) == 255
 
 
+def test_half_life_takes_nothing_from_the_first_half():
+    assert desired_alpha(alphas(INFINITE, 0.5, 0.0), 0.5) == 127
+    assert desired_alpha(alphas(0.0, 0.5, INFINITE), 0.50001) == 127
+
+
 def test_alpha_is_not_clamped():
     assert desired_alpha(alphas(2.0, 0.0, 0.0), 1.0) == 510
     assert desired_alpha(alphas(-1.0, 0.0, 0.0), 1.0) == -255
