@@ -88,29 +88,21 @@ SDL_Rect centred(const Look& look, const SDL_Surface& picture) noexcept {
     return rect;
 }
 
-// Draws a picture on the display at `rect`, which is left as the blit leaves it. False with an
-// exception when picture or display can't be used.
-bool blit(PyObject* picture, SDL_Rect& rect, int blend, const char* function) noexcept {
+// Draws a picture on the display at `place`, which is left as the blit leaves it; null is centred.
+// False with an exception when picture or display can't be used.
+bool blit(PyObject* picture, SDL_Rect* place, const Look& look, const char* function) noexcept {
     const DisplayUse display(function);
     const SurfaceUse use(picture, function);
     if (!display || !use) {
         return false;
     }
-    if (pixel::blend_mode_flatten(blend) != 0 &&
+    if (pixel::blend_mode_flatten(look.blend) != 0 &&
         (!require_32_bit(*use.get(), function) || !require_32_bit(*display.get(), function))) {
         return false;
     }
-    pixel::flagged_blit(use.get(), display.get(), &rect, blend);
+    SDL_Rect centre = centred(look, *use.get());
+    pixel::flagged_blit(use.get(), display.get(), place != nullptr ? place : &centre, look.blend);
     return true;
-}
-
-bool blit_centred(PyObject* picture, const Look& look, const char* function) noexcept {
-    const SDL_Surface* surface = surface_of(picture, function);
-    if (surface == nullptr) {
-        return false;
-    }
-    SDL_Rect rect = centred(look, *surface);
-    return blit(picture, rect, look.blend, function);
 }
 
 SurfacePtr in_display_format(SDL_Surface* surface, const SDL_Surface& display) noexcept {
@@ -235,7 +227,7 @@ bool draw_cached(PyObject* shape, PyObject* cache, const Look& look, std::int32_
             return false;
         }
     }
-    return blit_centred(picture.get(), look, function);
+    return blit(picture.get(), nullptr, look, function);
 }
 
 // Pictures at natural size and full alpha. Centred by the shape, and drawn twice when they first
@@ -243,7 +235,7 @@ bool draw_cached(PyObject* shape, PyObject* cache, const Look& look, std::int32_
 bool draw_tinted(PyObject* shape, const SDL_Surface& surface, PyObject* cache, const Look& look,
                  const char* function) noexcept {
     const PictureKey key(look.width, look.height, static_cast<std::int32_t>(look.colour), kOpaque);
-    SDL_Rect rect = centred(look, surface);
+    SDL_Rect place = centred(look, surface);
     PyRef picture = key.find_in(cache);
     if (!picture) {
         if (PyErr_Occurred() != nullptr) {
@@ -255,12 +247,11 @@ bool draw_tinted(PyObject* shape, const SDL_Surface& surface, PyObject* cache, c
         if (!picture) {
             return PyErr_Occurred() == nullptr;
         }
-        if (!blit(picture.get(), rect, look.blend, function) ||
-            !key.store_in(cache, picture.get())) {
+        if (!blit(picture.get(), &place, look, function) || !key.store_in(cache, picture.get())) {
             return false;
         }
     }
-    return blit(picture.get(), rect, look.blend, function);
+    return blit(picture.get(), &place, look, function);
 }
 
 // The size of a type's shape; null with TypeError when the shape can't be drawn.
@@ -305,9 +296,19 @@ bool render(const particle_record& particle, int x_offset, int y_offset,
                            function, make_faded);
     }
     if (look.colour == kNoTint) {
-        return blit_centred(shape.get(), look, function);
+        return blit(shape.get(), nullptr, look, function);
     }
     return draw_tinted(shape.get(), *surface, type.cache, look, function);
+}
+
+// An argument that is an int and fits; any other is the parser's to convert or refuse.
+bool plain_int(PyObject* object, int& value) noexcept {
+    if (!PyInt_CheckExact(object)) {
+        return false;
+    }
+    const long number = PyInt_AS_LONG(object);
+    value = static_cast<int>(number);
+    return value == number;
 }
 
 }  // namespace
@@ -317,8 +318,12 @@ PyObject* cparticle_dec_ttl_and_render(PyObject* /*module*/, PyObject* args) noe
     PyObject* object = nullptr;
     int x_offset = 0;
     int y_offset = 0;
-    if (!PyArg_ParseTuple(args, "Oii:CParticle_dec_ttl_and_render", &object, &x_offset,
-                          &y_offset)) {
+    // Made for every particle in every frame, so the usual arguments go past the parser.
+    if (PyTuple_GET_SIZE(args) == 3 && plain_int(PyTuple_GET_ITEM(args, 1), x_offset) &&
+        plain_int(PyTuple_GET_ITEM(args, 2), y_offset)) {
+        object = PyTuple_GET_ITEM(args, 0);
+    } else if (!PyArg_ParseTuple(args, "Oii:CParticle_dec_ttl_and_render", &object, &x_offset,
+                                 &y_offset)) {
         return nullptr;
     }
     particle_record* particle = particle_of(object, kFunction);

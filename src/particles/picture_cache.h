@@ -22,15 +22,23 @@ class PictureKey {
                std::int32_t angle) noexcept
         : numbers_{width, height, colour, alpha, angle}, count_(5) {}
 
-    /// The entry under this key, as the dictionary's own lookup finds it. Empty when there is none;
-    /// with MemoryError when the key cannot be made.
+    /// The entry under this key, as the dictionary's own lookup finds it, but without making a
+    /// tuple for one that this class stored: a particle on its way through a frame does little
+    /// else. Empty when there is none; with MemoryError when the key cannot be made.
     PyRef find_in(PyObject* cache) const noexcept;
 
     /// Stores an entry under this key. False with an exception when that fails.
     bool store_in(PyObject* cache, PyObject* picture) const noexcept;
 
  private:
+    enum class Match { kEqual, kDifferent, kUnknown };
+
     PyRef tuple() const noexcept;
+    long hash() const noexcept;
+    /// Whether a key of the dictionary equals this one, as far as that shows without running code.
+    Match compare(PyObject* key) const noexcept;
+    /// Borrowed; null when there is none, or only the dictionary can tell.
+    PyObject* find_quickly(PyObject* cache) const noexcept;
 
     std::array<std::int32_t, 5> numbers_;
     std::size_t count_;
