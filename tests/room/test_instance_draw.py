@@ -412,7 +412,8 @@ def failing_draw(*arguments):
 
 
 @pytest.mark.parametrize("attributes, error", [
-    ({"py_automatic_draw": NoTruth()}, ZeroDivisionError), ({"py_RealDraw": failing_draw}, KeyError),
+    ({"py_automatic_draw": NoTruth()}, ZeroDivisionError),
+    ({"py_RealDraw": failing_draw}, KeyError),
     ({"py_RealDraw": 7}, TypeError), ({"py_RealDraw": lambda: None}, TypeError)])
 def test_failing_particle_system_fails(host, log, capfd, attributes, error):
     system = make_system(log)
