@@ -609,6 +609,23 @@ def test_exception_that_was_pending_stays_and_is_reported(host, capfd):
         "Error after GI 1\nError drawing PS\nAn error has occurred\n")
 
 
+def test_exception_that_was_pending_does_not_disturb_the_search(host, capfd):
+    class Looping(object):
+        y = 50
+
+        @property
+        def x(self):
+            return sum(100 for _ in "ab")  # a loop would stop at a pending exception
+
+    room = make_view_room()
+    follow_object(host, room, Looping())
+    before = KeyError("before")
+    status, after = draw(host, room, before=before)
+    assert status == 1 and after is before
+    assert position(room) == (200.0, 50.0)
+    capfd.readouterr()
+
+
 def test_newer_exception_replaces_the_older(host, capfd):
     drawn = [make_instance(py_Draw=compiled("raise KeyError('first')")), make_instance(),
              make_instance(py_Draw=compiled("raise ValueError('second')")), make_instance()]
