@@ -27,9 +27,10 @@ import time
 
 os.environ.setdefault("SDL_VIDEODRIVER", "dummy")
 
-import pygame
-
 import larkspur
+import measuring
+import pygame
+from measuring import surface_address
 
 SIZES = [(64, 64), (320, 240), (640, 480), (1024, 768), (1920, 1080), (2048, 1536)]
 SECONDS_PER_SAMPLE = 0.015
@@ -106,11 +107,6 @@ POINTER, WORD, NUMBER, INTEGER = (
 
 def exported(name):
     return ctypes.cast(getattr(library, name), ctypes.c_void_p)
-
-
-def address(surface):
-    """Of the SDL surface inside a pygame Surface, behind reference count and type."""
-    return ctypes.c_void_p.from_address(id(surface) + 2 * ctypes.sizeof(ctypes.c_void_p)).value
 
 
 def picture(width, height, flags=0, masks=(0xFF0000, 0xFF00, 0xFF, 0)):
@@ -245,7 +241,7 @@ def fading_calls(masks):
         surface, twin = (picture(width, height, pygame.SRCALPHA, masks) for _ in range(2))
         keep = surface
         loop = in_native("time_fading", [POINTER, POINTER, ctypes.c_uint8],
-                         exported("Translucentify"), address(surface), 200)
+                         exported("Translucentify"), surface_address(surface), 200)
         return (lambda rounds, keep=keep: loop(rounds),
                 {"fill with BLEND_RGBA_MULT": in_python(
                     twin.fill, (255, 255, 255, 200), None, pygame.BLEND_RGBA_MULT)})
@@ -255,7 +251,7 @@ def fading_calls(masks):
 def tint_calls(width, height):
     surface, twin = (picture(width, height) for _ in range(2))
     loop = in_native("time_tinting", [POINTER, POINTER, WORD], exported("Tint_Surface"),
-                     address(surface), 0xE0F0C0)
+                     surface_address(surface), 0xE0F0C0)
     return (lambda rounds, keep=surface: loop(rounds),
             {"fill with BLEND_RGB_SUB": in_python(
                 twin.fill, (63, 15, 31), None, pygame.BLEND_RGB_SUB)})
@@ -264,7 +260,7 @@ def tint_calls(width, height):
 def satusub_calls(width, height):
     surface, twin = (picture(width, height, pygame.SRCALPHA, ARGB) for _ in range(2))
     loop = in_native("time_subtracting", [POINTER, POINTER, WORD], exported("satusub"),
-                     address(surface), 0x20202020)
+                     surface_address(surface), 0x20202020)
     return (lambda rounds, keep=surface: loop(rounds),
             {"fill with BLEND_RGBA_SUB": in_python(
                 twin.fill, (32, 32, 32, 32), None, pygame.BLEND_RGBA_SUB)})
@@ -275,7 +271,8 @@ def additive_calls(width, height):
     # A source that touches the right edge is not drawn.
     surface, twin = (picture(width + 1, height, pygame.SRCALPHA, ARGB) for _ in range(2))
     loop = in_native("time_blitting", [POINTER, POINTER, POINTER, INTEGER],
-                     exported("flagged_blit"), address(source), address(surface), 1)
+                     exported("flagged_blit"), surface_address(source), surface_address(surface),
+                     1)
     return (lambda rounds, keep=(source, surface): loop(rounds),
             {"blit with BLEND_RGBA_ADD": in_python(
                 twin.blit, source, (0, 0), None, pygame.BLEND_RGBA_ADD)})
@@ -291,14 +288,15 @@ def flip_calls(name, across, down):
 
 def scale_calls(width, height):
     surface = picture(width, height)
-    loop = in_native("time_zoom", [POINTER, NUMBER, NUMBER], address(surface), 1.5, 0.75)
+    loop = in_native("time_zoom", [POINTER, NUMBER, NUMBER], surface_address(surface), 1.5, 0.75)
     return (in_python(larkspur.scale, surface, 1.5, 0.75),
             {"zoomSurface": lambda rounds, keep=surface: loop(rounds)})
 
 
 def rotoscale_calls(width, height):
     surface = picture(width, height)
-    loop = in_native("time_rotozoom", [POINTER, NUMBER, NUMBER], address(surface), ANGLE, 1.0)
+    loop = in_native("time_rotozoom", [POINTER, NUMBER, NUMBER], surface_address(surface), ANGLE,
+                     1.0)
     return (in_python(larkspur.rotoscale, surface, 1.0, 1.0, ANGLE),
             {"rotozoomSurface": lambda rounds, keep=surface: loop(rounds)})
 
@@ -338,23 +336,6 @@ ROWS = [
 
 # ---- measuring
 
-def quartiles(values):
-    """Lower quartile, median and upper quartile, between neighbours where they fall."""
-    values = sorted(values)
-
-    def at(share):
-        place = share * (len(values) - 1)
-        low = int(place)
-        high = min(low + 1, len(values) - 1)
-        return values[low] + (values[high] - values[low]) * (place - low)
-
-    return at(0.25), at(0.5), at(0.75)
-
-
-def ratios_of(others, ours):
-    return quartiles([other / own for other, own in zip(others, ours)])
-
-
 def measured_calls(row, size, rounds):
     """Ratio of the best other call to ours, and that call's name; (None, None) without any."""
     ours, others = row.calls(*size)
@@ -369,8 +350,8 @@ def measured_calls(row, size, rounds):
         for name, run in runs:
             times[name].append(run(repeats[name]) / repeats[name])
     own = times.pop("")
-    best = min(times, key=lambda name: quartiles(times[name])[1])
-    return ratios_of(times[best], own), best
+    best = min(times, key=lambda name: measuring.quartiles(times[name])[1])
+    return measuring.ratios(times[best], own), best
 
 
 def measured_kernels(rounds):
@@ -398,8 +379,8 @@ def measured_table(sizes, rounds):
             at = "%dx%d" % size
             ours = kernels.get((row.kernel, "ours", at))
             if ours:
-                by_kind["x scalar"][size] = ratios_of(kernels[row.kernel, "scalar", at], ours)
-                by_kind["roof"][size] = ratios_of(kernels[row.kernel, "roof", at], ours)
+                for column, kind in (("x scalar", "scalar"), ("roof", "roof")):
+                    by_kind[column][size] = measuring.ratios(kernels[row.kernel, kind, at], ours)
             if row.calls:
                 print("measuring %s at %s ..." % (row.name, at), file=sys.stderr)
                 by_kind[row.others][size], best = measured_calls(row, size, rounds)

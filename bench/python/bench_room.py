@@ -27,6 +27,7 @@ gmapi = sys.modules["gmapi"] = types.ModuleType("gmapi")
 import larkspur
 import measuring
 import pygame
+from measuring import surface_address
 
 DISPLAY = (800, 640)
 TILE = 16
@@ -125,17 +126,13 @@ def bare_frame(room, screen, sheet):
     function.restype = ctypes.py_object
     function.argtypes = [ctypes.c_void_p, ctypes.c_int, ctypes.c_void_p] + [ctypes.py_object] * 3
     blits = (Blit * len(room.tiles))(*[
-        Blit(address(sheet), Rect(tile.tilex, tile.tiley, tile.w, tile.h), Rect(tile.x, tile.y))
+        Blit(surface_address(sheet), Rect(tile.tilex, tile.tiley, tile.w, tile.h),
+             Rect(tile.x, tile.y))
         for tile in room.tiles])
     arguments = (room, screen, 0, 0)
-    target = address(screen)
+    target = surface_address(screen)
     return lambda: function(blits, len(blits), target, draw_backgrounds, arguments,
                             room.drawn_objects)
-
-
-def address(surface):
-    """Of the SDL surface inside a pygame Surface, behind reference count and type."""
-    return ctypes.c_void_p.from_address(id(surface) + 2 * ctypes.sizeof(ctypes.c_void_p)).value
 
 
 def same_pictures(screen, actions):

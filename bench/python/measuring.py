@@ -1,6 +1,7 @@
 """Timing several ways to do the same thing, in turns, within one process."""
 from __future__ import division
 
+import ctypes
 import gc
 import random
 import time
@@ -58,3 +59,9 @@ def as_text(low_median_high, form="%.2f"):
     """A median with its quartiles: "2.31 (2.25-2.40)"."""
     low, median, high = low_median_high
     return "%s (%s-%s)" % (form % median, form % low, form % high)
+
+
+def surface_address(surface):
+    """Of the SDL surface inside a pygame Surface, for native loops around it; it follows reference
+    count and type. Valid while the Surface lives."""
+    return ctypes.c_void_p.from_address(id(surface) + 2 * ctypes.sizeof(ctypes.c_void_p)).value
