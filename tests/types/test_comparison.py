@@ -265,7 +265,7 @@ class ReversedInt(int):
 
 @pytest.mark.parametrize("a, b, order", [
     (1, 2, -1), (2, 2, 0), (3, 2, 1), (1L, 2L, -1), (2 ** 70, 2 ** 69, 1),
-    (1, 2 ** 70, -1), (2 ** 70, 1, 1), (5L, 5, 0), (-2 ** 70, -1, -1), (7.9, "7", 0),
+    (10, 2 ** 70, -1), (2 ** 70, 10, 1), (-10, -2 ** 70, 1), (5L, 5, 0), (-2 ** 70, -1, -1), (7.9, "7", 0),
     (Convertible(ReversedInt(1)), Convertible(ReversedInt(2)), 1),
     (Convertible(ReversedInt(1)), Convertible(ReversedInt(1)), 0)])
 def test_compare_gives_the_order_of_the_integers(probe, capfd, a, b, order):

@@ -410,6 +410,22 @@ def test_converting_an_item_may_set_another_state(host, kind):
 
 
 @every_loaded
+def test_what_a_state_replaces_is_released_after_the_new_value_stands(host, kind):
+    class Witness(object):
+        def __init__(self, member):
+            self.member = member
+
+        def __del__(self):
+            seen[self.member] = getattr(resource, self.member)
+    resource, seen = kind.made(), {}
+    for member in ["name"] + [cache for cache, _ in kind.caches]:
+        setattr(resource, member, Witness(member))
+    resource.__setstate__(state_of(kind, "res_tree"))
+    assert seen.pop("name") == "res_tree"
+    assert dict((cache, type(value)) for cache, value in seen.items()) == dict(kind.caches)
+
+
+@every_loaded
 def test_a_released_cache_may_restore_the_resource_again(host, kind):
     class Meddler(object):
         def __del__(self):
