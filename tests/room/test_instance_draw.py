@@ -3,7 +3,7 @@ import larkspur
 import pytest
 
 from support import leaks, pending
-from support.host import Instance, ParticleSystem, Plain
+from support.host import Instance, ParticleSystem, Plain, Raising, RaisingAttributes
 from support.rooms import (SPRITE_ATTRIBUTES, compiled, make_instance, make_view_room,
                            object_with_draw_events)
 
@@ -31,6 +31,20 @@ class Guarded(Plain):
     def __getattribute__(self, name):
         if name in Plain.__getattribute__(self, "unreadable"):
             raise ZeroDivisionError("reading " + name)
+        return Plain.__getattribute__(self, name)
+
+
+class Looping(Plain):
+    """Runs a loop, which would stop at a pending exception, whenever it is asked for something."""
+
+    def __setattr__(self, name, value):
+        for _ in "ab":
+            pass
+        Plain.__setattr__(self, name, value)
+
+    def __getattribute__(self, name):
+        for _ in "ab":
+            pass
         return Plain.__getattribute__(self, name)
 
 
@@ -193,6 +207,14 @@ def test_unreadable_draw_attribute_resolves_the_draw_event(host, log, capfd):
     assert capfd.readouterr()[1] == "Error drawing instance\nAn error has occurred\n"
 
 
+@pytest.mark.parametrize("hostile", [RaisingAttributes(), Raising(), None, 7, "text"])
+def test_any_object_at_all_fails_alone(host, capfd, hostile):
+    status, error = draw(host, hostile, make_instance())
+    assert status == 0 and isinstance(error, (ZeroDivisionError, AttributeError))
+    assert len(host.named("draw_sprite_ext")) == 1
+    capfd.readouterr()
+
+
 # --- Resolving the draw event --------------------------------------------------------------------
 
 def test_first_action_of_the_draw_event_becomes_the_draw_code(host, log, capfd):
@@ -219,6 +241,17 @@ def test_missing_draw_attribute_resolves_likewise_and_is_reported(host, log, cap
     assert capfd.readouterr()[1] == "Error drawing instance\nAn error has occurred\n"
     assert draw(host, instance) == (1, None)
     assert log == [[0, 1, 2]] * 2
+
+
+@pytest.mark.parametrize("object_index, error", [
+    (object_with_draw_events("log.append(1)"), "py_Draw"), (object_with_draw_events(), "py_Draw"),
+    (Plain(py_objectdata=Plain(name="o")), "events")])
+def test_missing_attributes_do_not_disturb_the_instances_own_code(
+        host, log, capfd, object_index, error):
+    instance = Looping(object_index=object_index)
+    status, exception = draw(host, instance)
+    assert status == 1 and isinstance(exception, AttributeError) and error in str(exception)
+    assert capfd.readouterr()[1] == "Error drawing instance\nAn error has occurred\n"
 
 
 def test_without_a_draw_action_the_sprite_is_drawn_from_the_next_frame_on(host, capfd):

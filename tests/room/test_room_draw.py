@@ -7,7 +7,7 @@ import pygame
 import pytest
 
 from support import leaks, native, pending, subprocess_python
-from support.host import Plain, Raising
+from support.host import Plain, Raising, RaisingAttributes
 from support.pictures import assert_same_picture
 from support.rooms import (Drawable, compiled, make_background, make_instance, make_room,
                            make_tile, make_view_room)
@@ -188,7 +188,7 @@ def test_drawn_objects_must_make_a_tuple(host, capfd, objects, error):
     assert host.calls == []
 
 
-@pytest.mark.parametrize("room", [None, 7, "room", object(), Raising()])
+@pytest.mark.parametrize("room", [None, 7, "room", object(), Raising(), RaisingAttributes()])
 def test_what_is_no_room_fails_the_frame(host, room):
     assert isinstance(failure_of(room, host.screen), (AttributeError, ZeroDivisionError))
 
@@ -395,7 +395,7 @@ def test_tiles_may_be_a_kind_of_list(host):
     check_tiles(host, Tiles([make_tile(x=5)]))
 
 
-@pytest.mark.parametrize("tile", [None, 7, (1, 2), Raising(), Plain(x=0, y=0)])
+@pytest.mark.parametrize("tile", [None, 7, (1, 2), Raising(), RaisingAttributes(), Plain(x=0, y=0)])
 def test_what_is_no_tile_fails_the_frame(host, tile):
     """After the tiles before it were drawn, and before the objects."""
     log = []
@@ -532,6 +532,12 @@ def test_object_without_draw_method_fails_the_frame(host, capfd):
     assert isinstance(error, AttributeError) and "Draw" in str(error)
     assert capfd.readouterr()[1] == "ERror!\n"
     assert log == ["a"]
+
+
+def test_object_that_raises_from_everything_fails_the_frame(host, capfd):
+    error = failure_of(make_room(drawn_objects=[RaisingAttributes()]), host.screen)
+    assert isinstance(error, ZeroDivisionError)
+    assert capfd.readouterr()[1] == "ERror!\n"
 
 
 @pytest.mark.parametrize("method, error", [(Raising(), ZeroDivisionError), (7, TypeError),

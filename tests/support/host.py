@@ -35,6 +35,16 @@ class Raising(object):
     __len__ = __nonzero__ = __repr__ = __str__ = _fail
 
 
+class RaisingAttributes(Raising):
+    """Raises from special methods and from every attribute, read or set."""
+
+    def __getattribute__(self, name):
+        raise ZeroDivisionError("reading " + name)
+
+    def __setattr__(self, name, value):
+        raise ZeroDivisionError("setting " + name)
+
+
 class Instance(Plain):
     """A game instance of a type that instance lists take as it is."""
 
