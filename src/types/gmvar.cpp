@@ -89,8 +89,8 @@ bool grow_to(GMVarObject& variable, long i, long j) noexcept {
                          height);
             return false;
         }
-        for (Py_ssize_t j_old = 0; j_old < old_height; ++j_old) {
-            std::memcpy(items + j_old * width, variable.items + j_old * old_width,
+        for (Py_ssize_t row = 0; row < old_height; ++row) {
+            std::memcpy(items + row * width, variable.items + row * old_width,
                         old_width * sizeof(PyObject*));
         }
         std::free(variable.items);
@@ -238,8 +238,8 @@ PyObject* gmvar_richcompare(PyObject* left, PyObject* right, int op) noexcept {
     return call ? PyObject_RichCompare(a.get(), b.get(), op) : nullptr;
 }
 
-// The truth of a comparison by a type's own slot: 1 or 0, or -1 with an exception. A slot that
-// declines answers NotImplemented, which is true.
+// The truth of a rich comparison by a type's own slot, which takes any operands: 1 or 0, or -1 with
+// an exception. A slot that declines answers NotImplemented, which is true.
 int is_true_by(richcmpfunc richcompare, PyObject* a, PyObject* b, int op) noexcept {
     const PyRef answer = PyRef::steal(richcompare(a, b, op));
     return answer ? PyObject_IsTrue(answer.get()) : -1;

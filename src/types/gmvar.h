@@ -1,5 +1,10 @@
 // GMVar: a game variable. It behaves as the value it holds, and is at the same time an array with
 // two dimensions that grows when it is assigned to; the value is the array's element (0, 0).
+//
+// v[i] and v[i, j] read 0 where nothing was assigned, so games need not declare sizes. Arithmetic
+// gives plain values, and only += changes the variable itself. Comparing two variables with cmp()
+// costs both values a reference that nobody took, down to the last one: a host that does so in
+// quantity keeps references to spare.
 #pragma once
 
 #include "core/python.h"

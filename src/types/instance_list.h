@@ -1,5 +1,13 @@
 // InstanceList: a list of game instances that also takes an instance's id, or a variable holding
 // either, wherever one instance is added, and always stores the instance.
+//
+// References beside the list's own, which an engine has to reckon with:
+//   append(id), remove(id)    the instance loses one that nobody took, found or not
+//   insert(i, v)              v loses one, whatever is inserted for it, unless v is the instance;
+//                             an instance out of a variable gains one
+//   list[i] = instance        the instance gains one for good
+// What is lost never includes an object's last reference. Passing instances to append() and
+// remove() keeps all counts even.
 #pragma once
 
 #include "core/python.h"
