@@ -7,6 +7,7 @@
 
 #include "core/exports.h"
 #include "core/surface.h"
+#include "pixel/alpha_blit.h"
 #include "pixel/colour.h"
 #include "pixel/pixel_word.h"
 
@@ -52,7 +53,9 @@ void flagged_blit(SDL_Surface* source, SDL_Surface* target, SDL_Rect* rect, int 
         return;
     }
     if (mode == 0) {
-        SDL_UpperBlit(source, nullptr, target, rect);
+        if (!blit_with_alpha(source, target, rect)) {
+            SDL_UpperBlit(source, nullptr, target, rect);
+        }
         return;
     }
     const int x = rect->x;

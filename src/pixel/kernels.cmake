@@ -1,6 +1,7 @@
 # The kernels: loops over memory that know neither Python nor SDL's functions. Include this file
 # wherever they are compiled: in the module, in its native tests and in the benches.
 set(larkspur_kernel_sources
+    ${CMAKE_CURRENT_LIST_DIR}/alpha_kernels.cpp
     ${CMAKE_CURRENT_LIST_DIR}/fade_kernels.cpp
     ${CMAKE_CURRENT_LIST_DIR}/fill_kernels.cpp
     ${CMAKE_CURRENT_LIST_DIR}/flip_kernels.cpp
