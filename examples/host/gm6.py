@@ -195,10 +195,9 @@ def Room_DrawBackgrounds(room, surface, xview, yview):
         return
     if room.draw_bgcolor:
         surface.fill(gmapi.color_to_rgb(room.bgcolor))
-    target = drawing.background_target(surface)
     for number in range(8):
         if room.background_visible[number] and room.background_index[number] >= 0:
-            drawing.draw_background_slot(room, number, target)
+            drawing.draw_background_slot(room, number, surface)
 
 
 def Room_RenderBackground(room):

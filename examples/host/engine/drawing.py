@@ -151,20 +151,12 @@ def draw_sprite(sprite, subimage, x, y):
     draw_sprite_ext(sprite, subimage, x, y, 1.0, 1.0, 0, colors.c_white, 1.0)
 
 
-def background_target(surface):
-    """A surface with the offset at which backgrounds go on it: (surface, x, y).
+def draw_background_slot(room, number, surface):
+    """Draw one of the room's backgrounds, stretched, tiled and moved as its slot says.
 
-    A scaled view composes its backgrounds on a surface of its own that starts at the port's
-    corner, so only the screen itself needs the port's position.
+    The view's corner is the surface's: that is the screen only for a view that fills it, any
+    other composes its backgrounds on a surface of its own.
     """
-    if surface is gm6.screen:
-        return surface, view.xport, view.yport
-    return surface, 0, 0
-
-
-def draw_background_slot(room, number, target):
-    """Draw one of the room's backgrounds, stretched, tiled and moved as its slot says."""
-    surface, left, top = target
     background = gm6.game.backgrounds[room.background_index[number]]
     xscale = room.background_xscale[number] * view.xscale
     yscale = room.background_yscale[number] * view.yscale
@@ -178,21 +170,20 @@ def draw_background_slot(room, number, target):
                             (0, width, height, 0, color, alpha))
     slot = getattr(room, "bg%d" % number)
     follow = view.x * slot.parallax if slot is not None else 0
-    x = left + int(math.floor((room.background_x[number] + follow - view.x) * view.xscale))
-    y = top + int(math.floor((room.background_y[number] - view.y) * view.yscale))
-    area = view.clip.move(left - view.xport, top - view.yport)
-    columns = _positions(x, width, area.left, area.right, room.background_htiled[number])
-    rows = _positions(y, height, area.top, area.bottom, room.background_vtiled[number])
+    x = int(math.floor((room.background_x[number] + follow - view.x) * view.xscale))
+    y = int(math.floor((room.background_y[number] - view.y) * view.yscale))
+    columns = _positions(x, width, view.clip.width, room.background_htiled[number])
+    rows = _positions(y, height, view.clip.height, room.background_vtiled[number])
     for row in rows:
         for column in columns:
             surface.blit(image, (column, row))
 
 
-def _positions(start, size, low, high, tiled):
-    """Where to put copies of a picture along one axis so that they cover low to high."""
+def _positions(start, size, end, tiled):
+    """Where to put copies of a picture along one axis so that they cover 0 to `end`."""
     if not tiled:
         return [start]
-    return range(start - (start - low + size - 1) // size * size, high, size)
+    return range(start - (start + size - 1) // size * size, end, size)
 
 
 def sprite_create_from_screen(x, y, width, height, xorigin=0, yorigin=0, name="screen"):

@@ -137,12 +137,14 @@ def test_new_shape_forgets_pictures_of_the_old(screen, system):
     gmapi.part_type_shape(made, gmapi.pt_shape_pixel)
     system.create(50, 60, made)
     gm6.draw()
-    larger = gmapi.pygame.Surface((10, 10)).convert_alpha()
-    larger.fill((255, 255, 255, 255))
-    gmapi.part_type_shape(made, larger)
+    assert lit(screen, (40, 50, 60, 70)) == 4
+    half = gmapi.pygame.Surface((2, 2)).convert_alpha()     # as large as the first
+    half.fill((255, 255, 255, 0))
+    half.fill((255, 255, 255, 255), (0, 0, 2, 1))
+    gmapi.part_type_shape(made, half)
     screen.fill(BLACK)
     gm6.draw()
-    assert lit(screen, (40, 50, 60, 70)) == 100
+    assert lit(screen, (40, 50, 60, 70)) == 2
 
 
 def test_destroyed_system_frees_its_particles(room, system, dust):
