@@ -137,7 +137,7 @@ class ValueCall : public RecursionGuard {
     ValueCall() noexcept : RecursionGuard(" in the value of a GMVar") {}
 };
 
-// ---- Creation and destruction ---------------------------------------------------------------
+// Creation and destruction.
 
 // Gives the variable a new array of one element, which becomes its value. The elements of an
 // earlier array keep the references it held on them. False with MemoryError and nothing changed.
@@ -194,7 +194,7 @@ void gmvar_dealloc(PyObject* self) noexcept {
     Py_TRASHCAN_SAFE_END(self);
 }
 
-// ---- The value's own behaviour --------------------------------------------------------------
+// The value's own behaviour.
 
 PyObject* gmvar_getattro(PyObject* self, PyObject* name) noexcept {
     const PyRef value = value_of(self);
@@ -294,7 +294,7 @@ int gmvar_compare(PyObject* left, PyObject* right) noexcept {
     return order;
 }
 
-// ---- Numbers ----------------------------------------------------------------------------------
+// Numbers.
 
 template <PyObject* (*operation)(PyObject*, PyObject*)>
 PyObject* binary(PyObject* left, PyObject* right) noexcept {
@@ -378,7 +378,7 @@ PyObject* gmvar_inplace_add(PyObject* self, PyObject* addend) noexcept {
     return new_reference(self);
 }
 
-// ---- The array --------------------------------------------------------------------------------
+// The array.
 
 Py_ssize_t gmvar_length(PyObject* self) noexcept {
     const PyRef value = value_of(self);

@@ -15,7 +15,7 @@ PyListObject* as_list(PyObject* object) noexcept {
     return reinterpret_cast<PyListObject*>(object);
 }
 
-// ---- From values to instances -----------------------------------------------------------------
+// From values to instances.
 
 // The instance that a value stands for, held for the running call.
 struct Conversion {
@@ -90,7 +90,7 @@ void release_converted(const Conversion& conversion, PyObject* argument,
     }
 }
 
-// ---- Assigning to one index -------------------------------------------------------------------
+// Assigning to one index.
 
 bool has_index(PyObject* self, Py_ssize_t i) noexcept {
     return i >= 0 && i < PyList_GET_SIZE(self);
@@ -130,7 +130,7 @@ int assign_subscript(PyObject* self, PyObject* key, PyObject* value) noexcept {
     return assign_item(self, i, value);
 }
 
-// ---- Methods ----------------------------------------------------------------------------------
+// Methods.
 
 PyObject* append(PyObject* self, PyObject* argument) noexcept {
     const Conversion conversion = convert(argument, nullptr);
@@ -192,7 +192,7 @@ PyObject* insert(PyObject* self, PyObject* args) noexcept {
     return inserted ? new_none() : nullptr;
 }
 
-// ---- Pickling ---------------------------------------------------------------------------------
+// Pickling.
 
 PyObject* reduce(PyObject* self, PyObject* /*args*/) noexcept {
     const PyRef items = PyRef::steal(PyList_AsTuple(self));

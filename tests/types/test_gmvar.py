@@ -1,20 +1,18 @@
-"""GMVar: the value's own behaviour, the array, failures, references and changes on the way."""
+"""GMVar as the value it holds: creation, numbers, comparison, attributes, calls, text, length."""
 import copy
 import ctypes
 import gc
 import operator
 import pickle
-import random
 import sys
-import time
 import weakref
 
 import larkspur
 import pytest
 from larkspur import GMVar
-from models.variable_model import ModelVariable, Refused
-from support import records, subprocess_python
-from support.leaks import assert_counts_unchanged, count_changes, lend_references, object_growth
+from support import records
+from support.leaks import assert_counts_unchanged, count_changes, lend_references
+from support.variables import holding, mutations, native, new_without_init, size
 
 ROUNDS = 1000
 
@@ -22,46 +20,7 @@ ROUNDS = 1000
 LENT = 3 * ROUNDS
 
 
-class VariableRecord(ctypes.Structure):
-    """A variable as native code sees it."""
-    _fields_ = [("refcount", ctypes.c_ssize_t), ("type", ctypes.c_void_p),
-                ("magic", ctypes.c_uint32), ("width", ctypes.c_int32), ("height", ctypes.c_int32),
-                ("items", ctypes.POINTER(ctypes.c_void_p))]
-
-
-def native(variable):
-    return VariableRecord.from_address(id(variable))
-
-
-def size(variable):
-    return native(variable).width, native(variable).height
-
-
-def new_without_init():
-    return GMVar.__new__(GMVar)
-
-
-class Becoming(object):
-    """Becomes what is inside the list that is added to it."""
-
-    def __iadd__(self, items):
-        return items[0]
-
-
-def holding(inner):
-    """A variable that holds a variable: what in-place addition gives is stored as it is."""
-    variable = GMVar(Becoming())
-    variable += [inner]
-    return variable
-
-
-def holding_itself():
-    variable = GMVar(Becoming())
-    variable += [variable]
-    return variable
-
-
-# ---- The type -----------------------------------------------------------------------------------
+# The type.
 
 def test_names_and_doc():
     assert ctypes.string_at(records.type_record(GMVar).name) == b"py_larkspur.GMVar"
@@ -88,22 +47,7 @@ def test_there_are_no_slots_methods_or_members_but_the_stated_ones():
     assert sorted(vars(GMVar)) == sorted(stated)
 
 
-def test_layout():
-    variable = GMVar("a")
-    assert native(variable).magic == 0xC0FFEE55
-    assert size(variable) == (1, 1)
-    values = {}
-    for i, j in [(0, 0), (3, 0), (1, 2), (4, 1), (4, 4)]:
-        values[i, j] = object()
-        variable[i, j] = values[i, j]
-    assert size(variable) == (5, 5)
-    for j in range(5):
-        for i in range(5):
-            expected = id(values[i, j]) if (i, j) in values else None
-            assert native(variable).items[j * 5 + i] == expected
-
-
-# ---- Creation -----------------------------------------------------------------------------------
+# Creation.
 
 @pytest.mark.parametrize("value", [5, 2.5, "text", u"text", None, [1], (), {}, object(), len])
 def test_holds_its_argument(value):
@@ -161,7 +105,7 @@ def test_init_with_itself_keeps_the_value():
     assert variable[0] is value and size(variable) == (1, 1)
 
 
-# ---- A variable without a value -------------------------------------------------------------------
+# A variable without a value.
 
 def cleared():
     variable = GMVar(5)
@@ -206,7 +150,7 @@ def test_reading_a_missing_value_by_one_index_stores_nothing():
     assert native(variable).items[0] is None
 
 
-# ---- Numbers --------------------------------------------------------------------------------------
+# Numbers.
 
 class Operand(object):
     """Answers every binary operation with its name and the other operand."""
@@ -219,8 +163,8 @@ for _name in "add sub div mod and xor or".split():
 
 FORWARDED = [operator.add, operator.sub, operator.div, operator.mod, operator.and_, operator.xor,
              operator.or_]
-OPERANDS = [5, -3, 0, sys.maxint, -sys.maxint - 1, 2 ** 70, 2.5, 1 + 2j, True, "%s", "x", u"u", [1], (2,), set([1, 2]),
-            None, Operand()]
+OPERANDS = [5, -3, 0, sys.maxint, -sys.maxint - 1, 2 ** 70, 2.5, 1 + 2j, True, "%s", "x", u"u",
+            [1], (2,), set([1, 2]), None, Operand()]
 
 
 def outcome(function, *arguments):
@@ -331,7 +275,7 @@ def test_operations_leak_nothing():
         assert_counts_unchanged(lambda: outcome(function, a), a, value)
 
 
-# ---- In-place addition ------------------------------------------------------------------------------
+# In-place addition.
 
 def test_inplace_addition_keeps_the_variable():
     variable = same_variable = GMVar(5)
@@ -405,7 +349,7 @@ def test_inplace_addition_ends_with_the_sum_whatever_a_destructor_does():
         assert seen == [0]
 
 
-# ---- Comparison ---------------------------------------------------------------------------------------
+# Comparison.
 
 @pytest.mark.parametrize("function", [operator.lt, operator.le, operator.eq, operator.ne,
                                       operator.gt, operator.ge],
@@ -569,7 +513,7 @@ def test_the_last_reference_is_never_given_away():
     assert y == 2.5
 
 
-# ---- Attributes, calls, text ------------------------------------------------------------------------
+# Attributes, calls, text.
 
 def test_attributes_are_those_of_the_value():
     value = Plain()
@@ -632,7 +576,7 @@ def test_copies_and_pickles_are_those_of_the_value():
     assert pickle.loads(pickle.dumps(GMVar(5), 2)) == 5
 
 
-# ---- Length -------------------------------------------------------------------------------------------
+# Length.
 
 @pytest.mark.parametrize("value, length", [
     ("text", 4), (u"", 0), ([1, 2], 2), ((), 0), (5, 6), (None, 6), ({1: 2}, 6), (2.5, 6)])
@@ -661,438 +605,3 @@ def test_length_of_classic_instances_and_failures():
     assert len(GMVar(Neither())) == 1
     with pytest.raises(TypeError):
         len(GMVar(Unsized()))
-
-
-# ---- Reading -------------------------------------------------------------------------------------------
-
-def test_writing_beyond_the_width_adds_columns():
-    variable = GMVar(1)
-    variable[3] = "a"
-    assert size(variable) == (4, 1)
-    assert variable[3] == "a" and variable[0] == 1
-    assert variable[1] == 0 and variable[2, 2] == 0 and variable[5] == 0
-    assert native(variable).items[1] is None and native(variable).items[2] is None
-
-
-def test_writing_a_cell_grows_both_ways():
-    variable = GMVar(1)
-    variable[2, 1] = 7
-    assert size(variable) == (3, 2)
-    assert variable[2, 1] == 7 and variable[0] == 1
-
-
-def test_reading_a_cell_by_two_indices_stores_the_zero_it_reads():
-    variable = GMVar(1)
-    variable[1, 1] = 5
-    assert native(variable).items[1] is None
-    assert variable[1] == 0 and native(variable).items[1] is None
-    zero = variable[1, 0]
-    assert zero == 0 and type(zero) is int
-    assert native(variable).items[1] == id(zero)
-    for key in [(2, 0), (0, 2), (-1, 0), (0, -1)]:
-        assert variable[key] == 0
-    assert size(variable) == (2, 2)
-
-
-KEYS = [1, 1L, True, 1.9, GMVar(1), GMVar(1.9)]
-
-
-@pytest.mark.parametrize("key", KEYS)
-def test_numbers_are_indices(key):
-    variable = GMVar("a")
-    variable[1] = "b"
-    assert variable[key] == "b"
-    variable[key] = "c"
-    assert variable[1] == "c" and size(variable) == (2, 1)
-    variable[key, key] = "d"
-    assert variable[1, 1] == "d" == variable[key, key]
-    variable[[key, key]] = "e"
-    assert variable[1, 1] == "e" == variable[[key, key, "ignored"]]
-
-
-@pytest.mark.parametrize("key", [None, {}, object(), slice(1), "ab", ("a", 1), (1, "a"), (None, 0),
-                                 (0, None), [[], 0]])
-def test_other_keys_read_as_zero(key):
-    variable = GMVar("a")
-    result = variable[key]
-    assert result == 0 and type(result) is int
-    assert size(variable) == (1, 1)
-
-
-@pytest.mark.parametrize("key", [-1, -1L, -0.5 - 1, GMVar(-1), -sys.maxint])
-def test_a_negative_index_fails_without_an_exception(key):
-    variable = GMVar(5)
-    with pytest.raises(SystemError):
-        variable[key]
-    with pytest.raises(SystemError):
-        variable[key] = 1
-    assert variable == 5 and size(variable) == (1, 1)
-
-
-class Unconvertible(object):
-    def __int__(self):
-        raise ZeroDivisionError
-
-
-@pytest.mark.parametrize("key, error", [
-    (2 ** 70, OverflowError), ((2 ** 70, 0), OverflowError), ((0, 2 ** 70), OverflowError),
-    (Unconvertible(), ZeroDivisionError), ((Unconvertible(), 0), ZeroDivisionError),
-    ((0, Unconvertible()), ZeroDivisionError), ((), IndexError), ((1,), IndexError),
-    ("a", IndexError), ([], IndexError), (GMVar(()), TypeError), (float("nan"), Exception),
-    (float("inf"), OverflowError)])
-def test_keys_that_fail_raise_their_own_exception(key, error):
-    variable = GMVar(5)
-    with pytest.raises(error):
-        variable[key]
-    with pytest.raises(error):
-        variable[key] = 1
-    assert variable == 5 and size(variable) == (1, 1)
-
-
-@pytest.mark.parametrize("key", [None, {}, object(), "ab", ("a", 1), (1, "a"), (-1, 0), (0, -1)])
-def test_refused_keys_fail_without_an_exception(key):
-    variable = GMVar(5)
-    value = object()
-    with pytest.raises(SystemError):
-        variable[key] = value
-    assert variable == 5 and size(variable) == (1, 1)
-
-
-def test_deleting_says_so_and_raises(capfd):
-    variable = GMVar(5)
-    for key in (0, (0, 0), None):
-        with pytest.raises(TypeError):
-            del variable[key]
-        assert capfd.readouterr() == ("Assigning a blank val\n", "")
-    assert variable == 5
-
-
-# ---- References of the array ------------------------------------------------------------------------
-
-def test_elements_own_one_reference():
-    value, other = object(), object()
-    variable = GMVar(0)
-
-    def write(key):
-        variable[key] = value
-        variable[key] = other
-        assert variable[key] is other
-    for key in (0, 5, (0, 0), (5, 5), [2, 2]):
-        variable[key] = 0
-        assert count_changes(lambda: write(key), [value]) == [0.0]
-    wrapped = GMVar(value)
-    assert_counts_unchanged(lambda: operator.setitem(variable, 3, wrapped), value, wrapped)
-    first = int("70000")
-    variable[first, 0] = 1
-    assert_counts_unchanged(lambda: variable[first, first], first)
-
-
-def test_refused_key_items_keep_a_reference():
-    variable = GMVar(5)
-    value, item, other, negative = object(), object(), object(), int("-70000")
-    zero = float("0.25")
-
-    def refuse(*key):
-        pytest.raises(SystemError, operator.setitem, variable, key, value)
-    assert count_changes(lambda: refuse(item, other), [item, other, value]) == [1.0, 1.0, 0.0]
-    assert count_changes(lambda: refuse(zero, other), [zero, other]) == [1.0, 1.0]
-    assert count_changes(lambda: refuse(negative, zero), [negative, zero]) == [1.0, 1.0]
-    assert count_changes(lambda: refuse(zero, negative), [negative, zero]) == [1.0, 1.0]
-    # Keys whose items are used do not, nor do those that are too large or only read.
-    large = 2 ** 40
-    assert_counts_unchanged(
-        lambda: pytest.raises(MemoryError, operator.setitem, variable, (large, zero), value),
-        large, zero, value)
-    assert_counts_unchanged(lambda: operator.getitem(variable, (item, other)), item, other)
-    assert_counts_unchanged(lambda: operator.setitem(variable, (zero, zero), value), zero)
-
-
-# ---- Growth -------------------------------------------------------------------------------------------
-
-@pytest.mark.parametrize("key", [
-    2 ** 31 - 1, 2 ** 31, 2 ** 40, sys.maxint, (2 ** 31, 0), (0, 2 ** 31), (2 ** 30, 2 ** 30),
-    (2 ** 31 - 2, 2 ** 31 - 2), (sys.maxint, sys.maxint)])
-def test_sizes_that_cannot_be_raise_memory_error(key):
-    variable = GMVar(5)
-    variable[1, 1] = "kept"
-    value = object()
-    with pytest.raises(MemoryError):
-        variable[key] = value
-    assert size(variable) == (2, 2)
-    assert variable == 5 and variable[1, 1] == "kept"
-    assert_counts_unchanged(lambda: pytest.raises(MemoryError, operator.setitem, variable, key,
-                                                  value), value)
-
-
-GROWTH_STEPS = 100000
-
-
-@pytest.mark.parametrize("key", [
-    lambda n: n, lambda n: (n, 0), lambda n: (0, n), lambda n: (n % 3, n)],
-    ids=["index", "column", "row", "three columns"])
-def test_growing_by_single_steps_takes_linear_time(key):
-    """Moving everything at every step would take minutes here."""
-    variable = GMVar(0)
-    start = time.time()
-    for n in range(GROWTH_STEPS):
-        variable[key(n)] = n
-    assert time.time() - start < 5.0
-    assert variable[key(GROWTH_STEPS // 2)] == GROWTH_STEPS // 2
-
-
-def test_growing_works_without_room_for_a_reserve():
-    """Growing asks for more than it needs, and takes what it needs when there is no more."""
-    out, _ = subprocess_python.output("""
-        import resource
-        from support import host
-        host.install_modules()
-        import larkspur
-
-        count = 32 * 2 ** 20
-        variable = larkspur.GMVar("first")
-        variable[count - 1] = "last"
-        used = int(open("/proc/self/statm").read().split()[0]) * resource.getpagesize()
-        allowed = used + 8 * count * 7 // 5
-        resource.setrlimit(resource.RLIMIT_AS, (allowed, allowed))
-        variable[count] = "more"
-        print variable[0], variable[count - 1], variable[count]
-        try:
-            variable[2 * count] = "too much"
-        except MemoryError as error:
-            print error
-        print variable[0], variable[count - 1], variable[count], variable[2 * count]
-    """)
-    assert out == ("first last more\n"
-                   "no memory for a GMVar of 67108865 x 1 elements\n"
-                   "first last more 0\n")
-
-
-def test_random_accesses_match_the_model():
-    seed = 20260412
-    generator = random.Random(seed)
-
-    def index():
-        number = generator.randrange(-2, generator.choice([3, 6, 12]))
-        return generator.choice([int, long, float, GMVar, str, int, int])(number)
-
-    def plain(key):
-        if type(key) is GMVar:
-            return key[0]
-        return type(key)(map(plain, key)) if isinstance(key, (tuple, list)) else key
-
-    for round_number in range(60):
-        variable, model = GMVar("first"), ModelVariable("first")
-        for step in range(300):
-            key = generator.choice([index, lambda: (index(), index()), lambda: [index(), index()],
-                                    lambda: None])()
-            context = (seed, round_number, step, plain(key))
-            reading = generator.random() < 0.4
-            value = object()
-            try:
-                expected = model.read(plain(key)) if reading else model.write(plain(key), value)
-            except Refused:
-                expected = SystemError
-            except IndexError:
-                expected = IndexError
-            try:
-                actual = variable[key] if reading else operator.setitem(variable, key, value)
-            except (SystemError, IndexError) as error:
-                actual = type(error)
-            assert actual is expected or actual == expected, context
-            assert size(variable) == (model.width, model.height), context
-        stored = [native(variable).items[k] for k in range(model.width * model.height)]
-        assert [address or id(0) for address in stored] == map(id, model.flat())
-
-
-# ---- Garbage collection ---------------------------------------------------------------------------------
-
-def test_elements_are_visited_from_the_last_to_the_first():
-    values = [object() for _ in range(4)]
-    variable = GMVar(values[0])
-    variable[2], variable[1, 1], variable[2, 2] = values[1:]
-    assert gc.get_referents(variable) == values[::-1]
-    seen = []
-
-    def stop(value):
-        seen.append(value)
-        return 7 if value is values[2] else 0
-    assert records.traverse(variable, stop) == 7
-    assert seen == values[:1:-1]
-
-
-def test_clear_releases_everything_from_the_last_to_the_first():
-    order = []
-
-    class Dying(object):
-        def __init__(self, name):
-            self.name = name
-
-        def __del__(self):
-            order.append(self.name)
-    variable = GMVar(Dying("first"))
-    variable[1] = Dying("second")
-    variable[1, 1] = Dying("third")
-    assert records.clear(variable) == 0
-    assert order == ["third", "second", "first"]
-    assert size(variable) == (0, 0) and not native(variable).items
-    assert records.clear(variable) == 0
-    variable = GMVar(Dying("first"))
-    variable[2, 2] = Dying("second")
-    del order[:], variable
-    assert order == ["second", "first"]
-
-
-def test_cycles_are_collected():
-    def make_cycle():
-        variable = GMVar([])
-        variable[0].append(variable)
-        variable[2, 2] = [variable]
-    assert object_growth(make_cycle, 100) == 0
-
-
-def test_long_chains_are_freed_without_recursion():
-    chain = GMVar(0)
-    for _ in range(100000):
-        chain = holding(chain)
-    assert type(chain[0]) is GMVar
-    del chain
-
-
-# ---- A variable that holds itself -------------------------------------------------------------------------
-
-@pytest.mark.parametrize("function", [
-    lambda v: v + 1, lambda v: 1 + v, lambda v: v * 2, lambda v: -v, abs, int, float, bool, len,
-    str, hash, lambda v: v.name, lambda v: setattr(v, "name", 1), lambda v: v(),
-    lambda v: v == 1, lambda v: v < 1, lambda v: cmp(v, GMVar(v)), lambda v: coerce(v, 1),
-    lambda v: operator.iadd(v, 1), lambda v: operator.getitem(GMVar(5), v)])
-def test_a_variable_that_holds_itself_raises(function):
-    variable = holding_itself()
-    assert variable[0] is variable
-    for _ in range(2):
-        if function is len:
-            assert len(variable) == 1
-            continue
-        with pytest.raises(RuntimeError):
-            function(variable)
-    variable[0] = 0  # ends the cycle
-
-
-# ---- Code that changes the variable while it is worked on ---------------------------------------------
-
-def mutations():
-    def grow(variable):
-        variable[50, 50] = 1
-
-    def replace(variable):
-        variable[0] = 5
-        variable[1] = 5
-
-    def reset(variable):
-        GMVar.__init__(variable, 5)
-
-    def reset_and_grow(variable):
-        reset(variable)
-        grow(variable)
-    return [grow, replace, reset, reset_and_grow, records.clear]
-
-
-class Meddling(object):
-    """A value all of whose operations first change the variable that holds it."""
-
-    def __init__(self, act):
-        self.__dict__["act"] = act
-
-
-def _meddling(name, result):
-    def method(self, *arguments):
-        self.__dict__["act"]()
-        return result
-    method.__name__ = name
-    setattr(Meddling, name, method)
-
-
-for _name in ("add sub mul div mod and xor or radd rsub rmul rdiv rmod rand rxor ror neg pos abs "
-              "iadd eq ne lt le gt ge call").split():
-    _meddling("__%s__" % _name, 7)
-for _name, _result in [("int", 1), ("float", 1.5), ("nonzero", True), ("len", 3), ("str", "text"),
-                       ("hash", 9), ("index", 1), ("getitem", 1), ("cmp", 1),
-                       ("getattr", 3), ("setattr", None), ("coerce", (1, 2))]:
-    _meddling("__%s__" % _name, _result)
-
-
-USES = [
-    lambda v: v + 1, lambda v: 1 + v, lambda v: v - 1, lambda v: v * 2, lambda v: 2 * v,
-    lambda v: v / 2, lambda v: v % 2, lambda v: v & 1, lambda v: v ^ 1, lambda v: v | 1,
-    lambda v: -v, lambda v: +v, abs, int, float, bool, len, str, hash, lambda v: v.name,
-    lambda v: setattr(v, "name", 1), lambda v: v(), lambda v: v == 1, lambda v: v < v[0],
-    lambda v: cmp(v, 1), lambda v: cmp(v, GMVar(v)), lambda v: coerce(v, 1),
-    lambda v: operator.iadd(v, 1), lambda v: operator.iadd(v, v),
-    lambda v: v[v], lambda v: v[v, v], lambda v: v[v[0]], lambda v: v[v[0], v[0]],
-    lambda v: operator.setitem(v, v[0], "new"), lambda v: operator.setitem(v, (v[0], 0), "new"),
-    lambda v: operator.setitem(v, (0, v[0]), v), lambda v: operator.setitem(v, v, v)]
-
-
-@pytest.mark.parametrize("use", range(len(USES)))
-def test_values_may_change_the_variable_during_any_operation(use):
-    for act in mutations():
-        variable = GMVar(0)
-        variable[1, 1] = "other"
-        value = Meddling(lambda: act(variable))
-        lend_references(value, 4)  # comparing variables takes some
-        variable[0] = value
-        del value
-        try:
-            USES[use](variable)
-        except (TypeError, SystemError, RuntimeError):
-            pass
-        width, height = size(variable)
-        for k in range(width * height):
-            address = native(variable).items[k]
-            assert address is None or ctypes.c_ssize_t.from_address(address).value > 0
-        variable[3, 3] = "still"
-        assert variable[3, 3] == "still"
-
-
-RELEASES = [
-    lambda v: operator.setitem(v, 0, 1), lambda v: operator.setitem(v, (0, 0), 1),
-    lambda v: operator.setitem(v, (9, 9), 1), lambda v: operator.iadd(v, 1), records.clear]
-
-
-@pytest.mark.parametrize("release", RELEASES)
-def test_destructors_may_change_the_variable_during_any_release(release):
-    for act in mutations():
-        class Dying(object):
-            def __iadd__(self, other):
-                return other
-
-            def __del__(self):
-                act(holder["variable"])
-        holder = {"variable": GMVar(Dying())}
-        holder["variable"][2, 2] = Dying()
-        release(holder["variable"])
-        holder["variable"][3, 3] = "still"
-        assert holder["variable"][3, 3] == "still"
-
-
-class MeddlingKey(object):
-    """A key, or a part of one, that changes the variable when it is read."""
-
-    def __init__(self, act, parts=(1, 1)):
-        self.act, self.parts = act, parts
-
-    def __getitem__(self, i):
-        self.act()
-        return self.parts[i]
-
-    def __len__(self):
-        self.act()
-        return 2
-
-
-def test_keys_may_change_the_variable():
-    for act in mutations():
-        variable = GMVar("value")
-        key = MeddlingKey(lambda: act(variable))
-        GMVar.__getitem__(variable, key)
-        variable[key] = "new"
-        assert variable[1, 1] == "new"

@@ -57,7 +57,7 @@ def native_set_item(target, i, value):
         ctypes.py_object(target), ctypes.c_ssize_t(i), ctypes.py_object(value))
 
 
-# ---- The type -----------------------------------------------------------------------------------
+# The type.
 
 def test_type_is_a_list_with_a_lists_storage():
     assert larkspur.InstanceList.__base__ is list
@@ -87,7 +87,7 @@ def test_lists_cannot_be_hashed():
         hash(new_list())
 
 
-# ---- Conversion ---------------------------------------------------------------------------------
+# Conversion.
 
 def adders():
     """Each way of adding one value, as a function of list and value, with where it ends up."""
@@ -202,7 +202,7 @@ def test_a_failing_key_comparison_is_reported(registry):
         new_list().append(70000)
 
 
-# ---- Failures -----------------------------------------------------------------------------------
+# Failures.
 
 def test_append_of_an_unknown_id_fails_without_an_exception(registry):
     target = new_list()
@@ -314,7 +314,7 @@ def test_lookups_need_a_registry(host, registry):
     assert target == []
 
 
-# ---- Removing and inserting -----------------------------------------------------------------------
+# Removing and inserting.
 
 def test_remove_takes_the_first_occurrence_and_keeps_the_capacity(registry):
     a, b = registry[7], registry[8]
@@ -352,7 +352,7 @@ def test_insert_takes_its_index_from_a_variable(registry):
     assert target == [1, registry[7], 2]
 
 
-# ---- Reference counts -----------------------------------------------------------------------------
+# Reference counts.
 
 def test_append_references(registry):
     """An instance passed itself gets the list's reference; one from the registry loses it again."""
@@ -458,7 +458,7 @@ def test_an_id_that_is_its_own_instance_survives_failing_removals(host):
     assert key == 70001
 
 
-# ---- Pickling ---------------------------------------------------------------------------------------
+# Pickling.
 
 def test_reduce_gives_type_no_arguments_and_the_items(registry):
     target = new_list(registry[7], 5)
@@ -505,7 +505,7 @@ def test_setstate_ignores_a_state_it_cannot_assign(registry):
         target.__setstate__()
 
 
-# ---- Garbage collection -------------------------------------------------------------------------------
+# Garbage collection.
 
 def test_items_are_visited_from_the_last_to_the_first():
     items = [object() for _ in range(5)]
@@ -527,7 +527,7 @@ def test_deep_nesting_is_freed_without_recursion():
     del target
 
 
-# ---- Code that changes the list while it is worked on -----------------------------------------------
+# Code that changes the list while it is worked on.
 
 def changes(target):
     return [
@@ -606,7 +606,7 @@ def test_sorting_notices_a_changing_key(registry):
     assert target == [1, 2, 3]
 
 
-# ---- Against a model ------------------------------------------------------------------------------------
+# Against a model.
 
 def test_random_operations_match_the_model(host):
     seed = 20260117
