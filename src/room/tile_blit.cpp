@@ -50,8 +50,8 @@ bool has_plain_pixels(const SDL_Surface* surface) noexcept {
 }
 
 bool have_same_format(const SDL_PixelFormat& a, const SDL_PixelFormat& b) noexcept {
-    return a.BitsPerPixel == b.BitsPerPixel && a.BytesPerPixel == b.BytesPerPixel &&
-           a.Rmask == b.Rmask && a.Gmask == b.Gmask && a.Bmask == b.Bmask && a.Amask == b.Amask;
+    return a.BitsPerPixel == b.BitsPerPixel && a.Rmask == b.Rmask && a.Gmask == b.Gmask &&
+           a.Bmask == b.Bmask && a.Amask == b.Amask;
 }
 
 bool share_memory(const SDL_Surface& a, const SDL_Surface& b) noexcept {

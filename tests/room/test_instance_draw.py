@@ -2,7 +2,7 @@
 import larkspur
 import pytest
 
-from support import leaks, pending
+from support import leaks, pending, subprocess_python
 from support.host import Instance, ParticleSystem, Plain, Raising, RaisingAttributes
 from support.rooms import (SPRITE_ATTRIBUTES, compiled, make_instance, make_view_room,
                            object_with_draw_events)
@@ -192,6 +192,40 @@ def test_without_a_current_self_no_code_runs(host, log, capfd):
     assert status == 0 and isinstance(error, AttributeError) and "self" in str(error)
     assert log == [] and host.gmapi.py_self_stack == []
     capfd.readouterr()
+
+
+GUARDED_SELF = """
+import sys, types
+class Module(types.ModuleType):
+    def __setattr__(self, name, value):
+        for _ in "ab":  # a loop would stop at a pending exception
+            pass
+        if name == "self" and value is refused:
+            raise KeyError("self")
+        types.ModuleType.__setattr__(self, name, value)
+refused = "nothing"
+gmapi = sys.modules["gmapi"] = Module("gmapi")
+from support import host, pending, rooms
+host.install_modules()
+import larkspur, pygame
+screen = pygame.display.set_mode((32, 32), 0, 32)
+larkspur.set_SDL_screen(screen)
+recording = host.RecordingHost(screen)
+recording.register(larkspur)
+gmapi.self = outer = host.Instance()
+gmapi.log = []
+instance = rooms.make_instance(py_Draw=rooms.compiled("log.append(1); 1 / 0"))
+for refused in (instance, "nothing"):
+    status, error = pending.draw_view(rooms.make_view_room(), screen, 0, (instance,))
+    print status, type(error).__name__, gmapi.log, gmapi.self is outer, gmapi.py_self_stack
+"""
+
+
+def test_self_that_can_not_be_set_keeps_code_from_running_and_is_given_back():
+    """And it is given back as well when the code fails and setting it runs code."""
+    status, out, err = subprocess_python.run(GUARDED_SELF)
+    assert status == 0, err
+    assert out.splitlines()[-2:] == ["0 KeyError [] True []", "0 ZeroDivisionError [1] True []"]
 
 
 def test_unreadable_draw_attribute_resolves_the_draw_event(host, log, capfd):

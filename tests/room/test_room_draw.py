@@ -343,6 +343,23 @@ def test_tiles_stay_inside_the_clip_rectangle(host):
         host.screen.set_clip(None)
 
 
+def test_tiles_on_an_encoded_surface(host):
+    """Its pixels are no plain memory once it was blitted from."""
+    surfaces = []
+    for _ in range(2):
+        surface = with_key(pygame.RLEACCEL)
+        host.screen.blit(surface, (0, 0))
+        surfaces.append(surface)
+    ours, expected = surfaces
+    host.game.backgrounds.append(make_background(patterned((64, 48), 8)))
+    tiles = [make_tile(x=5, y=6), make_tile(x=50, y=-3)]
+    draw_tiles_with_pygame(expected, tiles, host.game.backgrounds)
+    draw_frame(make_room(tiles=tiles), ours)
+    for surface in surfaces:
+        surface.set_colorkey(None)
+    assert_same_picture(ours, expected, "room-encoded")
+
+
 def test_tiles_on_a_part_of_the_display(host):
     host.game.backgrounds.append(make_background(patterned((64, 48), 8)))
     part = host.screen.subsurface((100, 50, 60, 40))

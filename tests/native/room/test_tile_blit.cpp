@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <array>
 #include <random>
 #include <string>
 #include <vector>
@@ -23,6 +23,7 @@ struct Format {
 constexpr Format kOpaque32 = {32, 0xFF0000, 0xFF00, 0xFF, 0};
 constexpr Format kAlpha32 = {32, 0xFF0000, 0xFF00, 0xFF, 0xFF000000};
 constexpr Format kSwapped32 = {32, 0xFF, 0xFF00, 0xFF0000, 0};
+constexpr Format kHighRed32 = {32, 0xFF000000, 0xFF00, 0xFF, 0};
 constexpr Format kOpaque24 = {24, 0xFF0000, 0xFF00, 0xFF, 0};
 constexpr Format kOpaque16 = {16, 0xF800, 0x07E0, 0x001F, 0};
 constexpr Format kPalette8 = {8, 0, 0, 0, 0};
@@ -53,11 +54,22 @@ class Picture {
     SDL_Surface* surface() const { return surface_.get(); }
     const std::vector<Uint8>& bytes() const { return bytes_; }
 
+    // The colours of an 8-bit picture, shades of grey at first. SDL_SetColors() needs a display.
+    std::array<SDL_Color, 256>& palette() const {
+        return *reinterpret_cast<std::array<SDL_Color, 256>*>(surface_->format->palette->colors);
+    }
+
  private:
     void make_surface() {
         surface_.reset(SDL_CreateRGBSurfaceFrom(bytes_.data(), width_, height_, format_.bits,
                                                 pitch_, format_.red, format_.green, format_.blue,
                                                 format_.alpha));
+        if (format_.bits == 8) {
+            for (int shade = 0; shade < 256; ++shade) {
+                const auto byte = static_cast<Uint8>(shade);
+                palette()[shade] = {byte, byte, byte, 0};
+            }
+        }
         // An alpha mask alone asks for blending; a picture without it is what converting makes.
         SDL_SetAlpha(surface_.get(), 0, SDL_ALPHA_OPAQUE);
     }
@@ -70,7 +82,7 @@ class Picture {
     SurfacePtr surface_;
 };
 
-// Rectangles around a picture, also far outside and at the ends of 16 bits.
+// Rectangles that mostly touch a picture, some far outside or at the ends of 16 bits.
 class Rectangles {
  public:
     explicit Rectangles(std::mt19937& random) : random_(random) {}
@@ -89,7 +101,8 @@ class Rectangles {
         if (random_() % 16 == 0) {
             return static_cast<Sint16>(random_());
         }
-        return static_cast<Sint16>(static_cast<int>(random_() % (3 * range + 1)) - range);
+        return static_cast<Sint16>(static_cast<int>(random_() % (range + range / 2 + 1)) -
+                                   range / 2);
     }
     Uint16 length(int range) {
         if (random_() % 16 == 0) {
@@ -107,7 +120,11 @@ std::string text(const SDL_Rect& rect) {
 }
 
 // Blits random parts to random places of two equal targets, ours to one and SDL's to the other.
-void compare_with_sdl(SDL_Surface* source, const Picture& target, int rounds, Uint32 seed) {
+//
+// Many of them must change something, unless the source shows nothing.
+void compare_with_sdl(SDL_Surface* source, const Picture& target, int rounds, Uint32 seed,
+                      bool shows_something = true) {
+    int changed = 0;
     std::mt19937 random(seed);
     Rectangles rectangles(random);
     const Picture ours(target);
@@ -115,17 +132,23 @@ void compare_with_sdl(SDL_Surface* source, const Picture& target, int rounds, Ui
     for (int round = 0; round < rounds; ++round) {
         if (round % 8 == 0) {
             const SDL_Rect clip = rectangles.next(target.surface()->w, target.surface()->h);
-            SDL_SetClipRect(ours.surface(), &clip);
-            SDL_SetClipRect(expected.surface(), &clip);
+            const bool whole = round % 16 == 0;
+            SDL_SetClipRect(ours.surface(), whole ? nullptr : &clip);
+            SDL_SetClipRect(expected.surface(), whole ? nullptr : &clip);
         }
         SDL_Rect from = rectangles.next(source->w, source->h);
         SDL_Rect to = rectangles.next(target.surface()->w, target.surface()->h);
         const std::string what = "seed " + std::to_string(seed) + " round " +
                                  std::to_string(round) + ": " + text(from) + " to " + text(to) +
                                  ", clip " + text(ours.surface()->clip_rect);
+        const std::vector<Uint8> before = ours.bytes();
         const bool blitted = blit_tile(source, from, ours.surface(), to);
         ASSERT_EQ(SDL_UpperBlit(source, &from, expected.surface(), &to) == 0, blitted) << what;
         ASSERT_EQ(expected.bytes(), ours.bytes()) << what;
+        changed += ours.bytes() != before ? 1 : 0;
+    }
+    if (shows_something) {
+        EXPECT_GE(changed, rounds / 8);
     }
 }
 
@@ -139,6 +162,22 @@ TEST(TileBlit, CopiesAsSdlInEveryDirectFormat) {
     }
 }
 
+// A position that leaves the 16 bits while the source is clipped comes back at the other end: here
+// the source's row 1 goes to the target's row 0.
+TEST(TileBlit, WrapsPositionsAsSdl) {
+    std::mt19937 random(kSeed);
+    const Picture source(kOpaque32, 37, 29, random);
+    const Picture ours(kOpaque32, 50, 41, random);
+    const Picture expected(ours);
+    const std::vector<Uint8> before = ours.bytes();
+    SDL_Rect from = {0, -32768, 37, 65535};
+    SDL_Rect to = {3, 32767, 0, 0};
+    ASSERT_TRUE(blit_tile(source.surface(), from, ours.surface(), to));
+    ASSERT_EQ(0, SDL_UpperBlit(source.surface(), &from, expected.surface(), &to));
+    EXPECT_EQ(expected.bytes(), ours.bytes());
+    EXPECT_NE(before, ours.bytes());
+}
+
 TEST(TileBlit, CopiesLongRowsAsSdl) {
     std::mt19937 random(kSeed);
     const Picture source(kOpaque32, 700, 9, random);
@@ -148,7 +187,8 @@ TEST(TileBlit, CopiesLongRowsAsSdl) {
 
 TEST(TileBlit, ConvertsBetweenFormatsAsSdl) {
     std::mt19937 random(kSeed);
-    for (const Format& format : {kAlpha32, kSwapped32, kOpaque24, kOpaque16, kPalette8}) {
+    for (const Format& format :
+         {kAlpha32, kSwapped32, kHighRed32, kOpaque24, kOpaque16, kPalette8}) {
         SCOPED_TRACE(format.bits);
         const Picture source(format, 37, 29, random);
         const Picture target(kOpaque32, 50, 41, random);
@@ -160,12 +200,10 @@ TEST(TileBlit, TranslatesBetweenPalettesAsSdl) {
     std::mt19937 random(kSeed);
     const Picture source(kPalette8, 37, 29, random);
     const Picture target(kPalette8, 50, 41, random);
-    SDL_Color colours[256];
-    for (SDL_Color& colour : colours) {
+    for (SDL_Color& colour : source.palette()) {
         colour = {static_cast<Uint8>(random()), static_cast<Uint8>(random()),
                   static_cast<Uint8>(random()), 0};
     }
-    SDL_SetColors(source.surface(), colours, 0, 256);
     compare_with_sdl(source.surface(), target, 500, kSeed);
 }
 
@@ -191,7 +229,7 @@ TEST(TileBlit, BlendsAlphaAsSdl) {
             const Picture source(format, 37, 29, random);
             const Picture target(format, 50, 41, random);
             ASSERT_EQ(0, SDL_SetAlpha(source.surface(), SDL_SRCALPHA, static_cast<Uint8>(alpha)));
-            compare_with_sdl(source.surface(), target, 500, kSeed);
+            compare_with_sdl(source.surface(), target, 500, kSeed, alpha != 0);
         }
     }
 }
@@ -252,7 +290,7 @@ TEST(TileBlit, DrawsNothingFromAnEmptySurface) {
                                                  kOpaque32.green, kOpaque32.blue, 0));
     ASSERT_NE(nullptr, source);
     const Picture target(kOpaque32, 8, 8, random);
-    compare_with_sdl(source.get(), target, 20, kSeed);
+    compare_with_sdl(source.get(), target, 20, kSeed, false);
 }
 
 }  // namespace
