@@ -438,8 +438,7 @@ LINE_PIXELS, NAME_PIXELS, BAR_PIXELS, PAD = 34, 330, 150, 10
 
 
 def draw_table(lines, sizes, path):
-    """Bars of the medians; the thin mark is the target, red a median short of it. Each line's scale
-    ends at its largest figure."""
+    """Bars of the medians; each line's scale ends at its largest figure."""
     pygame.font.init()
     font = pygame.font.Font(None, 20)
     width = NAME_PIXELS + len(sizes) * (BAR_PIXELS + PAD)
@@ -449,6 +448,7 @@ def draw_table(lines, sizes, path):
     def write(text, x, y):
         canvas.blit(font.render(text, True, INK), (x, y))
 
+    write("median ratios; mark: target", PAD, PAD)
     for column, size in enumerate(sizes):
         write("%d x %d" % size, NAME_PIXELS + column * (BAR_PIXELS + PAD), PAD)
     for index, (row, kind, ratios) in enumerate(lines):

@@ -187,7 +187,7 @@ SurfaceUse::~SurfaceUse() {
 }
 
 bool require_32_bit(const SDL_Surface& surface, const char* function) noexcept {
-    if (surface.format->BytesPerPixel == 4) {
+    if (has_32_bit_pixels(surface)) {
         return true;
     }
     PyErr_Format(PyExc_ValueError,

@@ -15,6 +15,11 @@ struct SurfaceDeleter {
 /// Owns an SDL surface.
 using SurfacePtr = std::unique_ptr<SDL_Surface, SurfaceDeleter>;
 
+/// True when every pixel of the surface is a 32-bit word.
+inline bool has_32_bit_pixels(const SDL_Surface& surface) noexcept {
+    return surface.format->BytesPerPixel == 4;
+}
+
 /// Makes a surface's pixels touchable for a scope. Locks only what must be locked: a surface that
 /// says so itself, or one whose pixels are null because it is run-length encoded. Plain software
 /// surfaces are left alone. False when the surface is null or cannot be locked.

@@ -21,10 +21,6 @@ bool holds(const SDL_Surface& surface, std::ptrdiff_t offset, std::ptrdiff_t cou
     return offset >= 0 && offset + count <= static_cast<std::ptrdiff_t>(buffer_bytes(surface));
 }
 
-bool has_32_bit_pixels(const SDL_Surface& surface) {
-    return surface.format->BytesPerPixel == kPixelBytes;
-}
-
 }  // namespace
 
 void additive_blit(SDL_Surface* source, SDL_Surface* target, std::ptrdiff_t source_offset,

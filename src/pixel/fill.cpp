@@ -13,7 +13,7 @@ namespace larkspur::pixel {
 bool translucent_fill_rect(SDL_Surface* surface, int x1, int y1, int x2, int y2,
                            std::uint32_t colour, std::uint8_t alpha) {
     const SurfaceLock lock(surface);
-    if (!lock || surface->format->BytesPerPixel != sizeof(PixelWord)) {
+    if (!lock || !has_32_bit_pixels(*surface)) {
         return false;
     }
     const int left = std::max(x1, 0);

@@ -6,7 +6,6 @@
 
 #include "core/exports.h"
 #include "pixel/flip_kernels.h"
-#include "pixel/pixel_word.h"
 
 namespace larkspur::pixel {
 namespace {
@@ -14,10 +13,6 @@ namespace {
 unsigned char* row_of(SDL_Surface& surface, int row) {
     return static_cast<unsigned char*>(surface.pixels) +
            static_cast<std::ptrdiff_t>(row) * surface.pitch;
-}
-
-bool has_32_bit_pixels(const SDL_Surface* surface) {
-    return surface != nullptr && surface->format->BytesPerPixel == sizeof(PixelWord);
 }
 
 // Leaves the reason where whoever meets the null result looks for it.
@@ -82,7 +77,7 @@ SurfacePtr flip_v(SDL_Surface* surface) {
 }
 
 SurfacePtr flip_h(SDL_Surface* surface) {
-    if (!has_32_bit_pixels(surface)) {
+    if (surface == nullptr || !has_32_bit_pixels(*surface)) {
         std::fputs("Cannot horizontally flip non-32-bit surfaces.\n", stderr);
         set_depth_error("flip_h()", surface);
         return nullptr;
@@ -91,7 +86,7 @@ SurfacePtr flip_h(SDL_Surface* surface) {
 }
 
 SurfacePtr flip_vh(SDL_Surface* surface) {
-    if (!has_32_bit_pixels(surface)) {
+    if (surface == nullptr || !has_32_bit_pixels(*surface)) {
         std::fputs("Error: non-32bit surfaces not yet flippable.\n", stderr);
         set_depth_error("flip_vh()", surface);
         return nullptr;

@@ -39,7 +39,7 @@ void subtract_groups(void* buffer, int length_bytes, std::size_t group,
 
 void translucentify(SDL_Surface* surface, std::uint8_t alpha) {
     const SurfaceLock lock(surface);
-    if (!lock || surface->format->BytesPerPixel != sizeof(PixelWord)) {
+    if (!lock || !has_32_bit_pixels(*surface)) {
         return;
     }
     const SDL_PixelFormat& format = *surface->format;
@@ -50,7 +50,7 @@ void translucentify(SDL_Surface* surface, std::uint8_t alpha) {
 
 void tint_surface(SDL_Surface* surface, std::uint32_t tint) {
     const SurfaceLock lock(surface);
-    if (!lock || surface->format->BytesPerPixel != sizeof(PixelWord)) {
+    if (!lock || !has_32_bit_pixels(*surface)) {
         return;
     }
     const SDL_PixelFormat& format = *surface->format;
