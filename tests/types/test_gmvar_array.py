@@ -3,6 +3,7 @@ import gc
 import operator
 import random
 import sys
+import threading
 import time
 
 import pytest
@@ -316,8 +317,16 @@ def test_cycles_are_collected():
 
 
 def test_long_chains_are_freed_without_recursion():
-    chain = GMVar(0)
-    for _ in range(400000):
-        chain = holding(chain)
-    assert type(chain[0]) is GMVar
-    del chain
+    chain = [GMVar(0)]
+    for _ in range(50000):
+        chain[0] = holding(chain[0])
+    assert type(chain[0][0]) is GMVar
+    # In a thread with so small a stack a recursion of that depth would end the process.
+    usual = threading.stack_size(512 * 1024)
+    try:
+        thread = threading.Thread(target=chain.pop)
+        thread.start()
+        thread.join()
+    finally:
+        threading.stack_size(usual)
+    assert chain == []
