@@ -220,7 +220,8 @@ PyObject* gmvar_str(PyObject* self) noexcept {
     if (!call) {
         return nullptr;
     }
-    // The slot itself: a unicode value is encoded here, where PyObject_Str() could hand it on.
+    // The slot itself: PyObject_Str() would encode an answer in unicode, which unicode() wants as
+    // it is.
     const reprfunc str = Py_TYPE(value.get())->tp_str;
     return str != nullptr ? str(value.get()) : PyObject_Str(value.get());
 }

@@ -267,6 +267,16 @@ def test_failing_coercion_raises_and_leaks_nothing():
     assert_counts_unchanged(lambda: coerce(variable, other), variable, variable[0], other)
 
 
+def test_failing_coercion_leaves_the_callers_pair():
+    left, right = GMVar(object()), GMVar(1.5)
+    pair = [ctypes.c_void_p(id(left)), ctypes.c_void_p(id(right))]
+    slots = ctypes.cast(records.type_record(GMVar).as_number, ctypes.POINTER(ctypes.c_void_p))
+    nb_coerce = ctypes.PYFUNCTYPE(ctypes.c_int, ctypes.c_void_p, ctypes.c_void_p)(slots[17])
+    with pytest.raises(TypeError):
+        nb_coerce(ctypes.byref(pair[0]), ctypes.byref(pair[1]))
+    assert [operand.value for operand in pair] == [id(left), id(right)]
+
+
 def test_operations_leak_nothing():
     value, other = float("2.5"), float("1.5")
     a, b = GMVar(value), GMVar(other)
@@ -561,6 +571,13 @@ def test_text():
     for convert in (str, unicode):
         with pytest.raises(UnicodeEncodeError):
             convert(GMVar(u"\xe9"))
+
+    class Accented(object):
+        def __str__(self):
+            return u"\xe9"
+    assert unicode(GMVar(Accented())) == u"\xe9"
+    with pytest.raises(UnicodeEncodeError):
+        str(GMVar(Accented()))
 
 
 def test_hashes():
