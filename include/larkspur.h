@@ -99,7 +99,7 @@ extern LARKSPUR_EXPORT struct _object* pygame_Surface;
 /* Position of `object` (compared by identity) in the list gm6.game.<list_name>: a new int, float or
  * string. When it is not there, or the attribute is no list, the first two return null without an
  * exception and the third the string "-1". Null with an exception when gm6.game or its attribute
- * cannot be fetched. */
+ * cannot be fetched; while gm6 is not bound the first returns null without one. */
 LARKSPUR_EXPORT struct _object* Game_Sequence_Index(struct _object* object, const char* list_name);
 LARKSPUR_EXPORT struct _object* Game_Sequence_Index_F(struct _object* object,
                                                       const char* list_name);

@@ -144,6 +144,9 @@ using larkspur::PyRef;
 extern "C" {
 
 PyObject* Game_Sequence_Index(PyObject* object, const char* list_name) {
+    if (gm6 == nullptr) {
+        return nullptr;  // without the host's modules there is no list to be in
+    }
     const Py_ssize_t position = larkspur::position_in_game_list(object, list_name);
     return position < 0 ? nullptr : PyInt_FromSsize_t(position);
 }
@@ -174,26 +177,26 @@ int PushSelf(PyObject* instance) {
             "gmapi.py_self_stack must be a list when RegisterInstancesDict() is called");
         return -1;
     }
+    PyObject* stack = gmapi_py_self_stack;  // never released, even when another one is registered
     const PyRef current = PyRef::steal(PyObject_GetAttrString(gmapi, "self"));
-    if (!current || PyList_Append(gmapi_py_self_stack, current.get()) != 0) {
+    if (!current || PyList_Append(stack, current.get()) != 0) {
         return -1;
     }
     return PyObject_SetAttrString(gmapi, "self", instance);
 }
 
 int PopSelf(void) {
+    PyObject* stack = gmapi_py_self_stack;
     const Py_ssize_t last = std::max(larkspur::saved_self_count(), Py_ssize_t{0}) - 1;
     if (last < 0) {
         larkspur::write_stderr("Error in PyList_GetItem %d\n", static_cast<int>(last));
         return -1;
     }
-    const PyRef saved = PyRef::borrow(PyList_GET_ITEM(gmapi_py_self_stack, last));
-    // The store comes first: the saved object stays on the stack until it is current again.
+    const PyRef saved = PyRef::borrow(PyList_GET_ITEM(stack, last));
+    // The store comes first: the saved object stays on the stack until it is current again. It can
+    // run code that shortens the stack itself; then there is nothing left to delete.
     const int status = PyObject_SetAttrString(gmapi, "self", saved.get());
-    if (last >= PyList_GET_SIZE(gmapi_py_self_stack)) {
-        return status;  // the store ran code that shortened the stack itself
-    }
-    const int deleted = PyList_SetSlice(gmapi_py_self_stack, last, last + 1, nullptr);
+    const int deleted = PyList_SetSlice(stack, last, last + 1, nullptr);
     return status != 0 ? status : deleted;
 }
 

@@ -85,6 +85,19 @@ def test_missing_list_or_game_raises(host, function):
     assert "game" in str(raised.value)
 
 
+def test_unbound_gm6_has_no_positions(host):
+    bound = native.variable(ctypes.c_void_p, "gm6")
+    saved, bound.value = bound.value, None
+    try:
+        assert INDEX(None, "sprites") is None
+        for function in (INDEX_F, INDEX_S):
+            with pytest.raises(RuntimeError) as raised:
+                function(None, "sprites")
+            assert "gm6" in str(raised.value)
+    finally:
+        bound.value = saved
+
+
 def test_lists_come_from_gm6_and_not_from_gmapi(host):
     wanted = object()
     host.gmapi.game = Plain(sprites=[wanted])
@@ -318,6 +331,19 @@ def test_pop_whose_store_runs_code_that_empties_the_stack(host):
     PUSH_SELF(Dropped())
     assert POP_SELF() == 0
     assert host.gmapi.self is outer and host.gmapi.py_self_stack == []
+
+
+def test_pop_whose_store_runs_code_that_registers_another_stack(host):
+    class Dropped(object):
+        def __del__(self):
+            host.gmapi.py_self_stack = None
+            host.register(larkspur)
+
+    host.gmapi.self = outer = Instance()
+    stack = host.gmapi.py_self_stack
+    PUSH_SELF(Dropped())
+    assert POP_SELF() == 0
+    assert host.gmapi.self is outer and stack == []
 
 
 # --- Calls ---------------------------------------------------------------------------------------

@@ -105,9 +105,16 @@ def test_import_without_pygame():
         "                            (larkspur.scale, (1, 1.0, 1.0))):\n"
         "    outcome = pending.call(function, *arguments)\n"
         "    print type(outcome.exception).__name__, 'pygame' in str(outcome.exception)\n"
+        "import ctypes\n"
+        "wrap = ctypes.PyDLL(larkspur.__file__).PySurface_FromSurface\n"
+        "wrap.restype = ctypes.c_void_p\n"
+        "try:\n"
+        "    wrap(None)\n"
+        "except RuntimeError as error:\n"
+        "    print 'RuntimeError', 'pygame' in str(error)\n"
         "print larkspur.breakable(), larkspur.GMRoom().id\n")
     assert status == 0, err
-    assert out.splitlines()[:2] == ["RuntimeError True"] * 2
+    assert out.splitlines()[:3] == ["RuntimeError True"] * 3
     assert out.splitlines()[-1] == "None 0"
 
 
