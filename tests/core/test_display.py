@@ -107,6 +107,15 @@ def test_closed_display_is_no_display(display):
     assert SCREEN.value is None
 
 
+def test_without_a_video_mode_no_surface_is_a_display(display):
+    surface = pygame.Surface((4, 4), 0, 32)
+    larkspur.set_SDL_screen(surface)
+    assert COLOR((1, 2, 3)) == 0x010203
+    pygame.display.quit()
+    with pytest.raises(RuntimeError):
+        COLOR((1, 2, 3))
+
+
 def test_display_that_is_opened_again_has_to_be_set_again(display):
     pygame.display.quit()
     pygame.display.init()

@@ -221,6 +221,15 @@ def test_part_that_lies_outside_a_smaller_display_is_refused(display):
     assert "inside" in str(outcome.exception)
 
 
+def test_part_of_a_display_with_other_rows_is_refused(display):
+    """Its rows are not where it takes them to be."""
+    part = display.subsurface((5, 6, 20, 20))
+    pygame.display.set_mode((640, 480), 0, 32)
+    outcome = pending.call(larkspur.flip_v, part)
+    assert not outcome.succeeded and isinstance(outcome.exception, RuntimeError)
+    assert "inside" in str(outcome.exception)
+
+
 def test_part_of_a_display_that_was_replaced_is_found_again(display):
     part = display.subsurface((5, 6, 20, 20))
     pygame.display.set_mode((320, 240), 0, 32)
