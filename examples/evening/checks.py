@@ -75,9 +75,13 @@ def _hero_is_on_the_map(picture):
 
 
 def _panel_fades(picture):
-    """The score panel's upper edge is brighter than its lower part, and both are bluish."""
-    top, bottom = picture.pixel(200, 18), picture.pixel(200, 69)
-    return sum(top) > sum(bottom) + 40 and top[2] > top[0] and bottom[2] > bottom[0]
+    """The score panel's upper edge is brighter than its lower part, and both are bluish; nearly
+    everywhere, because a flake can fall on any place of it."""
+    def fades_at(x):
+        top, bottom = picture.pixel(x, 18), picture.pixel(x, 69)
+        return sum(top) > sum(bottom) + 40 and top[2] > top[0] and bottom[2] > bottom[0]
+    places = range(20, 220, 5)
+    return sum(fades_at(x) for x in places) > 0.7 * len(places)
 
 
 def _of(color, most=26):
