@@ -117,7 +117,7 @@ int assign_item(PyObject* self, Py_ssize_t i, PyObject* value) noexcept {
 
 // The interpreter asks this slot first whatever the key is.
 int assign_subscript(PyObject* self, PyObject* key, PyObject* value) noexcept {
-    if (value == nullptr || !PyIndex_Check(key)) {
+    if (!PyIndex_Check(key)) {
         return PyList_Type.tp_as_mapping->mp_ass_subscript(self, key, value);
     }
     Py_ssize_t i = PyNumber_AsSsize_t(key, PyExc_IndexError);

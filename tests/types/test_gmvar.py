@@ -494,23 +494,31 @@ class Plain(object):
     pass
 
 
-@pytest.mark.parametrize("failing", ["__eq__", "__lt__", "__gt__", "__nonzero__"])
-def test_failing_comparison_raises(failing):
-    def fail(*_):
-        raise ZeroDivisionError
+@pytest.mark.filterwarnings("error")
+@pytest.mark.parametrize("failing, asked", [
+    ("__eq__", ["__eq__"]), ("__lt__", ["__eq__", "__lt__"]),
+    ("__gt__", ["__eq__", "__lt__", "__gt__"]), ("__nonzero__", ["__eq__", "__lt__"])])
+def test_failing_comparison_raises_at_once(failing, asked):
+    calls = []
 
     class Answer(object):
         def __nonzero__(self):
-            return fail() if failing == "__nonzero__" else False
+            return 1 // (failing != "__nonzero__") == 0
 
     class Value(object):
         pass
+
+    def add(name):
+        def method(self, other):
+            calls.append(name)
+            return Answer() if failing != name else 1 // 0
+        setattr(Value, name, method)
     for name in ("__eq__", "__lt__", "__gt__"):
-        setattr(Value, name, fail if name == failing else lambda *_: Answer())
+        add(name)
     a, b = lent(Value()), lent(Value())
-    for _ in range(3):
-        with pytest.raises(ZeroDivisionError):
-            cmp(GMVar(a), GMVar(b))
+    with pytest.raises(ZeroDivisionError):
+        cmp(GMVar(a), GMVar(b))
+    assert calls == asked
 
 
 def test_the_last_reference_is_never_given_away():

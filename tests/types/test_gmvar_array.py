@@ -13,6 +13,8 @@ from support import records, subprocess_python
 from support.leaks import assert_counts_unchanged, count_changes, object_growth
 from support.variables import holding, native, size
 
+GROWTH_STEPS = 100000
+
 
 def test_layout():
     variable = GMVar("a")
@@ -190,7 +192,13 @@ def test_sizes_that_cannot_be_raise_memory_error(key):
                                                   value), value)
 
 
-GROWTH_STEPS = 100000
+@pytest.mark.parametrize("key", [2 ** 31 - 1, (2 ** 31 - 1, 0), (0, 2 ** 31 - 1)])
+def test_no_side_is_as_long_as_2_to_the_31(key):
+    variable = GMVar(5)
+    with pytest.raises(MemoryError) as caught:
+        variable[key] = 1
+    assert "both indices must be below 2147483647" in str(caught.value)
+    assert variable == 5 and size(variable) == (1, 1)
 
 
 @pytest.mark.parametrize("key", [
