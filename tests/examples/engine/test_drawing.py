@@ -275,3 +275,16 @@ def test_scaled_picture_that_is_run_length_encoded(canvas, game, picture):
     draw(sprite, x=150, xscale=2.0, yscale=2.0)
     draw(sprite, x=200, xscale=-1.0)
     assert at(canvas, 105, 85) == at(canvas, 160, 90) == at(canvas, 190, 85) == RED
+
+
+def test_draw_properties_are_read_back():
+    gmapi.draw_set_alpha(0.25)
+    gmapi.draw_set_color(gmapi.c_orange)
+    assert gmapi.draw_get_alpha() == 0.25 and gmapi.draw_get_color() == gmapi.c_orange
+    gmapi.draw_set_alpha(1)
+
+
+def test_directions_turn_counter_clockwise_on_a_screen_that_grows_downward():
+    for direction, x, y in ((0, 10, 0), (90, 0, -10), (180, -10, 0), (270, 0, 10)):
+        assert abs(gmapi.lengthdir_x(10, direction) - x) < 1e-9
+        assert abs(gmapi.lengthdir_y(10, direction) - y) < 1e-9
