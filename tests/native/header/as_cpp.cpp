@@ -1,1 +1,1 @@
-#include "as_c.c"
+#include "record_places.h"
