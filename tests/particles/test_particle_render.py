@@ -285,6 +285,11 @@ def test_life_fraction_of_one_half_is_the_second_half(display):
     assert look.key == (16, 16, 0x32CC00, 153, 0)
 
 
+def test_life_fraction_of_one_half_takes_nothing_of_the_alpha_at_birth(display):
+    scene = Scene(display, soft_shape(), alpha3=(INFINITE, 0.5, 0.0))
+    scene.check_draw(scene.particle(ttl=6, life=10), "faded", (16, 16, WHITE, 127, 0))
+
+
 def test_alpha_is_truncated(display):
     for alpha, kept in [(0.999, 254), (0.5, 127), (1 / 255.0, 1), (0.0039, 0)]:
         scene = Scene(display, soft_shape(), alpha3=(alpha,) * 3)

@@ -39,6 +39,7 @@ SETTINGS = [
     ("part_type_blend", (-128.5,), dict(blend=-128)),
     ("part_type_alpha3", (1.0, 0.75, 0.5), dict(alpha_start=1.0, alpha_half=0.75, alpha_end=0.5)),
     ("part_type_alpha2", (1.0, 0.0), dict(alpha_start=1.0, alpha_half=0.5, alpha_end=0.0)),
+    ("part_type_alpha2", (0.25, 1.25), dict(alpha_start=0.25, alpha_half=0.75, alpha_end=1.25)),
     ("part_type_speed", (1, 4, 0.5, 0.25),
      dict(speed_min=1.0, speed_max=4.0, speed_range=3.0, speed_incr=0.5, speed_wiggle=0.25)),
     # Everything that goes from float to int becomes the smallest int when it does not fit.
@@ -142,7 +143,7 @@ def test_settings_follow_the_model_in_single_precision(seed):
         arguments = [float(number) for number in random.uniform(-300, 300, count)]
         getattr(larkspur, name)(handle, *arguments)
         getattr(model, name)(*arguments)
-    assert particles.values(particles.type_record(handle)) == particles.values_of_model(model)
+        assert particles.values(particles.type_record(handle)) == particles.values_of_model(model)
 
 
 @pytest.mark.parametrize("arguments, output, animate, stretch", [
