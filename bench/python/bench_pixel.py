@@ -3,7 +3,8 @@
     python bench/python/bench_pixel.py [--quick] [--rounds N] [--picture PATH]
 
 needs the built module on PYTHONPATH and the build directory (with benches) in LARKSPUR_BUILD_DIR;
-script/bench pixel sees to both. Figures are ratios of times taken in turns within one process:
+script/bench pixel sees to both. Figures are ratios of processor times, so that other work on the
+machine counts little, taken in turns within one process:
 
     x scalar  the plain formula built at -O2 without vectors, by the kernel
     roof      an in-place XOR of the buffer (memcpy for flips, memset for opaque fills), by the
@@ -29,6 +30,7 @@ os.environ.setdefault("SDL_VIDEODRIVER", "dummy")
 
 import larkspur
 import measuring
+import numpy
 import pygame
 from measuring import surface_address
 
@@ -70,10 +72,10 @@ def in_python(function, *arguments):
     """A Python call, looped in Python."""
     def seconds(rounds):
         numbers = range(rounds)
-        begin = time.time()
+        begin = time.clock()
         for _ in numbers:
             function(*arguments)
-        return time.time() - begin
+        return time.clock() - begin
     return seconds
 
 
@@ -268,6 +270,10 @@ def satusub_calls(width, height):
 
 def additive_calls(width, height):
     source = picture(width, height, pygame.SRCALPHA, ARGB)
+    # Bytes of 0 and 255 in no order: whether a sum is cut off stays as unforeseeable in the
+    # thousandth call as it is in the first.
+    switches = numpy.random.RandomState(1).randint(0, 2, 4 * width * height)
+    source.get_buffer().write((switches * 255).astype(numpy.uint8).tostring(), 0)
     # A source that touches the right edge is not drawn.
     surface, twin = (picture(width + 1, height, pygame.SRCALPHA, ARGB) for _ in range(2))
     loop = in_native("time_blitting", [POINTER, POINTER, POINTER, INTEGER],
@@ -343,7 +349,7 @@ def measured_calls(row, size, rounds):
     repeats = {}
     for name, run in runs:
         run(1)
-        repeats[name] = max(1, int(SECONDS_PER_SAMPLE / max(run(3) / 3, 1e-9)))
+        repeats[name] = max(1, int(SECONDS_PER_SAMPLE / max(run(3) / 3, 1e-6)))
     times = {name: [] for name, _ in runs}
     for _ in range(rounds):
         random.shuffle(runs)
@@ -364,7 +370,7 @@ def measured_kernels(rounds):
     for run in json.loads(output.decode("ascii"))["benchmarks"]:
         if run["run_type"] == "iteration":
             key = tuple(run["run_name"].split("/"))
-            times.setdefault(key, []).append((run["repetition_index"], run["real_time"]))
+            times.setdefault(key, []).append((run["repetition_index"], run["cpu_time"]))
     return {key: [seconds for _, seconds in sorted(runs)] for key, runs in times.items()}
 
 
@@ -474,6 +480,15 @@ def draw_table(lines, sizes, path):
     pygame.image.save(canvas, path)
 
 
+def keep_freed_memory():
+    """Lets the allocator keep what is freed: results of transforms are as large as pictures, and
+    whether their pages are returned and fetched anew would depend on what else was allocated."""
+    trim_threshold, mmap_threshold, plenty = -1, -3, 1 << 30
+    libc = ctypes.CDLL(None)
+    for option in (trim_threshold, mmap_threshold):
+        libc.mallopt(option, plenty)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--quick", action="store_true", help="two sizes, few rounds")
@@ -485,6 +500,7 @@ def main():
     path = options.picture or os.path.join(root, "build", "bench", "pixel.png")
     sizes, rounds = (SIZES[1:3], 3) if options.quick else (SIZES, options.rounds)
 
+    keep_freed_memory()
     pygame.display.init()
     larkspur.set_SDL_screen(pygame.display.set_mode((640, 480), 0, 32))
     lines, rivals = measured_table(sizes, rounds)

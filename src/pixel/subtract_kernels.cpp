@@ -1,5 +1,7 @@
 #include "pixel/subtract_kernels.h"
 
+#include <cstring>
+
 #include "pixel/multiversion.h"
 
 namespace larkspur::pixel {
@@ -17,8 +19,8 @@ constexpr std::uint8_t subtract(std::uint8_t byte, std::uint8_t k) {
 LARKSPUR_MULTIVERSION
 void subtract_blocks(unsigned char* bytes, std::size_t count, const unsigned char* pattern) {
     unsigned char block[kBlockBytes];
-    for (std::size_t i = 0; i < kBlockBytes; ++i) {
-        block[i] = pattern[i % kPatternBytes];
+    for (std::size_t i = 0; i < kBlockBytes; i += kPatternBytes) {
+        std::memcpy(block + i, pattern, kPatternBytes);
     }
     while (count >= kBlockBytes) {
         for (std::size_t i = 0; i < kBlockBytes; ++i) {
