@@ -92,7 +92,7 @@ def play(pygame, game, screen, frames):
     print(game.KEYS)
     evening = game.Evening(screen)
     clock = pygame.time.Clock()
-    started, count, reason = time.time(), 0, "Escape"
+    started, processor, count, reason = time.time(), time.clock(), 0, "Escape"
     while evening.running and (frames is None or count < frames):
         for event in pygame.event.get():
             if event.type == pygame.QUIT:
@@ -111,8 +111,9 @@ def play(pygame, game, screen, frames):
         count += 1
     if evening.running:
         reason = "all frames drawn"
-    print("{}: {} frames, {:.1f} a second.".format(reason, count,
-                                                   count / (time.time() - started)))
+    print("{}: {} frames, {:.1f} a second, {:.1f} ms of processor time each.".format(
+        reason, count, count / (time.time() - started),
+        1000 * (time.clock() - processor) / count))
     return 0
 
 
