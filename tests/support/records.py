@@ -126,6 +126,15 @@ def object_names(record):
 
 # What is left of a released or deleted member.
 UNSET = object()
+# Ways to make a record out of another one by way of its pickled state.
+ROUND_TRIPS = [
+    lambda record: pickle.loads(pickle.dumps(record, 0)),
+    lambda record: pickle.loads(pickle.dumps(record, 1)),
+    lambda record: pickle.loads(pickle.dumps(record, 2)), copy.copy, copy.deepcopy]
+
+# Arguments of __setstate__() that hold no state; long enough to be one, where they have a length.
+NO_STATES = [(), (None,), (5,), ("12345" * 4,), ({},), (iter(range(20)),)]
+
 
 
 def read(instance, name):

@@ -1,7 +1,5 @@
 """What sprites, backgrounds and rooms share: their index, and loading and publishing by the host."""
 import collections
-import copy
-import pickle
 import sys
 
 import pytest
@@ -174,10 +172,7 @@ def test_the_host_loads_into_a_restored_resource_that_is_not_published_yet(host,
 
 
 @every_loaded
-@pytest.mark.parametrize("round_trip", [
-    lambda resource: pickle.loads(pickle.dumps(resource, 0)),
-    lambda resource: pickle.loads(pickle.dumps(resource, 1)),
-    lambda resource: pickle.loads(pickle.dumps(resource, 2)), copy.copy, copy.deepcopy])
+@pytest.mark.parametrize("round_trip", records.ROUND_TRIPS)
 def test_resources_survive_pickling_and_copying(host, kind, round_trip):
     resource = kind.made()
     resource.name = "res_tree"
@@ -305,7 +300,7 @@ def test_a_resource_is_published_under_the_name_that_the_host_left(host, kind, c
 # --- Bad states ----------------------------------------------------------------------------------
 
 @every_loaded
-@pytest.mark.parametrize("arguments", [(), (None,), (5,), ("text",), ({},), (iter(()),)])
+@pytest.mark.parametrize("arguments", records.NO_STATES)
 def test_setstate_refuses_what_is_no_state(host, kind, arguments):
     resource = kind.made()
     resource.name = "kept"
