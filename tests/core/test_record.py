@@ -295,6 +295,20 @@ def test_cycles_through_other_members_are_not(name):
     setattr(partner().instance, name, None)  # untie it by hand
 
 
+@every_collected
+def test_garbage_collection_may_run_while_a_record_dies(record):
+    class Collecting(object):
+        def __del__(self):
+            collected.append(gc.collect())
+    collected = []
+    instance = record.type()
+    for name in record.releases:
+        setattr(instance, name, Collecting())
+    gc.collect()  # what earlier tests left
+    del instance
+    assert collected == [0] * len(record.releases)
+
+
 def test_records_that_hold_no_objects_are_not_tracked():
     assert not gc.is_tracked(larkspur.RoomTileData())
     assert not gc.is_tracked(larkspur.Floatlist8())

@@ -3,7 +3,9 @@
 The lists are written down from the rules and share nothing with the field tables in src.
 """
 import collections
+import copy
 import ctypes
+import pickle
 
 import larkspur
 
@@ -124,8 +126,6 @@ def object_names(record):
             if member.kind in ("lenient", "strict")]
 
 
-# What is left of a released or deleted member.
-UNSET = object()
 # Ways to make a record out of another one by way of its pickled state.
 ROUND_TRIPS = [
     lambda record: pickle.loads(pickle.dumps(record, 0)),
@@ -135,6 +135,8 @@ ROUND_TRIPS = [
 # Arguments of __setstate__() that hold no state; long enough to be one, where they have a length.
 NO_STATES = [(), (None,), (5,), ("12345" * 4,), ({},), (iter(range(20)),)]
 
+# What is left of a released or deleted member.
+UNSET = object()
 
 
 def read(instance, name):

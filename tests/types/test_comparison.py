@@ -265,7 +265,8 @@ class ReversedInt(int):
 
 @pytest.mark.parametrize("a, b, order", [
     (1, 2, -1), (2, 2, 0), (3, 2, 1), (1L, 2L, -1), (2 ** 70, 2 ** 69, 1),
-    (10, 2 ** 70, -1), (2 ** 70, 10, 1), (-10, -2 ** 70, 1), (5L, 5, 0), (-2 ** 70, -1, -1), (7.9, "7", 0),
+    (10, 2 ** 70, -1), (2 ** 70, 10, 1), (-10, -2 ** 70, 1), (5L, 5, 0), (-2 ** 70, -1, -1),
+    (7.9, "7", 0),
     (Convertible(ReversedInt(1)), Convertible(ReversedInt(2)), 1),
     (Convertible(ReversedInt(1)), Convertible(ReversedInt(1)), 0)])
 def test_compare_gives_the_order_of_the_integers(probe, capfd, a, b, order):
@@ -273,13 +274,27 @@ def test_compare_gives_the_order_of_the_integers(probe, capfd, a, b, order):
     assert capfd.readouterr() == ("", "")
 
 
-@pytest.mark.parametrize("a, b, converted", [
-    (None, 1, 0), (1, None, 1), (None, None, 0)])
+@pytest.mark.parametrize("a, b", [(None, 1), (1, None), (None, None)])
 def test_compare_answers_minus_1_and_writes_its_line_when_an_operand_does_not_convert(
-        probe, capfd, a, b, converted):
+        probe, capfd, a, b):
     with pytest.raises(TypeError):
         probe.compare(a, b)  # the answer is -1; ctypes raises what is pending
     assert capfd.readouterr() == ("", MESSAGE)
+
+
+@pytest.mark.parametrize("values, converted", [((1, 2), "ab"), ((None, 2), "a"), ((1, None), "ab")])
+def test_the_first_operand_is_converted_first_and_a_failure_ends_it(
+        probe, capfd, values, converted):
+    log = []
+    a, b = [Convertible(value, lambda name=name: log.append(name))
+            for value, name in zip(values, "ab")]
+    for operation in (lambda: probe.compare(a, b), lambda: probe.richcompare(a, b, 0)):
+        del log[:]
+        try:
+            operation()
+        except TypeError:
+            assert None in values
+        assert "".join(log) == converted
 
 
 @pytest.mark.parametrize("lt, gt, order, asked", [

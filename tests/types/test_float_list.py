@@ -182,6 +182,12 @@ def test_in_place_subtraction_changes_the_list_itself():
     assert list(floats) == [0.0] + VALUES[1:]
 
 
+def test_in_place_subtraction_starts_from_what_the_conversion_left():
+    floats = same = make_list()
+    floats -= Convertible(1.0, lambda: same.__setitem__(0, 100.0))
+    assert list(floats) == [99.0] + VALUES[1:]
+
+
 @pytest.mark.parametrize("apply, first", [
     (operator.iadd, 3.5), (operator.imul, 3.0), (operator.idiv, 0.75)])
 def test_other_in_place_operations_make_new_lists(apply, first):

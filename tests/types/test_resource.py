@@ -16,7 +16,7 @@ every_list = pytest.mark.parametrize("made, list_name", LISTS, ids=[name for _, 
 # integers  the integer fields of the state in order, with their positions
 # name      position of the name
 # count     position of the number of subimages, None when the state has none
-# caches    what setting a state makes anew, and the type of what it makes
+# caches    what setting a state makes anew, in this order, and the type of what it makes
 Loaded = collections.namedtuple("Loaded", "made loader integers name count caches")
 SPRITE = Loaded(larkspur.GMSprite, "SpriteData_load_images",
                 list(enumerate(records.int_names(records.SPRITE))), 15, 16,
@@ -278,6 +278,27 @@ def test_hashing_the_name_may_rename_the_resource(host, kind):
 
 
 @every_loaded
+def test_the_name_lives_until_the_resource_is_stored(host, kind):
+    class Name(object):
+        def __hash__(self):
+            resource.name = "renamed"  # nothing else held the name
+            return 5
+
+        def __del__(self):
+            died.append(len(host.gmapi.__dict__))
+
+    def load(resource, *rest):
+        resource.name = Name()
+    setattr(host.gm6, kind.loader, load)
+    host.register(larkspur)
+    resource, died, size = kind.made(), [], len(host.gmapi.__dict__)
+    resource.__setstate__(state_of(kind, "res_tree"))
+    assert (died, len(host.gmapi.__dict__)) == ([], size + 1)
+    key, = [key for key in host.gmapi.__dict__ if type(key) is Name]
+    assert host.gmapi.__dict__.pop(key) is resource
+
+
+@every_loaded
 def test_a_resource_is_published_under_the_name_that_the_host_left(host, kind, capfd):
     def rename(resource, *rest):
         resource.name = "res_other"
@@ -339,12 +360,16 @@ def test_a_short_state_raises_and_keeps_what_came_before(host, kind):
     assert host.calls == []
 
 
-def test_a_sprite_state_whose_count_does_not_convert_keeps_the_name(host):
+@pytest.mark.parametrize("state, error", [
+    (state_of(SPRITE, "res_tree", "two"), TypeError),
+    (state_of(SPRITE, "res_tree")[:16], IndexError)])
+def test_a_sprite_state_without_a_count_stands_as_far_as_it_was_read(host, state, error):
     sprite = larkspur.GMSprite()
-    with pytest.raises(TypeError):
-        sprite.__setstate__(state_of(SPRITE, "res_tree", "two"))
-    assert sprite.name == "res_tree"
-    assert sprite.subimages == []
+    sprite.subimages, sprite.scalecache = ["old"], {"old": "scaled"}
+    with pytest.raises(error):
+        sprite.__setstate__(state)
+    assert (sprite.name, sprite.subimages) == ("res_tree", [])
+    assert sprite.scalecache == {"old": "scaled"}
     assert host.calls == []
 
 
@@ -405,19 +430,18 @@ def test_converting_an_item_may_set_another_state(host, kind):
 
 
 @every_loaded
-def test_what_a_state_replaces_is_released_after_the_new_value_stands(host, kind):
+def test_what_a_state_replaces_is_released_in_order_after_the_new_value_stands(host, kind):
     class Witness(object):
         def __init__(self, member):
             self.member = member
 
         def __del__(self):
-            seen[self.member] = getattr(resource, self.member)
-    resource, seen = kind.made(), {}
+            seen.append((self.member, type(getattr(resource, self.member))))
+    resource, seen = kind.made(), []
     for member in ["name"] + [cache for cache, _ in kind.caches]:
         setattr(resource, member, Witness(member))
     resource.__setstate__(state_of(kind, "res_tree"))
-    assert seen.pop("name") == "res_tree"
-    assert dict((cache, type(value)) for cache, value in seen.items()) == dict(kind.caches)
+    assert seen == [("name", str)] + kind.caches
 
 
 @every_loaded

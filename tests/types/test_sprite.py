@@ -86,6 +86,16 @@ def test_pickling_needs_subimages():
     assert str(failure.value) == "subimages"
 
 
+@pytest.mark.parametrize("spoil", [
+    lambda sprite: delattr(sprite, "name"), lambda sprite: setattr(sprite, "subimages", None)])
+def test_a_failing_pickling_has_taken_the_scale_cache_away_all_the_same(spoil):
+    sprite = make_sprite()
+    spoil(sprite)
+    with pytest.raises((AttributeError, TypeError)):
+        sprite.__reduce__()
+    assert not hasattr(sprite, "scalecache")
+
+
 def test_releasing_the_scale_cache_may_change_the_sprite():
     class Meddler(object):
         def __del__(self):
