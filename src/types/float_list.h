@@ -10,8 +10,8 @@ inline constexpr int kFloatListLength = 8;
 
 struct FloatListObject {
     PyObject_HEAD;
-    double
-        values[kFloatListLength];  ///< element v belongs to view v; the list's value is element 0
+    /// Element v belongs to view v; the list's value is element 0.
+    double values[kFloatListLength];
 };
 
 extern PyTypeObject float_list_type;
