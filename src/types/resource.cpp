@@ -22,7 +22,8 @@ PyRef load_images(PyObject* loader, const PyRef& arguments) noexcept {
 
 PyObject* publish(PyObject* name, PyObject* resource) noexcept {
     const PyRef key = required_field(name, "name");  // hashing it can run code that renames us
-    if (!key || PyDict_SetItem(gmapi__dict__, key.get(), resource) != 0) {
+    // The general store, as it raises where a failed import has left no dictionary to store in.
+    if (!key || PyObject_SetItem(gmapi__dict__, key.get(), resource) != 0) {
         write_stdout("Retnull\n");
         return nullptr;
     }

@@ -265,6 +265,30 @@ def test_a_name_that_cannot_be_hashed_leaves_its_exception(host, kind, capfd):
 
 
 @every_loaded
+def test_without_the_game_code_s_globals_the_store_fails(kind):
+    out, error = subprocess_python.output("""
+        import sys, types
+
+        class Host(types.ModuleType):
+            __dict__ = property(lambda self: 1 / 0)
+            __getattr__ = lambda self, name: self
+            __call__ = lambda self, *arguments: None
+        sys.modules["gm6"], sys.modules["gmapi"] = Host("gm6"), Host("gmapi")
+        try:
+            import larkspur
+        except ZeroDivisionError:
+            import larkspur  # what there is of it
+        larkspur.RegisterInstancesDict({}, int, int, int)
+        try:
+            larkspur.%s().__setstate__(%r)
+        except SystemError:
+            print "refused"
+        """ % (kind.made.__name__, state_of(kind, "res_tree")))
+    assert sorted(out.splitlines()) == ["Retnull", "refused"]
+    assert error == ""
+
+
+@every_loaded
 def test_hashing_the_name_may_rename_the_resource(host, kind):
     class Name(object):
         def __hash__(self):
