@@ -15,9 +15,16 @@ from support import host as host_support  # noqa: E402
 # larkspur binds the host's modules when it is imported, so they have to exist before.
 host_support.install_modules()
 
+import hypothesis  # noqa: E402
 import larkspur  # noqa: E402
 import pygame  # noqa: E402
 import pytest  # noqa: E402
+
+# The run of all checks tries the same examples each time, so that its outcome is that of the
+# change alone; a developer's run tries new ones.
+hypothesis.settings.register_profile("repeatable", derandomize=True, database=None)
+if os.environ.get("CI"):
+    hypothesis.settings.load_profile("repeatable")
 
 DISPLAY_SIZE = (320, 240)
 
