@@ -24,7 +24,7 @@ PATH=/usr/local/sbin:/usr/sbin:/sbin:/usr/bin:/bin:$PATH
 unset LARKSPUR_BUILD_DIR VIRTUAL_ENV CDPATH DESTDIR
 unset PYTHONPATH PYTHONHOME PYTHONSTARTUP PYTHONOPTIMIZE PYTHONWARNINGS PYTHONINSPECT PYTHONDEBUG
 unset PYTEST_ADDOPTS PYTEST_PLUGINS PIP_USER PIP_TARGET PIP_PREFIX PIP_REQUIRE_VIRTUALENV
-unset CFLAGS CXXFLAGS CPPFLAGS LDFLAGS CMAKE_BUILD_TYPE CMAKE_GENERATOR
+unset CC CXX CFLAGS CXXFLAGS CPPFLAGS LDFLAGS CMAKE_BUILD_TYPE CMAKE_GENERATOR
 unset LD_PRELOAD ASAN_OPTIONS LSAN_OPTIONS UBSAN_OPTIONS GTEST_FILTER
 export LC_ALL=C.UTF-8
 export PIP_DISABLE_PIP_VERSION_CHECK=1 PIP_NO_INPUT=1 PIP_NO_PYTHON_VERSION_WARNING=1
@@ -204,7 +204,7 @@ build_tree() {
     fi
     # A cache made in another place, by another CMake or for another interpreter is of no use.
     settings="$root $(cat "$venv/made-for")
-$(cmake --version | head -n 1) ${CC:-} ${CXX:-} $*"
+$(cmake --version | head -n 1) $*"
     if [ "$settings" != "$(cat "$directory/configured" 2>/dev/null)" ]; then
         say "configuring $directory ($type)"
         rm -rf "$directory/CMakeCache.txt" "$directory/CMakeFiles" "$directory/configured"
