@@ -106,7 +106,7 @@ refresh_apt_lists() {
 
 # apt_knows NAME: whether this Debian release has an installable package of that name.
 apt_knows() {
-    apt-cache policy "$1" 2>/dev/null | grep -q 'Candidate: [^(]'
+    [[ $(apt-cache policy "$1" 2>/dev/null) == *"Candidate: "[!\(]* ]]
 }
 
 # apt_install NAME...: installs what is missing of these packages; nothing when all is there.
@@ -194,7 +194,7 @@ provide_cpython_cases() {
 
 # build_tree DIRECTORY TYPE [CMAKE OPTION...]: configures and builds; quick when nothing changed.
 build_tree() {
-    local directory=$1 type=$2 settings
+    local directory=$1 type=$2 cmake_version settings
     shift 2
     set -- "-DCMAKE_BUILD_TYPE=$type" "-DPython2_EXECUTABLE=$venv/bin/python" "$@"
     if [ -n "${CI:-}" ]; then
@@ -203,8 +203,8 @@ build_tree() {
         set -- "$@" -DLARKSPUR_WERROR=OFF
     fi
     # A cache made in another place, by another CMake or for another interpreter is of no use.
-    settings="$root $(cat "$venv/made-for")
-$(cmake --version | head -n 1) $*"
+    cmake_version=$(cmake --version)
+    settings="$root $(cat "$venv/made-for") ${cmake_version%%$'\n'*} $*"
     if [ "$settings" != "$(cat "$directory/configured" 2>/dev/null)" ]; then
         say "configuring $directory ($type)"
         rm -rf "$directory/CMakeCache.txt" "$directory/CMakeFiles" "$directory/configured"

@@ -124,6 +124,20 @@ def test_packages_that_cannot_be_installed_end_the_run(tree):
     assert "went on" not in output
 
 
+POLICIES = [
+    ("printf 'it:\\n  Installed: (none)\\n  Candidate: 1:14.0\\n'", "yes"),
+    ("printf 'it:\\n  Candidate: 2\\n'; sleep 0.2; printf 'much\\nmore\\n'", "yes"),
+    ("printf 'it:\\n  Installed: (none)\\n  Candidate: (none)\\n'", "no"),
+    ("printf ''", "no"),
+]
+
+
+@pytest.mark.parametrize("policy, expected", POLICIES)
+def test_package_is_known_when_it_has_a_candidate(tree, policy, expected):
+    code = "apt-cache() { %s; }; apt_knows it && echo yes || echo no" % policy
+    assert run_lib(code, tree) == (0, expected + "\n")
+
+
 def fake_python(path, answer=None):
     """A command that passes for a Python 2.7 with headers at `answer`, or for none."""
     write_command(path, "echo %s" % answer if answer else "exit 1")
