@@ -575,6 +575,22 @@ def test_a_foreign_key_of_the_same_hash_is_passed_over(display):
     assert_same_words(words(display), words(scene.screen), "particles")
 
 
+def test_a_foreign_key_before_ours_is_asked_each_time(display):
+    scene = scaled_scene(display)
+    wanted, claims = (32, 32, WHITE, 255, 0), []
+    foreign_picture = pygame.Surface((3, 3), 0, 32, XRGB)
+    foreign_picture.fill((1, 2, 3))
+    cache = particles.cache_of(scene.handle)
+    cache[Key(wanted, lambda other: bool(claims))] = foreign_picture
+    larkspur.CParticle_dec_ttl_and_render(scene.particle(), 0, 0)
+    assert len(cache) == 2
+    claims.append(True)
+    assert cache[wanted] is foreign_picture
+    display.fill((0, 0, 0))
+    larkspur.CParticle_dec_ttl_and_render(scene.particle((50, 60)), 0, 0)
+    assert (words(display) != 0).sum() == 9
+
+
 def test_keys_of_other_lengths_and_values_are_passed_over(display):
     scene = scaled_scene(display)
     cache = particles.cache_of(scene.handle)
