@@ -167,7 +167,7 @@ PyObject* gmvar_new(PyTypeObject* type, PyObject* /*args*/, PyObject* /*kwargs*/
 
 int gmvar_init(PyObject* self, PyObject* args, PyObject* kwargs) noexcept {
     PyObject* argument = nullptr;
-    if (!_PyArg_NoKeywords("GMVar()", kwargs) || !PyArg_ParseTuple(args, "O:GMVar", &argument)) {
+    if (!_PyArg_NoKeywords("GMVar()", kwargs) || !PyArg_ParseTuple(args, "O", &argument)) {
         return -1;
     }
     return reset(*as_variable(self), PyRef::borrow(unwrap(argument))) ? 0 : -1;

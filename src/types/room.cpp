@@ -193,19 +193,28 @@ constexpr Forward kForwards[] = {
     {"HandleKeypress", &gm6_Room_HandleKeypress, Arguments::kExact, 1},
 };
 
-bool check_arguments(const Forward& method, Py_ssize_t given) noexcept {
-    const bool enough = method.arguments == Arguments::kExact ? given == method.passed_on
-                                                              : given >= method.passed_on;
-    if (!enough) {
-        PyErr_Format(PyExc_TypeError, "GMRoom.%s() takes %s %zd argument%s (%zd given)",
-                     method.name, method.arguments == Arguments::kExact ? "exactly" : "at least",
-                     method.passed_on, method.passed_on == 1 ? "" : "s", given);
+// Formats for a number of arguments; the interpreter's own parser words the errors.
+constexpr const char* kObjectFormats[] = {"", "O", "OO", "OOO"};
+
+bool check_arguments(const Forward& method, PyObject* args) noexcept {
+    if (method.arguments == Arguments::kExact) {
+        PyObject* first = nullptr;
+        PyObject* second = nullptr;
+        PyObject* third = nullptr;
+        return PyArg_ParseTuple(args, kObjectFormats[method.passed_on], &first, &second, &third) !=
+               0;
     }
-    return enough;
+    if (PyTuple_GET_SIZE(args) < method.passed_on) {
+        PyErr_Format(PyExc_TypeError, "GMRoom.%s() needs an instance, and got no argument",
+                     method.name);
+        return false;
+    }
+    return true;
 }
 
 PyObject* forward_call(const Forward& method, PyObject* self, PyObject* args) noexcept {
-    if (method.passed_on > 0 && !check_arguments(method, PyTuple_GET_SIZE(args))) {
+    // A method that takes none gets no tuple at all.
+    if (method.passed_on > 0 && !check_arguments(method, args)) {
         return nullptr;
     }
     const PyRef arguments = PyRef::steal(PyTuple_New(1 + method.passed_on));

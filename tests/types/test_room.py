@@ -228,7 +228,11 @@ def test_methods_accept_their_number_of_arguments_only(host, method):
         else:
             with pytest.raises(TypeError) as failure:
                 getattr(room, method.name)(*given)
-            assert method.name + "() takes" in str(failure.value)
+            assert str(failure.value) == {
+                "none": "%s() takes no arguments (%d given)" % (method.name, count),
+                "first": "GMRoom.%s() needs an instance, and got no argument" % method.name,
+                "exactly": "function takes exactly %d argument%s (%d given)" % (
+                    method.passed, "s"[method.passed == 1:], count)}[method.rule]
             assert host.calls == []
     with pytest.raises(TypeError):
         getattr(room, method.name)(keyword=1)
