@@ -771,9 +771,15 @@ def test_frames_keep_no_references(host):
     room = make_room(tiles=[tile], drawn_objects=[drawable])
     host.gm6.Room_DrawBackgrounds = lambda room, surface, x, y: None
     host.register(larkspur)
+
+    def frame():
+        larkspur.Room_Draw(room, host.screen)
+
     leaks.assert_counts_unchanged(
-        lambda: larkspur.Room_Draw(room, host.screen), room, host.screen, room.tiles, tile,
-        drawable, draw, background, picture, room.drawn_objects, None, 0, 1)
+        frame, room, host.screen, room.tiles, tile, drawable, draw, background, picture,
+        room.drawn_objects, None)
+    # A new second publishes a number of frames, which may become or cease to be one of these.
+    assert all(abs(change) < 0.1 for change in leaks.count_changes(frame, [0, 1]))
 
 
 @pytest.mark.parametrize("spoil", [

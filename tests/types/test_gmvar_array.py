@@ -207,10 +207,10 @@ def test_no_side_is_as_long_as_2_to_the_31(key):
 def test_growing_by_single_steps_takes_linear_time(key):
     """Moving everything at every step would take minutes here."""
     variable = GMVar(0)
-    start = time.time()
+    start = time.clock()  # processor time: the machine may have other work
     for n in range(GROWTH_STEPS):
         variable[key(n)] = n
-    assert time.time() - start < 5.0
+    assert time.clock() - start < 5.0
     assert variable[key(GROWTH_STEPS // 2)] == GROWTH_STEPS // 2
 
 
