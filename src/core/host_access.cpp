@@ -78,8 +78,10 @@ Py_ssize_t saved_self_count() noexcept {
                : -1;
 }
 
-// One part of a colour; -1 with its exception when it does not convert.
+// One part of a colour; -1 with its exception when it does not convert. Another part's failure must
+// not show in the code of this one.
 std::uint32_t colour_part(PyObject* colour, Py_ssize_t i) noexcept {
+    const PendingException set_aside;
     const PyRef part = PyRef::steal(PySequence_GetItem(colour, i));
     return part ? static_cast<std::uint32_t>(PyInt_AsLong(part.get())) : UINT_MAX;
 }

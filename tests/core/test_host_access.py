@@ -5,7 +5,7 @@ import larkspur
 import pygame
 import pytest
 
-from support import leaks, native
+from support import leaks, native, pending
 from support.host import Instance, Plain, Raising
 
 OBJECT = ctypes.py_object
@@ -426,6 +426,27 @@ def test_colours_follow_the_displays_shifts(host):
 def test_colour_that_does_not_convert_gives_its_exception(host, colour, error, parts):
     with pytest.raises(error):
         COLOR(colour)
+
+
+def test_parts_that_do_not_convert_count_as_minus_one(host):
+    """And do not disturb the conversion of the others; the last failure stays pending."""
+    class Looping(object):
+        def __int__(self):
+            return sum(1 for _ in "ab")  # a loop would stop at a pending exception
+
+    def colour_of(*parts):
+        return pending.color_as_int(parts)
+
+    value, error = colour_of("x", Looping(), 3)
+    assert value == (-0x10000 + 0x0203) % 2 ** 32 and isinstance(error, TypeError)
+    value, error = colour_of(Raising(), 0, "x")
+    assert value == (-0x10000 - 1) % 2 ** 32 and isinstance(error, TypeError)
+    assert colour_of(1, Looping(), 3) == (0x010203, None)
+
+
+def test_magical_variable_as_colour_is_its_first_cell(host):
+    assert COLOR(larkspur.GMVar(0x123456)) == 0x123456
+    assert COLOR([larkspur.GMVar(1), 2, larkspur.GMVar(3)]) == 0x010203
 
 
 def test_colour_needs_a_display_only_for_its_shifts(host):

@@ -10,6 +10,8 @@ _helper.call.argtypes = (ctypes.py_object, ctypes.py_object)
 _helper.draw_view.restype = ctypes.py_object
 _helper.draw_view.argtypes = (ctypes.c_void_p, ctypes.py_object, ctypes.py_object, ctypes.py_object,
                               ctypes.c_int, ctypes.py_object)
+_helper.color_as_int.restype = ctypes.py_object
+_helper.color_as_int.argtypes = (ctypes.c_void_p, ctypes.py_object)
 
 # succeeded  whether the function returned an object at all
 # exception  what was pending afterwards, also after a success; None when nothing was
@@ -24,5 +26,13 @@ def call(function, *arguments):
 
 def draw_view(room, surface, view, drawn, before=None):
     """(status, exception) of Room_DrawView(), called while the exception `before` is pending."""
-    address = ctypes.cast(native.library.Room_DrawView, ctypes.c_void_p)
-    return _helper.draw_view(address, before, room, surface, view, drawn)
+    return _helper.draw_view(_address("Room_DrawView"), before, room, surface, view, drawn)
+
+
+def color_as_int(colour):
+    """(pixel value, exception) of color_as_int()."""
+    return _helper.color_as_int(_address("color_as_int"), colour)
+
+
+def _address(name):
+    return ctypes.cast(native.library[name], ctypes.c_void_p)

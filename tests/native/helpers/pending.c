@@ -3,6 +3,7 @@
 #include <Python.h>
 #include <stdint.h>
 
+typedef uint32_t (*ColorAsInt)(PyObject* colour);
 typedef int32_t (*DrawView)(PyObject* room, PyObject* surface, int32_t view, PyObject* drawn);
 
 /* The pending exception as a new reference, which it takes away; None when there is none. */
@@ -39,4 +40,11 @@ PyObject* draw_view(DrawView function, PyObject* before, PyObject* room, PyObjec
     const int status = function(room, surface, view, drawn);
     PyObject* exception = take_exception();
     return Py_BuildValue("(iN)", status, exception);
+}
+
+/* Calls color_as_int; (pixel value, exception). */
+PyObject* color_as_int(ColorAsInt function, PyObject* colour) {
+    const unsigned long value = function(colour);
+    PyObject* exception = take_exception();
+    return Py_BuildValue("(kN)", value, exception);
 }
