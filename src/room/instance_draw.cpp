@@ -55,9 +55,9 @@ bool check_draw_code(PyObject* code) noexcept {
     return true;
 }
 
-// Runs draw code as the instance. False with an exception.
-bool run_draw_code(PyObject* instance, PyObject* code) noexcept {
-    const SelfScope self(instance);
+// Runs draw code as the current `self`, which a scope has made the instance. False with an
+// exception.
+bool run_draw_code(const SelfScope& self, PyObject* code) noexcept {
     // With another instance as `self` the code would draw, and change, the wrong one.
     if (!self || !check_draw_code(code)) {
         return false;
@@ -127,9 +127,10 @@ bool run_draw_event(PyObject* instance) noexcept {
         write_stderr("Error setting attribute string to code.\n");
     }
     const PendingException store_failure;
-    const bool drawn = run_draw_code(instance, code.get());
+    const SelfScope self(instance);
+    const bool drawn = run_draw_code(self, code.get());
     if (!drawn) {
-        write_stderr("Code eval failed\n");
+        write_stderr("Code eval failed\n");  // before giving `self` back can have its own line
     }
     return stored && drawn;
 }
@@ -141,7 +142,8 @@ bool draw_instance(PyObject* instance) noexcept {
         return run_draw_event(instance);
     }
     if (!PyInt_CheckExact(draw.get())) {
-        return run_draw_code(instance, draw.get());
+        const SelfScope self(instance);
+        return run_draw_code(self, draw.get());
     }
     return PyInt_AS_LONG(draw.get()) == 0 ? run_draw_event(instance) : draw_sprite_of(instance);
 }

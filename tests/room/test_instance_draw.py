@@ -175,6 +175,17 @@ def test_code_that_empties_the_self_stack(host, capfd):
     assert capfd.readouterr()[1] == "Error in PyList_GetItem -1\n"
 
 
+def test_failing_code_that_empties_the_self_stack(host, capfd):
+    """Its own failure is reported before that of giving self back."""
+    instance = make_instance(py_Draw=0, object_index=object_with_draw_events(
+        "del py_self_stack[:]; 1 / 0"))
+    status, error = draw(host, instance)
+    assert status == 0 and isinstance(error, ZeroDivisionError)
+    assert capfd.readouterr()[1] == (
+        "Code eval failed\nError in PyList_GetItem -1\nError drawing instance\n"
+        "An error has occurred\n")
+
+
 def test_without_a_self_stack_no_code_runs(host, log, capfd):
     """It would run as the wrong instance."""
     host.gmapi.py_self_stack = None
