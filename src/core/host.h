@@ -8,8 +8,9 @@
 namespace larkspur {
 
 /// Module function RegisterInstancesDict(instances, type1, type2, type3): keeps the registry and
-/// the three instance types, and fetches the host's callables. Returns None; a lookup that fails
-/// leaves an empty global and its exception pending.
+/// the three instance types, and fetches the host's callables. Returns None: bad arguments go
+/// unreported and leave no registry and no types, and a lookup that fails leaves an empty global
+/// and its exception pending.
 PyObject* register_instances_dict(PyObject* module, PyObject* args) noexcept;
 
 /// Module function draw_sprite_ext(): writes its line on standard error and fails; the host draws
