@@ -90,19 +90,12 @@ def test_surface_other_than_the_display_is_drawn_on(host):
 # --- Frames per second ---------------------------------------------------------------------------
 
 CLOCKED_FRAMES = """
-import ctypes, json, types, sys
-
-class Module(types.ModuleType):
-    refuses = False
-    def __setattr__(self, name, value):
-        if self.refuses and name == "fps":
-            raise KeyError(name)
-        types.ModuleType.__setattr__(self, name, value)
-
-gmapi = sys.modules["gmapi"] = Module("gmapi")
-from support import host, native, pending, rooms
+import ctypes, json, sys
+from support import host
+gmapi = sys.modules["gmapi"] = host.RefusingModule("gmapi")
 host.install_modules()
 import larkspur, pygame
+from support import native, pending, rooms
 pygame.display.init()
 screen = pygame.display.set_mode((32, 32), 0, 32)
 larkspur.set_SDL_screen(screen)
@@ -124,9 +117,9 @@ frame("same second", 1000)
 frame("next second", 1001)
 frame("frame that fails", 1001, object())
 frame("after one of two failed", 1002)
-gmapi.refuses = True
+gmapi.refused = ("fps",)
 frame("fps refused", 1003)
-gmapi.refuses = False
+gmapi.refused = ()
 frame("refused second again", 1003)
 frame("clock set back", 5)
 frame("beyond 32 bits", 5 + 2 ** 32)
@@ -238,6 +231,17 @@ def test_failing_backgrounds_fail_the_frame(host, capfd):
     assert log == []
 
 
+def test_backgrounds_that_leave_an_exception_fail_the_frame(host, capfd):
+    """Registering succeeds though a callable is missing, and leaves that pending."""
+    log = []
+    del host.gm6.Room_Leave
+    room = HostRoom(DrawBackgrounds=larkspur.RegisterInstancesDict,
+                    drawn_objects=[Drawable(log, "a")])
+    error = failure_of(room, host.screen)
+    assert isinstance(error, AttributeError) and "Room_Leave" in str(error)
+    assert capfd.readouterr()[1] == "" and log == []
+
+
 def test_missing_background_method_fails_the_frame(host, capfd):
     error = failure_of(Plain(view_enabled=0, drawn_objects=[], tiles=[]), host.screen)
     assert isinstance(error, AttributeError) and "DrawBackgrounds" in str(error)
@@ -250,9 +254,12 @@ def test_scales_and_offset_are_reset_without_views(host):
     for scale in scales:
         scale.value = 3.5
     seen = []
-    room = HostRoom(drawn_objects=[
-        Drawable([], "a", lambda: seen.extend(scale.value for scale in scales))])
-    draw_frame(room, host.screen)
+
+    class Seeing(HostRoom):
+        def DrawBackgrounds(self, *arguments):
+            seen.extend(scale.value for scale in scales)
+
+    draw_frame(Seeing(), host.screen)
     assert seen == [1.0, 1.0]
 
 

@@ -1,6 +1,7 @@
 """Room_DrawView(): where a view is, its scale, its backgrounds, and the lines that it writes."""
 import ctypes
 import itertools
+import json
 import math
 import weakref
 
@@ -8,7 +9,7 @@ import larkspur
 import pygame
 import pytest
 
-from support import leaks, native, pending
+from support import leaks, native, pending, subprocess_python
 from support.host import Instance, ParticleSystem, Plain
 from support.pictures import assert_same_picture
 from support.rooms import (VIEW_MEMBERS, compiled, float_list, make_instance, make_room,
@@ -258,6 +259,23 @@ def test_coordinates_that_spoil_the_room_fail_the_view(host, capfd):
     capfd.readouterr()
 
 
+def test_view_current_changes_after_following(host):
+    seen = []
+
+    class Looking(object):
+        y = 0
+
+        @property
+        def x(self):
+            seen.append(room.view_current)
+            return 0
+
+    room = make_view_room(view_current=5)
+    follow_object(host, room, Looking(), view=3)
+    draw_well(host, room, 3)
+    assert seen == [5] and room.view_current == 3
+
+
 def test_view_current_is_stored_directly(host):
     room = make_view_room(view_current=0)
     for view in range(8):
@@ -330,6 +348,38 @@ def test_scale_is_there_while_backgrounds_and_objects_are_drawn(host):
     set_view(room, 0, wview=100, hview=60, wport=200, hport=30)
     draw_well(host, room, 0, [make_instance()])
     assert seen == [(2.0, 0.5, 2.0, 0.5)] * 2
+
+
+REFUSED_SCALE = """
+import json, sys
+from support import host
+gm6 = sys.modules["gm6"] = host.RefusingModule("gm6")
+host.install_modules()
+import larkspur, pygame
+from support import pending, rooms
+screen = pygame.display.set_mode((320, 240), 0, 32)
+larkspur.set_SDL_screen(screen)
+recording = host.RecordingHost(screen)
+recording.register(larkspur)
+for xport in (0, 1):
+    for refused in (("view_xscale",), ("view_yscale",), ("view_xscale", "view_yscale")):
+        gm6.__dict__.update(view_xscale="old", view_yscale="old", refused=refused)
+        room = rooms.make_view_room()
+        rooms.set_view(room, 0, xport=xport, wport=640, hport=480)
+        status, error = pending.draw_view(room, screen, 0, ())
+        print json.dumps([status, repr(error), gm6.view_xscale, gm6.view_yscale])
+"""
+
+
+def test_scale_that_can_not_be_stored_is_reported_from_there_on_but_counts_not():
+    status, out, err = subprocess_python.run(REFUSED_SCALE)
+    assert status == 0, err
+    assert [json.loads(line) for line in out.splitlines()[-6:]] == [
+        [1, "KeyError('view_%sscale',)" % last,
+         "old" if "x" in refused else scale, "old" if "y" in refused else scale]
+        for scale in (1, 2.0) for refused, last in (("x", "x"), ("y", "y"), ("xy", "y"))]
+    assert err == ("An error has occurred 638\n660\n660 a\nAn error has occurred 661\n"
+                   "An error has occurred\n") * 6
 
 
 # --- Position for rectangles ---------------------------------------------------------------------

@@ -45,6 +45,19 @@ class RaisingAttributes(Raising):
         raise ZeroDivisionError("setting " + name)
 
 
+class RefusingModule(types.ModuleType):
+    """A module on which the attributes named in `refused` can't be set. Setting one runs a loop,
+    which would stop at a pending exception."""
+    refused = ()
+
+    def __setattr__(self, name, value):
+        for _ in "ab":
+            pass
+        if name in self.refused:
+            raise KeyError(name)
+        types.ModuleType.__setattr__(self, name, value)
+
+
 class Instance(Plain):
     """A game instance of a type that instance lists take as it is."""
 
