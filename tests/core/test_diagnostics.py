@@ -55,6 +55,17 @@ def test_dump_makes_a_file_that_others_may_read(directory):
     assert stat.S_IMODE(os.stat("logfile.txt").st_mode) == 420
 
 
+def test_dump_opens_its_file_for_reading_too(directory):
+    """Else opening a pipe that nobody reads would wait for a reader."""
+    os.mkfifo("logfile.txt")
+    status, _, err = subprocess_python.run(
+        "import signal\n"
+        "from support import host, native\n"
+        "signal.alarm(20)\n"
+        "assert native.library.dump('x') == 0\n", cwd=str(directory))
+    assert status == 0, err
+
+
 def test_dump_closes_its_file(directory):
     open_files = len(os.listdir("/proc/self/fd"))
     for _ in range(50):

@@ -184,6 +184,25 @@ def test_import_leaves_missing_callables_to_registration():
     assert out.splitlines()[-2] == "True None AttributeError"
 
 
+def test_variables_begin_empty():
+    """Before a display is set, a frame is drawn and callables are registered."""
+    status, out, err = subprocess_python.run(
+        "import ctypes\n"
+        "from support import host\n"
+        "host.install_modules()\n"
+        "import larkspur\n"
+        "library = ctypes.PyDLL(larkspur.__file__)\n"
+        "print [kind.in_dll(library, name).value for kind, name in (\n"
+        "    (ctypes.c_uint32, 'COLOR_WHITE'), (ctypes.c_double, 'g_view_xscale'),\n"
+        "    (ctypes.c_double, 'g_view_yscale'), (ctypes.c_int32, 'this_second'))]\n"
+        "names = ['g_screen', 'gm6_Room_DrawView', 'gmapi_draw_sprite_ext', 'pygame_Surface',\n"
+        "         'gmapi_py_ParticleSystem', 'gmapi_py_draw_props', 'gmapi_py_self_stack',\n"
+        "         'pygame_draw_rect'] + ['gm6_' + name for name in host.ROOM_FUNCTIONS]\n"
+        "print set(ctypes.c_void_p.in_dll(library, name).value for name in names)\n")
+    assert status == 0, err
+    assert out.splitlines()[-2:] == ["[0L, 0.0, 0.0, -1]", "set([None])"]
+
+
 def test_import_keeps_its_references_to_the_host():
     """One on gm6, two on gmapi and one on its dictionary."""
     status, out, err = subprocess_python.run(
