@@ -76,12 +76,12 @@ void detach_beancounter(particle_record& particle) noexcept {
 }
 
 // The one argument of a call, borrowed; null with the parser's exception.
-PyObject* single_argument(PyObject* args, const char* format) noexcept {
+PyObject* single_argument(PyObject* args) noexcept {
     if (PyTuple_GET_SIZE(args) == 1) {
         return PyTuple_GET_ITEM(args, 0);
     }
     PyObject* object = nullptr;
-    return PyArg_ParseTuple(args, format, &object) ? object : nullptr;
+    return PyArg_ParseTuple(args, "O", &object) ? object : nullptr;
 }
 
 }  // namespace
@@ -160,7 +160,7 @@ PyObject* cparticle_new(PyObject* /*module*/, PyObject* args) noexcept {
     PyObject* type_argument = nullptr;
     float x = 0;
     float y = 0;
-    if (!PyArg_ParseTuple(args, "Off:CParticle_new", &type_argument, &x, &y)) {
+    if (!PyArg_ParseTuple(args, "Off", &type_argument, &x, &y)) {
         return nullptr;
     }
     PyRef handle = make_particle(type_argument, x, y);
@@ -186,8 +186,7 @@ PyObject* cparticle_new_size_color(PyObject* /*module*/, PyObject* args) noexcep
     float y = 0;
     float size = 0;
     int colour = 0;
-    if (!PyArg_ParseTuple(args, "Offfi:CParticle_new_size_color", &type_argument, &x, &y, &size,
-                          &colour)) {
+    if (!PyArg_ParseTuple(args, "Offfi", &type_argument, &x, &y, &size, &colour)) {
         return nullptr;
     }
     PyRef handle = make_particle(type_argument, x, y);
@@ -206,7 +205,7 @@ PyObject* cparticle_new_size_color(PyObject* /*module*/, PyObject* args) noexcep
 }
 
 PyObject* cparticle_step(PyObject* /*module*/, PyObject* args) noexcept {
-    PyObject* object = single_argument(args, "O:CParticle_step");
+    PyObject* object = single_argument(args);
     particle_record* particle =
         object != nullptr ? particle_of(object, "CParticle_step()") : nullptr;
     if (particle == nullptr) {
@@ -217,7 +216,7 @@ PyObject* cparticle_step(PyObject* /*module*/, PyObject* args) noexcept {
 }
 
 PyObject* cparticle_dec_ttl(PyObject* /*module*/, PyObject* args) noexcept {
-    PyObject* object = single_argument(args, "O:CParticle_dec_ttl");
+    PyObject* object = single_argument(args);
     particle_record* particle =
         object != nullptr ? particle_of(object, "CParticle_dec_ttl()") : nullptr;
     if (particle == nullptr) {
@@ -230,7 +229,7 @@ PyObject* cparticle_dec_ttl(PyObject* /*module*/, PyObject* args) noexcept {
 PyObject* cparticle_attach_beancounter(PyObject* /*module*/, PyObject* args) noexcept {
     PyObject* object = nullptr;
     PyObject* counter = nullptr;
-    if (!PyArg_ParseTuple(args, "OO:CParticle_attach_beancounter", &object, &counter)) {
+    if (!PyArg_ParseTuple(args, "OO", &object, &counter)) {
         return nullptr;
     }
     particle_record* particle = particle_of(object, "CParticle_attach_beancounter()");

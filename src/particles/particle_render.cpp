@@ -322,8 +322,7 @@ PyObject* cparticle_dec_ttl_and_render(PyObject* /*module*/, PyObject* args) noe
     if (PyTuple_GET_SIZE(args) == 3 && plain_int(PyTuple_GET_ITEM(args, 1), x_offset) &&
         plain_int(PyTuple_GET_ITEM(args, 2), y_offset)) {
         object = PyTuple_GET_ITEM(args, 0);
-    } else if (!PyArg_ParseTuple(args, "Oii:CParticle_dec_ttl_and_render", &object, &x_offset,
-                                 &y_offset)) {
+    } else if (!PyArg_ParseTuple(args, "Oii", &object, &x_offset, &y_offset)) {
         return nullptr;
     }
     particle_record* particle = particle_of(object, kFunction);

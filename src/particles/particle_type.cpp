@@ -99,7 +99,7 @@ PyObject* part_type_create(PyObject* /*module*/, PyObject* /*args*/) noexcept {
 PyObject* part_type_shape(PyObject* /*module*/, PyObject* args) noexcept {
     PyObject* handle = nullptr;
     PyObject* surface = nullptr;
-    if (!PyArg_ParseTuple(args, "OO:part_type_shape", &handle, &surface)) {
+    if (!PyArg_ParseTuple(args, "OO", &handle, &surface)) {
         return nullptr;
     }
     PyTypeObject* surface_type = pygame_surface_type("part_type_shape()");
@@ -126,8 +126,7 @@ PyObject* part_type_size(PyObject* /*module*/, PyObject* args) noexcept {
     float max = 0;
     float incr = 0;
     float wiggle = 0;
-    particle_type_record* type =
-        parse_setting(args, "Offff:part_type_size", &min, &max, &incr, &wiggle);
+    particle_type_record* type = parse_setting(args, "Offff", &min, &max, &incr, &wiggle);
     if (type == nullptr) {
         return nullptr;
     }
@@ -142,7 +141,7 @@ PyObject* part_type_size(PyObject* /*module*/, PyObject* args) noexcept {
 PyObject* part_type_scale(PyObject* /*module*/, PyObject* args) noexcept {
     float xscale = 0;
     float yscale = 0;
-    particle_type_record* type = parse_setting(args, "Off:part_type_scale", &xscale, &yscale);
+    particle_type_record* type = parse_setting(args, "Off", &xscale, &yscale);
     if (type == nullptr) {
         return nullptr;
     }
@@ -158,7 +157,7 @@ PyObject* part_type_orientation(PyObject* /*module*/, PyObject* args) noexcept {
     float wiggle = 0;
     float relative = 0;
     particle_type_record* type =
-        parse_setting(args, "Offfff:part_type_orientation", &min, &max, &incr, &wiggle, &relative);
+        parse_setting(args, "Offfff", &min, &max, &incr, &wiggle, &relative);
     if (type == nullptr) {
         return nullptr;
     }
@@ -173,7 +172,7 @@ PyObject* part_type_orientation(PyObject* /*module*/, PyObject* args) noexcept {
 PyObject* part_type_life(PyObject* /*module*/, PyObject* args) noexcept {
     float min = 0;
     float max = 0;
-    particle_type_record* type = parse_setting(args, "Off:part_type_life", &min, &max);
+    particle_type_record* type = parse_setting(args, "Off", &min, &max);
     if (type == nullptr) {
         return nullptr;
     }
@@ -188,7 +187,7 @@ PyObject* part_type_life(PyObject* /*module*/, PyObject* args) noexcept {
 PyObject* part_type_gravity(PyObject* /*module*/, PyObject* args) noexcept {
     float amount = 0;
     float direction = 0;
-    particle_type_record* type = parse_setting(args, "Off:part_type_gravity", &amount, &direction);
+    particle_type_record* type = parse_setting(args, "Off", &amount, &direction);
     if (type == nullptr) {
         return nullptr;
     }
@@ -202,8 +201,7 @@ PyObject* part_type_direction(PyObject* /*module*/, PyObject* args) noexcept {
     float max = 0;
     float incr = 0;
     float wiggle = 0;
-    particle_type_record* type =
-        parse_setting(args, "Offff:part_type_direction", &min, &max, &incr, &wiggle);
+    particle_type_record* type = parse_setting(args, "Offff", &min, &max, &incr, &wiggle);
     if (type == nullptr) {
         return nullptr;
     }
@@ -219,8 +217,7 @@ PyObject* part_type_color3(PyObject* /*module*/, PyObject* args) noexcept {
     int colour1 = 0;
     int colour2 = 0;
     int colour3 = 0;
-    particle_type_record* type =
-        parse_setting(args, "Oiii:part_type_color3", &colour1, &colour2, &colour3);
+    particle_type_record* type = parse_setting(args, "Oiii", &colour1, &colour2, &colour3);
     if (type == nullptr) {
         return nullptr;
     }
@@ -232,7 +229,7 @@ PyObject* part_type_color3(PyObject* /*module*/, PyObject* args) noexcept {
 
 PyObject* part_type_blend(PyObject* /*module*/, PyObject* args) noexcept {
     float blend = 0;
-    particle_type_record* type = parse_setting(args, "Of:part_type_blend", &blend);
+    particle_type_record* type = parse_setting(args, "Of", &blend);
     if (type == nullptr) {
         return nullptr;
     }
@@ -244,7 +241,7 @@ PyObject* part_type_alpha3(PyObject* /*module*/, PyObject* args) noexcept {
     float start = 0;
     float half = 0;
     float end = 0;
-    particle_type_record* type = parse_setting(args, "Offf:part_type_alpha3", &start, &half, &end);
+    particle_type_record* type = parse_setting(args, "Offf", &start, &half, &end);
     if (type == nullptr) {
         return nullptr;
     }
@@ -257,7 +254,7 @@ PyObject* part_type_alpha3(PyObject* /*module*/, PyObject* args) noexcept {
 PyObject* part_type_alpha2(PyObject* /*module*/, PyObject* args) noexcept {
     float start = 0;
     float end = 0;
-    particle_type_record* type = parse_setting(args, "Off:part_type_alpha2", &start, &end);
+    particle_type_record* type = parse_setting(args, "Off", &start, &end);
     if (type == nullptr) {
         return nullptr;
     }
@@ -273,7 +270,7 @@ PyObject* part_type_speed(PyObject* /*module*/, PyObject* args) noexcept {
     float max = 0;
     float incr = 0;
     float wiggle = 0;
-    if (!PyArg_ParseTuple(args, "Offff:part_type_speed", &object, &min, &max, &incr, &wiggle)) {
+    if (!PyArg_ParseTuple(args, "Offff", &object, &min, &max, &incr, &wiggle)) {
         return nullptr;
     }
     particle_type_record* type = particle_type_from_handle(object);
@@ -295,8 +292,7 @@ PyObject* part_type_sprite(PyObject* /*module*/, PyObject* args) noexcept {
     float animate = 0;
     float stretch = 0;
     float random = 0;
-    if (!PyArg_ParseTuple(args, "OOfff:part_type_sprite", &object, &sprite, &animate, &stretch,
-                          &random)) {
+    if (!PyArg_ParseTuple(args, "OOfff", &object, &sprite, &animate, &stretch, &random)) {
         return nullptr;
     }
     particle_type_record* type = particle_type_from_handle(object);
@@ -316,7 +312,7 @@ PyObject* part_type_sprite(PyObject* /*module*/, PyObject* args) noexcept {
 }
 
 PyObject* cparticle_type_cache_clear(PyObject* /*module*/, PyObject* args) noexcept {
-    const particle_type_record* type = parse_setting(args, "O:CParticle_type_cache_clear");
+    const particle_type_record* type = parse_setting(args, "O");
     if (type == nullptr) {
         return nullptr;
     }

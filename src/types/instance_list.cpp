@@ -170,7 +170,7 @@ PyObject* remove(PyObject* self, PyObject* argument) noexcept {
 PyObject* insert(PyObject* self, PyObject* args) noexcept {
     int i = 0;
     PyObject* argument = nullptr;
-    if (!PyArg_ParseTuple(args, "iO:insert", &i, &argument)) {
+    if (!PyArg_ParseTuple(args, "iO", &i, &argument)) {
         return nullptr;
     }
     const Conversion conversion = convert(argument, "insert()");

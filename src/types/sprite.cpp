@@ -152,7 +152,7 @@ PyObject* sprite_from_surface(PyObject* /*module*/, PyObject* args) noexcept {
     constexpr const char* kFunction = "GMSprite_from_surface()";
     PyObject* surface_object = nullptr;
     PyObject* name = nullptr;
-    if (!PyArg_ParseTuple(args, "O|O:GMSprite_from_surface", &surface_object, &name)) {
+    if (!PyArg_ParseTuple(args, "O|O", &surface_object, &name)) {
         return nullptr;
     }
     PyRef self = PyRef::steal(sprite_new(&sprite_type, nullptr, nullptr));
