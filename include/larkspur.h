@@ -235,7 +235,8 @@ LARKSPUR_EXPORT uint32_t blend(uint32_t a, uint32_t b, int weight);
 /* blend() of two colours by the fraction t: 1 gives a, 0 gives b. Weight trunc(256 * t). */
 LARKSPUR_EXPORT uint32_t interpolate_unformatted(uint32_t a, uint32_t b, float t);
 
-/* The pixel value of blend(a, b, trunc(255 * t)), both being GM colours: t = 1 keeps 1/256 of b. */
+/* The pixel value of blend(a, b, trunc(255 * t)), both being GM colours: t = 1 keeps 1/256 of b.
+ * The product 255 * t is rounded to single precision. */
 LARKSPUR_EXPORT uint32_t interpolate_fmt(uint32_t a, uint32_t b, float t,
                                          const struct SDL_PixelFormat* format);
 

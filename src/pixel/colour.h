@@ -58,9 +58,10 @@ inline std::uint32_t color_for_format(std::uint32_t colour, const SDL_PixelForma
 }
 
 /// The weight of the first colour at fraction t of a gradient. The constant is 255 and not the
-/// other interpolation's 256: t = 1 keeps 1/256 of the second colour.
+/// other interpolation's 256: t = 1 keeps 1/256 of the second colour. The product is a single
+/// float, as all numbers of gradients are; that shows for t above 1 alone.
 inline int gradient_weight(float t) {
-    return truncate_to_int32(255.0 * static_cast<double>(t));
+    return truncate_to_int32(255.0F * t);
 }
 
 /// The pixel value of blend(a, b, gradient_weight(t)), a and b being GM colours.

@@ -78,9 +78,24 @@ def test_interpolations_follow_the_weight(t):
             model.blend(a, b, int(255 * t)), (0xFF0000, 0xFF00, 0xFF, 0))
 
 
+def test_weight_of_a_formatted_interpolation_is_a_single_float():
+    # 255 t is 257 - 2^-23, which a double holds and a single float rounds to 257. Between 0 and 1
+    # no fraction comes that close below a whole weight.
+    t = (257 * 2 ** 23 - 1) / 255 / 2.0 ** 23
+    assert ctypes.c_float(t).value == t and int(255 * t) == 256
+    surface = surface_of(1, 1)
+    form = format_of(surface)
+    # Of the second colour -1/256 is taken: 1 * -1 wraps to 0xFFFFFFFF, its low byte spills.
+    assert interpolate_fmt(0, 1, t, form) == 0xFFFFFF
+    assert interpolate_fmt(0, 1, 257 / 255.0 - 1e-6, form) == 0
+
+
 @pytest.mark.parametrize("t", [float("nan"), float("inf"), float("-inf"), 1e30, -1e30])
 def test_a_fraction_that_fits_no_integer_is_the_smallest_one(t):
-    assert interpolate_unformatted(0x0F, 0xF1, t) == model.blend(0x0F, 0xF1, -2 ** 31)
+    smallest = model.blend(0x0F, 0xF1, -2 ** 31)
+    surface = surface_of(1, 1, (0xFF, 0xFF00, 0xFF0000, 0))  # a GM colour is its own pixel value
+    assert interpolate_unformatted(0x0F, 0xF1, t) == smallest
+    assert interpolate_fmt(0x0F, 0xF1, t, format_of(surface)) == smallest
 
 
 @pytest.mark.parametrize("masks", ALL_MASKS)
