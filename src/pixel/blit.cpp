@@ -1,10 +1,12 @@
+#include "core/python.h"
+
 #include "pixel/blit.h"
 
 #include <SDL_imageFilter.h>
 
 #include <algorithm>
-#include <cstdio>
 
+#include "core/diagnostics.h"
 #include "core/exports.h"
 #include "core/surface.h"
 #include "pixel/alpha_blit.h"
@@ -71,7 +73,7 @@ void flagged_blit(SDL_Surface* source, SDL_Surface* target, SDL_Rect* rect, int 
         return;
     }
     if (blend_mode_flatten(mode) == 0) {
-        std::printf("Error: Unexpected additive blend mode %d\n", mode);
+        write_stdout("Error: Unexpected additive blend mode %d\n", mode);
         SDL_UpperBlit(source, nullptr, target, rect);
         return;
     }
