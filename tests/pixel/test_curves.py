@@ -17,8 +17,8 @@ tint_of_particle = native.function("DesiredTint_part_gm", ctypes.c_uint32,
 
 NAN, INFINITE = float("nan"), float("inf")
 
-# Two alphas and a life fraction whose alpha times 255 lies so close below a whole number that double
-# precision rounds it up to that.
+# Two alphas and a life fraction whose alpha times 255 lies so close below a whole number that
+# double precision rounds it up to that.
 DOUBLE_ROUNDS_UP = (966536256.0, 696358016.0, 0.9729098677635193)
 
 

@@ -154,7 +154,8 @@ def test_translucent_rectangle_in_a_view(host, own_screen, display, arguments, r
         x1, y1, x2, y2 = [
             int(round(float(gradient_model.single(number)) * scale))  # halves away from zero
             for number, scale in zip(rectangle, (xscale, yscale) * 2)]
-        gradient_model.fill_translucent(picture, x1, y1, x2, y2, colour, gradient_model.truncated(alpha * 255.0))
+        gradient_model.fill_translucent(picture, x1, y1, x2, y2, colour,
+                                        gradient_model.truncated(alpha * 255.0))
 
     def call(surface):
         own_screen(surface)

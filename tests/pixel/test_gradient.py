@@ -128,7 +128,7 @@ def test_vcv_scales_its_shares_by_255():
 def test_painted_pixels_lose_their_top_byte():
     surface = surface_of(WIDTH, HEIGHT, ARGB)
     before = words(surface)
-    assert (before >> 24).all() or (before >> 24).any()
+    assert (before[:-1, :-1] >> 24).any()
     larkspur.fast_draw_gradient_v(surface, 0, 0, WIDTH, HEIGHT, 0xFFFFFF, 0, 100)
     after = words(surface)
     assert not (after[:-1, :-1] >> 24).any()
