@@ -156,15 +156,16 @@ void draw_gradient_outline(const SDL_Surface& surface, const Corners& corners, s
     const int x2 = std::min(corners.x2, surface.w - 1);
     const int y2 = std::min(corners.y2, surface.h - 1);
     const std::int64_t edge = std::int64_t{x2} - corners.x1;
-    draw_span(surface, corners.x1, corners.y1, edge, color_for_format(top, surface.format));
-    draw_span(surface, corners.x1, y2, edge, color_for_format(bottom, surface.format));
+    draw_span(surface, corners.x1, corners.y1, edge, pixel::color_for_format(top, surface.format));
+    draw_span(surface, corners.x1, y2, edge, pixel::color_for_format(bottom, surface.format));
     Fraction fraction(height_of(corners));
     for (int above = corners.y1; above < y2; ++above) {
         std::int32_t weight = 0;
         fraction.take(&weight, 1);
-        const std::uint32_t pixel = color_for_format(blend(top, bottom, weight), surface.format);
-        draw_span(surface, corners.x1, above + 1, 1, pixel);
-        draw_span(surface, x2, above + 1, 1, pixel);
+        const std::uint32_t side =
+            pixel::color_for_format(blend(top, bottom, weight), surface.format);
+        draw_span(surface, corners.x1, above + 1, 1, side);
+        draw_span(surface, x2, above + 1, 1, side);
     }
 }
 
