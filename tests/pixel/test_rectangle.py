@@ -241,8 +241,9 @@ def test_other_gradients_only_print(screen, capfd):
                 "Horizontal gradient, complex gradient, or no gradient. %s\n" % numbers
 
 
-ALPHAS = (0.0, 0.1, 0.25, 0.5, 0.996, 1 - 2.0 ** -24, 1.0, 1.002, 1.5, 2.0, -0.5, -3.0, 1e9, 1e30,
-          float("inf"), float("-inf"), float("nan"))
+# The eighth comes to 257 - 2^-23, which a single float rounds to 257.
+ALPHAS = (0.0, 0.1, 0.25, 0.5, 0.996, 1 - 2.0 ** -24, 1.0, (257 * 2 ** 23 - 1) / 255 / 2.0 ** 23,
+          1.002, 1.5, 2.0, -0.5, -3.0, 1e9, 1e30, float("inf"), float("-inf"), float("nan"))
 
 
 @pytest.mark.parametrize("kind", sorted(KINDS))
