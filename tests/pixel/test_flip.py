@@ -9,9 +9,10 @@ import pytest
 
 from models import pixel_model as model
 from support import leaks, native
+from support.guarded import GuardedMemory
 from support.pictures import assert_same_words, words
 from support.surfaces import (ALL_MASKS, ARGB, XRGB, ForeignSurface, assert_same_bytes, buffer_of,
-                              encoded_surface, free_surface, printed, surface_of)
+                              create_surface_from, encoded_surface, free_surface, printed, surface_of)
 
 RULES = {
     "flip_v": model.upside_down,
@@ -159,6 +160,20 @@ def test_foreign_memory_is_read_up_to_its_last_pixel(name, padding, offset):
     assert_same_words(actual, RULES[name](pixels), name)
     assert_same_bytes(surface.memory, before)
     free_surface(address)
+
+
+def test_flip_v_reads_no_padding_behind_the_last_row():
+    memory = GuardedMemory(2 * 8 + 5)  # ends with the last pixel; reading on ends the process
+    memory.bytes[...] = numpy.arange(1, 22)
+    source = create_surface_from(memory.address, 5, 3, 8, 8, 0, 0, 0, 0)
+    address = NATIVE["flip_v"](source)
+    copy = native.Surface.from_address(address)
+    assert copy.pitch == 8
+    rows = bytearray(ctypes.string_at(copy.pixels, 24))
+    assert list(rows) == range(17, 22) + [0] * 3 + range(9, 17) + range(1, 9)
+    free_surface(address)
+    free_surface(source)
+    memory.free()
 
 
 # ---- the blank copy
