@@ -1,6 +1,7 @@
 #include "particles/particle_type.h"
 
 #include <cstdint>
+#include <tuple>
 #include <utility>
 
 #include "core/convert.h"
@@ -23,22 +24,37 @@ std::int32_t initial_colour() noexcept {
     return static_cast<std::int32_t>(known ? white : kWhiteWithoutDisplay);
 }
 
-// Parses a type handle and the numbers behind it. Null for arguments that do not parse, with the
-// parser's exception, and for what is no particle type, without one.
-template <typename... Number>
-particle_type_record* parse_setting(PyObject* args, const char* format,
-                                    Number*... numbers) noexcept {
-    PyObject* handle = nullptr;
-    if (!PyArg_ParseTuple(args, format, &handle, numbers...)) {
-        return nullptr;
-    }
-    return particle_type_from_handle(handle);
-}
-
 void raise_no_particle_type(const char* function, PyObject* object) noexcept {
     PyErr_Format(PyExc_TypeError,
                  "%s needs a particle type, got %.200s; pass what part_type_create() returned",
                  function, Py_TYPE(object)->tp_name);
+}
+
+// Carries out a call that changes a particle type: parses the handle and the numbers behind it, and
+// has `store` put them into the record. Null for arguments that do not parse, with the parser's
+// exception, and for what is no particle type: without one, or, for a function that gives its name
+// as `complain_as`, with TypeError.
+template <typename... Number>
+PyObject* change_type(PyObject* args, const char* format,
+                      void (*store)(particle_type_record& type, Number... numbers),
+                      const char* complain_as = nullptr) noexcept {
+    PyObject* object = nullptr;
+    std::tuple<Number...> numbers;
+    const bool parsed = std::apply(
+        [&](auto&... number) { return PyArg_ParseTuple(args, format, &object, &number...) != 0; },
+        numbers);
+    if (!parsed) {
+        return nullptr;
+    }
+    particle_type_record* type = particle_type_from_handle(object);
+    if (type == nullptr) {
+        if (complain_as != nullptr) {
+            raise_no_particle_type(complain_as, object);
+        }
+        return nullptr;
+    }
+    std::apply([&](auto... number) { store(*type, number...); }, numbers);
+    return new_none();
 }
 
 }  // namespace
@@ -122,168 +138,111 @@ PyObject* part_type_shape(PyObject* /*module*/, PyObject* args) noexcept {
 }
 
 PyObject* part_type_size(PyObject* /*module*/, PyObject* args) noexcept {
-    float min = 0;
-    float max = 0;
-    float incr = 0;
-    float wiggle = 0;
-    particle_type_record* type = parse_setting(args, "Offff", &min, &max, &incr, &wiggle);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    type->size_min = min;
-    type->size_max = max;
-    type->size_range = max - min;
-    type->size_incr = incr * type->size_range;
-    type->size_wiggle = wiggle * type->size_range;
-    return new_none();
+    const auto store =
+        +[](particle_type_record& type, float min, float max, float incr, float wiggle) {
+            type.size_min = min;
+            type.size_max = max;
+            type.size_range = max - min;
+            type.size_incr = incr * type.size_range;
+            type.size_wiggle = wiggle * type.size_range;
+        };
+    return change_type(args, "Offff", store);
 }
 
 PyObject* part_type_scale(PyObject* /*module*/, PyObject* args) noexcept {
-    float xscale = 0;
-    float yscale = 0;
-    particle_type_record* type = parse_setting(args, "Off", &xscale, &yscale);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    type->xscale = xscale;
-    type->yscale = yscale;
-    return new_none();
+    const auto store = +[](particle_type_record& type, float xscale, float yscale) {
+        type.xscale = xscale;
+        type.yscale = yscale;
+    };
+    return change_type(args, "Off", store);
 }
 
 PyObject* part_type_orientation(PyObject* /*module*/, PyObject* args) noexcept {
-    float min = 0;
-    float max = 0;
-    float incr = 0;
-    float wiggle = 0;
-    float relative = 0;
-    particle_type_record* type =
-        parse_setting(args, "Offfff", &min, &max, &incr, &wiggle, &relative);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    type->orient_min = min;
-    type->orient_max = max;
-    type->orient_incr = incr;
-    type->orient_wiggle = wiggle;
-    type->orient_relative = static_cast<float>(truncate_to_int32(relative));
-    return new_none();
+    const auto store = +[](particle_type_record& type, float min, float max, float incr,
+                           float wiggle, float relative) {
+        type.orient_min = min;
+        type.orient_max = max;
+        type.orient_incr = incr;
+        type.orient_wiggle = wiggle;
+        type.orient_relative = static_cast<float>(truncate_to_int32(relative));
+    };
+    return change_type(args, "Offfff", store);
 }
 
 PyObject* part_type_life(PyObject* /*module*/, PyObject* args) noexcept {
-    float min = 0;
-    float max = 0;
-    particle_type_record* type = parse_setting(args, "Off", &min, &max);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    type->life_min = truncate_to_int32(min);
-    type->life_max = truncate_to_int32(max);
-    // The difference of two extreme lives wraps.
-    type->life_range = static_cast<std::int32_t>(static_cast<std::uint32_t>(type->life_max) -
-                                                 static_cast<std::uint32_t>(type->life_min));
-    return new_none();
+    const auto store = +[](particle_type_record& type, float min, float max) {
+        type.life_min = truncate_to_int32(min);
+        type.life_max = truncate_to_int32(max);
+        // The difference of two extreme lives wraps.
+        type.life_range = static_cast<std::int32_t>(static_cast<std::uint32_t>(type.life_max) -
+                                                    static_cast<std::uint32_t>(type.life_min));
+    };
+    return change_type(args, "Off", store);
 }
 
 PyObject* part_type_gravity(PyObject* /*module*/, PyObject* args) noexcept {
-    float amount = 0;
-    float direction = 0;
-    particle_type_record* type = parse_setting(args, "Off", &amount, &direction);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    type->gravity_amount = amount;
-    type->gravity_dir = direction;
-    return new_none();
+    const auto store = +[](particle_type_record& type, float amount, float direction) {
+        type.gravity_amount = amount;
+        type.gravity_dir = direction;
+    };
+    return change_type(args, "Off", store);
 }
 
 PyObject* part_type_direction(PyObject* /*module*/, PyObject* args) noexcept {
-    float min = 0;
-    float max = 0;
-    float incr = 0;
-    float wiggle = 0;
-    particle_type_record* type = parse_setting(args, "Offff", &min, &max, &incr, &wiggle);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    type->dir_min = min;
-    type->dir_max = max;
-    type->dir_range = max - min;
-    type->dir_incr = incr;
-    type->dir_wiggle = wiggle;
-    return new_none();
+    const auto store =
+        +[](particle_type_record& type, float min, float max, float incr, float wiggle) {
+            type.dir_min = min;
+            type.dir_max = max;
+            type.dir_range = max - min;
+            type.dir_incr = incr;
+            type.dir_wiggle = wiggle;
+        };
+    return change_type(args, "Offff", store);
 }
 
 PyObject* part_type_color3(PyObject* /*module*/, PyObject* args) noexcept {
-    int colour1 = 0;
-    int colour2 = 0;
-    int colour3 = 0;
-    particle_type_record* type = parse_setting(args, "Oiii", &colour1, &colour2, &colour3);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    type->color1 = colour1;
-    type->color2 = colour2;
-    type->color3 = colour3;
-    return new_none();
+    const auto store = +[](particle_type_record& type, int colour1, int colour2, int colour3) {
+        type.color1 = colour1;
+        type.color2 = colour2;
+        type.color3 = colour3;
+    };
+    return change_type(args, "Oiii", store);
 }
 
 PyObject* part_type_blend(PyObject* /*module*/, PyObject* args) noexcept {
-    float blend = 0;
-    particle_type_record* type = parse_setting(args, "Of", &blend);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    type->blend = truncate_to_int32(blend);
-    return new_none();
+    const auto store =
+        +[](particle_type_record& type, float blend) { type.blend = truncate_to_int32(blend); };
+    return change_type(args, "Of", store);
 }
 
 PyObject* part_type_alpha3(PyObject* /*module*/, PyObject* args) noexcept {
-    float start = 0;
-    float half = 0;
-    float end = 0;
-    particle_type_record* type = parse_setting(args, "Offf", &start, &half, &end);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    type->alpha_start = start;
-    type->alpha_half = half;
-    type->alpha_end = end;
-    return new_none();
+    const auto store = +[](particle_type_record& type, float start, float half, float end) {
+        type.alpha_start = start;
+        type.alpha_half = half;
+        type.alpha_end = end;
+    };
+    return change_type(args, "Offf", store);
 }
 
 PyObject* part_type_alpha2(PyObject* /*module*/, PyObject* args) noexcept {
-    float start = 0;
-    float end = 0;
-    particle_type_record* type = parse_setting(args, "Off", &start, &end);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    type->alpha_start = start;
-    type->alpha_end = end;
-    type->alpha_half = (start + end) * 0.5F;
-    return new_none();
+    const auto store = +[](particle_type_record& type, float start, float end) {
+        type.alpha_start = start;
+        type.alpha_end = end;
+        type.alpha_half = (start + end) * 0.5F;
+    };
+    return change_type(args, "Off", store);
 }
 
 PyObject* part_type_speed(PyObject* /*module*/, PyObject* args) noexcept {
-    PyObject* object = nullptr;
-    float min = 0;
-    float max = 0;
-    float incr = 0;
-    float wiggle = 0;
-    if (!PyArg_ParseTuple(args, "Offff", &object, &min, &max, &incr, &wiggle)) {
-        return nullptr;
-    }
-    particle_type_record* type = particle_type_from_handle(object);
-    if (type == nullptr) {
-        raise_no_particle_type("part_type_speed()", object);
-        return nullptr;
-    }
-    type->speed_min = min;
-    type->speed_max = max;
-    type->speed_range = max - min;
-    type->speed_incr = incr;
-    type->speed_wiggle = wiggle;
-    return new_none();
+    const auto store =
+        +[](particle_type_record& type, float min, float max, float incr, float wiggle) {
+            type.speed_min = min;
+            type.speed_max = max;
+            type.speed_range = max - min;
+            type.speed_incr = incr;
+            type.speed_wiggle = wiggle;
+        };
+    return change_type(args, "Offff", store, "part_type_speed()");
 }
 
 PyObject* part_type_sprite(PyObject* /*module*/, PyObject* args) noexcept {
@@ -312,14 +271,12 @@ PyObject* part_type_sprite(PyObject* /*module*/, PyObject* args) noexcept {
 }
 
 PyObject* cparticle_type_cache_clear(PyObject* /*module*/, PyObject* args) noexcept {
-    const particle_type_record* type = parse_setting(args, "O");
-    if (type == nullptr) {
-        return nullptr;
-    }
-    // A Surface's weak reference may run code that drops the type.
-    const PyRef cache = PyRef::borrow(type->cache);
-    PyDict_Clear(cache.get());
-    return new_none();
+    const auto clear = +[](particle_type_record& type) {
+        // A Surface's weak reference may run code that drops the type.
+        const PyRef cache = PyRef::borrow(type.cache);
+        PyDict_Clear(cache.get());
+    };
+    return change_type(args, "O", clear);
 }
 
 }  // namespace larkspur
