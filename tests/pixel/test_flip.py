@@ -12,7 +12,8 @@ from support import leaks, native
 from support.guarded import GuardedMemory
 from support.pictures import assert_same_words, words
 from support.surfaces import (ALL_MASKS, ARGB, XRGB, ForeignSurface, assert_same_bytes, buffer_of,
-                              create_surface_from, encoded_surface, free_surface, printed, surface_of)
+                              create_surface_from, encoded_surface, free_surface, printed,
+                              surface_of)
 
 RULES = {
     "flip_v": model.upside_down,
