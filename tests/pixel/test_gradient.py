@@ -97,6 +97,14 @@ def test_opaque_constant_wraps_every_weight_to_zero():
     assert not words(surface)[:9, :9].any()
 
 
+def test_constants_are_added_without_a_limit():
+    # Shares from the last layer down: 1.75, weight 448 - 256; then 0.25 * -0.75, weight -48 + 256.
+    surface = pygame.Surface((3, 3), 0, 32, XRGB)
+    larkspur.fast_draw_gradients_vcvvc(surface, 0, 0, 1, 1, 0, 0, 0.0, 0xFFFFFF, 0.25, 0, 0, 0.0,
+                                       0, 0, 0.0, 0xFFFFFF, 1.75)
+    assert words(surface)[0, 0] == (255 * 192 // 256 + 255 * 208 // 256) * 0x10101
+
+
 @pytest.mark.parametrize("letters", ["vc", "vv", "vcvvc"])
 def test_no_opacity_at_all_turns_the_rectangle_black(letters):
     surface = surface_of(WIDTH, HEIGHT)

@@ -136,6 +136,16 @@ def test_a_size_that_sdl_refuses():
         larkspur.rotoscale(surface, 1e4, 1.0, 0.0)
 
 
+def test_a_size_at_the_end_of_the_integers_is_refused():
+    # 32767 * 65538 is 2^31 - 2: with the two spare rows of SDL_gfx it would wrap to a negative one.
+    surface = pygame.Surface((1, 32767), 0, 32)
+    with pytest.raises(SystemError):
+        larkspur.scale(surface, 1.0, 65538.0)
+    with pytest.raises(pygame.error) as raised:
+        larkspur.rotoscale(surface, 1.0, 65538.0, 0.0)
+    assert str(raised.value) == "Width or height is too large"
+
+
 # ---- both
 
 CALLS = {
