@@ -278,20 +278,22 @@ int compare_values(PyObject* a, PyObject* b) noexcept {
 }
 
 int gmvar_compare(PyObject* left, PyObject* right) noexcept {
-    const PyRef a = value_of(left);
-    const PyRef b = value_of(right);
     const ValueCall call;
     if (!call) {
         return -1;
     }
+    if (is_gmvar(unwrap(left))) {
+        // The inner variable compares in its turn. No Python code runs before its value is held.
+        return gmvar_compare(unwrap(left), unwrap(right));
+    }
+    const PyRef a = value_of(left);
+    const PyRef b = value_of(right);
     const int order = compare_values(a.get(), b.get());
     // Each comparison costs both values one reference that nobody took. Where a variable holds a
     // variable only the innermost comparison does it: one that holds itself would lose all it has.
-    if (!is_gmvar(a.get()) && !is_gmvar(b.get())) {
-        const Py_ssize_t held = a.get() == b.get() ? 2 : 1;
-        release_unowned(a.get(), held);
-        release_unowned(b.get(), held);
-    }
+    const Py_ssize_t held = a.get() == b.get() ? 2 : 1;
+    release_unowned(a.get(), held);
+    release_unowned(b.get(), held);
     return order;
 }
 
