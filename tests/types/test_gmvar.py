@@ -556,6 +556,16 @@ def test_the_last_reference_is_never_given_away():
     assert y == 2.5
 
 
+def test_the_last_reference_of_a_value_compared_with_itself_is_not_given_away():
+    value = Plain()
+    alive = weakref.ref(value)
+    x, y = GMVar(value), GMVar(value)
+    del value
+    cmp(x, y)
+    assert alive() is not None
+    lend_references(x[0], 1)  # for the second of its two owners
+
+
 # Attributes, calls, text.
 
 def test_attributes_are_those_of_the_value():

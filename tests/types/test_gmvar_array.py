@@ -62,6 +62,30 @@ def test_reading_a_cell_by_two_indices_stores_the_zero_it_reads():
     assert size(variable) == (2, 2)
 
 
+def test_a_key_that_is_number_and_sequence_is_a_number():
+    class Both(object):
+        def __int__(self):
+            return 1
+
+        def __getitem__(self, i):
+            return 2
+    variable = GMVar("a")
+    variable[Both()] = "b"
+    assert size(variable) == (2, 1)
+    assert variable[Both()] == "b"
+
+
+def test_a_variables_value_is_taken_before_the_key_is_read():
+    class Key(object):
+        def __int__(self):
+            source[0] = "later"
+            return 1
+    for key in (Key(), (Key(), 0), (0, Key())):
+        source, variable = GMVar("first"), GMVar(0)
+        variable[key] = source
+        assert source == "later" and native(variable).items[1] == id("first")
+
+
 KEYS = [1, 1L, True, 1.9, GMVar(1), GMVar(1.9)]
 
 
