@@ -11,6 +11,7 @@ import weakref
 import larkspur
 import pytest
 from models.instance_list_model import ModelList
+from support import records
 from support.host import Instance, ParticleSystem, Plain
 from support.leaks import assert_counts_unchanged, count_changes, lend_references, object_growth
 
@@ -74,12 +75,12 @@ def test_type_cannot_be_subclassed():
         type("Derived", (larkspur.InstanceList,), {})
 
 
-@pytest.mark.parametrize("name, doc", [
-    ("append", "Add an instance"), ("remove", "Remove an instance."),
-    ("insert", "Insert an instance into the list."), ("__reduce__", None),
-    ("__setstate__", None)])
-def test_method_docs(name, doc):
-    assert vars(larkspur.InstanceList)[name].__doc__ == doc
+def test_methods_in_order():
+    rows = records.method_table(larkspur.InstanceList)
+    assert [(row.name, row.doc) for row in rows] == [
+        ("append", "Add an instance"), ("remove", "Remove an instance."),
+        ("insert", "Insert an instance into the list."), ("__reduce__", None),
+        ("__setstate__", None)]
 
 
 def test_lists_cannot_be_hashed():
