@@ -232,8 +232,7 @@ PyMappingMethods instance_list_mapping = {nullptr, nullptr, assign_subscript};
 
 PyTypeObject make_instance_list_type() noexcept {
     PyTypeObject type = make_type("larkspur.InstanceList", "InstanceList", sizeof(PyListObject));
-    type.tp_flags |= Py_TPFLAGS_HAVE_GC;
-    type.tp_new = nullptr;  // inherited, as all slots that are not set
+    type.tp_new = nullptr;  // inherited, as garbage collection and all slots that are not set
     type.tp_as_sequence = &instance_list_sequence;
     type.tp_as_mapping = &instance_list_mapping;
     type.tp_methods = instance_list_methods;
@@ -247,10 +246,6 @@ PyTypeObject instance_list_type = make_instance_list_type();
 void prepare_instance_list_type() noexcept {
     Py_INCREF(&PyList_Type);
     instance_list_type.tp_base = &PyList_Type;
-    // A garbage-collected type does not inherit these three.
-    instance_list_type.tp_traverse = PyList_Type.tp_traverse;  // from the last item to the first
-    instance_list_type.tp_clear = PyList_Type.tp_clear;
-    instance_list_type.tp_dealloc = PyList_Type.tp_dealloc;
 }
 
 }  // namespace larkspur

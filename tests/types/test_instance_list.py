@@ -70,6 +70,15 @@ def test_type_is_a_list_with_a_lists_storage():
     assert isinstance(new_list(), list)
 
 
+def test_lives_and_dies_as_a_list_does():
+    ours, theirs = records.type_record(larkspur.InstanceList), records.type_record(list)
+    assert larkspur.InstanceList.__flags__ & records.HAVE_GC
+    assert gc.is_tracked(new_list())
+    assert ours.traverse == theirs.traverse
+    assert ours.clear == theirs.clear
+    assert ours.dealloc == theirs.dealloc
+
+
 def test_type_cannot_be_subclassed():
     with pytest.raises(TypeError):
         type("Derived", (larkspur.InstanceList,), {})
@@ -325,6 +334,20 @@ def test_remove_takes_the_first_occurrence_and_keeps_the_capacity(registry):
         target.remove(value)
         assert target == left
         assert sys.getsizeof(target) == size
+
+
+def test_remove_leaves_the_vacated_slot_unset(registry):
+    class ListRecord(ctypes.Structure):
+        _fields_ = [("refcount", ctypes.c_ssize_t), ("type", ctypes.c_void_p),
+                    ("length", ctypes.c_ssize_t), ("items", ctypes.POINTER(ctypes.c_void_p)),
+                    ("capacity", ctypes.c_ssize_t)]
+    target = new_list(registry[7], registry[8])
+    native = ListRecord.from_address(id(target))
+    capacity = native.capacity
+    for value, left in [(registry[7], [id(registry[8]), None]), (8, [None, None])]:
+        target.remove(value)
+        assert native.items[0:2] == left
+        assert native.capacity == capacity >= 2
 
 
 def test_remove_goes_by_identity(registry):
@@ -588,6 +611,35 @@ def test_conversion_may_drop_the_instance_from_the_registry(registry):
     except SystemError:
         pass
     assert target == []
+
+
+def test_the_registry_lives_until_a_lookup_ends(host):
+    class Key(object):
+        def __hash__(self):
+            return hash(50)
+
+        def __eq__(self, other):
+            larkspur.RegisterInstancesDict({}, Plain, Plain, Plain)
+            seen.append(alive() is not None)
+            return False
+    seen = []
+    registered = {Key(): Instance()}
+    alive = weakref.ref(registered.values()[0])
+    larkspur.RegisterInstancesDict(registered, Instance, Plain, Plain)
+    del registered
+    with pytest.raises(SystemError):
+        new_list().append(50)
+    assert seen == [True] and alive() is None
+
+
+def test_an_index_from_the_end_counts_from_where_the_end_then_is(registry):
+    class Last(object):
+        def __index__(self):
+            target.extend([1, 2])
+            return -1
+    target = new_list(0)
+    target[Last()] = 7
+    assert target == [0, 1, registry[7]]
 
 
 def test_sorting_notices_a_changing_key(registry):
