@@ -235,3 +235,17 @@ def test_part_of_a_display_that_was_replaced_is_found_again(display):
     pygame.display.set_mode((320, 240), 0, 32)
     display.set_at((5, 6), (1, 2, 3))
     assert larkspur.flip_v(part).get_at((0, 19))[:3] == (1, 2, 3)
+
+
+def test_part_of_an_encoded_surface_is_found_again(display):
+    """Encoding frees the pixels, and others take their place."""
+    parent = pygame.Surface((64, 48), 0, 32)
+    parent.fill((50, 60, 70))
+    parent.set_colorkey((1, 2, 3), pygame.RLEACCEL)
+    part = parent.subsurface((5, 6, 20, 20))
+    display.blit(parent, (0, 0))
+    others = [pygame.Surface((64, 48), 0, 32) for _ in range(16)]
+    for other in others:
+        other.fill((9, 9, 9))
+    flipped = larkspur.flip_v(part)
+    assert [flipped.get_at(place)[:3] for place in ((0, 0), (19, 19))] == [(50, 60, 70)] * 2
