@@ -42,8 +42,8 @@ LARKSPUR_EXPORT void larkspur_init_rooms(void);
 LARKSPUR_EXPORT struct _object* PySurface_FromSurface(struct SDL_Surface* surface);
 
 /* ---- Shared variables ---------------------------------------------------------------------- */
-/* Objects hold one reference each, owned by the module, for the life of the process; null until
- * the function named has run. */
+/* Objects hold references of the module's own for the life of the process, gmapi two and the others
+ * one each; null until the function named has run. */
 
 /* The host's modules and the dictionary in which game code runs; bound when larkspur is imported.
  */
