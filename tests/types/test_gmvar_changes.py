@@ -14,7 +14,8 @@ from support.variables import holding_itself, mutations, native, size
 @pytest.mark.parametrize("function", [
     lambda v: v + 1, lambda v: 1 + v, lambda v: v * 2, lambda v: -v, abs, int, float, bool, len,
     str, hash, lambda v: v.name, lambda v: setattr(v, "name", 1), lambda v: v(),
-    lambda v: v == 1, lambda v: v < 1, lambda v: cmp(v, GMVar(v)), lambda v: coerce(v, 1),
+    lambda v: v == 1, lambda v: v < 1, lambda v: cmp(v, GMVar(v)), lambda v: cmp(v, GMVar(5)),
+    lambda v: coerce(v, 1),
     lambda v: operator.iadd(v, 1), lambda v: operator.getitem(GMVar(5), v)])
 def test_a_variable_that_holds_itself_raises(function):
     variable = holding_itself()
