@@ -429,7 +429,7 @@ def test_three_way_slots_only_get_operands_they_take():
     assert compared(Compared(-1), Compared(1)) == -1
     assert compared(ClassicCompared(), 5) == 1
     a, b = Classic(), Classic()
-    assert compared(a, b) == cmp(a, b)
+    assert compared(a, b) == cmp(a, b) and compared(b, a) == cmp(b, a)
     for x, y in [(slice(1), 5), (5, slice(1)), (5, u"x"), (5, "x"), (object(), object())]:
         assert compared(x, y) == cmp(x, y)
 
