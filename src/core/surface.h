@@ -4,6 +4,7 @@
 #include <SDL.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 namespace larkspur {
@@ -67,6 +68,19 @@ inline std::size_t buffer_bytes(const SDL_Surface& surface) noexcept {
     }
     return (rows - 1) * surface.pitch +
            static_cast<std::size_t>(surface.w) * surface.format->BytesPerPixel;
+}
+
+/// True when a surface's pixels are plain memory: there, without the need of a lock, and not locked
+/// by anyone, which would make SDL refuse to blit.
+inline bool has_plain_pixels(const SDL_Surface* surface) noexcept {
+    return surface->pixels != nullptr && surface->locked == 0 && !SDL_MUSTLOCK(surface);
+}
+
+/// True when the pixel buffers of two surfaces overlap.
+inline bool share_memory(const SDL_Surface& a, const SDL_Surface& b) noexcept {
+    const auto start_a = reinterpret_cast<std::uintptr_t>(a.pixels);
+    const auto start_b = reinterpret_cast<std::uintptr_t>(b.pixels);
+    return start_a < start_b + buffer_bytes(b) && start_b < start_a + buffer_bytes(a);
 }
 
 }  // namespace larkspur

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 
 #include "core/surface.h"
 #include "pixel/alpha_kernels.h"
@@ -21,11 +20,6 @@ PixelWord* pixel_at(const SDL_Surface& surface, int x, int y) {
            x;
 }
 
-// Memory that is there, and that nobody has to lock or has locked.
-bool is_plain(const SDL_Surface* surface) {
-    return surface->pixels != nullptr && !SDL_MUSTLOCK(surface) && surface->locked == 0;
-}
-
 // SDL treats a colour key in its own way, and encodes a picture for which that was asked.
 bool is_picture(const SDL_Surface& source) {
     return (source.flags & SDL_SRCALPHA) != 0 &&
@@ -36,13 +30,6 @@ bool is_picture(const SDL_Surface& source) {
 bool have_same_bytes(const SDL_PixelFormat& a, const SDL_PixelFormat& b) {
     return a.BytesPerPixel == sizeof(PixelWord) && b.BytesPerPixel == sizeof(PixelWord) &&
            a.Rmask == b.Rmask && a.Gmask == b.Gmask && a.Bmask == b.Bmask;
-}
-
-bool share_memory(const SDL_Surface& a, const SDL_Surface& b) {
-    const auto* begin_a = static_cast<const unsigned char*>(a.pixels);
-    const auto* begin_b = static_cast<const unsigned char*>(b.pixels);
-    const std::less<> before;
-    return before(begin_a, begin_b + buffer_bytes(b)) && before(begin_b, begin_a + buffer_bytes(a));
 }
 
 void lay(const SDL_Surface& source, int source_x, int source_y, SDL_Surface& target, int x, int y,
@@ -96,7 +83,7 @@ bool sdl_agrees() {
 bool blit_with_alpha(SDL_Surface* source, SDL_Surface* target, SDL_Rect* rect) {
     static const bool is_known = sdl_agrees();
     if (!is_known || !is_picture(*source) || !have_same_bytes(*source->format, *target->format) ||
-        !is_plain(source) || !is_plain(target) || share_memory(*source, *target)) {
+        !has_plain_pixels(source) || !has_plain_pixels(target) || share_memory(*source, *target)) {
         return false;
     }
     const SDL_Rect& clip = target->clip_rect;

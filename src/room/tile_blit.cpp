@@ -44,20 +44,9 @@ Span clip_axis(int from, int length, std::int16_t to, int source_length, int cli
     return {from, to, length};
 }
 
-// True when a surface's pixels are plain memory that nobody holds locked.
-bool has_plain_pixels(const SDL_Surface* surface) noexcept {
-    return surface->pixels != nullptr && surface->locked == 0 && !SDL_MUSTLOCK(surface);
-}
-
 bool have_same_format(const SDL_PixelFormat& a, const SDL_PixelFormat& b) noexcept {
     return a.BitsPerPixel == b.BitsPerPixel && a.Rmask == b.Rmask && a.Gmask == b.Gmask &&
            a.Bmask == b.Bmask && a.Amask == b.Amask;
-}
-
-bool share_memory(const SDL_Surface& a, const SDL_Surface& b) noexcept {
-    const auto start_a = reinterpret_cast<std::uintptr_t>(a.pixels);
-    const auto start_b = reinterpret_cast<std::uintptr_t>(b.pixels);
-    return start_a < start_b + buffer_bytes(b) && start_b < start_a + buffer_bytes(a);
 }
 
 // True when blitting copies each pixel's bytes as they are, and no two pixels are the same memory.
