@@ -50,11 +50,11 @@ def main():
     ember.blit(dot, (0, 0))
     sprite = larkspur.GMSprite()
     sprite.subimages = [dot]
-    glow = sparks.stamp(sprite, 64, 64, 0)
 
     clock, most = pygame.time.Clock(), 0
     for frame in range(options.frames):
         screen.fill((8, 8, 24))
+        glow = sparks.stamp(sprite, 64, 64, 0)
         screen.blit(glow, (WIDTH // 2 - 32, HEIGHT - 72))
         if frame < BURST_FRAMES:
             sparks.light(ember, WIDTH / 2.0, HEIGHT - 40.0, SPARKS_PER_BURST)

@@ -6,7 +6,7 @@
  *
  *   sparks.light(shape, x, y, count)   lights a burst of `count` sparks at a place in the room
  *   sparks.frame(x_offset, y_offset)   steps and draws all of them; the number that still burn
- *   sparks.stamp(sprite, width, height, angle)   a transformed subimage through the scale cache
+ *   sparks.stamp(sprite, width, height, angle)   a transformed subimage, made once and then found
  */
 #include <Python.h>
 #include <dlfcn.h>
@@ -151,6 +151,16 @@ static PyObject* sparks_frame(PyObject* self, PyObject* args) {
     return PyInt_FromLong(burning);
 }
 
+/* The picture that a sprite keeps under a key: a new reference. Null without an exception when it
+ * keeps none. */
+static PyObject* kept_picture(PyObject* sprite, PyObject* key) {
+    PyObject* cache = PyObject_GetAttrString(sprite, "scalecache");
+    PyObject* picture = cache != NULL ? PyObject_GetItem(cache, key) : NULL;
+    Py_XDECREF(cache);
+    PyErr_Clear(); /* what can't be found is made */
+    return picture;
+}
+
 static PyObject* sparks_stamp(PyObject* self, PyObject* args) {
     PyObject *sprite, *key, *picture;
     int width, height, angle;
@@ -162,7 +172,10 @@ static PyObject* sparks_stamp(PyObject* self, PyObject* args) {
     if (key == NULL) {
         return NULL;
     }
-    picture = add_to_scale_cache(sprite, key, 0, width, height, angle, 0, (int)*white, 255, 0);
+    picture = kept_picture(sprite, key);
+    if (picture == NULL) {
+        picture = add_to_scale_cache(sprite, key, 0, width, height, angle, 0, (int)*white, 255, 0);
+    }
     Py_DECREF(key);
     if (picture == NULL) {
         PyErr_SetString(PyExc_ValueError, "larkspur could not make the picture");

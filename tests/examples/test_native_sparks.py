@@ -1,11 +1,15 @@
 """The example of a native caller, run as its users run it."""
+import imp
 import os
 import subprocess
 import sys
 
+import larkspur
 import numpy
 import pygame
 import pytest
+
+from support import leaks
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 BUILD = os.environ.get("LARKSPUR_BUILD_DIR", "")
@@ -47,3 +51,16 @@ def test_the_stamped_picture_glows_at_the_bottom(picture):
 
 def test_no_frames_at_all_is_no_trouble():
     assert "at most 20 sparks" in run("--frames", "1")
+
+
+def test_a_stamp_is_made_once_and_then_found(display):
+    sparks = imp.load_dynamic("sparks", os.path.join(BUILD, "examples", "native", "sparks.so"))
+    sprite = larkspur.GMSprite()
+    sprite.subimages = [pygame.Surface((4, 4), pygame.SRCALPHA, 32)]
+    made = sparks.stamp(sprite, 8, 8, 0)
+    assert made.get_size() == (8, 8) and sprite.scalecache.values() == [made]
+    assert sparks.stamp(sprite, 8, 8, 0) is made
+    assert sparks.stamp(sprite, 4, 8, 0) is not made
+    leaks.assert_counts_unchanged(lambda: sparks.stamp(sprite, 8, 8, 0), sprite, made)
+    with pytest.raises(ValueError):
+        sparks.stamp(larkspur.GMSprite(), 8, 8, 0)
