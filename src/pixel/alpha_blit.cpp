@@ -55,8 +55,8 @@ bool sdl_agrees() {
     constexpr int kRows = 32;
     std::array<SurfacePtr, 3> made;
     for (SurfacePtr& surface : made) {
-        surface.reset(SDL_CreateRGBSurface(SDL_SRCALPHA, kAlphas, kRows, 32, 0xFF0000, 0xFF00, 0xFF,
-                                           kTopByte));
+        surface.reset(SDL_CreateRGBSurface(SDL_SWSURFACE, kAlphas, kRows, 32, 0xFF0000, 0xFF00,
+                                           0xFF, kTopByte));
         if (surface == nullptr) {
             return false;
         }
