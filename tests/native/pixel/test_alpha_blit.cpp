@@ -171,10 +171,13 @@ TEST(BlitWithAlpha, LeavesSurfacesThatShareMemory) {
 }
 
 TEST(BlitWithAlpha, LeavesATargetWhoseClipRectangleIsTooLarge) {
-    const SurfacePtr source = picture(10, 40);
-    const SurfacePtr target = screen();
-    target->clip_rect.h = kTargetHeight + 2;
-    expect_left(source.get(), target.get());
+    const SurfacePtr source = picture(50, 40);
+    const SurfacePtr too_wide = screen();
+    too_wide->clip_rect.w = kTargetWidth + 1;
+    expect_left(source.get(), too_wide.get());
+    const SurfacePtr too_high = screen();
+    too_high->clip_rect.h = kTargetHeight + 1;
+    expect_left(source.get(), too_high.get());
 }
 
 }  // namespace
