@@ -12,7 +12,7 @@ import pygame
 import pytest
 
 from models import particle_model, pixel_model
-from support import leaks, native, particles, sdl
+from support import leaks, native, particles, pending, sdl
 from support.pictures import assert_same_words, put_words, random_words, words
 from support.surfaces import ARGB, RGBA, XRGB, buffer_of, encoded_surface, printed, surface_of
 
@@ -540,7 +540,7 @@ def test_an_equal_key_is_found_whatever_its_types(display, key):
 
 
 class Key(object):
-    """A key with the hash of a tuple, equal to it or not."""
+    """A key with the hash of another, equal to what is asked or not."""
 
     def __init__(self, like, equal=None, act=None):
         self.like, self.equal, self.act = like, equal, act
@@ -575,13 +575,16 @@ def test_a_foreign_key_of_the_same_hash_is_passed_over(display):
     assert_same_words(words(display), words(scene.screen), "particles")
 
 
-def test_a_foreign_key_before_ours_is_asked_each_time(display):
+@pytest.mark.parametrize("make_key", [
+    lambda equal: Key((32, 32, WHITE, 255, 0), equal),
+    lambda equal: (Key(32, equal), 32, WHITE, 255, 0)])
+def test_a_foreign_key_before_ours_is_asked_each_time(display, make_key):
     scene = scaled_scene(display)
     wanted, claims = (32, 32, WHITE, 255, 0), []
     foreign_picture = pygame.Surface((3, 3), 0, 32, XRGB)
     foreign_picture.fill((1, 2, 3))
     cache = particles.cache_of(scene.handle)
-    cache[Key(wanted, lambda other: bool(claims))] = foreign_picture
+    cache[make_key(lambda other: bool(claims))] = foreign_picture
     larkspur.CParticle_dec_ttl_and_render(scene.particle(), 0, 0)
     assert len(cache) == 2
     claims.append(True)
@@ -870,6 +873,18 @@ def test_native_drawing_leaves_no_exception(display):
     scene = scaled_scene(display)
     particles.cache_of(scene.handle)[Key((32, 32, WHITE, 255, 0), act=fail)] = None
     render_low(particles.particle_record(scene.particle()), 0, 0)  # ctypes would raise it
+
+
+def test_native_drawing_keeps_a_pending_exception_and_draws(display):
+    for scene, particle in all_paths(display):
+        for _ in range(2):  # the picture is made, and then found
+            before = ValueError("pending")
+            assert pending.render_particle(particle, before) is before
+            scene.draw_model(particles.particle_record(particle))
+            scene.check()
+        larkspur.part_type_sprite(scene.handle, None, 0, 0, 0)
+        assert pending.render_particle(particle, before) is before
+        assert pending.render_particle(particle) is None
 
 
 # ---- nothing grows

@@ -369,6 +369,17 @@ def test_exceptions_are_left_as_they_were(display, capfd):
     printed(capfd)
 
 
+def test_a_pending_exception_is_kept_and_the_copy_made(display, capfd):
+    sprite = sprite_of(soft_image())
+    before = ValueError("pending")
+    for size, colour in [(32, 0x8000), (16, WHITE), (-32, WHITE)]:
+        result, exception = pending.add_to_scale_cache(sprite, KEY, size, 32, colour, before)
+        assert sprite.scalecache == {KEY: result} and exception is before
+    for key, width in [([], 32), (KEY, 30000)]:
+        assert pending.add_to_scale_cache(sprite, key, width, 32, WHITE, before) == (None, before)
+    printed(capfd)
+
+
 # ---- code that runs in between
 
 class Image(pygame.Surface):

@@ -12,6 +12,11 @@ _helper.draw_view.argtypes = (ctypes.c_void_p, ctypes.py_object, ctypes.py_objec
                               ctypes.c_int, ctypes.py_object)
 _helper.color_as_int.restype = ctypes.py_object
 _helper.color_as_int.argtypes = (ctypes.c_void_p, ctypes.py_object)
+_helper.render_particle.restype = ctypes.py_object
+_helper.render_particle.argtypes = (ctypes.c_void_p, ctypes.py_object, ctypes.py_object)
+_helper.add_to_scale_cache.restype = ctypes.py_object
+_helper.add_to_scale_cache.argtypes = ((ctypes.c_void_p,) + (ctypes.py_object,) * 3 +
+                                       (ctypes.c_int,) * 3)
 
 # succeeded  whether the function returned an object at all
 # exception  what was pending afterwards, also after a success; None when nothing was
@@ -32,6 +37,18 @@ def draw_view(room, surface, view, drawn, before=None):
 def color_as_int(colour):
     """(pixel value, exception) of color_as_int()."""
     return _helper.color_as_int(_address("color_as_int"), colour)
+
+
+def render_particle(particle, before=None):
+    """The exception of particle_render_low(), called while the exception `before` is pending."""
+    return _helper.render_particle(_address("particle_render_low"), before, particle)
+
+
+def add_to_scale_cache(sprite, key, width, height, colour, before=None):
+    """(Surface, exception) of sprite_scalecache_add() for the first subimage, called while the
+    exception `before` is pending."""
+    return _helper.add_to_scale_cache(_address("sprite_scalecache_add"), before, sprite, key, width,
+                                      height, colour)
 
 
 def _address(name):

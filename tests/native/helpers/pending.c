@@ -5,6 +5,10 @@
 
 typedef uint32_t (*ColorAsInt)(PyObject* colour);
 typedef int32_t (*DrawView)(PyObject* room, PyObject* surface, int32_t view, PyObject* drawn);
+typedef void (*RenderParticle)(void* record, int x_offset, int y_offset);
+typedef PyObject* (*AddToScaleCache)(PyObject* sprite, PyObject* key, int subimage, int width,
+                                     int height, int angle, int ignored, int colour, int alpha,
+                                     int rgba_copy);
 
 /* The pending exception as a new reference, which it takes away; None when there is none. */
 static PyObject* take_exception(void) {
@@ -17,6 +21,13 @@ static PyObject* take_exception(void) {
     Py_DECREF(type);
     Py_XDECREF(traceback);
     return value;
+}
+
+/* Makes an exception pending, unless it is None. */
+static void set_exception(PyObject* exception) {
+    if (exception != Py_None) {
+        PyErr_SetObject((PyObject*)Py_TYPE(exception), exception);
+    }
 }
 
 /* Calls a function; (1 or 0 for success, its result or None, the exception or None). */
@@ -34,9 +45,7 @@ PyObject* call(PyObject* callable, PyObject* arguments) {
 /* Calls Room_DrawView with an exception pending, unless `before` is None; (status, exception). */
 PyObject* draw_view(DrawView function, PyObject* before, PyObject* room, PyObject* surface,
                     int view, PyObject* drawn) {
-    if (before != Py_None) {
-        PyErr_SetObject((PyObject*)Py_TYPE(before), before);
-    }
+    set_exception(before);
     const int status = function(room, surface, view, drawn);
     PyObject* exception = take_exception();
     return Py_BuildValue("(iN)", status, exception);
@@ -47,4 +56,27 @@ PyObject* color_as_int(ColorAsInt function, PyObject* colour) {
     const unsigned long value = function(colour);
     PyObject* exception = take_exception();
     return Py_BuildValue("(kN)", value, exception);
+}
+
+/* Calls particle_render_low without offsets and with an exception pending, unless `before` is None;
+ * the exception. */
+PyObject* render_particle(RenderParticle function, PyObject* before, PyObject* particle) {
+    void* record = PyCObject_AsVoidPtr(particle);
+    set_exception(before);
+    function(record, 0, 0);
+    return take_exception();
+}
+
+/* Calls sprite_scalecache_add for a copy of the first subimage with an exception pending, unless
+ * `before` is None; (result or None, exception). */
+PyObject* add_to_scale_cache(AddToScaleCache function, PyObject* before, PyObject* sprite,
+                             PyObject* key, int width, int height, int colour) {
+    set_exception(before);
+    PyObject* result = function(sprite, key, 0, width, height, 0, 0, colour, 255, 0);
+    PyObject* exception = take_exception();
+    if (result == NULL) {
+        Py_INCREF(Py_None);
+        result = Py_None;
+    }
+    return Py_BuildValue("(NN)", result, exception);
 }
