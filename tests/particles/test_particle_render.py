@@ -336,6 +336,19 @@ def test_every_kind_of_picture(display, name, make_shape, blend):
             scene.check()
 
 
+@pytest.mark.parametrize("blend", [0, 1])
+def test_pictures_for_a_screen_with_alpha(display, blend):
+    """There fading reads the colours as tinting leaves them, so the order of both shows."""
+    screen = pygame.Surface((320, 240), pygame.SRCALPHA, 32, ARGB)
+    larkspur.set_SDL_screen(screen)
+    for scale, turn in itertools.product((1, 2), (0, 50)):
+        scene = Scene(screen, soft_shape(), scale=(scale, scale), alpha3=(0.4,) * 3, blend=blend,
+                      orientation=(turn, turn, 0, 0, 0))
+        for _ in range(2):
+            scene.draw(scene.particle(orientation=turn, color1=0x20C060, color2=0x20C060))
+            scene.check()
+
+
 @pytest.mark.parametrize("position", itertools.product(
     [-3, 0, 5, 160, 311.5, 312.5, 317, 320, 330], [-3.5, 0, 5, 233, 238.9, 250]))
 def test_edges_of_the_display(display, position):
