@@ -64,9 +64,6 @@ class PendingException {
         }
     }
 
-    /// True when an exception was pending where the scope began.
-    bool was_set() const noexcept { return type_ != nullptr; }
-
  private:
     PyObject* type_ = nullptr;
     PyObject* value_ = nullptr;
