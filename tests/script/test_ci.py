@@ -68,8 +68,13 @@ def test_runs_twice_in_a_row(tree):
 
 def test_hanging_stage_is_killed_with_its_children(tree):
     run_all = tree.join(".ci", "run")
-    run_all.write(run_all.read().replace("stage test 15 ", "stage test 0.005 "))
-    stuck = "[ $# = 0 ] || exit 0; echo began; bash -c \"trap '' TERM; sleep 60; echo went on\"; echo went on"
+    text, changed = re.subn("(?m)^stage test [0-9]+ ", "stage test 0.005 ", run_all.read())
+    assert changed == 1
+    run_all.write(text)
+    stuck = (
+        "[ $# = 0 ] || exit 0; echo began; "
+        "bash -c \"trap '' TERM; sleep 60; echo went on\"; echo went on"
+    )
     status, output = run_ci(tree, test=stuck)
     assert status == 1
     assert "test was killed, after 0.005 minutes at the latest" in output
