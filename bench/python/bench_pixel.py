@@ -8,7 +8,7 @@ machine counts little, taken in turns within one process:
 
     x scalar  the plain formula built at -O2 without vectors, by the kernel
     roof      an in-place XOR of the buffer (memcpy for flips, memset for opaque fills), by the
-              kernel: the part of what the machine's memory allows
+              kernel: the share of what the machine's memory allows
     x pygame  the best that pygame offers for the same picture, by the call
     x gfx     the bare SDL_gfx function, by the call that wraps it
 

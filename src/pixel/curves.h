@@ -1,4 +1,4 @@
-// How a particle's colour and alpha follow from the part of its life that is left: two straight
+// How a particle's colour and alpha follow from the share of its life that is left: two straight
 // pieces that meet at half life.
 #pragma once
 

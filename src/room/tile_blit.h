@@ -5,7 +5,7 @@
 
 namespace larkspur {
 
-/// Blits the part `from` of a surface to the position of `to`, as SDL_UpperBlit does in every
+/// Blits the rectangle `from` of a surface to the position of `to`, as SDL_UpperBlit does in every
 /// pixel: clipped to the source and to the target's clip rectangle, with the source's colour key
 /// and alpha. Source and target may be the same. SDL writes opaque pixels past the processor's
 /// cache, which makes a tile of a few rows several times slower than copying it, so tiles that are

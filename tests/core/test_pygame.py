@@ -213,18 +213,13 @@ def test_part_of_a_display_that_was_closed_is_refused(host):
     assert "closed" in str(outcome.exception)
 
 
-def test_part_that_lies_outside_a_smaller_display_is_refused(display):
-    part = display.subsurface((200, 100, 50, 50))
-    pygame.display.set_mode((320, 60), 0, 32)
-    outcome = pending.call(larkspur.flip_v, part)
-    assert not outcome.succeeded and isinstance(outcome.exception, RuntimeError)
-    assert "inside" in str(outcome.exception)
-
-
-def test_part_of_a_display_with_other_rows_is_refused(display):
-    """Its rows are not where it takes them to be."""
-    part = display.subsurface((5, 6, 20, 20))
-    pygame.display.set_mode((640, 480), 0, 32)
+@pytest.mark.parametrize("rectangle, new_size", [
+    pytest.param((200, 100, 50, 50), (320, 60), id="past the new end"),
+    pytest.param((5, 6, 20, 20), (640, 480), id="rows of another length")])
+def test_part_whose_pixels_are_elsewhere_on_a_new_display_is_refused(
+        display, rectangle, new_size):
+    part = display.subsurface(rectangle)
+    pygame.display.set_mode(new_size, 0, 32)
     outcome = pending.call(larkspur.flip_v, part)
     assert not outcome.succeeded and isinstance(outcome.exception, RuntimeError)
     assert "inside" in str(outcome.exception)

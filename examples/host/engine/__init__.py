@@ -1,1 +1,1 @@
-"""The parts that gm6 and gmapi are made of. Import gm6 and gmapi, not these."""
+"""What gm6 and gmapi are made of. Import gm6 and gmapi, not these."""
