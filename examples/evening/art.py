@@ -115,10 +115,12 @@ def moon(diameter):
             distance = math.hypot(x - middle + 0.5, y - middle + 0.5)
             haze = max(0.0, 1.0 - distance / middle) ** 2.4 * 0.55
             solid = min(1.0, max(0.0, disk - distance + 0.5))
-            dark = sum(max(0.0, 1.0 - math.hypot(x - middle - dx * disk, y - middle - dy * disk) /
-                           (size * disk)) for dx, dy, size in MOON_SPOTS)
-            color = mixed(mixed((255, 226, 190), (255, 248, 232), solid), (206, 188, 178),
-                          min(1.0, dark) * 0.6)
+            color = mixed((255, 226, 190), (255, 248, 232), solid)
+            if solid:
+                dark = sum(max(0.0, 1.0 - math.hypot(x - middle - dx * disk,
+                                                     y - middle - dy * disk) / (size * disk))
+                           for dx, dy, size in MOON_SPOTS)
+                color = mixed(color, (206, 188, 178), min(1.0, dark) * 0.6)
             surface.set_at((x, y), color + (int(255 * max(haze, solid)),))
     return surface.convert_alpha()
 
@@ -159,19 +161,29 @@ def mountains(width, height):
     surface = pygame.Surface((width, height), pygame.SRCALPHA, 32)
     surface.fill((118, 96, 146, 0))
     ridge = _ridge(width, height - 6, 21, (2, 3, 5, 8, 13, 21, 55), 70)
+    bodies = {}
     for x in range(width):
         top = int(ridge[x])
+        if top not in bodies:
+            bodies[top] = _mountain_body(height - top)
+        surface.blit(bodies[top], (x, top))
         slope = ridge[min(x + 3, width)] - ridge[max(x - 3, 0)]
+        lit = (226, 190, 204) if slope > 0 else (160, 146, 196)
         cap = int(12 + 26 * max(0.0, 1.0 - top / (height * 0.6)) + 4 * math.sin(x * 0.31))
-        for y in range(top, height):
-            share = (y - top) / float(height - top)
-            body = mixed((92, 80, 136), (168, 116, 148), share)
-            if y < top + cap:
-                lit = (226, 190, 204) if slope > 0 else (160, 146, 196)
-                body = mixed(lit, body, (y - top) / float(cap))
-            cover = 1.0 - (ridge[x] - top) if y == top else 1.0
-            surface.set_at((x, y), body + (int(255 * cover),))
+        for y in range(top, min(top + cap, height)):
+            body = surface.get_at((x, y))[:3]
+            surface.set_at((x, y), mixed(lit, body, (y - top) / float(cap)))
+        cover = 1.0 - (ridge[x] - top)
+        surface.set_at((x, top), surface.get_at((x, top))[:3] + (int(255 * cover),))
     return run_length_encoded(surface.convert_alpha())
+
+
+def _mountain_body(height):
+    """A column of rock, one pixel wide and opaque."""
+    column = pygame.Surface((1, height), 0, 32)
+    for y in range(height):
+        column.set_at((0, y), mixed((92, 80, 136), (168, 116, 148), y / float(height)))
+    return column
 
 
 def hills(width, height, seed, near):
