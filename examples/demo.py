@@ -85,19 +85,52 @@ def open_display(pygame, size):
     return screen
 
 
+class Progress(object):
+    """How far something is: on a terminal a line that is written over, elsewhere one line for each
+    tenth."""
+
+    WIDTH = 60
+
+    def __init__(self):
+        self._tenth = 0
+        self._line_is_open = False
+
+    def show(self, share, text):
+        """`share` of it is done, from 0.0 to 1.0, which ends the line."""
+        line = "{:3d} %  {}".format(int(100 * share), text)
+        if sys.stdout.isatty():
+            sys.stdout.write("\r" + line.ljust(self.WIDTH))
+            self._line_is_open = True
+            if share >= 1:
+                self.end()
+        elif int(10 * share) > self._tenth:
+            self._tenth = int(10 * share)
+            print(line)
+        sys.stdout.flush()
+
+    def end(self):
+        """Nothing more comes, done or not."""
+        if self._line_is_open:
+            self._line_is_open = False
+            print()
+
+
 # --- In a window ---------------------------------------------------------------------------------
 
 def play(pygame, game, screen, frames):
     """Play until Escape, a closed window or the given number of frames."""
     print(game.KEYS)
     evening = game.Evening(screen)
+    reason = load_in_window(pygame, evening, screen)
+    if reason is not None:
+        print("{}: left while loading.".format(reason))
+        return 0
     clock = pygame.time.Clock()
-    started, processor, count, reason = time.time(), time.clock(), 0, "Escape"
-    while evening.running and (frames is None or count < frames):
+    started, processor, count = time.time(), time.clock(), 0
+    while reason is None and (frames is None or count < frames):
         for event in pygame.event.get():
-            if event.type == pygame.QUIT:
-                evening.running, reason = False, "window closed"
-            elif event.type == pygame.KEYDOWN:
+            reason = reason or reason_to_leave(pygame, event)
+            if event.type == pygame.KEYDOWN:
                 evening.press(event.key)
             elif event.type == pygame.KEYUP:
                 evening.release(event.key)
@@ -107,14 +140,42 @@ def play(pygame, game, screen, frames):
                 evening.room.MouseButtonUp(event.button)
         evening.frame()
         pygame.display.flip()
+        evening.shown()
         clock.tick(FRAMES_PER_SECOND)
         count += 1
-    if evening.running:
-        reason = "all frames drawn"
     print("{}: {} frames, {:.1f} a second, {:.1f} ms of processor time each.".format(
-        reason, count, count / (time.time() - started),
+        reason or "all frames drawn", count, count / (time.time() - started),
         1000 * (time.clock() - processor) / count))
     return 0
+
+
+def load_in_window(pygame, evening, screen):
+    """Make the game while window and terminal say how far that is.
+
+    None, or why the user left before it was done.
+    """
+    from evening.loading import LoadingPicture
+    picture = LoadingPicture(screen)
+    progress = Progress()
+    for share, what in evening.load():
+        for event in pygame.event.get():
+            reason = reason_to_leave(pygame, event)
+            if reason is not None:
+                progress.end()
+                return reason
+        picture.draw(share, what)
+        pygame.display.flip()
+        progress.show(share, "loading: " + what)
+    return None
+
+
+def reason_to_leave(pygame, event):
+    """Why an event ends the game; None when it does not."""
+    if event.type == pygame.QUIT:
+        return "window closed"
+    if event.type == pygame.KEYDOWN and event.key == pygame.K_ESCAPE:
+        return "Escape"
+    return None
 
 
 # --- Without one ---------------------------------------------------------------------------------
@@ -147,9 +208,13 @@ def render(pygame, game, screen, frames, folder):
         os.makedirs(folder)
     print("Rendering {} frames of {} x {}.".format(frames, *game.SIZE))
     evening = game.Evening(screen)
+    progress = Progress()
+    for share, what in evening.load():
+        progress.show(share, "loading: " + what)
     script = script_of_keys(pygame, frames)
     shots = set(frames * (2 * number + 1) // (2 * SHOTS) for number in range(SHOTS))
     run = Run()
+    progress = Progress()
     spent = {"room_village": [0, 0.0, 0.0], "room_garden": [0, 0.0, 0.0]}
     for number in range(frames):
         for down, key in script.get(number, ()):
@@ -165,7 +230,7 @@ def render(pygame, game, screen, frames, folder):
             path = os.path.join(folder, "frame_{:05d}.png".format(number))
             pygame.image.save(screen, path)
             run.pictures.append((path, evening.room.name))
-        show_progress(number + 1, frames)
+        progress.show((number + 1) / frames, "{} of {} frames".format(number + 1, frames))
     sheet = os.path.join(folder, "contact_sheet.png")
     pygame.image.save(contact_sheet(pygame, [path for path, _ in run.pictures], game.SIZE), sheet)
     for name, (count, seconds, processor) in sorted(spent.items(), reverse=True):
@@ -176,18 +241,6 @@ def render(pygame, game, screen, frames, folder):
     print("{} pictures and {} are in {}".format(len(run.pictures), os.path.basename(sheet),
                                                 os.path.abspath(folder)))
     return run
-
-
-def show_progress(done, frames):
-    """A line that grows on a terminal; elsewhere one line for each tenth."""
-    share = 100 * done // frames
-    if sys.stdout.isatty():
-        sys.stdout.write("\r{:3d} %  {} of {} frames".format(share, done, frames))
-        sys.stdout.write("\n" if done == frames else "")
-        sys.stdout.flush()
-    elif share // 10 > 100 * (done - 1) // frames // 10:
-        print("{:3d} %  {} of {} frames".format(share, done, frames))
-        sys.stdout.flush()
 
 
 def contact_sheet(pygame, paths, size):

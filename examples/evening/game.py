@@ -1,5 +1,9 @@
 """The demo game as a whole: its two rooms, its keys, and how a frame of it is made."""
 
+from __future__ import division
+
+import time
+
 import gm6
 import gmapi
 from evening import effects, garden, hud, village
@@ -8,20 +12,45 @@ SIZE = village.VIEW_WIDTH, village.VIEW_HEIGHT
 KEYS = ("arrow keys: walk   space: jump   Tab: village / walled garden   "
         "i: inventory   m: map   mouse: tickle a snowman   Escape: quit")
 
+WARM_UP_STEPS = 150         # of each room
+WARM_UP_PART = 30           # of them at a time
+PIECES = 25                 # that loading consists of
+
 
 class Evening(object):
-    """The running game. The display must have been set; it draws on that surface."""
+    """The running game. The display must have been set; it draws on that surface.
+
+    There is nothing in it until load() has come to its end.
+    """
 
     def __init__(self, screen):
         gm6.start(screen)
+        self.village = self.garden = None
+
+    def load(self):
+        """Make everything. A generator of (share, what): before each piece of work the share that
+        is done, and what comes next in words; at the end 1.0."""
+        done = 0
+        for what in self._make_all():
+            yield done / PIECES, what
+            done += 1
+        yield done / PIECES, "ready"
+
+    def _make_all(self):
+        yield "sparks, smoke and snow"
         effects.make_types()
         hud.build()
-        self.village = village.build()
-        self.garden = garden.build()
-        self.running = True
-        for room in (self.garden, self.village):
+        for build in (village.build, garden.build):
+            for what in build():
+                yield what
+        self.village, self.garden = gmapi.room_village, gmapi.room_garden
+        for room, what in ((self.garden, "fireflies in the garden"),
+                           (self.village, "snow in the air")):
+            yield what
             gm6.goto_room(room)
-            warm_up(150)
+            for _ in range(WARM_UP_STEPS // WARM_UP_PART):
+                yield what
+                warm_up(WARM_UP_PART)
 
     @property
     def room(self):
@@ -29,9 +58,7 @@ class Evening(object):
 
     def press(self, key):
         """A key goes down."""
-        if key == gmapi.vk_escape:
-            self.running = False
-        elif key == gmapi.vk_tab:
+        if key == gmapi.vk_tab:
             gm6.goto_room(self.garden if self.room is self.village else self.village)
         elif key == gmapi.pygame.K_m:
             self.village.view_visible[1] = not self.village.view_visible[1]
@@ -46,9 +73,13 @@ class Evening(object):
         self.room.HandleKeyrelease(key)
 
     def frame(self):
-        """One step and one picture; showing the picture is the caller's."""
+        """One step and one picture; showing the picture is the caller's, who then says shown()."""
         gm6.step()
         gm6.draw()
+
+    def shown(self):
+        """The picture is in the window. Where pictures are only kept there is no frame rate."""
+        hud.rate.frame_shown(time.time())
 
 
 def warm_up(steps):

@@ -37,7 +37,8 @@ SOLID = "TWH1234~L"
 
 
 def build():
-    """Make the garden's resources and return its room."""
+    """Make the garden's resources and its room, gmapi.room_garden; a generator as the village's."""
+    yield "the garden"
     add = gmapi.game.add_object
     tiles = gmapi.game.add_background("bg_tiles", art.garden_tiles())
     wash = gmapi.game.add_background("bg_wash", art.evening_wash(8, 32))
@@ -80,7 +81,6 @@ def build():
     room.instances += [Placement(getattr(gmapi, "obj_star_%d" % number), x, y)
                        for number, (x, y) in enumerate(((240, 300), (720, 300), (300, 180),
                                                         (800, 440), (180, 430), (860, 220)))]
-    return room
 
 
 def _lay_tiles(background):

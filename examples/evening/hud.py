@@ -9,10 +9,40 @@ PANEL_TOP, PANEL_BOTTOM = gmapi.make_color_rgb(86, 96, 168), gmapi.make_color_rg
 FRAME = gmapi.make_color_rgb(236, 214, 160)
 SLOT = 40
 STARS = 24
+COUNTER_WIDTH, COUNTER_AND_RATE_WIDTH = 124, 218
+
+
+class FrameRate(object):
+    """gmapi.fps, once it tells how many frames a second are shown.
+
+    larkspur counts the frames of each second of the wall clock, and publishes the count with the
+    first frame of the next. The first count is 0, before any frame; the second is that of a second
+    which had begun before the first frame.
+    """
+
+    def __init__(self):
+        self._first_second = None
+        self._known = False
+
+    def frame_shown(self, now):
+        """A frame has been drawn and shown, and the wall clock reads `now`."""
+        second = int(now)
+        if self._first_second is None:
+            self._first_second = second
+        self._known = second >= self._first_second + 2
+
+    def get(self):
+        """Frames in the last whole second; None until there was one, or where none are shown."""
+        return gmapi.fps if self._known else None
+
+
+rate = FrameRate()
 
 
 def build():
     """Make the object that draws all this. It stands in both rooms."""
+    global rate
+    rate = FrameRate()
     hud = gmapi.game.add_object("obj_hud", depth=-100, still=True)
     hud.on(EVENT_DRAW, draw_hud)
     hud.on(EVENT_CREATE, "self.open = True")
@@ -98,10 +128,17 @@ def _draw_inventory():
 
 def _draw_counters():
     particles = sum(system.count() for system in gmapi.particle_systems())
-    text = "%d particles   %d frames/s" % (particles, gmapi.fps)
-    gmapi.draw_panel(village.VIEW_WIDTH - 232, village.VIEW_HEIGHT - 40, 218, 26, PANEL_TOP,
-                     PANEL_BOTTOM, 0.5)
-    _write(village.VIEW_WIDTH - 222, village.VIEW_HEIGHT - 34, text, 20)
+    frames = rate.get()
+    width = COUNTER_WIDTH if frames is None else COUNTER_AND_RATE_WIDTH
+    left = village.VIEW_WIDTH - 14 - width
+    gmapi.draw_panel(left, village.VIEW_HEIGHT - 40, width, 26, PANEL_TOP, PANEL_BOTTOM, 0.5)
+    _write(left + 10, village.VIEW_HEIGHT - 34, counter_text(particles, frames), 20)
+
+
+def counter_text(particles, frames):
+    """What the counter reads; `frames` is the rate, or None where it says nothing yet."""
+    text = "%d particles" % particles
+    return text if frames is None else "%s   %d frames/s" % (text, frames)
 
 
 def _draw_map_border():

@@ -20,32 +20,43 @@ INVENTORY_COLUMNS, INVENTORY_ROWS = 4, 2
 
 
 def build():
-    """Make the village's resources and return its room."""
-    _make_sprites()
+    """Make the village's resources and its room, gmapi.room_village.
+
+    A generator: before each piece of work it says what that is.
+    """
+    for what in _make_sprites():
+        yield what
     _make_objects()
     room = gmapi.game.add_room("room_village", WIDTH, HEIGHT)
     room.room_persistent = 1
-    _hang_backgrounds(room)
+    for what in _hang_backgrounds(room):
+        yield what
     hero = gmapi.obj_hero
     set_view(room, 0, (0, HEIGHT - VIEW_HEIGHT, VIEW_WIDTH, VIEW_HEIGHT),
              (0, 0, VIEW_WIDTH, VIEW_HEIGHT), hero, (VIEW_WIDTH * 0.42, 396))
     set_view(room, 1, (0, 0, WIDTH, HEIGHT), (MAP_X, MAP_Y, MAP_WIDTH, MAP_HEIGHT))
     room.instances = _placements()
-    return room
 
 
 def _hang_backgrounds(room):
     add = gmapi.game.add_background
+    yield "the evening sky"
     room.bg0 = BackgroundSlot(add("bg_sky", art.sky(480, HEIGHT)), htiled=True, parallax=1.0)
+    yield "the moon"
     room.bg1 = BackgroundSlot(add("bg_moon", art.moon(210)), x=420, y=196, parallax=0.97)
+    yield "clouds"
     room.bg2 = BackgroundSlot(add("bg_clouds", art.clouds(1280, 240)), y=190, htiled=True,
                               hspeed=0.25, parallax=0.9)
+    yield "mountains"
     room.bg3 = BackgroundSlot(add("bg_mountains", art.mountains(1600, 300)), y=330, htiled=True,
                               parallax=0.8)
+    yield "far hills"
     room.bg4 = BackgroundSlot(add("bg_hills_far", art.hills(1280, 250, 31, False)), y=430,
                               htiled=True, parallax=0.6)
+    yield "near hills"
     room.bg5 = BackgroundSlot(add("bg_hills_near", art.hills(1600, 250, 37, True)), y=476,
                               htiled=True, parallax=0.35)
+    yield "snow on the ground"
     room.bg6 = BackgroundSlot(add("bg_ground", art.ground(800, 90)), y=GROUND - 14, htiled=True)
 
 
@@ -54,18 +65,22 @@ def _make_sprites():
         width, height = images[0].get_size()
         return gmapi.game.add_sprite(name, images, (width // 2, height))
 
+    yield "trees"
     for number in range(3):
         standing("spr_pine_%d" % number, [art.pine(number)])
+    yield "houses"
     for number, wall in enumerate(((132, 84, 70), (98, 92, 122), (116, 104, 82))):
         standing("spr_house_%d" % number, [art.house(number, wall)])
     for name in ("lamp", "torch", "campfire", "crate", "ledge", "snowman", "gate", "fence"):
         standing("spr_" + name, [getattr(art, name)()])
+    yield "people and stars"
     hero = standing("spr_hero", art.hero_frames())
     hero.leftbound, hero.rightbound = 10, 30
     hero.topbound = 6
     for number, color in enumerate(art.STAR_COLORS):
         gmapi.game.add_sprite("spr_star_%d" % number, art.star_frames(color), (14, 14))
     gmapi.game.add_sprite("spr_crow", art.crow_frames(), (20, 14))
+    yield "the light of lamps and fires"
     for name, diameter, color in (("lamp", 150, (255, 196, 110)), ("fire", 260, (255, 150, 70)),
                                   ("lantern", 90, (255, 220, 150)), ("star", 60, (255, 255, 220))):
         gmapi.game.add_sprite("spr_glow_" + name, [art.glow(diameter, color)],

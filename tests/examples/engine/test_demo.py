@@ -4,7 +4,7 @@ import gm6
 import gmapi
 import pygame
 import pytest
-from evening import art, checks, game as evening_game, garden, village
+from evening import art, checks, game as evening_game, garden, hud, loading, village
 
 
 def painted_once(paint):
@@ -28,8 +28,10 @@ def evening(game, monkeypatch):
     """The running game on a display of its size, started without its long warm-up."""
     monkeypatch.setattr(evening_game, "warm_up", lambda steps: None)
     gmapi.score = gmapi.GMVar(0)
-    gm6.start(pygame.display.set_mode(evening_game.SIZE, 0, 32))
-    return evening_game.Evening(pygame.display.get_surface())
+    made = evening_game.Evening(pygame.display.set_mode(evening_game.SIZE, 0, 32))
+    for _ in made.load():
+        pass
+    return made
 
 
 def play(evening, frames, *keys):
@@ -160,22 +162,132 @@ def test_every_event_of_every_kind_is_compiled(evening):
             assert all(hasattr(action.python, "co_code") for action in actions)
 
 
-def test_window_closed_ends_the_game(game, capsys, monkeypatch):
+@pytest.fixture
+def window(game, monkeypatch):
+    """A display for demo.play(), with no warm-up."""
     monkeypatch.setattr(evening_game, "warm_up", lambda steps: None)
-    screen = demo.open_display(pygame, evening_game.SIZE)
-    pygame.event.post(pygame.event.Event(pygame.QUIT))
-    assert demo.play(pygame, evening_game, screen, None) == 0
-    assert "window closed: 1 frames" in capsys.readouterr().out
+    return demo.open_display(pygame, evening_game.SIZE)
 
 
-def test_escape_ends_the_game(game, capsys, monkeypatch):
-    monkeypatch.setattr(evening_game, "warm_up", lambda steps: None)
-    screen = demo.open_display(pygame, evening_game.SIZE)
-    for kind, key in ((pygame.KEYDOWN, pygame.K_RIGHT), (pygame.KEYUP, pygame.K_RIGHT),
-                      (pygame.KEYDOWN, pygame.K_ESCAPE)):
-        pygame.event.post(pygame.event.Event(kind, key=key, mod=0, unicode=u""))
-    assert demo.play(pygame, evening_game, screen, None) == 0
-    assert "Escape: 1 frames" in capsys.readouterr().out
+QUIT = pygame.event.Event(pygame.QUIT)
+ESCAPE = pygame.event.Event(pygame.KEYDOWN, key=pygame.K_ESCAPE, mod=0, unicode=u"")
+
+
+def play_with_events(window, monkeypatch, events, share):
+    """demo.play() where the events come when this share of loading is done."""
+    load = evening_game.Evening.load
+
+    def loading_with_events(self):
+        for done, what in load(self):
+            yield done, what
+            if done == share:
+                for event in events:
+                    pygame.event.post(event)
+
+    monkeypatch.setattr(evening_game.Evening, "load", loading_with_events)
+    return demo.play(pygame, evening_game, window, None)
+
+
+@pytest.mark.parametrize("event, reason", [(QUIT, "window closed"), (ESCAPE, "Escape")])
+def test_game_is_left(window, capsys, monkeypatch, event, reason):
+    keys = [pygame.event.Event(kind, key=pygame.K_RIGHT, mod=0, unicode=u"")
+            for kind in (pygame.KEYDOWN, pygame.KEYUP)]
+    assert play_with_events(window, monkeypatch, keys + [event], 1.0) == 0
+    assert reason + ": 1 frames" in capsys.readouterr().out
+
+
+@pytest.mark.parametrize("event, reason", [(QUIT, "window closed"), (ESCAPE, "Escape")])
+def test_game_is_left_while_it_loads(window, capsys, monkeypatch, event, reason):
+    rooms = len(gmapi.game.rooms)
+    assert play_with_events(window, monkeypatch, [event], 0.0) == 0
+    assert reason + ": left while loading" in capsys.readouterr().out
+    assert len(gmapi.game.rooms) == rooms
+
+
+def test_loading_rises_evenly_to_the_whole_and_says_what(window):
+    evening = evening_game.Evening(window)
+    steps = list(evening.load())
+    shares = [share for share, _ in steps]
+    assert shares == [number / float(len(steps) - 1) for number in range(len(steps))]
+    for what in ("mountains", "the garden", "ready"):
+        assert what in [text for _, text in steps]
+    assert evening.room is evening.village
+
+
+def test_loading_is_seen_in_the_window_from_its_start(window, monkeypatch):
+    shown = []
+    flip = pygame.display.flip
+
+    def flip_and_look():
+        bar = (window.get_width() - loading.BAR_WIDTH) // 2, window.get_height() // 3 + 72
+        filled = sum(window.get_at((x, bar[1]))[:3] == loading.TITLE
+                     for x in range(bar[0], bar[0] + loading.BAR_WIDTH))
+        shown.append((filled, pygame.image.tostring(window, "RGB")))
+        flip()
+
+    monkeypatch.setattr(pygame.display, "flip", flip_and_look)
+    evening = evening_game.Evening(window)
+    started = []
+    load = evening.load
+    evening.load = lambda: (started.append(len(shown)) or step for step in load())
+    assert demo.load_in_window(pygame, evening, window) is None
+    assert started[:3] == [0, 1, 2]             # each step's picture is shown before the next step
+    widths = [filled for filled, _ in shown]
+    assert widths == [loading.BAR_WIDTH * number // (len(shown) - 1) for number in
+                      range(len(shown))]
+    assert len(set(picture for _, picture in shown)) == len(shown)
+
+
+@pytest.mark.parametrize("seconds, known", [
+    ((), False), ((10.9,), False), ((10.0, 11.99), False), ((10.9, 12.0), True),
+    ((10.0, 10.5, 14.0), True)])
+def test_frame_rate_is_known_after_a_whole_second(game, monkeypatch, seconds, known):
+    monkeypatch.setattr(gmapi, "fps", 57)
+    rate = hud.FrameRate()
+    for now in seconds:
+        rate.frame_shown(now)
+    assert rate.get() == (57 if known else None)
+
+
+def test_counter_has_no_rate_before_it_is_known():
+    assert hud.counter_text(3216, None) == "3216 particles"
+    assert hud.counter_text(3216, 57) == "3216 particles   57 frames/s"
+
+
+class Clock(object):
+    """Stands in for the module `time`."""
+
+    now = 0.0
+
+    def time(self):
+        return self.now
+
+
+def counter_texts(evening, monkeypatch, frames, show):
+    """The texts of the counter in a number of frames, a quarter of a second of the clock each."""
+    texts = []
+    write = hud.counter_text
+    monkeypatch.setattr(hud, "counter_text",
+                        lambda *arguments: texts.append(write(*arguments)) or texts[-1])
+    clock = Clock()
+    monkeypatch.setattr(evening_game, "time", clock)
+    for number in range(frames):
+        clock.now = 1000.5 + number / 4.0
+        evening.frame()
+        if show:
+            evening.shown()
+    return texts
+
+
+def test_rate_appears_with_shown_frames(evening, monkeypatch):
+    texts = counter_texts(evening, monkeypatch, 10, show=True)
+    # The first frame is shown at 1000.5, the one that is shown at 1002.0 ends a whole second.
+    assert [("frames/s" in text) for text in texts] == [False] * 7 + [True] * 3
+
+
+def test_pictures_that_are_not_shown_have_no_rate(evening, monkeypatch):
+    texts = counter_texts(evening, monkeypatch, 20, show=False)
+    assert len(texts) == 20 and not any("frames/s" in text for text in texts)
 
 
 def test_check_finds_fault_with_empty_pictures(evening, tmpdir):
