@@ -1,8 +1,8 @@
 #!/usr/bin/env python2.7
 """An evening in a village: the demo game of larkspur.
 
-With a display it opens a window. With --headless, or where there is none, it plays a fixed number
-of frames by itself and leaves pictures of them.
+With a display it opens a window. With --headless, or where no window can be opened, it plays a
+fixed number of frames by itself and leaves pictures of them.
 """
 
 from __future__ import division, print_function
@@ -20,30 +20,29 @@ FRAMES_PER_SECOND = 60
 SHOTS = 8
 SHEET_COLUMNS = 4
 
+# SDL's video drivers for what a variable of the environment says is there, in order of preference.
+# Left to choose for itself, SDL would go on to drivers that fill the terminal with characters.
+WINDOW_DRIVERS = (("DISPLAY", "x11"), ("WAYLAND_DISPLAY", "wayland"))
+DRIVERS_WITHOUT_WINDOW = "dummy", "offscreen", "evdev"
+
 
 def main(arguments=None):
     """Run the demo; returns the exit status."""
     options = parse(arguments)
-    headless = options.headless or options.check or not os.environ.get("DISPLAY")
-    if headless:
-        os.environ["SDL_VIDEODRIVER"] = "dummy"
     try:
-        pygame, game = load()
+        pygame, game = import_game()
     except ImportError as error:
         print("demo: {}.\nRun script/demo, which builds what is missing, or put the folder of the "
               "built larkspur.so on PYTHONPATH.".format(error), file=sys.stderr)
         return 1
     try:
-        screen = open_display(pygame, game.SIZE)
-    except pygame.error as error:
-        print("demo: no window could be opened ({}); try --headless.".format(error),
-              file=sys.stderr)
-        return 1
-    try:
-        if not headless:
-            return play(pygame, game, screen, options.frames)
         if not options.headless and not options.check:
-            print("There is no DISPLAY: rendering pictures instead of opening a window.")
+            screen, obstacle = open_window(pygame, game.SIZE)
+            if screen is not None:
+                return play(pygame, game, screen, options.frames)
+            print("No window can be opened ({}): rendering pictures instead.".format(obstacle))
+        os.environ["SDL_VIDEODRIVER"] = "dummy"
+        screen = open_display(pygame, game.SIZE)
         run = render(pygame, game, screen, options.frames or 600, options.output)
         return check(pygame, run) if options.check else 0
     finally:
@@ -70,12 +69,41 @@ def positive(text):
     return value
 
 
-def load():
+def import_game():
     """Import pygame, larkspur and the game; an ImportError says which is missing."""
     import pygame
     import gm6  # noqa: F401  (the engine comes before larkspur, which it imports)
     from evening import game
     return pygame, game
+
+
+def window_drivers(environment):
+    """The video drivers to try for a window: the user's own choice, or what there seems to be."""
+    chosen = environment.get("SDL_VIDEODRIVER")
+    if chosen:
+        return [chosen]
+    return [driver for variable, driver in WINDOW_DRIVERS if environment.get(variable)]
+
+
+def open_window(pygame, size):
+    """(the window's surface, None), or (None, why there can't be a window)."""
+    obstacles = ["{}={}".format(variable, os.environ[variable])
+                 for variable in ("DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER")
+                 if os.environ.get(variable)]
+    for driver in window_drivers(os.environ):
+        os.environ["SDL_VIDEODRIVER"] = driver
+        try:
+            screen = open_display(pygame, size)
+            driver = pygame.display.get_driver()
+            if driver in DRIVERS_WITHOUT_WINDOW:
+                raise pygame.error("this driver shows nothing")
+            if screen.get_bitsize() != 32:
+                raise pygame.error("{} bits a pixel, not 32".format(screen.get_bitsize()))
+            return screen, None
+        except pygame.error as error:
+            obstacles.append("{}: {}".format(driver, error))
+            pygame.display.quit()
+    return None, "; ".join(obstacles) or "there is no DISPLAY"
 
 
 def open_display(pygame, size):
