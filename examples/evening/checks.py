@@ -89,7 +89,13 @@ def _of(color, most=26):
     return lambda r, g, b: abs(r - color[0]) + abs(g - color[1]) + abs(b - color[2]) < most
 
 
+def _flames_have_shades(picture):
+    """Where red and green are full without blue, a flame is one flat yellow. A few sparks may."""
+    return picture.share(WHOLE, lambda r, g, b: r == 255 and g == 255 and b < 200) < 0.0015
+
+
 VILLAGE_CHECKS = (
+    ("the flames are one flat yellow", _flames_have_shades),
     ("there are too few colours", lambda picture: picture.colors() > 3000),
     ("the map has no frame", _map_is_framed),
     ("the map shows no snow on the ground", _map_shows_land),
@@ -106,6 +112,7 @@ VILLAGE_CHECKS = (
      lambda picture: picture.share((330, 0, 200, 60), lambda r, g, b: r + g + b < 330) > 0.8),
 )
 GARDEN_CHECKS = (
+    ("the flames are one flat yellow", _flames_have_shades),
     ("there are too few colours", lambda picture: picture.colors() > 1500),
     ("the score panel is no gradient", _panel_fades),
     ("there is too little grass",

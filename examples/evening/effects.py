@@ -28,17 +28,23 @@ def _additive(shape, colors, alphas, life, speed, direction):
 
 
 def _fire():
-    """The shape has the colour: tinting and fading take the same from every channel, so that a
-    white shape would burn down to red at its rim."""
-    return _additive(gmapi.soft_disk(30, 1.4, (255, 158, 62), light=True),
-                     (gmapi.c_white, gmapi.c_white, rgb(255, 240, 226)),
-                     (0.72, 0.8, 0.2), (20, 52), (0.8, 2.5), (171, 189))
+    return _flame(28, (36, 16, 6), (0.97, 1.0, 0.9), (20, 52), (0.8, 2.5), (171, 189))
 
 
 def _torch_fire():
-    return _additive(gmapi.soft_disk(18, 1.4, (255, 158, 62), light=True),
-                     (gmapi.c_white, gmapi.c_white, rgb(255, 240, 226)),
-                     (0.8, 0.85, 0.3), (12, 30), (0.5, 1.4), (168, 192))
+    return _flame(16, (64, 28, 9), (0.96, 1.0, 0.85), (12, 30), (0.5, 1.4), (168, 192))
+
+
+def _flame(diameter, light, alphas, life, speed, direction):
+    """Faint light, of which a dozen layers make the core: red is full there, green nearly, blue
+    hardly, so that how thick the flame is shows as red, orange or yellow. With more light the sum
+    would be full in red and green all over the core, one flat yellow with a hard edge.
+
+    Fading takes the same from every channel. That is little light, so a little less alpha is
+    enough, and what is left of it as it cools is red.
+    """
+    return _additive(gmapi.soft_disk(diameter, 1.2, light, light=True), (gmapi.c_white,) * 3,
+                     alphas, life, speed, direction)
 
 
 def _smoke():

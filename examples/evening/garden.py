@@ -146,7 +146,7 @@ def brazier_create(self):
     self.fire = gmapi.part_system_create(7)
     flames = self.fire.emitter()
     flames.region(self.x - 11, self.x + 11, self.y - 46, self.y - 40, gmapi.ps_distr_gaussian)
-    self.fire.stream(flames, effects.types["torch_fire"], 4)
+    self.fire.stream(flames, effects.types["torch_fire"], 3)
     sparks = self.fire.emitter()
     sparks.region(self.x - 8, self.x + 8, self.y - 50, self.y - 44)
     self.fire.stream(sparks, effects.types["spark"], 0.25)

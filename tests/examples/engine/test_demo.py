@@ -290,6 +290,21 @@ def test_pictures_that_are_not_shown_have_no_rate(evening, monkeypatch):
     assert len(texts) == 20 and not any("frames/s" in text for text in texts)
 
 
+def test_flames_keep_their_shades(evening):
+    """From yellow through orange to red: not one flat colour, which is green at its fullest."""
+    fire = gmapi.obj_campfire.instances[0]
+    hero().x = fire.x - 200
+    play(evening, 120)
+    left = int(fire.x - evening.village.view_xview[0])
+    bottom = int(fire.y - evening.village.view_yview[0])
+    colors = [pygame.display.get_surface().get_at((x, y)) for x in range(left - 20, left + 20)
+              for y in range(bottom - 90, bottom - 30)]
+    green = [color[1] for color in colors if color[0] > 240]
+    assert len(green) > 500
+    assert sum(value == 255 for value in green) < 0.4 * len(green)
+    assert sum(110 < value < 240 for value in green) > 0.4 * len(green)
+
+
 def test_check_finds_fault_with_empty_pictures(evening, tmpdir):
     path = str(tmpdir.join("black.png"))
     pygame.image.save(pygame.Surface(evening_game.SIZE), path)
@@ -304,3 +319,15 @@ def test_check_finds_fault_with_empty_pictures(evening, tmpdir):
     garden_faults = checks.faults(pygame, [(path, "room_garden")], 5000)
     assert any("grass" in fault for fault in garden_faults)
     assert any("water" in fault for fault in garden_faults)
+
+
+@pytest.mark.parametrize("room", ["room_village", "room_garden"])
+@pytest.mark.parametrize("color, fault", [((255, 255, 90), True), ((255, 200, 90), False),
+                                          ((255, 255, 250), False)])
+def test_check_finds_fault_with_flat_flames(tmpdir, room, color, fault):
+    picture = pygame.Surface(evening_game.SIZE)
+    picture.fill(color, (400, 300, 40, 40))
+    path = str(tmpdir.join("fire.png"))
+    pygame.image.save(picture, path)
+    found = "\n".join(checks.faults(pygame, [(path, room)], 5000))
+    assert ("the flames are one flat yellow" in found) == fault
