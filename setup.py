@@ -78,6 +78,8 @@ setup(
         "Programming Language :: Python :: 2.7",
         "Topic :: Games/Entertainment",
     ],
+    package_dir={"": "python"},
+    py_modules=["larkspur_check"],
     ext_modules=[Extension("larkspur", [])],
     cmdclass={"build_ext": BuildWithCMake},
     zip_safe=False,
