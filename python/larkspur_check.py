@@ -199,8 +199,12 @@ def _text(value):
 
 
 def _row(name, status, purpose, remedy=None, found=None, version=None, file=None):
+    if file is not None:
+        file = os.path.abspath(file)
+        if file.endswith((".pyc", ".pyo")):
+            file = file[:-1]  # the same whether the compiled file was there before or not
     row = {"name": name, "status": status, "purpose": purpose, "found": found, "version": version,
-           "file": file and os.path.abspath(file), "remedy": None if status == OK else remedy}
+           "file": file, "remedy": None if status == OK else remedy}
     return {key: _text(value) for key, value in row.items()}
 
 
@@ -453,8 +457,9 @@ def _sdl_rows(ctypes, pygame, library):
             _sdl_text(of_pygame, surface_library._name), _sdl_text(of_larkspur, library._name))
         rows.append(_row("one SDL", OK if one else WRONG, ONE_SDL, GET_PYGAME, found=found))
     zoom = _find_symbol(ctypes, library, "zoomSurface")
-    rows.append(_row("SDL_gfx", OK, "scales and rotates",
-                     file=_place_and_file(ctypes, zoom)[1]))
+    if zoom is not None:
+        rows.append(_row("SDL_gfx", OK, "scales and rotates",
+                         file=_place_and_file(ctypes, zoom)[1]))
     return rows
 
 

@@ -286,7 +286,7 @@ def test_report_of_the_environment(tmpdir):
     assert rows["Python"]["version"] == "%d.%d.%d" % sys.version_info[:3]
     assert rows["Python"]["file"] == os.path.abspath(sys.executable)
     assert rows["pygame"]["version"] == pygame.version.ver
-    assert rows["pygame"]["file"] == os.path.abspath(pygame.__file__)
+    assert rows["pygame"]["file"] == os.path.join(package_folder(pygame), "__init__.py")
     assert rows["larkspur"]["file"] == os.path.abspath(larkspur.__file__)
     assert rows["larkspur"]["version"] == getattr(larkspur, "__version__", None)
     linked = ".".join(map(str, pygame.get_sdl_version()))
@@ -298,6 +298,10 @@ def test_report_of_the_environment(tmpdir):
         "SDL 1.2 as a layer over SDL 2" if layer else "SDL 1.2")
     assert rows["SDL_gfx"]["file"] == loaded_file("libSDL_gfx")
     assert rows["display"]["found"] == "32 bits a pixel, tried without a window"
+
+
+def package_folder(module):
+    return os.path.dirname(os.path.abspath(module.__file__))
 
 
 def loaded_file(name):
@@ -537,7 +541,8 @@ def test_pygame_with_another_sdl_of_the_same_version(tmpdir):
                 uses_sdl = rename[0][0] in library.read()
             copy_patched(path, site.join("pygame", name), rename if uses_sdl else [])
     copy_larkspur(site)
-    rows = findings([], tmpdir, before=hide(["pygame"], [site]), LD_LIBRARY_PATH=str(libraries))
+    path = os.pathsep.join([str(libraries), os.environ.get("LD_LIBRARY_PATH", "")])
+    rows = findings([], tmpdir, before=hide(["pygame"], [site]), LD_LIBRARY_PATH=path)
     assert_two_sdls(rows, str(copy))
     assert rows["SDL of pygame"]["file"] == str(copy)
     assert rows["SDL of pygame"]["version"] == rows["SDL of larkspur"]["version"]
@@ -567,6 +572,23 @@ def test_pygame_with_an_sdl_inside(tmpdir):
     rows = findings([], tmpdir, before=hide(["pygame"], [site]))
     assert_two_sdls(rows, "one inside itself (%s)" % site.join("pygame", "surface.so"))
     assert "SDL of pygame" not in rows
+
+
+def test_larkspur_that_can_not_be_imported(tmpdir):
+    shutil.copy(native.build_path("helpers/surface_own_sdl/surface.so"),
+                str(tmpdir.join("larkspur.so")))
+    rows = findings([], tmpdir, before=hide(["pygame"]))
+    assert wrong(rows) == ["larkspur", "pygame"]
+    assert rows["larkspur"]["found"].startswith("ImportError: dynamic module does not define init")
+    assert rows["larkspur"]["file"] == str(tmpdir.join("larkspur.so"))
+
+
+def test_display_that_can_not_be_opened(tmpdir):
+    rows = findings([], tmpdir, before="import pygame; pygame.display.set_mode = None",
+                    PYGAME_HIDE_SUPPORT_PROMPT="1")
+    assert wrong(rows) == ["display"]
+    assert rows["display"]["found"] == "TypeError: 'NoneType' object is not callable"
+    assert REBUILD in rows["display"]["remedy"]
 
 
 def test_library_that_crashes_is_a_finding(tmpdir):
@@ -611,6 +633,7 @@ def header(folder):
 def test_include_is_the_folder_that_the_package_lists(tmpdir, listing, text):
     path = header(tmpdir.join("odd, place", "larkspur"))
     tmpdir.join("site", listing).write(text, ensure=True)
+    tmpdir.join("site", "larkspur.so").write("")
     status, out, err = command(["--include"], tmpdir, before=hide([], [tmpdir.join("site")]))
     assert (status, out, err) == (0, path.dirname + "\n", "")
 
