@@ -33,7 +33,8 @@ struct SDL_PixelFormat;
 /* ---- The module ---------------------------------------------------------------------------- */
 
 /* Copies pygame's native tables into the room-drawing unit. Called by the module's initialisation;
- * calling it again reads the tables again. Leaves no exception pending. */
+ * calling it again reads the tables again. A table that is not there, or belongs to a pygame on
+ * another SDL than larkspur's, is not taken. Leaves no exception pending. */
 LARKSPUR_EXPORT void larkspur_init_rooms(void);
 
 /* Wraps a surface in a new pygame Surface, which owns it from then on. Returns a new reference, or

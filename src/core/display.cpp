@@ -57,6 +57,9 @@ PyObject* set_sdl_screen(PyObject* /*module*/, PyObject* args) noexcept {
     if (!PyArg_ParseTuple(args, "O", &object)) {
         return nullptr;
     }
+    if (!require_pygame_on_our_sdl()) {
+        return nullptr;
+    }
     SDL_Surface* surface = surface_of(object, "set_SDL_screen()");
     if (surface == nullptr) {
         return nullptr;

@@ -13,7 +13,8 @@
 namespace larkspur {
 
 /// Module function set_SDL_screen(surface): keeps the pygame Surface and publishes its SDL surface
-/// and white. Returns None; TypeError for anything but a Surface.
+/// and white. Returns None; TypeError for anything but a Surface, RuntimeError when pygame by now
+/// uses another SDL than larkspur.
 PyObject* set_sdl_screen(PyObject* module, PyObject* args) noexcept;
 
 /// Module function init_subsystems(): initialises SDL's video subsystem; returns None.

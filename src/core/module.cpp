@@ -98,13 +98,16 @@ PyMethodDef module_functions[] = {
 extern "C" LARKSPUR_EXPORT void initlarkspur() {
     using namespace larkspur;
 
+    // First of all: the interpreter would keep a module whose initialisation fails.
+    if (!load_pygame_api(pygame_api())) {
+        return;
+    }
     PyObject* module = Py_InitModule4("larkspur", module_functions, nullptr, nullptr,
                                       PYTHON_API_VERSION);  // borrowed
     if (module == nullptr) {
         return;
     }
     add_types(module);
-    load_pygame_api(pygame_api());
     larkspur_init_rooms();
     const std::uint32_t entropy = read_entropy();
     learn_particle_handle_type();

@@ -81,6 +81,12 @@ inline void release_unowned(PyObject* object, Py_ssize_t held) noexcept {
     }
 }
 
+/// The module that is loaded under this name, or what stands in its place; empty, without an
+/// exception, when there is none.
+inline PyRef loaded_module(const char* name) noexcept {
+    return PyRef::borrow(PyDict_GetItemString(PyImport_GetModuleDict(), name));
+}
+
 /// A new reference to None, for functions that return nothing.
 [[nodiscard]] inline PyObject* new_none() noexcept {
     Py_INCREF(Py_None);

@@ -1,14 +1,17 @@
 #include "core/pygame.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
 #include "core/exports.h"
+#include "core/sdl_identity.h"
 
 namespace larkspur {
 namespace {
 
-// pygame's own records, as every release from 1.8 to 1.9.6 lays them out.
+// pygame's own records, as every release from 1.8 to 2.0.3 that is built against SDL 1.2 lays them
+// out (against SDL 2 there is one more field).
 struct SubsurfaceRecord {
     PyObject* owner;
     int pixel_offset_bytes;
@@ -34,34 +37,58 @@ SurfaceObject* as_surface_object(PyObject* object) noexcept {
     return reinterpret_cast<SurfaceObject*>(object);
 }
 
-template <std::size_t count>
-void load_table(const char* module_name, void* (&table)[count]) noexcept {
+// A native table and the object that keeps it; without entries when there is none.
+struct ExportedTable {
+    PyRef owner;
+    void* const* entries = nullptr;
+};
+
+// The table that a module of pygame exports. Leaves no exception of its own pending; the module may
+// be empty.
+ExportedTable exported_table(const PyRef& module) noexcept {
+    ExportedTable table;
+    if (!module) {
+        return table;
+    }
+    const PendingException set_aside;
+    table.owner = PyRef::steal(PyObject_GetAttrString(module.get(), "_PYGAME_C_API"));
+    PyObject* owner = table.owner.get();
+    if (owner != nullptr && Py_TYPE(owner) == &PyCObject_Type) {
+        table.entries = static_cast<void**>(PyCObject_AsVoidPtr(owner));
+    } else if (owner != nullptr && PyCapsule_CheckExact(owner)) {
+        table.entries = static_cast<void**>(PyCapsule_GetPointer(owner, PyCapsule_GetName(owner)));
+    }
+    PyErr_Clear();
+    return table;
+}
+
+ExportedTable import_table(const char* module_name) noexcept {
     const PendingException set_aside;
     const PyRef module = PyRef::steal(PyImport_ImportModule(module_name));
-    if (!module) {
-        PyErr_Clear();  // pygame is optional until a surface is used
-        return;
-    }
-    PyObject* entry = PyDict_GetItemString(PyModule_GetDict(module.get()), "_PYGAME_C_API");
-    void* exported = nullptr;
-    if (entry != nullptr && Py_TYPE(entry) == &PyCObject_Type) {
-        exported = PyCObject_AsVoidPtr(entry);
-    } else if (entry != nullptr && PyCapsule_CheckExact(entry)) {
-        exported = PyCapsule_GetPointer(entry, PyCapsule_GetName(entry));
-    }
-    if (exported == nullptr) {
-        PyErr_Clear();
-        return;
-    }
-    for (std::size_t i = 0; i < count; ++i) {
-        table[i] = static_cast<void**>(exported)[i];
+    PyErr_Clear();  // pygame is optional until a surface is used
+    return exported_table(module);
+}
+
+template <std::size_t count>
+void copy_table(const ExportedTable& from, void* (&to)[count]) noexcept {
+    if (from.entries != nullptr) {
+        std::copy_n(from.entries, count, to);
     }
 }
 
+// True without a table; else as require_our_sdl().
+bool is_on_our_sdl(const ExportedTable& table) noexcept {
+    return table.entries == nullptr || require_our_sdl(table.entries);
+}
+
+// The cause is another SDL where pygame came after larkspur.
 void raise_without_pygame(const char* function) noexcept {
+    if (!require_pygame_on_our_sdl()) {
+        return;
+    }
     PyErr_Format(PyExc_RuntimeError,
                  "%s needs pygame's native tables, and none were found when larkspur was imported; "
-                 "install pygame 1.9 and import it first",
+                 "install pygame 1.9.6 or 2.0.3, built against SDL 1.2, and import it first",
                  function);
 }
 
@@ -97,9 +124,19 @@ bool part_is_intact(PyObject* object, const char* function) noexcept {
 
 }  // namespace
 
-void load_pygame_api(PygameApi& api) noexcept {
-    load_table("pygame.surface", api.surface);
-    load_table("pygame.surflock", api.surflock);
+bool load_pygame_api(PygameApi& api) noexcept {
+    const ExportedTable surface = import_table("pygame.surface");
+    if (!is_on_our_sdl(surface)) {
+        return false;
+    }
+    copy_table(surface, api.surface);
+    copy_table(import_table("pygame.surflock"), api.surflock);
+    return true;
+}
+
+bool require_pygame_on_our_sdl() noexcept {
+    return is_on_our_sdl(exported_table(loaded_module("pygame.surface"))) &&
+           is_on_our_sdl(exported_table(loaded_module("pygame.display")));
 }
 
 PygameApi& pygame_api() noexcept {

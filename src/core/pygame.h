@@ -18,12 +18,17 @@ struct PygameApi {
 };
 
 /// Reads both tables from "_PYGAME_C_API" of "pygame.surface" and "pygame.surflock", which may be a
-/// CObject (pygame before 1.9.2) or a PyCapsule. A table that is not there stays as it is. Leaves
-/// no exception of its own pending.
-void load_pygame_api(PygameApi& api) noexcept;
+/// CObject (pygame before 1.9.2) or a PyCapsule. A table that is not there stays as it is.
+/// False with RuntimeError, and with both tables as they were, when pygame uses another SDL than
+/// larkspur.
+bool load_pygame_api(PygameApi& api) noexcept;
 
 /// The copy that everything but room drawing uses; filled when the module is imported.
 PygameApi& pygame_api() noexcept;
+
+/// Checks pygame as it is loaded now, which may have come or changed since larkspur was imported.
+/// False with RuntimeError when its surfaces or its display use another SDL than larkspur.
+bool require_pygame_on_our_sdl() noexcept;
 
 /// pygame's Surface type, borrowed; null with RuntimeError when the table is empty.
 PyTypeObject* pygame_surface_type(const char* function) noexcept;
