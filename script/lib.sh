@@ -11,6 +11,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 cd "$root"
 
 venv=$root/.venv
+# The pygame in it.
+default_pygame=1.9.6
 # Read by script/setup and by the tests of these scripts.
 # shellcheck disable=SC2034
 python2_release=2.7.18
@@ -35,6 +37,16 @@ if [ ! -d "${HOME:-}" ] || [ ! -w "${HOME:-}" ]; then
     export HOME=$root/build/home
     mkdir -p "$HOME"
 fi
+
+# environment_with VERSION: prints where the environment with this pygame is; fails for a pygame that
+# larkspur is not tested with.
+environment_with() {
+    case $1 in
+        "$default_pygame") printf '%s\n' "$venv" ;;
+        2.0.3) printf '%s\n' "$root/build/venv-pygame-$1" ;;
+        *) fail "--pygame takes $default_pygame or 2.0.3, got: ${1:-nothing}" ;;
+    esac
+}
 
 say() {
     printf -- '-- %s\n' "$*"

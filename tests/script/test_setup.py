@@ -5,14 +5,38 @@ import shutil
 import sys
 
 import pytest
-from support.scripts import TREE, run
+from support.scripts import TREE, run, write_command
 
 
-@pytest.mark.parametrize("name", ["setup", "lint", "package"])
-def test_unknown_argument_is_refused(tree, name):
+@pytest.mark.parametrize("name, takes", [
+    ("setup", "--pygame VERSION and nothing else"), ("lint", "no arguments"),
+    ("package", "no arguments")])
+def test_unknown_argument_is_refused(tree, name, takes):
     status, output = run(["script/" + name, "--fast"], tree)
     assert status == 1
-    assert "takes no arguments, got: --fast" in output
+    assert "takes %s, got: --fast" % takes in output
+
+
+@pytest.mark.parametrize("name", ["setup", "test"])
+@pytest.mark.parametrize("arguments, shown", [
+    (["2.1"], "2.1"), (["1.9"], "1.9"), ([""], "nothing"), ([], "nothing")])
+def test_pygame_that_larkspur_is_not_tested_with_is_refused(tree, name, arguments, shown):
+    status, output = run(["script/" + name, "--pygame"] + arguments, tree)
+    assert (status, output) == (1, "%s: --pygame takes 1.9.6 or 2.0.3, got: %s\n" % (name, shown))
+
+
+@pytest.mark.parametrize("arguments, version, environment", [
+    ([], "1.9.6", ".venv"), (["--pygame", "1.9.6"], "1.9.6", ".venv"),
+    (["--pygame", "2.0.3"], "2.0.3", "build/venv-pygame-2.0.3")])
+def test_tests_run_in_the_environment_of_their_pygame(tree, arguments, version, environment):
+    write_command(tree.join("script", "setup"), 'echo "setup $*"')
+    write_command(tree.join(environment, "bin", "python"), 'echo "$*"')
+    tree.ensure("build", "release", dir=True)
+    status, output = run(["script/test", "-k", "one"] + arguments + ["tests/core"], tree)
+    assert status == 0, output
+    lines = output.splitlines()
+    assert lines[0] == "setup --pygame " + version
+    assert lines[-1] == "-m pytest -k one tests/core"
 
 
 def test_check_is_installed_with_the_module(tmpdir):
