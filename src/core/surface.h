@@ -76,6 +76,9 @@ inline bool has_plain_pixels(const SDL_Surface* surface) noexcept {
     return surface->pixels != nullptr && surface->locked == 0 && !SDL_MUSTLOCK(surface);
 }
 
+/// Number of bytes from which on SDL makes no surface; a layer over SDL 2 would.
+constexpr double kRefusedBytes = 2147483648.0;
+
 /// True when the pixel buffers of two surfaces overlap.
 inline bool share_memory(const SDL_Surface& a, const SDL_Surface& b) noexcept {
     const auto start_a = reinterpret_cast<std::uintptr_t>(a.pixels);

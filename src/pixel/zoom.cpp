@@ -2,8 +2,12 @@
 
 #include <SDL_rotozoom.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
+#include <cstring>
+#include <utility>
 
 namespace larkspur::pixel {
 namespace {
@@ -14,28 +18,63 @@ bool is_read_directly(const SDL_Surface& surface) {
     return surface.format->BitsPerPixel == 32 || surface.format->BitsPerPixel == 8;
 }
 
+constexpr double kSideEnd = 65536;
+constexpr double kIntEnd = 2147483648.0;
+
 // SDL refuses sides from 65536 pixels on, but SDL_gfx counts in ints: near their end a side
 // overflows on its way to SDL and comes back as one that it accepts. From `int_end` on a side is no
 // int at all, and SDL_gfx makes the smallest picture.
 bool is_refused(double side, double int_end) {
-    return side >= 65536 && side < int_end;
+    return side >= kSideEnd && side < int_end;
 }
-
-constexpr double kIntEnd = 2147483648.0;
 
 bool size_is_refused(const SDL_Surface& surface, double angle_degrees, double x_factor,
                      double y_factor) {
-    const double width = std::fabs(surface.w * x_factor);
-    const double height = std::fabs(surface.h * y_factor);
-    if (angle_degrees == 0) {
-        return is_refused(width, kIntEnd) || is_refused(height, kIntEnd);
+    double width = std::fabs(surface.w * x_factor);
+    double height = std::fabs(surface.h * y_factor);
+    double int_end = kIntEnd;
+    if (angle_degrees != 0) {
+        const double radians = angle_degrees * (M_PI / 180.0);
+        const double sine = std::fabs(std::sin(radians));
+        const double cosine = std::fabs(std::cos(radians));
+        const double straight_width = width;
+        width = width * cosine + height * sine;
+        height = straight_width * sine + height * cosine;
+        int_end = 2 * kIntEnd;  // turned sides are counted in halves
     }
-    const double radians = angle_degrees * (M_PI / 180.0);
-    const double sine = std::fabs(std::sin(radians));
-    const double cosine = std::fabs(std::cos(radians));
-    // Turned sides are counted in halves.
-    return is_refused(width * cosine + height * sine, 2 * kIntEnd) ||
-           is_refused(width * sine + height * cosine, 2 * kIntEnd);
+    if (is_refused(width, int_end) || is_refused(height, int_end)) {
+        return true;
+    }
+    const double pixel_bytes = surface.format->BitsPerPixel == 8 ? 1 : 4;
+    return width < kSideEnd && height < kSideEnd &&
+           std::floor(width) * std::floor(height) * pixel_bytes >= kRefusedBytes;
+}
+
+// SDL_gfx makes its results two rows too high and then shortens the record alone. SDL 1.2 goes by
+// the record, and only the clip rectangle has to follow. A layer over SDL 2 goes by the height of a
+// surface of its own behind the record, would draw the two rows too, and tells by the clip
+// rectangle: there the picture is copied to a surface that never was higher.
+SurfacePtr of_its_own_height(SurfacePtr result) {
+    SDL_SetClipRect(result.get(), nullptr);
+    if (result->clip_rect.h == result->h) {
+        return result;
+    }
+    const SDL_PixelFormat& format = *result->format;
+    SurfacePtr copy(SDL_CreateRGBSurface(result->flags, result->w, result->h, format.BitsPerPixel,
+                                         format.Rmask, format.Gmask, format.Bmask, format.Amask));
+    if (copy == nullptr) {
+        return nullptr;
+    }
+    std::memcpy(copy->pixels, result->pixels,
+                static_cast<std::size_t>(result->h) * result->pitch);  // of one width, so one pitch
+    if (format.palette != nullptr) {
+        std::copy_n(format.palette->colors, format.palette->ncolors, copy->format->palette->colors);
+    }
+    if ((result->flags & SDL_SRCCOLORKEY) != 0) {
+        SDL_SetColorKey(copy.get(), SDL_SRCCOLORKEY, format.colorkey);
+    }
+    SDL_SetAlpha(copy.get(), result->flags & SDL_SRCALPHA, format.alpha);
+    return copy;
 }
 
 template <typename Transform>
@@ -58,10 +97,7 @@ SurfacePtr transformed(SDL_Surface* surface, double angle_degrees, double x_fact
         return nullptr;
     }
     SurfacePtr result(transform(surface));
-    if (result != nullptr) {
-        SDL_SetClipRect(result.get(), nullptr);
-    }
-    return result;
+    return result != nullptr ? of_its_own_height(std::move(result)) : nullptr;
 }
 
 int smoothing(bool smooth) {

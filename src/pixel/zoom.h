@@ -1,6 +1,7 @@
 // Zooming and rotating through SDL_gfx: the only place that calls it for this, because its results
 // need care. Their clip rectangle is two rows taller than they are, and once SDL has encoded such a
-// picture, decoding it writes past its pixels; here it is set right at once.
+// picture, decoding it writes past its pixels; here it is set right at once. A layer over SDL 2
+// would even draw the two rows.
 #pragma once
 
 #include <SDL.h>

@@ -159,7 +159,8 @@ SurfacePtr make_intermediate(std::int32_t width, std::int32_t height) noexcept {
     }
     const SDL_PixelFormat& format = *display->format;
     SurfacePtr surface;
-    if (width >= 0 && height >= 0) {  // SDL itself takes a negative size for a huge one
+    // SDL itself takes a negative size for a huge one.
+    if (width >= 0 && height >= 0 && 4.0 * width * height < kRefusedBytes) {
         surface.reset(SDL_CreateRGBSurface(SDL_SWSURFACE | SDL_SRCALPHA, width, height, 32,
                                            format.Rmask, format.Gmask, format.Bmask, format.Amask));
     }
