@@ -71,9 +71,20 @@ inline std::size_t buffer_bytes(const SDL_Surface& surface) noexcept {
 }
 
 /// True when a surface's pixels are plain memory: there, without the need of a lock, and not locked
-/// by anyone, which would make SDL refuse to blit.
+/// by anyone, which would make SDL refuse to blit. Trust it only where locks_show().
 inline bool has_plain_pixels(const SDL_Surface* surface) noexcept {
     return surface->pixels != nullptr && surface->locked == 0 && !SDL_MUSTLOCK(surface);
+}
+
+/// Whether this SDL counts locks in the surface's record, tried out on a surface: a layer over
+/// SDL 2 counts them in a surface of its own behind the record.
+inline bool locks_show(SDL_Surface* surface) noexcept {
+    if (SDL_LockSurface(surface) != 0) {
+        return false;
+    }
+    const bool shown = surface->locked != 0;
+    SDL_UnlockSurface(surface);
+    return shown;
 }
 
 /// Number of bytes from which on SDL makes no surface; a layer over SDL 2 would.

@@ -69,6 +69,9 @@ bool sdl_agrees() {
     fill_with_noise(by_us, 2);
     SDL_UpperBlit(&source, nullptr, &by_sdl, nullptr);
     lay(source, 0, 0, by_us, 0, 0, kAlphas, kRows);
+    if (!locks_show(&source)) {
+        return false;
+    }
     for (int y = 0; y < kRows; ++y) {
         if (!std::equal(pixel_at(by_us, 0, y), pixel_at(by_us, kAlphas, y),
                         pixel_at(by_sdl, 0, y))) {

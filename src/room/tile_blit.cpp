@@ -1,9 +1,11 @@
 #include "room/tile_blit.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <numeric>
 
 #include "core/convert.h"
 #include "core/surface.h"
@@ -73,19 +75,67 @@ void copy_rows(const SDL_Surface& source, const SDL_Surface& target, const Span&
     }
 }
 
+// Blits from one surface to another whose pixels it copies.
+void copy_tile(const SDL_Surface& source, const SDL_Rect& from, const SDL_Surface& target,
+               const SDL_Rect& to) noexcept {
+    const SDL_Rect& clip = target.clip_rect;
+    const Span x = clip_axis(from.x, from.w, to.x, source.w, clip.x, clip.w);
+    const Span y = clip_axis(from.y, from.h, to.y, source.h, clip.y, clip.h);
+    if (x.length > 0 && y.length > 0) {
+        copy_rows(source, target, x, y);
+    }
+}
+
+// Tiles of 8 x 8 pixels and where they go: inside, over each edge, and past the ends of 16 bits.
+constexpr struct {
+    SDL_Rect from;
+    SDL_Rect to;
+} kTrials[] = {
+    {{0, 0, 8, 8}, {0, 0, 0, 0}},
+    {{-2, 3, 9, 20}, {5, -2, 0, 0}},
+    {{1, -4, 4, 6}, {-1, 4, 0, 0}},
+    {{0, -32768, 8, 65535}, {3, 32767, 0, 0}},
+    {{-32768, 0, 65535, 8}, {32767, 1, 0, 0}},
+};
+
+// Other builds of SDL clip otherwise, or hide their locks: whether this one blits tiles as we do is
+// tried out.
+bool sdl_agrees() noexcept {
+    constexpr int kSide = 8;
+    std::array<SurfacePtr, 3> made;
+    for (SurfacePtr& surface : made) {
+        surface.reset(
+            SDL_CreateRGBSurface(SDL_SWSURFACE, kSide, kSide, 32, 0xFF0000, 0xFF00, 0xFF, 0));
+        if (surface == nullptr) {
+            return false;
+        }
+    }
+    SDL_Surface& source = *made[0];
+    SDL_Surface& by_sdl = *made[1];
+    SDL_Surface& by_us = *made[2];
+    auto* pixels = static_cast<std::uint8_t*>(source.pixels);
+    std::iota(pixels, pixels + buffer_bytes(source), std::uint8_t{1});
+    for (const auto& trial : kTrials) {
+        SDL_Rect from = trial.from;
+        SDL_Rect to = trial.to;
+        copy_tile(source, from, by_us, to);
+        if (SDL_UpperBlit(&source, &from, &by_sdl, &to) != 0 ||
+            std::memcmp(by_us.pixels, by_sdl.pixels, buffer_bytes(by_us)) != 0) {
+            return false;
+        }
+    }
+    return locks_show(&source);
+}
+
 }  // namespace
 
 bool blit_tile(SDL_Surface* source, SDL_Rect from, SDL_Surface* target, SDL_Rect to) noexcept {
-    if (from.w * std::size_t{source->format->BytesPerPixel} >= kLongRowBytes ||
+    static const bool is_known = sdl_agrees();
+    if (!is_known || from.w * std::size_t{source->format->BytesPerPixel} >= kLongRowBytes ||
         !is_plain_copy(*source, *target)) {
         return SDL_UpperBlit(source, &from, target, &to) == 0;
     }
-    const SDL_Rect& clip = target->clip_rect;
-    const Span x = clip_axis(from.x, from.w, to.x, source->w, clip.x, clip.w);
-    const Span y = clip_axis(from.y, from.h, to.y, source->h, clip.y, clip.h);
-    if (x.length > 0 && y.length > 0) {
-        copy_rows(*source, *target, x, y);
-    }
+    copy_tile(*source, from, *target, to);
     return true;
 }
 

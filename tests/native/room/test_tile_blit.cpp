@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "../sdl_layer.h"
 #include "core/surface.h"
 
 namespace larkspur {
@@ -51,6 +52,7 @@ class Picture {
     }
     Picture& operator=(const Picture&) = delete;
 
+    // Null when this SDL knows no such format.
     SDL_Surface* surface() const { return surface_.get(); }
     const std::vector<Uint8>& bytes() const { return bytes_; }
 
@@ -71,7 +73,9 @@ class Picture {
             }
         }
         // An alpha mask alone asks for blending; a picture without it is what converting makes.
-        SDL_SetAlpha(surface_.get(), 0, SDL_ALPHA_OPAQUE);
+        if (surface_ != nullptr) {
+            SDL_SetAlpha(surface_.get(), 0, SDL_ALPHA_OPAQUE);
+        }
     }
 
     Format format_;
@@ -163,7 +167,7 @@ TEST(TileBlit, CopiesAsSdlInEveryDirectFormat) {
 }
 
 // A position that leaves the 16 bits while the source is clipped comes back at the other end: here
-// the source's row 1 goes to the target's row 0.
+// the source's row 1 goes to the target's row 0. SDL 2 counts in more bits, and nothing comes back.
 TEST(TileBlit, WrapsPositionsAsSdl) {
     std::mt19937 random(kSeed);
     const Picture source(kOpaque32, 37, 29, random);
@@ -175,7 +179,7 @@ TEST(TileBlit, WrapsPositionsAsSdl) {
     ASSERT_TRUE(blit_tile(source.surface(), from, ours.surface(), to));
     ASSERT_EQ(0, SDL_UpperBlit(source.surface(), &from, expected.surface(), &to));
     EXPECT_EQ(expected.bytes(), ours.bytes());
-    EXPECT_NE(before, ours.bytes());
+    EXPECT_EQ(before == ours.bytes(), is_layer());
 }
 
 TEST(TileBlit, CopiesLongRowsAsSdl) {
@@ -191,6 +195,11 @@ TEST(TileBlit, ConvertsBetweenFormatsAsSdl) {
          {kAlpha32, kSwapped32, kHighRed32, kOpaque24, kOpaque16, kPalette8}) {
         SCOPED_TRACE(format.bits);
         const Picture source(format, 37, 29, random);
+        if (source.surface() == nullptr) {
+            ASSERT_EQ(kHighRed32.red, format.red);
+            ASSERT_TRUE(is_layer());  // SDL 2 has no such format
+            continue;
+        }
         const Picture target(kOpaque32, 50, 41, random);
         compare_with_sdl(source.surface(), target, 500, kSeed);
     }
