@@ -78,7 +78,7 @@ PyObject* init_subsystems(PyObject* /*module*/, PyObject* /*args*/) noexcept {
 
 SDL_Surface* display_surface() noexcept {
     follow_pygame();
-    return SDL_GetVideoSurface() != nullptr ? g_screen : nullptr;
+    return has_video_mode() ? g_screen : nullptr;
 }
 
 SDL_Surface* require_display(const char* function) noexcept {

@@ -87,8 +87,24 @@ inline bool locks_show(SDL_Surface* surface) noexcept {
     return shown;
 }
 
+/// True while a video mode is set. A layer over SDL 2 may go on answering with the record of a
+/// display that was closed, emptied.
+inline bool has_video_mode() noexcept {
+    const SDL_Surface* surface = SDL_GetVideoSurface();
+    return surface != nullptr && surface->format != nullptr;
+}
+
 /// Number of bytes from which on SDL makes no surface; a layer over SDL 2 would.
 constexpr double kRefusedBytes = 2147483648.0;
+
+/// As SDL_ConvertSurface(). The colour key and the alpha of a surface outlive its conversion to a
+/// format without alpha whatever the flags say; a layer over SDL 2 wants to be asked.
+inline SurfacePtr converted(SDL_Surface* surface, SDL_PixelFormat* format, Uint32 flags) noexcept {
+    if (format->Amask == 0) {
+        flags |= surface->flags & (SDL_SRCCOLORKEY | SDL_SRCALPHA);
+    }
+    return SurfacePtr(SDL_ConvertSurface(surface, format, flags));
+}
 
 /// True when the pixel buffers of two surfaces overlap.
 inline bool share_memory(const SDL_Surface& a, const SDL_Surface& b) noexcept {

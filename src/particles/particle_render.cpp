@@ -106,7 +106,7 @@ bool blit(PyObject* picture, SDL_Rect* place, const Look& look, const char* func
 }
 
 SurfacePtr in_display_format(SDL_Surface* surface, const SDL_Surface& display) noexcept {
-    return SurfacePtr(SDL_ConvertSurface(surface, display.format, SDL_SRCALPHA));
+    return converted(surface, display.format, SDL_SRCALPHA);
 }
 
 // Fades for an additive blend: takes what is missing to full alpha from every byte.

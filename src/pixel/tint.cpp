@@ -78,7 +78,7 @@ void satusub(void* buffer, int length_bytes, std::uint32_t value) {
 }
 
 SurfacePtr rgba_copy(SDL_Surface* surface) {
-    if (surface == nullptr || SDL_GetVideoSurface() == nullptr) {
+    if (surface == nullptr || !has_video_mode()) {
         return nullptr;
     }
     return SurfacePtr(SDL_DisplayFormatAlpha(surface));

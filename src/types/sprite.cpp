@@ -174,8 +174,7 @@ PyObject* sprite_from_surface(PyObject* /*module*/, PyObject* args) noexcept {
     }
     sprite->w = sprite->rightbound = surface.get()->w;
     sprite->h = sprite->bottombound = surface.get()->h;
-    const PyRef subimage = wrap_surface(
-        pygame_api(), SurfacePtr(SDL_ConvertSurface(surface.get(), display->format, 0)));
+    const PyRef subimage = wrap_surface(pygame_api(), converted(surface.get(), display->format, 0));
     if (!subimage || PyList_Append(sprite->subimages, subimage.get()) != 0) {
         return nullptr;
     }
