@@ -735,7 +735,8 @@ def test_absurdly_large_pictures_are_not_made(display, scale, turn):
     assert larkspur.CParticle_dec_ttl_and_render(scene.particle(orientation=turn), 0, 0) == 100
     assert particles.cache_of(scene.handle) == {}
     grown = resource.getrusage(resource.RUSAGE_SELF).ru_maxrss - peak_kilobytes
-    assert grown < 300 * 1024
+    # On a layer over SDL 2 each picture is copied once, see zoom.cpp.
+    assert grown < 300 * 1024 * (2 if sdl.is_layer() else 1)
 
 
 @pytest.mark.parametrize("bits", [8, 16, 24])
@@ -766,9 +767,9 @@ def test_an_8_bit_shape_scaled_and_tinted_raises_and_keeps_nothing(display):
 
 
 def test_a_failed_conversion_is_reported(display, capfd):
-    """SDL refuses to convert to a palette without colours."""
+    """SDL refuses to convert to a palette without colours; SDL 2 calls white what 1.2 calls none."""
     screen = pygame.Surface((32, 32), 0, 8)
-    screen.set_palette([(0, 0, 0)] * 256)
+    screen.set_palette([(255, 255, 255) if sdl.is_layer() else (0, 0, 0)] * 256)
     scene = Scene(display, soft_shape(), alpha3=(0.5,) * 3)
     larkspur.set_SDL_screen(screen)
     particle = scene.particle()

@@ -12,7 +12,7 @@ from support import host as host_support
 from support import leaks, native, rooms
 from support.guarded import GuardedSurface
 from support.pictures import assert_same_words, put_words, random_words, words
-from support.surfaces import ALL_MASKS, encode, surface_of
+from support.surfaces import ALL_MASKS, assert_encoded, encode, surface_of
 
 RED, GREEN, BLUE, GREY = 0x0000FF, 0x00FF00, 0xFF0000, 0x808080
 WIDTH, HEIGHT = 41, 31
@@ -315,7 +315,7 @@ def test_encoded_surface_as_the_display(screen, capfd):
         arguments = (-2, -2, 15, 99) + KINDS[kind] + (alpha, outline)
         model.draw_rectangle_color(picture, *arguments)
         larkspur.fast_draw_rectangle_color(*arguments)
-        assert native.sdl_surface(surface).pixels is None  # encoded again
+        assert_encoded(surface)  # again
         assert_same_words(words(surface), picture.words(), "encoded-" + kind)
 
 

@@ -8,7 +8,8 @@ import pytest
 
 from support import leaks, native
 from support.pictures import assert_same_words, words
-from support.surfaces import ALL_MASKS, ARGB, XRGB, encoded_surface, surface_of
+from support.surfaces import (ALL_MASKS, ARGB, XRGB, assert_encoded, encoded_surface,
+                              surface_of)
 
 number, integer, pointer = ctypes.c_double, ctypes.c_int, ctypes.c_void_p
 
@@ -188,7 +189,7 @@ def test_results_survive_encoding_and_decoding(name):
         result.set_colorkey((1, 2, 3), pygame.RLEACCEL)
         expected = words(result)
         target.blit(result, (0, 0))
-        assert native.sdl_surface(result).pixels is None
+        assert_encoded(result)
         visible = words(result) & 0xFFFFFF
         assert_same_words(visible, expected & 0xFFFFFF, "decoded")
 
@@ -255,7 +256,7 @@ def test_the_surface_of_a_closed_display_is_refused(name, display):
 def test_no_reference_is_kept(name):
     surface = surface_of(3, 3)
     leaks.assert_counts_unchanged(lambda: CALLS[name](surface, 1.5, 2.0), surface, pygame.Surface)
-    empty = pygame.Surface((0, 0))
+    empty = pygame.Surface((0, 0), 0, 32)
 
     def fail():
         with pytest.raises(ValueError):

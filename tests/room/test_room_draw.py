@@ -6,7 +6,7 @@ import larkspur
 import pygame
 import pytest
 
-from support import leaks, native, pending, subprocess_python
+from support import leaks, native, pending, sdl, subprocess_python
 from support.host import Plain, Raising, RaisingAttributes
 from support.pictures import assert_same_picture
 from support.rooms import (Drawable, compiled, make_background, make_instance, make_room,
@@ -290,7 +290,6 @@ SURFACES = {
     "part": lambda: patterned((80, 80), 6).subsurface((9, 7, 64, 48)),
     "part of a part": lambda: patterned((80, 80), 6).subsurface((9, 7, 66, 50)).subsurface(
         (1, 1, 64, 48)),
-    "empty": lambda: pygame.Surface((0, 0), 0, 32),
 }
 
 
@@ -313,6 +312,15 @@ def test_tiles_are_blits(host, name):
         x=source.randint(-70, 330), y=source.randint(-50, 250), tilex=source.randint(-20, 70),
         tiley=source.randint(-20, 60), w=source.randint(0, 70), h=source.randint(0, 60))
         for _ in range(300)])
+
+
+def test_tile_of_a_background_without_an_area(host):
+    """SDL 1.2 draws nothing. SDL 2 refuses the blit, which fails the frame as it fails pygame's."""
+    host.game.backgrounds[:] = [make_background(pygame.Surface((0, 0), 0, 32))]
+    before = host.screen.copy()
+    outcome = pending.call(larkspur.Room_Draw, make_room(tiles=[make_tile()]), host.screen)
+    assert outcome.succeeded is not sdl.is_layer()
+    assert_same_picture(host.screen, before, "no-area")
 
 
 def test_tiles_are_drawn_in_list_order_from_their_backgrounds(host):

@@ -5,7 +5,7 @@ import mmap
 import numpy
 
 from support import native
-from support.surfaces import create_surface_from
+from support.surfaces import make_surface_from
 
 _libc = ctypes.CDLL(None, use_errno=True)
 _libc.mmap.restype = ctypes.c_void_p
@@ -62,7 +62,7 @@ class GuardedSurface(object):
         self.memory = GuardedMemory(size, at_start)
         self.memory.everything[...] = numpy.random.RandomState(seed).randint(
             0, 256, len(self.memory.everything))
-        address = create_surface_from(self.memory.address, width, height, 32, pitch_bytes, *masks)
+        address = make_surface_from(self.memory.address, width, height, pitch_bytes, masks)
         self.surface = native.new_reference(_wrap(address))
 
     def _pixel_bytes(self, array):

@@ -4,7 +4,7 @@ import ctypes
 import numpy
 import pygame
 
-from support import native
+from support import native, sdl
 from support.pictures import put_words, random_words
 
 # Red, green, blue and alpha masks.
@@ -22,9 +22,35 @@ free_surface = native.function("SDL_FreeSurface", None, ctypes.c_void_p)
 _fflush = ctypes.CDLL(None).fflush
 
 
+def _give_masks(address, masks):
+    """Has the record of a 32-bit surface say that its pixels have these masks."""
+    form = native.Surface.from_address(address).format.contents
+    for channel, mask in zip("RGBA", masks):
+        bits = bin(mask)[2:]
+        shift = len(bits) - len(bits.rstrip("0")) if mask else 0
+        setattr(form, channel + "mask", mask)
+        setattr(form, channel + "shift", shift)
+        setattr(form, channel + "loss", 8 - bits.count("1"))
+
+
+def make_surface_from(memory, width, height, pitch, masks):
+    """Address of a 32-bit SDL surface around memory."""
+    address = create_surface_from(memory, width, height, 32, pitch, *masks)
+    if not address and sdl.is_layer():
+        # SDL 2 knows few formats. larkspur reads nothing but the record, so that is made up here.
+        address = create_surface_from(memory, width, height, 32, pitch,
+                                      *(ARGB if masks[3] else XRGB))
+        _give_masks(address, masks)
+    assert address
+    return address
+
+
 def surface_of(width, height, masks=XRGB, seed=1):
     """A 32-bit pygame Surface of random words."""
     surface = pygame.Surface((width, height), pygame.SRCALPHA if masks[3] else 0, 32, masks)
+    if surface.get_masks() != masks:  # unknown to SDL 2, see above
+        assert sdl.is_layer()
+        _give_masks(native.surface_address(surface), masks)
     put_words(surface, random_words(width, height, seed))
     return surface
 
@@ -34,7 +60,13 @@ def encode(surface):
     on: it has no pixels until it is locked."""
     surface.set_colorkey(0x010203, pygame.RLEACCEL)
     pygame.Surface(surface.get_size(), 0, 32, XRGB).blit(surface, (0, 0))
-    assert native.sdl_surface(surface).pixels is None
+    assert_encoded(surface)
+
+
+def assert_encoded(surface):
+    """SDL 1.2 takes the pixels of a surface away when it encodes it. SDL 2, if it encodes at all,
+    hides that behind the layer."""
+    assert (native.sdl_surface(surface).pixels is None) is not sdl.is_layer()
 
 
 def encoded_surface(width, height, seed=1):
@@ -68,9 +100,8 @@ class ForeignSurface(object):
         self.start = self.GUARD_BYTES + offset
         self.memory = numpy.random.RandomState(seed).randint(
             0, 256, self.start + height * pitch + self.GUARD_BYTES).astype(numpy.uint8)
-        self.address = create_surface_from(
-            self.memory.ctypes.data + self.start, width, height, 32, pitch, *masks)
-        assert self.address
+        self.address = make_surface_from(self.memory.ctypes.data + self.start, width, height, pitch,
+                                         masks)
 
     def __del__(self):
         free_surface(self.address)

@@ -3,6 +3,7 @@ import pytest
 
 import larkspur
 from support import leaks, native, records, subprocess_python
+from support.surfaces import assert_encoded
 
 # In storage order, which is the order of the pickled state.
 INTEGERS = records.int_names(records.SPRITE)
@@ -188,7 +189,7 @@ def test_an_encoded_surface_is_converted(display):
     surface = painted()
     surface.set_colorkey((0, 0, 255), pygame.RLEACCEL)
     display.blit(surface, (0, 0))  # the first blit encodes it
-    assert not native.sdl_surface(surface).pixels
+    assert_encoded(surface)
     subimage = larkspur.GMSprite_from_surface(surface, "spr_made").subimages[0]
     assert subimage.get_at((0, 0)) == (255, 0, 0, 255)
     assert subimage.get_at((31, 15)) == (10, 200, 30, 255)
@@ -211,7 +212,7 @@ def test_a_derived_surface_and_one_without_area_are_converted(display):
         pass
     sprite = larkspur.GMSprite_from_surface(Derived((4, 5)), None)
     assert (sprite.name, sprite.w, sprite.h) == (None, 4, 5)
-    sprite = larkspur.GMSprite_from_surface(pygame.Surface((0, 5)), "spr_made")
+    sprite = larkspur.GMSprite_from_surface(pygame.Surface((0, 5), 0, 32), "spr_made")
     assert (sprite.w, sprite.h, sprite.subimages[0].get_size()) == (0, 5, (0, 5))
 
 
