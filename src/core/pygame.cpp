@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "core/exports.h"
 #include "core/sdl_identity.h"
@@ -122,6 +123,29 @@ bool part_is_intact(PyObject* object, const char* function) noexcept {
     return true;
 }
 
+// True when SDL takes the pixels of a part from where pygame's prepare has just written that they
+// are. A layer over SDL 2 remembers for itself where they were when the part was made, and shows it
+// when the part is locked: in the old display's memory, when the display was set anew since then.
+bool sdl_finds_pixels(SDL_Surface* part, const char* function) noexcept {
+    if (part->pixels == nullptr || SDL_MUSTLOCK(part)) {
+        return true;  // found by each lock, or an encoded surface's
+    }
+    void* const written = part->pixels;
+    if (SDL_LockSurface(part) != 0) {
+        return true;  // as whoever locks it for use will be told
+    }
+    void* const remembered = std::exchange(part->pixels, written);
+    SDL_UnlockSurface(part);
+    if (remembered == written) {
+        return true;
+    }
+    PyErr_Format(PyExc_RuntimeError,
+                 "%s got a subsurface of a display that was set anew, and this SDL still looks for "
+                 "its pixels in the old one; make it again",
+                 function);
+    return false;
+}
+
 }  // namespace
 
 bool load_pygame_api(PygameApi& api) noexcept {
@@ -203,10 +227,16 @@ SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept {
         if (!part_is_intact(object, function)) {
             return;
         }
-        const PendingException set_aside;
-        prepare(object);
-        PyErr_Clear();  // a refused lock shows as missing pixels, which the user of them meets
+        {
+            const PendingException set_aside;
+            prepare(object);
+            PyErr_Clear();  // a refused lock shows as missing pixels, which the user of them meets
+        }
+        object_ = PyRef::borrow(object);
         prepared_ = true;
+        if (!sdl_finds_pixels(surface, function)) {
+            return;
+        }
     }
     object_ = PyRef::borrow(object);
     surface_ = surface;
