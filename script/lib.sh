@@ -135,6 +135,28 @@ apt_install() {
         apt-get -q -y -o DPkg::Lock::Timeout=600 install --no-install-recommends "${missing[@]}"
 }
 
+# provide_sdl_layer: unpacks the SDL 1.2 that is a layer over SDL 2 below build/, never over the
+# system's own, and prints the directory of its library.
+provide_sdl_layer() {
+    local package=libsdl1.2-compat directory=$root/build/sdl-compat library
+    if [ ! -d "$directory/unpacked" ]; then
+        apt_knows "$package" || refresh_apt_lists >&2
+        apt_knows "$package" ||
+            fail "no layer over SDL 2 to test on: this release has no package $package"
+        say "unpacking $package in build/sdl-compat" >&2
+        rm -rf "$directory"
+        mkdir -p "$directory"
+        (cd "$directory" && quietly "$directory/apt-get.log" retry apt-get -q download "$package")
+        quietly "$directory/dpkg-deb.log" dpkg-deb -x "$directory/$package"_*.deb "$directory/new"
+        mv "$directory/new" "$directory/unpacked"
+    fi
+    # Loaded by the layer when it starts; an ordinary library beside the others.
+    apt_install libsdl2-2.0-0 >&2
+    library=$(find "$directory/unpacked" -name libSDL-1.2.so.0 -print -quit)
+    [ -e "$library" ] || fail "$package brings no library of its own: $directory/unpacked"
+    dirname "$library"
+}
+
 # python27_with_headers CANDIDATE: prints the path of the interpreter behind CANDIDATE; fails
 # unless it runs, is Python 2.7 and has its headers.
 python27_with_headers() {

@@ -4,7 +4,7 @@ import re
 
 from support.scripts import run, write_command
 
-STAGES = ["setup", "test", "pygame2", "sanitize", "lint", "package", "demo"]
+STAGES = ["setup", "test", "pygame2", "sdl-compat", "sanitize", "lint", "package", "demo"]
 
 
 def run_ci(tree, **failing):
@@ -25,6 +25,7 @@ def test_stages_run_in_order(tree):
     started = [name for name in headlines if name in STAGES]
     assert started == [name for stage in STAGES for name in (stage, stage)]
     assert "ran test --pygame 2.0.3" in output
+    assert "ran test --sdl-compat" in output
     assert "ran test --sanitize" in output
     assert "ran demo --headless --frames 120 --check" in output
 

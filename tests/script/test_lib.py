@@ -238,3 +238,46 @@ def test_cpythons_cases_are_installed_or_asked_for(tree, has_cases, told, expect
     status, output = run_lib(code % (told, has_cases), tree)
     assert status == 0
     assert output.startswith(expected) and bool(output) == bool(expected)
+
+
+# Stand-ins for what fetches and unpacks the layer over SDL 2.
+LAYER = """
+apt_knows() { true; }
+apt_install() { echo "installs $*"; }
+apt-get() { echo "apt-get $*"; echo 1 >>"$root/fetched"; touch libsdl1.2-compat_1.2.60_amd64.deb; }
+dpkg-deb() { [ -e "$2" ] && mkdir -p "$3/usr/lib/there" && touch "$3/usr/lib/there/%s"; }
+"""
+PROVIDE = "echo \"in $(provide_sdl_layer)\""
+
+
+def test_layer_over_sdl_2_is_unpacked_below_build_once(tree):
+    status, output = run_lib(LAYER % "libSDL-1.2.so.0" + PROVIDE + "\n" + PROVIDE, tree)
+    assert status == 0
+    lines = output.splitlines()
+    unpacked = "in %s/build/sdl-compat/unpacked/usr/lib/there" % tree
+    assert lines == ["-- unpacking libsdl1.2-compat in build/sdl-compat", "installs libsdl2-2.0-0",
+                     unpacked, "installs libsdl2-2.0-0", unpacked]
+    assert tree.join("fetched").read() == "1\n"
+
+
+def test_layer_over_sdl_2_without_a_library_is_refused(tree):
+    status, output = run_lib(LAYER % "README" + "provide_sdl_layer", tree)
+    assert status == 1
+    assert "brings no library of its own" in output
+
+
+def test_release_without_the_layer_over_sdl_2(tree):
+    missing = "apt_knows() { false; }\nrefresh_apt_lists() { echo refreshes; }\n"
+    status, output = run_lib(LAYER % "" + missing + "provide_sdl_layer", tree)
+    assert status == 1
+    assert output.startswith("refreshes\n")
+    assert "this release has no package libsdl1.2-compat" in output
+    assert not tree.join("build", "sdl-compat").check()
+
+
+def test_failed_unpacking_is_tried_again(tree):
+    failing = "\ndpkg-deb() { false; }\nprovide_sdl_layer"
+    assert run_lib(LAYER % "" + failing, tree)[0] == 1
+    status, output = run_lib(LAYER % "libSDL-1.2.so.0" + PROVIDE, tree)
+    assert status == 0
+    assert tree.join("fetched").read() == "1\n1\n"

@@ -5,6 +5,7 @@ import shutil
 import sys
 
 import pytest
+from support import sdl
 from support.scripts import TREE, run, write_command
 
 
@@ -39,13 +40,24 @@ def test_tests_run_in_the_environment_of_their_pygame(tree, arguments, version, 
     assert lines[-1] == "-m pytest -k one tests/core"
 
 
-def test_check_is_installed_with_the_module(tmpdir):
+def run_check(tmpdir):
     # What the interpreter of this run needs to load larkspur.
-    names = ("PYTHONPATH", "LD_PRELOAD", "ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS")
+    names = ("PYTHONPATH", "LD_LIBRARY_PATH", "LD_PRELOAD", "ASAN_OPTIONS", "UBSAN_OPTIONS",
+             "LSAN_OPTIONS")
     environment = {name: os.environ[name] for name in names if name in os.environ}
-    status, output = run([sys.executable, "-m", "larkspur_check"], tmpdir, **environment)
+    return run([sys.executable, "-m", "larkspur_check"], tmpdir, **environment)
+
+
+def test_check_is_installed_with_the_module(tmpdir):
+    status, output = run_check(tmpdir)
     assert status == 0
     assert output.splitlines()[-1] == "all 8 checks passed"
+
+
+def test_check_tells_the_layer_over_sdl_2_from_sdl_1_2(tmpdir):
+    kind = "SDL 1.2 as a layer over SDL 2" if sdl.is_layer() else "SDL 1.2"
+    rows = [line for line in run_check(tmpdir)[1].splitlines() if "SDL of larkspur" in line]
+    assert ["  %d.%d.%d  %s  /" % (sdl.linked_version() + (kind,)) in row for row in rows] == [True]
 
 
 def copy_setup_py(folder):
