@@ -107,6 +107,9 @@ extern "C" LARKSPUR_EXPORT void initlarkspur() {
     if (module == nullptr) {
         return;
     }
+    if (PyModule_AddStringConstant(module, "__version__", LARKSPUR_VERSION) < 0) {
+        return;
+    }
     add_types(module);
     larkspur_init_rooms();
     const std::uint32_t entropy = read_entropy();

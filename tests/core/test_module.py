@@ -97,9 +97,16 @@ def test_functions_take_positional_arguments():
     assert set(entry.flags for entry in method_table()) == {1}
 
 
-def test_module_holds_its_functions_and_types_and_nothing_else():
-    names = set(name for name in vars(larkspur) if not name.startswith("__"))
-    assert names == set(name for name, _ in FUNCTIONS) | set(name for name, _, _ in TYPES)
+def test_module_holds_its_functions_types_and_version_and_nothing_else():
+    of_every_module = set(["__doc__", "__file__", "__name__", "__package__"])
+    assert set(vars(larkspur)) - of_every_module == set(
+        [name for name, _ in FUNCTIONS] + [name for name, _, _ in TYPES] + ["__version__"])
+
+
+def test_version_is_that_of_the_tree():
+    with open(os.path.join(os.path.dirname(__file__), "..", "..", "VERSION")) as version:
+        assert larkspur.__version__ == version.read().strip()
+    assert type(larkspur.__version__) is str
 
 
 def test_module_has_no_text_of_its_own():
