@@ -17,6 +17,8 @@ if sys.version_info[:2] != (2, 7):
         % (sys.version_info[0], sys.version_info[1], sys.executable)
     )
 
+from distutils.sysconfig import get_python_inc  # noqa: E402
+
 from setuptools import Extension, setup  # noqa: E402
 from setuptools.command.build_ext import build_ext  # noqa: E402
 
@@ -24,26 +26,42 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 OLDEST_CMAKE = (3, 18)
 
 
-def read(name):
-    with open(os.path.join(HERE, name)) as text:
+def read(*names):
+    with open(os.path.join(HERE, *names)) as text:
         return text.read()
 
 
+def give_up(reason):
+    """Ends the build. pip shows the end of what a build prints, so the reason comes last."""
+    sys.exit("larkspur was not built. %s\n%s" % (reason.strip(), read("cmake", "packages.txt")))
+
+
+def version_text(command):
+    """What `command --version` answers; None where it does not run, as a version manager's shim."""
+    try:
+        answer = subprocess.check_output([command, "--version"], stderr=subprocess.STDOUT)
+    except (OSError, subprocess.CalledProcessError):
+        return None
+    return answer.decode("utf-8", "replace")
+
+
 def find_cmake():
-    """The first CMake that runs and is new enough; a version manager's shim may not run."""
+    """The first CMake that runs and is new enough."""
     for candidate in ("cmake", "/usr/bin/cmake", "/usr/local/bin/cmake"):
-        try:
-            answer = subprocess.check_output([candidate, "--version"], stderr=subprocess.STDOUT)
-        except (OSError, subprocess.CalledProcessError):
-            continue
-        version = re.search(r"version (\d+)\.(\d+)", answer.decode("utf-8", "replace"))
+        version = re.search(r"version (\d+)\.(\d+)", version_text(candidate) or "")
         if version and tuple(map(int, version.groups())) >= OLDEST_CMAKE:
             return candidate
-    sys.exit(
-        "larkspur is built by CMake %d.%d or newer, and none was found.\n"
-        "Install it (apt-get install cmake), or run script/setup in larkspur's source tree."
-        % OLDEST_CMAKE
-    )
+    give_up("It is built by CMake %d.%d or newer, and none was found." % OLDEST_CMAKE)
+
+
+def generator_options():
+    """CMake's options that choose make or Ninja, whichever is there."""
+    if os.environ.get("CMAKE_GENERATOR"):
+        return []
+    for tool, generator in (("make", "Unix Makefiles"), ("ninja", "Ninja")):
+        if version_text(tool):
+            return ["-G", generator]
+    give_up("It is built by make or ninja, and neither was found.")
 
 
 class BuildWithCMake(build_ext):
@@ -53,15 +71,22 @@ class BuildWithCMake(build_ext):
         target = os.path.dirname(os.path.abspath(self.get_ext_fullpath(ext.name)))
         if not os.path.isdir(build):
             os.makedirs(build)
+        missing = os.path.join(build, "missing.txt")
+        if os.path.exists(missing):
+            os.remove(missing)
         commands = (
             [cmake, HERE, "-DCMAKE_BUILD_TYPE=Release", "-DLARKSPUR_TESTS=OFF",
-             "-DPython2_EXECUTABLE=" + sys.executable],
+             "-DPython2_EXECUTABLE=" + sys.executable,
+             "-DPython2_INCLUDE_DIR=" + get_python_inc()] + generator_options(),
             [cmake, "--build", ".", "--parallel", str(multiprocessing.cpu_count())],
             [cmake, "--install", ".", "--prefix", target],
         )
         for command in commands:
-            if subprocess.call(command, cwd=build) != 0:
-                sys.exit("larkspur was not built: the messages above say why.")
+            if subprocess.call(command, cwd=build) == 0:
+                continue
+            if os.path.exists(missing):
+                give_up(read(missing))
+            give_up("This failed, and its messages are above: %s" % " ".join(command))
 
 
 setup(

@@ -1,12 +1,11 @@
 """Setting up and packaging: messages."""
 
 import os
-import shutil
 import sys
 
 import pytest
 from support import sdl
-from support.scripts import TREE, run, write_command
+from support.scripts import copy_build, run, write_command
 
 
 @pytest.mark.parametrize("name, takes", [
@@ -60,34 +59,14 @@ def test_check_tells_the_layer_over_sdl_2_from_sdl_1_2(tmpdir):
     assert ["  %d.%d.%d  %s  /" % (sdl.linked_version() + (kind,)) in row for row in rows] == [True]
 
 
-def copy_setup_py(folder):
-    for name in ("setup.py", "VERSION", "README.md"):
-        shutil.copy(os.path.join(TREE, name), str(folder))
-
-
 def test_building_under_python3_is_refused(tmpdir):
-    copy_setup_py(tmpdir)
+    copy_build(tmpdir)
     status, output = run(["/usr/bin/python3", "setup.py", "--version"], tmpdir)
     assert status == 1
     assert output.startswith("larkspur is an extension of Python 2.7; this is Python 3.")
 
 
-def test_missing_cmake_is_told(tmpdir):
-    copy_setup_py(tmpdir)
-    code = (
-        "import runpy, subprocess, sys\n"
-        "def fail(*arguments, **options): raise OSError\n"
-        "subprocess.check_output = fail\n"
-        "sys.argv = ['setup.py', 'build_ext']\n"
-        "runpy.run_path('setup.py', run_name='__main__')\n"
-    )
-    status, output = run([sys.executable, "-c", code], tmpdir)
-    assert status == 1
-    assert "built by CMake 3.18 or newer" in output
-    assert "apt-get install cmake" in output
-
-
 def test_version_is_that_of_the_file(tmpdir):
-    copy_setup_py(tmpdir)
+    copy_build(tmpdir)
     tmpdir.join("VERSION").write("12.34.56\n")
     assert run([sys.executable, "setup.py", "--version"], tmpdir) == (0, "12.34.56\n")

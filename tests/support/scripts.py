@@ -13,6 +13,13 @@ def copy_scripts(folder):
         shutil.copytree(os.path.join(TREE, name), str(folder.join(name)))
 
 
+def copy_build(folder):
+    """Copies what building reads before the first source below `folder`, a py.path."""
+    for name in ("setup.py", "VERSION", "README.md", "CMakeLists.txt"):
+        shutil.copy(os.path.join(TREE, name), str(folder))
+    shutil.copytree(os.path.join(TREE, "cmake"), str(folder.join("cmake")))
+
+
 def write_command(path, text):
     """Makes `path`, a py.path, a shell command."""
     path.write("#!/bin/bash\n" + text, ensure=True)
