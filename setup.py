@@ -95,9 +95,12 @@ setup(
     description="Native room drawing, pixel work, particles and data types for a pygame engine",
     long_description=read("README.md"),
     long_description_content_type="text/markdown",
+    author="the larkspur authors",
+    license="MIT",
     platforms=["Linux"],
     python_requires=">=2.7,<2.8",
     classifiers=[
+        "License :: OSI Approved :: MIT License",
         "Operating System :: POSIX :: Linux",
         "Programming Language :: C++",
         "Programming Language :: Python :: 2.7",
@@ -106,6 +109,7 @@ setup(
     package_dir={"": "python"},
     py_modules=["larkspur_check"],
     ext_modules=[Extension("larkspur", [])],
+    headers=["include/larkspur.h"],
     cmdclass={"build_ext": BuildWithCMake},
     zip_safe=False,
 )

@@ -15,7 +15,7 @@ def copy_scripts(folder):
 
 def copy_build(folder):
     """Copies what building reads before the first source below `folder`, a py.path."""
-    for name in ("setup.py", "VERSION", "README.md", "CMakeLists.txt"):
+    for name in ("setup.py", "setup.cfg", "VERSION", "README.md", "LICENSE", "CMakeLists.txt"):
         shutil.copy(os.path.join(TREE, name), str(folder))
     shutil.copytree(os.path.join(TREE, "cmake"), str(folder.join("cmake")))
 
