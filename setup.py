@@ -1,15 +1,19 @@
 """Builds and packages larkspur under Python 2.7.
 
 CMake alone knows how the module is built; this hands it the interpreter and collects the result.
+Both packages depend on the sources alone, to the bit, whoever makes them where and when.
 """
 
 from __future__ import print_function
 
+import gzip
 import multiprocessing
 import os
 import re
 import subprocess
 import sys
+import tarfile
+import time
 
 if sys.version_info[:2] != (2, 7):
     sys.exit(
@@ -17,13 +21,18 @@ if sys.version_info[:2] != (2, 7):
         % (sys.version_info[0], sys.version_info[1], sys.executable)
     )
 
+from distutils import log  # noqa: E402
+from distutils.errors import DistutilsOptionError  # noqa: E402
 from distutils.sysconfig import get_python_inc  # noqa: E402
 
 from setuptools import Extension, setup  # noqa: E402
 from setuptools.command.build_ext import build_ext  # noqa: E402
+from setuptools.command.sdist import sdist  # noqa: E402
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 OLDEST_CMAKE = (3, 18)
+# Written into the source package, so that a wheel made from it has the commit's date as well.
+DATE_FILE = "SOURCE_DATE_EPOCH"
 
 
 def read(*names):
@@ -89,6 +98,92 @@ class BuildWithCMake(build_ext):
             give_up("This failed, and its messages are above: %s" % " ".join(command))
 
 
+def source_date():
+    """The date that both packages and all in them carry, in seconds since 1970.
+
+    It is SOURCE_DATE_EPOCH where that is set, or else the commit's.
+    """
+    named = os.environ.get("SOURCE_DATE_EPOCH")
+    if named:
+        return int(named)
+    if os.path.exists(os.path.join(HERE, DATE_FILE)):
+        return int(read(DATE_FILE))
+    try:
+        # Sources without a commit of their own may lie below those of something else.
+        if not os.path.exists(os.path.join(HERE, ".git")):
+            raise OSError("this is no clone")
+        # A clone may belong to somebody else, such as its host's user inside of a container.
+        return int(subprocess.check_output(
+            ["git", "-c", "safe.directory=*", "log", "-1", "--format=%ct"], cwd=HERE))
+    except (OSError, subprocess.CalledProcessError) as error:
+        log.warn("the package is dated today, for git tells no commit's date here: %s", error)
+        return int(time.time())
+
+
+def packaged_mode(path):
+    """Permissions that do not depend on the umask under which the file was made."""
+    return 0o755 if os.stat(path).st_mode & 0o100 else 0o644
+
+
+def files_below(folder):
+    """All files, in an order that does not depend on the file system."""
+    found = []
+    for where, _, names in os.walk(folder):
+        found.extend(os.path.join(where, name) for name in names)
+    return sorted(found)
+
+
+class SourcePackage(sdist):
+    def make_release_tree(self, base_dir, files):
+        sdist.make_release_tree(self, base_dir, files)
+        with open(os.path.join(base_dir, DATE_FILE), "w") as recorded:
+            recorded.write("%d\n" % source_date())
+
+    def make_archive(self, base_name, format, root_dir=None, base_dir=None, **_):
+        if format != "gztar":
+            raise DistutilsOptionError("larkspur's source package is a gztar, not a %s" % format)
+        date = source_date()
+        name = base_name + ".tar.gz"
+        self.mkpath(os.path.dirname(name))
+        with open(name, "wb") as packed:
+            # The header would hold the archive's name and the time of packing.
+            unpacked = gzip.GzipFile("", "wb", 9, packed, date)
+            archive = tarfile.open(fileobj=unpacked, mode="w", format=tarfile.USTAR_FORMAT)
+            for path in files_below(base_dir):
+                member = tarfile.TarInfo(path)
+                member.size = os.path.getsize(path)
+                member.mode = packaged_mode(path)
+                member.mtime = date
+                member.uname = member.gname = "root"
+                with open(path, "rb") as content:
+                    archive.addfile(member, content)
+            archive.close()
+            unpacked.close()
+        return name
+
+
+commands = {"build_ext": BuildWithCMake, "sdist": SourcePackage}
+
+try:
+    from wheel.bdist_wheel import bdist_wheel
+except ImportError:
+    pass  # pip installs without making a wheel where there is no `wheel`
+else:
+    class Wheel(bdist_wheel):
+        def run(self):
+            # The dates in a wheel are taken from there.
+            os.environ["SOURCE_DATE_EPOCH"] = str(source_date())
+            bdist_wheel.run(self)
+
+        def write_wheelfile(self, *arguments, **options):
+            # The last file is written, the archive comes next.
+            bdist_wheel.write_wheelfile(self, *arguments, **options)
+            for path in files_below(self.bdist_dir):
+                os.chmod(path, packaged_mode(path))
+
+    commands["bdist_wheel"] = Wheel
+
+
 setup(
     name="larkspur",
     version=read("VERSION").strip(),
@@ -110,6 +205,6 @@ setup(
     py_modules=["larkspur_check"],
     ext_modules=[Extension("larkspur", [])],
     headers=["include/larkspur.h"],
-    cmdclass={"build_ext": BuildWithCMake},
+    cmdclass=commands,
     zip_safe=False,
 )
