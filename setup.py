@@ -207,4 +207,6 @@ setup(
     headers=["include/larkspur.h"],
     cmdclass=commands,
     zip_safe=False,
+    # Not in the folder of the Python modules, where it would be one more thing to ignore.
+    options={"egg_info": {"egg_base": os.curdir}},
 )

@@ -17,7 +17,8 @@ def copy_build(folder):
     """Copies what building reads before the first source below `folder`, a py.path."""
     for name in ("setup.py", "setup.cfg", "VERSION", "README.md", "LICENSE", "CMakeLists.txt"):
         shutil.copy(os.path.join(TREE, name), str(folder))
-    shutil.copytree(os.path.join(TREE, "cmake"), str(folder.join("cmake")))
+    for name in ("cmake", "python"):
+        shutil.copytree(os.path.join(TREE, name), str(folder.join(name)))
 
 
 def write_command(path, text):
