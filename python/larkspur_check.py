@@ -473,7 +473,7 @@ def _engine(module):
     try:
         __import__(module)
     except BaseException:  # the engine may also end itself
-        lines = traceback.format_exc().rstrip().splitlines()[-5:]
+        lines = traceback.format_exc().rstrip().splitlines()[-8:]
         yield _row(name, WRONG, *about, found="fails:\n" + "\n".join(lines))
         return
     yield _row(name, OK, about[0], file=getattr(sys.modules[module], "__file__", None))

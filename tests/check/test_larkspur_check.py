@@ -548,34 +548,34 @@ def test_pygame_with_another_sdl_of_the_same_version(tmpdir):
     assert rows["SDL of pygame"]["version"] == rows["SDL of larkspur"]["version"]
 
 
-def foreign_pygame(tmpdir, kind, version="2.0.3"):
+def foreign_pygame(tmpdir, sdl, version="2.0.3"):
     """A folder with a pygame of which surface.so alone is native, and with larkspur."""
     site = tmpdir.mkdir("site")
     package = site.mkdir("pygame")
     package.join("__init__.py").write("import version")
     package.join("version.py").write("ver = %r" % version)
-    shutil.copy(native.build_path("helpers/surface_%s/surface.so" % kind), str(package))
+    shutil.copy(native.build_path("helpers/pygame_on_%s/surface.so" % sdl), str(package))
     copy_larkspur(site)
     return site
 
 
 def test_pygame_on_sdl2(tmpdir):
-    site = foreign_pygame(tmpdir, "sdl2")
+    site = foreign_pygame(tmpdir, "other_sdl2")
     rows = findings([], tmpdir, before=hide(["pygame"], [site]))
-    assert_two_sdls(rows, "SDL 2 2.0.14 (", "libsdl2_stand_in.so")
-    assert rows["SDL of pygame"]["version"] == "2.0.14"
+    assert_two_sdls(rows, "SDL 2 2.34.5 (", "libother_sdl2.so")
+    assert rows["SDL of pygame"]["version"] == "2.34.5"
     assert rows["SDL of pygame"]["found"] == "SDL 2"
 
 
 def test_pygame_with_an_sdl_inside(tmpdir):
-    site = foreign_pygame(tmpdir, "own_sdl")
+    site = foreign_pygame(tmpdir, "no_sdl")
     rows = findings([], tmpdir, before=hide(["pygame"], [site]))
     assert_two_sdls(rows, "one inside itself (%s)" % site.join("pygame", "surface.so"))
     assert "SDL of pygame" not in rows
 
 
 def test_larkspur_that_can_not_be_imported(tmpdir):
-    shutil.copy(native.build_path("helpers/surface_own_sdl/surface.so"),
+    shutil.copy(native.build_path("helpers/pygame_on_no_sdl/surface.so"),
                 str(tmpdir.join("larkspur.so")))
     rows = findings([], tmpdir, before=hide(["pygame"]))
     assert wrong(rows) == ["larkspur", "pygame"]
@@ -592,7 +592,7 @@ def test_display_that_can_not_be_opened(tmpdir):
 
 
 def test_library_that_crashes_is_a_finding(tmpdir):
-    site = foreign_pygame(tmpdir, "sdl2")
+    site = foreign_pygame(tmpdir, "other_sdl2")
     site.join("pygame", "__init__.py").write("import os; os.kill(os.getpid(), 9)")
     rows = findings(["no_such_module"], tmpdir, before=hide(["pygame"], [site]))
     assert wrong(rows) == ["import no_such_module", "pygame"]
@@ -601,7 +601,7 @@ def test_library_that_crashes_is_a_finding(tmpdir):
 
 
 def test_untried_version_of_pygame_is_a_note(tmpdir):
-    site = foreign_pygame(tmpdir, "own_sdl", version="1.8.1")
+    site = foreign_pygame(tmpdir, "no_sdl", version="1.8.1")
     row = findings([], tmpdir, before=hide(["pygame"], [site]))["pygame"]
     assert (row["status"], row["version"]) == ("note", "1.8.1")
     assert "1.9.6 and 2.0.3" in row["remedy"]
