@@ -56,10 +56,11 @@ ONE_SDL = "larkspur and pygame hand each other SDL's surfaces, so both must use 
 
 GET_LARKSPUR = """\
 in larkspur's source tree: %s -m pip install .
-It needs a C++17 compiler, CMake 3.18 and SDL 1.2 with SDL_gfx:
-Debian, Ubuntu: apt-get install g++ cmake pkg-config libsdl1.2-dev libsdl-gfx1.2-dev
-Fedora: dnf install gcc-c++ cmake pkgconf SDL-devel SDL_gfx-devel
-Arch: pacman -S base-devel cmake sdl12-compat sdl_gfx""" % sys.executable
+What building it needs:
+Debian, Ubuntu: apt-get install cmake g++ make pkg-config libsdl1.2-dev libsdl-gfx1.2-dev
+(Debian 13: libsdl1.2-compat-dev in place of libsdl1.2-dev)
+Fedora: dnf install cmake gcc-c++ make pkgconf-pkg-config SDL-devel SDL_gfx-devel
+Arch: pacman -S cmake gcc make pkgconf sdl12-compat sdl_gfx""" % sys.executable
 
 GET_PYGAME = """\
 %s -m pip install --force-reinstall --no-binary pygame pygame==1.9.6
