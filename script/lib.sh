@@ -38,8 +38,8 @@ if [ ! -d "${HOME:-}" ] || [ ! -w "${HOME:-}" ]; then
     mkdir -p "$HOME"
 fi
 
-# environment_with VERSION: prints where the environment with this pygame is; fails for a pygame that
-# larkspur is not tested with.
+# environment_with VERSION: prints where the environment with this pygame is; fails for a version
+# that larkspur is not tested with.
 environment_with() {
     case $1 in
         "$default_pygame") printf '%s\n' "$venv" ;;

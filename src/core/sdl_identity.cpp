@@ -23,8 +23,9 @@ struct Library {
     char file[PATH_MAX];
 };
 
-// The function of this name that a loaded library has, or else one of those that it was linked with;
-// null when there is none. A null `file` stands for the program and what it has made visible to all.
+// The function of this name that a loaded library has, or else one of those that it was linked
+// with; null when there is none. A null `file` stands for the program and what it has made visible
+// to all.
 void* find_function(const char* file, const char* function) noexcept {
     void* library = dlopen(file, RTLD_LAZY | RTLD_NOLOAD);
     if (library == nullptr) {
@@ -53,9 +54,9 @@ bool read_told_version(SDL_version& version) noexcept {
     }
     const PyRef tell = PyRef::steal(PyObject_GetAttrString(pygame.get(), "get_sdl_version"));
     const PyRef told = PyRef::steal(tell ? PyObject_CallObject(tell.get(), nullptr) : nullptr);
-    const bool is_version = told && PyTuple_Check(told.get()) &&
-                            PyArg_ParseTuple(told.get(), "bbb", &version.major, &version.minor,
-                                             &version.patch);
+    const bool is_version =
+        told && PyTuple_Check(told.get()) &&
+        PyArg_ParseTuple(told.get(), "bbb", &version.major, &version.minor, &version.patch);
     PyErr_Clear();  // it is pygame's to say or not
     return is_version;
 }

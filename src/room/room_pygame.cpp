@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "core/exports.h"
-#include "core/pygame.h"
 #include "core/py_ref.h"
+#include "core/pygame.h"
 
 namespace larkspur {
 namespace {

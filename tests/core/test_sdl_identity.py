@@ -109,8 +109,8 @@ print leaks.object_growth(refused, rounds=200)
 
 
 @pytest.mark.parametrize("release, shown", [
-    ("del pygame.__version__", "of unknown version"), ("pygame.__version__ = 3", "of unknown version"),
-    ("pygame.__version__ = '2.x'", "2.x")])
+    ("del pygame.__version__", "of unknown version"),
+    ("pygame.__version__ = 3", "of unknown version"), ("pygame.__version__ = '2.x'", "2.x")])
 def test_pygames_release_is_told_when_it_is_known(release, shown):
     code = stand_in("other_sdl1") + release + "\n" + USE_STAND_IN + SHOW_IMPORT
     assert lines_of(code) == [refusal_of("other_sdl1", shown) + " False"]

@@ -8,7 +8,7 @@ void SDL_FUNCTION(void);
 #endif
 
 struct surface {
-    PyObject_HEAD
+    PyObject head;
     void* surface;
     void* part;
 };
@@ -21,13 +21,7 @@ static PyObject* new_surface(PyTypeObject* type, PyObject* arguments, PyObject* 
     return object;
 }
 
-static PyTypeObject surface_type = {
-    PyVarObject_HEAD_INIT(NULL, 0)
-    .tp_name = "pygame.Surface",
-    .tp_basicsize = sizeof(struct surface),
-    .tp_flags = Py_TPFLAGS_DEFAULT,
-    .tp_new = new_surface,
-};
+static PyTypeObject surface_type = {PyVarObject_HEAD_INIT(NULL, 0)};
 
 static PyObject* wrap(void* surface) {
     PyObject* object = new_surface(&surface_type, NULL, NULL);
@@ -50,6 +44,10 @@ static void* table[] = {
 
 static void make_module(const char* name) {
     PyObject* module = Py_InitModule3(name, NULL, NULL);
+    surface_type.tp_name = "pygame.Surface";
+    surface_type.tp_basicsize = sizeof(struct surface);
+    surface_type.tp_flags = Py_TPFLAGS_DEFAULT;
+    surface_type.tp_new = new_surface;
     if (module == NULL || PyType_Ready(&surface_type) < 0) {
         return;
     }
