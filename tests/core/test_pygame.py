@@ -229,7 +229,9 @@ def test_part_of_a_display_that_was_replaced_is_found_again(host):
     """SDL 2 looks for its pixels where they were; to blit from or to it there would crash."""
     part = host.screen.subsurface((5, 6, 20, 20))
     before = native.sdl_surface(host.screen).pixels
-    pygame.display.set_mode((320, 240), 0, 32)
+    kept = [pygame.Surface((320, 240), 0, 32) for _ in range(9)]  # fills holes of that size
+    pygame.display.set_mode((320, 480), 0, 32)
+    del kept
     host.screen.set_at((5, 6), (1, 2, 3))
     if sdl.is_layer() and native.sdl_surface(host.screen).pixels != before:
         for outcome in (pending.call(larkspur.flip_v, part),

@@ -174,6 +174,13 @@ TEST(BlitWithAlpha, LeavesSurfacesThatAreNotPlainMemory) {
     target->pixels = pixels;
 }
 
+TEST(LocksShow, WhereTheRecordCountsThem) {
+    const SurfacePtr surface = screen();
+    EXPECT_EQ(locks_show(surface.get()), !is_layer());
+    SDL_Rect rect = {0, 0, 0, 0};  // and it is unlocked again
+    EXPECT_EQ(SDL_UpperBlit(picture().get(), nullptr, surface.get(), &rect), 0);
+}
+
 TEST(BlitWithAlpha, LeavesSurfacesThatShareMemory) {
     const SurfacePtr whole = made(20, 20, 5, kAlpha, SDL_SRCALPHA);
     expect_left(whole.get(), whole.get());
