@@ -94,25 +94,36 @@ as_root() {
     fi
 }
 
-# missing_packages NAME...: prints those that are not installed.
+is_installed() {
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# missing_packages NAME[|NAME...]...: prints the arguments of which no name is installed.
 missing_packages() {
-    local name
-    for name in "$@"; do
-        if [ "$(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null)" != installed ]; then
-            printf '%s\n' "$name"
-        fi
+    local alternatives name
+    for alternatives in "$@"; do
+        for name in ${alternatives//|/ }; do
+            is_installed "$name" && continue 2
+        done
+        printf '%s\n' "$alternatives"
     done
 }
 
-apt_lists_are_fresh=no
+# "fresh" or "old" once they were asked for, also by a script that calls this one.
+export apt_lists=${apt_lists:-unknown}
 
 refresh_apt_lists() {
-    if [ "$apt_lists_are_fresh" = no ]; then
+    if [ "$apt_lists" = unknown ]; then
         say "apt-get update"
-        # An old list is often good enough, so a refusal is told and not fatal.
-        retry as_root apt-get -q -o DPkg::Lock::Timeout=600 update </dev/null ||
+        # An old list is often good enough, so a refusal is told and not fatal. Without the mode,
+        # apt-get counts servers that can't be reached as a success.
+        if retry as_root apt-get -q -o DPkg::Lock::Timeout=600 -o APT::Update::Error-Mode=any \
+            -o Acquire::Retries=1 update </dev/null; then
+            apt_lists=fresh
+        else
             say "apt-get update failed three times; going on with the lists that are here"
-        apt_lists_are_fresh=yes
+            apt_lists=old
+        fi
     fi
 }
 
@@ -121,18 +132,44 @@ apt_knows() {
     [[ $(apt-cache policy "$1" 2>/dev/null) == *"Candidate: "[!\(]* ]]
 }
 
-# apt_install NAME...: installs what is missing of these packages; nothing when all is there.
+# known_name NAME[|NAME...]: prints the first of these names that apt knows; where it knows none, the
+# first of all, which apt will then complain about.
+known_name() {
+    local name
+    for name in ${1//|/ }; do
+        if apt_knows "$name"; then
+            printf '%s\n' "$name"
+            return
+        fi
+    done
+    printf '%s\n' "${1%%|*}"
+}
+
+# apt_install NAME[|NAME...]...: installs what is missing of these packages; nothing when all is
+# there. Of names with | between them one is enough, the first that this release has.
 apt_install() {
-    local missing
+    local missing names=() alternatives again=(retry) options=()
     mapfile -t missing < <(missing_packages "$@")
     if [ "${#missing[@]}" = 0 ]; then
         return
     fi
     say "packages to install: ${missing[*]}"
     refresh_apt_lists
+    for alternatives in "${missing[@]}"; do
+        names+=("$(known_name "$alternatives")")
+    done
+    if [ "$apt_lists" = old ]; then
+        # No network, most likely: what is not in apt's cache won't come by waiting.
+        again=()
+        options=(-o Acquire::Retries=0)
+    fi
     say "apt-get install"
-    quietly build/tools/apt-get.log retry as_root env DEBIAN_FRONTEND=noninteractive \
-        apt-get -q -y -o DPkg::Lock::Timeout=600 install --no-install-recommends "${missing[@]}"
+    (quietly build/tools/apt-get.log "${again[@]}" as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get -q -y -o DPkg::Lock::Timeout=600 "${options[@]}" \
+        install --no-install-recommends "${names[@]}") ||
+        fail "apt-get could not install what is missing: ${names[*]}
+Make this machine reach its package archive (apt-get update shows whether it does), or install these
+packages in another way, and run this again."
 }
 
 # provide_sdl_layer: unpacks the SDL 1.2 that is a layer over SDL 2 below build/, never over the

@@ -1,6 +1,7 @@
 """What the scripts share."""
 
 import os
+import re
 import sys
 
 import pytest
@@ -111,17 +112,62 @@ def test_stale_lists_are_used_when_no_new_ones_can_be_had(tree):
     failing = 'apt-get() { echo "apt-get $*"; [ "${@: -1}" != update ]; }\n'
     status, output = run_lib(APT % 0 + failing + "apt_install lost", tree)
     assert status == 0
-    assert output.count("DPkg::Lock::Timeout=600 update") >= 3
+    calls = [line for line in output.splitlines() if line.startswith("apt-get")]
+    assert [line.endswith(" update") for line in calls] == [True, True, True, False]
     assert output.splitlines()[-1].startswith("apt-get")
     assert output.splitlines()[-1].endswith("lost")
 
 
 def test_packages_that_cannot_be_installed_end_the_run(tree):
     failing = "apt-get() { echo no such package; return 100; }\n"
-    status, output = run_lib(APT % 0 + failing + "apt_install lost && echo went on", tree)
-    assert status != 0
+    status, output = run_lib(APT % 0 + failing + "apt_install there lost; echo went on", tree)
+    assert status == 1
     assert "no such package" in output
+    assert "apt-get could not install what is missing: lost\n" in output
     assert "went on" not in output
+
+
+@pytest.mark.parametrize("refusing, attempts", [("install", 3), ("update install", 1)])
+def test_install_is_tried_again_only_where_the_lists_came(tree, refusing, attempts):
+    failing = """
+        apt-get() {
+            [[ " $* " =~ \\ (update|install)\\  ]]
+            echo "calls ${BASH_REMATCH[1]}"
+            [[ "%s" != *${BASH_REMATCH[1]}* ]]
+        }
+    """
+    status, output = run_lib(APT % 0 + failing % refusing + "apt_install lost", tree)
+    assert status == 1
+    assert output.count("calls install") == attempts
+
+
+@pytest.mark.parametrize(
+    "packages, installed",
+    [
+        ("there|lost", None),
+        ("lost|there", None),
+        ("known|lost", "known"),
+        ("lost|known", "known"),
+        ("lost|gone", "lost"),
+    ],
+)
+def test_first_known_of_alternative_packages_is_installed(tree, packages, installed):
+    known = "apt_knows() { [ $1 = known ]; }\n"
+    status, output = run_lib(APT % 0 + known + "apt_install there '%s'" % packages, tree)
+    assert status == 0
+    if installed:
+        assert output.endswith(" --no-install-recommends %s\n" % installed)
+    else:
+        assert output == ""
+
+
+@pytest.mark.parametrize("name", ["script/second", "( . script/lib.sh; refresh_apt_lists )"])
+def test_lists_are_refreshed_once_for_all_scripts(tree, name):
+    tools = APT % 0 + "export -f apt-get id\n"
+    write_command(tree.join("script", "second"), ". script/lib.sh\nrefresh_apt_lists\n")
+    status, output = run_lib(tools + "refresh_apt_lists; " + name, tree)
+    assert status == 0
+    assert len(re.findall("(?m)^apt-get .* update$", output)) == 1
 
 
 POLICIES = [
