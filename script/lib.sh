@@ -16,6 +16,8 @@ default_pygame=1.9.6
 # Read by script/setup and by the tests of these scripts.
 # shellcheck disable=SC2034
 python2_release=2.7.18
+# The one that script/build-python makes.
+own_python=$root/build/python2.7/bin/python2.7
 
 # Debian's own tools go before all others, so that a version manager's shim which answers
 # "not installed" is never taken for the tool. Python 2.7 is looked for on the caller's path.
@@ -132,6 +134,20 @@ apt_knows() {
     [[ $(apt-cache policy "$1" 2>/dev/null) == *"Candidate: "[!\(]* ]]
 }
 
+# Prints "ORIGIN URI" for each archive that apt is set up for, ORIGIN being Debian, Ubuntu or
+# another in one word. Archives of security updates and backports go by other labels.
+apt_archives() {
+    # The names in brackets are apt's.
+    # shellcheck disable=SC2016
+    apt-get indextargets --format '$(ORIGIN)|$(LABEL)|$(REPO_URI)' 'Created-By: Packages' |
+        sed -nE 's/^([^| ]+)[|]\1[|](.*)$/\1 \2/p' | sort -u
+}
+
+# archive_keyring ORIGIN: prints where Debian and Ubuntu keep the keys that sign their archives.
+archive_keyring() {
+    printf '/usr/share/keyrings/%s-archive-keyring.gpg\n' "${1,,}"
+}
+
 # known_name NAME[|NAME...]: prints the first of these names that apt knows; where it knows none, the
 # first of all, which apt will then complain about.
 known_name() {
@@ -231,6 +247,10 @@ find_pyenv_python27() {
 # find_python27: prints a Python 2.7 with headers that is on this machine already.
 find_python27() {
     local candidate
+    if [ "${LARKSPUR_PYTHON:-}" = own ]; then
+        python27_with_headers "$own_python"
+        return
+    fi
     if [ -n "${LARKSPUR_PYTHON:-}" ]; then
         python27_with_headers "$LARKSPUR_PYTHON" ||
             fail "LARKSPUR_PYTHON is $LARKSPUR_PYTHON, which is no Python 2.7 with headers"
@@ -241,7 +261,7 @@ find_python27() {
             return 0
         fi
     done < <(PATH=$caller_path type -ap python2.7)
-    find_pyenv_python27
+    find_pyenv_python27 || python27_with_headers "$own_python"
 }
 
 has_cpython_cases() {

@@ -170,6 +170,19 @@ def test_lists_are_refreshed_once_for_all_scripts(tree, name):
     assert len(re.findall("(?m)^apt-get .* update$", output)) == 1
 
 
+def test_archives_of_the_distribution_are_told_from_others(tree):
+    targets = [
+        "Debian|Debian|http://one/debian/",
+        "Debian|Debian|http://two/debian/",
+        "Debian|Debian|http://one/debian/",
+        "Debian|Debian-Security|http://one/debian-security/",
+        "Debian Backports|Debian Backports|http://one/debian/",
+        "$(ORIGIN)|$(LABEL)|http://not/fetched/yet/",
+    ]
+    code = "apt-get() { printf '%%s\\n' '%s'; }; apt_archives" % "' '".join(targets)
+    assert run_lib(code, tree) == (0, "Debian http://one/debian/\nDebian http://two/debian/\n")
+
+
 POLICIES = [
     ("printf 'it:\\n  Installed: (none)\\n  Candidate: 1:14.0\\n'", "yes"),
     ("printf 'it:\\n  Candidate: 2\\n'; sleep 0.2; printf 'much\\nmore\\n'", "yes"),
@@ -239,8 +252,26 @@ def test_pyenv_is_found_at_its_usual_place(tree):
     assert run_lib("find_python27", tree) == (0, "/of/pyenv\n")
 
 
-def test_no_python_is_a_failure_without_words(tree):
-    assert run_lib("find_python27 || echo none", tree) == (0, "none\n")
+def test_our_own_python_comes_last(tree):
+    fake_python(tree.join("build", "python2.7", "bin", "python2.7"), "/own")
+    assert run_lib("find_python27", tree) == (0, "/own\n")
+    fake_python(tree.join(".pyenv", "versions", "2.7.18", "bin", "python2.7"), "/of/pyenv")
+    write_command(tree.join(".pyenv", "bin", "pyenv"), "echo %s/.pyenv" % tree)
+    assert run_lib("find_python27", tree) == (0, "/of/pyenv\n")
+
+
+def test_our_own_python_goes_first_where_asked_for(tree):
+    fake_python(tree.join("bin", "python2.7"), "/on/path")
+    find = ("find_python27 || echo none", tree)
+    path = "%s/bin:/usr/bin:/bin" % tree
+    assert run_lib(*find, LARKSPUR_PYTHON="own", PATH=path) == (0, "none\n")
+    fake_python(tree.join("build", "python2.7", "bin", "python2.7"), "/own")
+    assert run_lib(*find, LARKSPUR_PYTHON="own", PATH=path) == (0, "/own\n")
+
+
+@pytest.mark.parametrize("named", [None, "own"])
+def test_no_python_is_a_failure_without_words(tree, named):
+    assert run_lib("find_python27 || echo none", tree, LARKSPUR_PYTHON=named) == (0, "none\n")
 
 
 REPORTS = [

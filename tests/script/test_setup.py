@@ -10,7 +10,7 @@ from support.scripts import copy_build, run, write_command
 
 @pytest.mark.parametrize("name, takes", [
     ("setup", "--pygame VERSION and nothing else"), ("lint", "no arguments"),
-    ("package", "no arguments")])
+    ("package", "no arguments"), ("build-python", "no arguments")])
 def test_unknown_argument_is_refused(tree, name, takes):
     status, output = run(["script/" + name, "--fast"], tree)
     assert status == 1
@@ -37,6 +37,61 @@ def test_tests_run_in_the_environment_of_their_pygame(tree, arguments, version, 
     lines = output.splitlines()
     assert lines[0] == "setup --pygame " + version
     assert lines[-1] == "-m pytest -k one tests/core"
+
+
+# Stand in for a system whose packages are all there, python2.7-dev not yet. What happens once
+# Python 2.7 has been found is of no interest: the run ends there.
+TOOLS = """
+dpkg-query() { [ "${@: -1}" != python2.7-dev ] && printf installed; }
+apt-get() { case $* in *install*) echo "installs ${@: -1}" >&2 ;; esac; }
+apt-cache() { [ $2 = "$known" ] && echo "Candidate: 2.7"; }
+env() { shift; "$@"; }
+sudo() { "$@"; }
+python3() { return 1; }
+export -f dpkg-query apt-get apt-cache env sudo python3
+exec script/setup
+"""
+BUILD_PYTHON = """
+echo "makes one"
+mkdir -p build/python2.7/bin
+printf '#!/bin/bash\\necho /made/python2.7\\n' >build/python2.7/bin/python2.7
+chmod +x build/python2.7/bin/python2.7
+"""
+
+
+def find_python(tree, build_python=BUILD_PYTHON, **variables):
+    write_command(tree.join("script", "build-python"), build_python)
+    return run(["/bin/bash", "-c", TOOLS], tree, **variables)[1]
+
+
+def test_python_is_made_once_where_there_is_none(tree):
+    output = find_python(tree)
+    assert "makes one\n" in output
+    assert "-- Python 2.7: /made/python2.7\n" in output
+    output = find_python(tree)
+    assert "makes one" not in output
+    assert "-- Python 2.7: /made/python2.7\n" in output
+
+
+def test_package_of_python_is_installed_where_apt_knows_it(tree):
+    output = find_python(tree, known="python2.7-dev")
+    assert tree.join("build", "tools", "apt-get.log").read() == "installs python2.7-dev\n"
+    # This stand-in for apt-get installs nothing, and a package without an interpreter won't do.
+    assert "makes one\n" in output
+
+
+def test_own_python_is_made_whatever_there_is(tree):
+    write_command(tree.join("bin", "python2.7"), "echo /on/path")
+    path = "%s/bin:/usr/bin:/bin" % tree
+    output = find_python(tree, known="python2.7-dev", PATH=path, LARKSPUR_PYTHON="own")
+    assert "makes one\n" in output
+    assert "-- Python 2.7: /made/python2.7\n" in output
+    assert not tree.join("build", "tools", "apt-get.log").check()
+
+
+def test_failure_to_make_python_ends_the_run(tree):
+    output = find_python(tree, build_python="echo no network; exit 1")
+    assert output.endswith("no network\n")
 
 
 def run_check(tmpdir):
