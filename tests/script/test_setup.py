@@ -5,7 +5,7 @@ import sys
 
 import pytest
 from support import sdl
-from support.scripts import copy_build, run, write_command
+from support.scripts import TREE, copy_build, run, write_command
 
 
 @pytest.mark.parametrize("name, takes", [
@@ -92,6 +92,16 @@ def test_own_python_is_made_whatever_there_is(tree):
 def test_failure_to_make_python_ends_the_run(tree):
     output = find_python(tree, build_python="echo no network; exit 1")
     assert output.endswith("no network\n")
+
+
+def test_layers_window_type_does_not_meet_pygames_variable(tmpdir):
+    header = "typedef struct SDL_Window SDL_Window;\nint of_the_layer(SDL_Window *window);\n"
+    tmpdir.join("SDL_syswm.h").write(header)
+    unit = "#include <SDL_syswm.h>\nstatic int SDL_Window;\n"
+    tmpdir.join("unit.c").write(unit + "int main(void) { return SDL_Window + !of_the_layer; }\n")
+    headers = os.path.join(TREE, "script", "pygame_headers")
+    compiler = ["gcc", "-fsyntax-only", "-I", headers, "-I", str(tmpdir), "unit.c"]
+    assert run(compiler, tmpdir) == (0, "")
 
 
 def run_check(tmpdir):
