@@ -4,12 +4,12 @@ import re
 
 from support.scripts import run, write_command
 
-STAGES = ["setup", "test", "pygame2", "sdl-compat", "sanitize", "lint", "package", "demo"]
+STAGES = ["setup", "test", "pygame2", "sdl-compat", "sanitize", "lint", "package", "demo", "bare"]
 
 
 def run_ci(tree, **failing):
     """Runs .ci/run on scripts that succeed; those in `failing` do what is given instead."""
-    for name in ("setup", "test", "lint", "package", "demo"):
+    for name in ("setup", "test", "lint", "package", "demo", "test-bare"):
         write_command(
             tree.join("script", name), failing.get(name, 'echo "ran %s $*"' % name)
         )
@@ -28,6 +28,7 @@ def test_stages_run_in_order(tree):
     assert "ran test --sdl-compat" in output
     assert "ran test --sanitize" in output
     assert "ran demo --headless --frames 120 --check" in output
+    assert "ran test-bare --python-only" in output
 
 
 def test_each_stage_tells_its_time(tree):
