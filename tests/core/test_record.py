@@ -232,7 +232,12 @@ def test_garbage_collection_visits_in_storage_order(record):
         values[name] = Plain(name=name)
         setattr(instance, name, values[name])
     seen = []
-    assert records.traverse(instance, lambda value: seen.append(value.name)) == 0
+
+    def visit(value):
+        seen.append(value.name)
+        return 0
+
+    assert records.traverse(instance, visit) == 0
     assert seen == visited
     assert gc.get_referents(instance) == [values[name] for name in visited]
 
