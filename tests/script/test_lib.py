@@ -5,7 +5,7 @@ import re
 import sys
 
 import pytest
-from support.scripts import run_lib, write_command
+from support.scripts import path_without_python, run_lib, write_command
 
 LEAKING = (
     "LARKSPUR_BUILD_DIR PYTHONPATH PYTHONHOME PYTHONOPTIMIZE PYTEST_ADDOPTS CXXFLAGS "
@@ -242,22 +242,24 @@ def test_newest_python27_of_pyenv_comes_next(tree):
     write_command(tree.join("shim", "pyenv"), "echo %s/pyenv" % tree)
     for version in ("2.7.9", "2.7.18"):
         fake_python(tree.join("pyenv", "versions", version, "bin", "python2.7"), "/" + version)
-    path = "%s/shim:/usr/bin:/bin" % tree
+    path = "%s/shim:%s" % (tree, path_without_python(tree))
     assert run_lib("find_python27", tree, PATH=path) == (0, "/2.7.18\n")
 
 
 def test_pyenv_is_found_at_its_usual_place(tree):
     write_command(tree.join(".pyenv", "bin", "pyenv"), "echo %s/.pyenv" % tree)
     fake_python(tree.join(".pyenv", "versions", "2.7.18", "bin", "python2.7"), "/of/pyenv")
-    assert run_lib("find_python27", tree) == (0, "/of/pyenv\n")
+    path = path_without_python(tree)
+    assert run_lib("find_python27", tree, PATH=path) == (0, "/of/pyenv\n")
 
 
 def test_our_own_python_comes_last(tree):
     fake_python(tree.join("build", "python2.7", "bin", "python2.7"), "/own")
-    assert run_lib("find_python27", tree) == (0, "/own\n")
+    path = path_without_python(tree)
+    assert run_lib("find_python27", tree, PATH=path) == (0, "/own\n")
     fake_python(tree.join(".pyenv", "versions", "2.7.18", "bin", "python2.7"), "/of/pyenv")
     write_command(tree.join(".pyenv", "bin", "pyenv"), "echo %s/.pyenv" % tree)
-    assert run_lib("find_python27", tree) == (0, "/of/pyenv\n")
+    assert run_lib("find_python27", tree, PATH=path) == (0, "/of/pyenv\n")
 
 
 def test_our_own_python_goes_first_where_asked_for(tree):
@@ -271,7 +273,8 @@ def test_our_own_python_goes_first_where_asked_for(tree):
 
 @pytest.mark.parametrize("named", [None, "own"])
 def test_no_python_is_a_failure_without_words(tree, named):
-    assert run_lib("find_python27 || echo none", tree, LARKSPUR_PYTHON=named) == (0, "none\n")
+    variables = {"PATH": path_without_python(tree), "LARKSPUR_PYTHON": named}
+    assert run_lib("find_python27 || echo none", tree, **variables) == (0, "none\n")
 
 
 REPORTS = [

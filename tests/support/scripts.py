@@ -27,6 +27,15 @@ def write_command(path, text):
     path.chmod(0o755)
 
 
+def path_without_python(folder):
+    """A PATH with what scripts need before they set their own, and no Python of the system's."""
+    tools = folder.ensure("tools", dir=True)
+    for name in ("bash", "dirname"):
+        if not tools.join(name).check():
+            tools.join(name).mksymlinkto("/usr/bin/" + name)
+    return str(tools)
+
+
 def run(command, folder, **variables):
     """Runs a command in `folder` with a bare environment; gives its status and its output."""
     environment = {"PATH": "/usr/bin:/bin", "HOME": str(folder), "LARKSPUR_RETRY_PAUSE": "0"}
