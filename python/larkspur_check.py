@@ -58,7 +58,6 @@ GET_LARKSPUR = """\
 in larkspur's source tree: %s -m pip install .
 What building it needs:
 Debian, Ubuntu: apt-get install cmake g++ make pkg-config libsdl1.2-dev libsdl-gfx1.2-dev
-(Debian 13: libsdl1.2-compat-dev in place of libsdl1.2-dev)
 Fedora: dnf install cmake gcc-c++ make pkgconf-pkg-config SDL-devel SDL_gfx-devel
 Arch: pacman -S cmake gcc make pkgconf sdl12-compat sdl_gfx""" % sys.executable
 
