@@ -30,24 +30,35 @@ bool is_refused(double side, double int_end) {
 
 bool size_is_refused(const SDL_Surface& surface, double angle_degrees, double x_factor,
                      double y_factor) {
-    double width = std::fabs(surface.w * x_factor);
-    double height = std::fabs(surface.h * y_factor);
-    double int_end = kIntEnd;
-    if (angle_degrees != 0) {
-        const double radians = angle_degrees * (M_PI / 180.0);
-        const double sine = std::fabs(std::sin(radians));
-        const double cosine = std::fabs(std::cos(radians));
-        const double straight_width = width;
-        width = width * cosine + height * sine;
-        height = straight_width * sine + height * cosine;
-        int_end = 2 * kIntEnd;  // turned sides are counted in halves
+    const double width = std::fabs(surface.w * x_factor);
+    const double height = std::fabs(surface.h * y_factor);
+    if (angle_degrees == 0) {
+        return is_refused(width, kIntEnd) || is_refused(height, kIntEnd);
     }
-    if (is_refused(width, int_end) || is_refused(height, int_end)) {
-        return true;
+    const double radians = angle_degrees * (M_PI / 180.0);
+    const double sine = std::fabs(std::sin(radians));
+    const double cosine = std::fabs(std::cos(radians));
+    // Turned sides are counted in halves.
+    return is_refused(width * cosine + height * sine, 2 * kIntEnd) ||
+           is_refused(width * sine + height * cosine, 2 * kIntEnd);
+}
+
+// True when SDL has no memory for the picture. What SDL_gfx makes of a turned one is not what
+// geometry says: it halves odd sides downwards, and stretches by the x factor alone.
+bool memory_is_refused(const SDL_Surface& surface, double angle_degrees, double x_factor,
+                       double y_factor) {
+    int width = 0;
+    int height = 0;
+    x_factor = std::fabs(x_factor);
+    y_factor = std::fabs(y_factor);
+    if (angle_degrees == 0) {
+        zoomSurfaceSize(surface.w, surface.h, x_factor, y_factor, &width, &height);
+    } else {
+        rotozoomSurfaceSizeXY(surface.w, surface.h, angle_degrees, x_factor, y_factor, &width,
+                              &height);
     }
     const double pixel_bytes = surface.format->BitsPerPixel == 8 ? 1 : 4;
-    return width < kSideEnd && height < kSideEnd &&
-           std::floor(width) * std::floor(height) * pixel_bytes >= kRefusedBytes;
+    return pixel_bytes * width * height >= kRefusedBytes;
 }
 
 // SDL_gfx makes its results two rows too high and then shortens the record alone. SDL 1.2 goes by
@@ -89,6 +100,10 @@ SurfacePtr transformed(SDL_Surface* surface, double angle_degrees, double x_fact
     }
     if (size_is_refused(*surface, angle_degrees, x_factor, y_factor)) {
         SDL_SetError("Width or height is too large");  // as SDL itself says
+        return nullptr;
+    }
+    if (memory_is_refused(*surface, angle_degrees, x_factor, y_factor)) {
+        SDL_OutOfMemory();  // as SDL itself says
         return nullptr;
     }
     const bool direct = is_read_directly(*surface);

@@ -246,6 +246,27 @@ def test_arguments(name):
             name, type(wrong).__name__)
 
 
+def test_colours_of_an_8_bit_surface_are_handed_on(name, display):
+    surface = pygame.Surface((6, 6), 0, 8)
+    surface.set_palette([(i, 255 - i, i // 2) for i in range(256)])
+    assert CALLS[name](surface, 1.5, 1.5).get_palette() == surface.get_palette()
+
+
+@pytest.mark.parametrize("depth", [16, 24, 32])
+def test_pictures_without_alpha_still_ask_for_blending(name, depth):
+    """As SDL_gfx leaves them."""
+    surface = pygame.Surface((6, 6), 0, depth)
+    assert CALLS[name](surface, 1.5, 1.5).get_flags() & pygame.SRCALPHA
+
+
+@pytest.mark.parametrize("size, factors, expected", [
+    ((100, 100), (1.0, 400.0), (142, 142)), ((1, 1), (30000.0, 30000.0), (2, 2))])
+def test_turned_size_is_counted_as_sdl_gfx_does(size, factors, expected):
+    """It takes the x factor for both sides, and halves odd sides downwards before it turns them."""
+    surface = pygame.Surface(size, 0, 32)
+    assert larkspur.rotoscale(surface, factors[0], factors[1], 45.0).get_size() == expected
+
+
 def test_the_surface_of_a_closed_display_is_refused(name, display):
     pygame.display.quit()
     with pytest.raises(RuntimeError) as raised:
