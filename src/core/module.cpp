@@ -5,6 +5,7 @@
 #include "core/display.h"
 #include "core/exports.h"
 #include "core/host.h"
+#include "core/py_ref.h"
 #include "core/pygame.h"
 #include "core/random_seed.h"
 #include "core/type_table.h"
@@ -19,6 +20,8 @@
 
 namespace larkspur {
 namespace {
+
+constexpr const char* kModuleName = "larkspur";
 
 // The order is part of the module's interface, and so is every text. A row stands here from the
 // moment its function exists.
@@ -91,6 +94,15 @@ PyMethodDef module_functions[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
+// The interpreter would keep a module whose initialisation failed, and hand it out at the next
+// import. Leaves the exception that says why.
+void forget_module() noexcept {
+    const PendingException set_aside;
+    if (PyDict_DelItemString(PyImport_GetModuleDict(), kModuleName) < 0) {
+        PyErr_Clear();  // someone else has taken it out
+    }
+}
+
 }  // namespace
 }  // namespace larkspur
 
@@ -98,19 +110,17 @@ PyMethodDef module_functions[] = {
 extern "C" LARKSPUR_EXPORT void initlarkspur() {
     using namespace larkspur;
 
-    // First of all: the interpreter would keep a module whose initialisation fails.
-    if (!load_pygame_api(pygame_api())) {
-        return;
-    }
-    PyObject* module = Py_InitModule4("larkspur", module_functions, nullptr, nullptr,
+    PyObject* module = Py_InitModule4(kModuleName, module_functions, nullptr, nullptr,
                                       PYTHON_API_VERSION);  // borrowed
     if (module == nullptr) {
         return;
     }
-    if (PyModule_AddStringConstant(module, "__version__", LARKSPUR_VERSION) < 0) {
+    add_types(module);
+    if (PyModule_AddStringConstant(module, "__version__", LARKSPUR_VERSION) < 0 ||
+        !load_pygame_api(pygame_api())) {
+        forget_module();
         return;
     }
-    add_types(module);
     larkspur_init_rooms();
     const std::uint32_t entropy = read_entropy();
     learn_particle_handle_type();

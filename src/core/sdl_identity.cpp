@@ -2,6 +2,7 @@
 
 #include <SDL.h>
 #include <dlfcn.h>
+#include <link.h>
 
 #include <climits>
 #include <cstdlib>
@@ -34,6 +35,22 @@ void* find_function(const char* file, const char* function) noexcept {
     void* found = dlsym(library, function);
     dlclose(library);  // it stays loaded: only our own handle goes
     return found;
+}
+
+// Whether the shared object around one address was loaded before the one around another.
+bool was_loaded_before(const void* earlier, const void* later) noexcept {
+    Dl_info info = {};
+    void* first = nullptr;
+    void* second = nullptr;
+    if (dladdr1(earlier, &info, &first, RTLD_DL_LINKMAP) == 0 ||
+        dladdr1(later, &info, &second, RTLD_DL_LINKMAP) == 0) {
+        return false;
+    }
+    const auto* object = static_cast<const link_map*>(first);
+    while (object != nullptr && object != second) {
+        object = object->l_next;
+    }
+    return object != nullptr;
 }
 
 void write_file_of(const void* address, char (&file)[PATH_MAX]) noexcept {
@@ -71,9 +88,11 @@ bool find_other_sdl(const void* address, Library& other) noexcept {
     Dl_info object = {};
     if (dladdr(address, &object) != 0 && object.dli_fname != nullptr) {
         if (void* linked = find_function(object.dli_fname, kVersionFunction1)) {
-            // A preloaded library goes before the ones that an object was linked with.
+            // A preloaded library goes before the ones that an object was linked with; one that
+            // was made visible to all later does not.
             void* preloaded = find_function(nullptr, kVersionFunction1);
-            void* used = preloaded != nullptr ? preloaded : linked;
+            const bool is_used = preloaded != nullptr && was_loaded_before(preloaded, address);
+            void* used = is_used ? preloaded : linked;
             write_file_of(used, other.file);
             other.version = *reinterpret_cast<decltype(&SDL_Linked_Version)>(used)();
             return used != reinterpret_cast<void*>(&SDL_Linked_Version);
@@ -114,7 +133,8 @@ void raise_other_sdl(const Library& other) noexcept {
                  "pygame %s uses SDL %d.%d.%d (%s), larkspur uses SDL %d.%d.%d (%s): they can't "
                  "share surfaces. Build pygame against larkspur's SDL, with the development "
                  "packages of SDL 1.2 installed: "
-                 "%s -m pip install --force-reinstall --no-binary pygame pygame==1.9.6",
+                 "%s -m pip install --force-reinstall --no-binary pygame pygame==1.9.6. Where that "
+                 "fails on a newer system, script/setup in larkspur's sources knows how",
                  PyString_AS_STRING(release.get()), other.version.major, other.version.minor,
                  other.version.patch, other.file, ours.version.major, ours.version.minor,
                  ours.version.patch, ours.file, PyString_AS_STRING(python.get()));

@@ -56,7 +56,8 @@ def refusal(version, path, release="7.8.9"):
     """The whole message about a pygame on an SDL of this version, in this file."""
     return ("pygame %s uses SDL %s (%s), larkspur uses SDL %s (%s): they can't share surfaces. "
             "Build pygame against larkspur's SDL, with the development packages of SDL 1.2 "
-            "installed: %s -m pip install --force-reinstall --no-binary pygame pygame==1.9.6"
+            "installed: %s -m pip install --force-reinstall --no-binary pygame pygame==1.9.6. "
+            "Where that fails on a newer system, script/setup in larkspur's sources knows how"
             % ((release, version, path) + our_sdl() + (sys.executable,)))
 
 
@@ -120,6 +121,32 @@ def test_interpreter_without_a_name_is_called_python():
     code = stand_in("other_sdl1") + "sys.executable = ''\n" + USE_STAND_IN + SHOW_IMPORT
     expected = refusal_of("other_sdl1").replace(sys.executable + " -m", "python2.7 -m")
     assert lines_of(code) == [expected + " False"]
+
+
+MADE_VISIBLE_LATER = [
+    "import ctypes\nctypes.CDLL('libSDL-1.2.so.0', ctypes.RTLD_GLOBAL)\n",
+    "sys.setdlopenflags(0x102)\n",  # RTLD_NOW | RTLD_GLOBAL, for larkspur and what it is linked with
+]
+
+
+@pytest.mark.parametrize("code", MADE_VISIBLE_LATER)
+def test_sdl_that_all_see_after_pygame_was_loaded_is_not_pygames(code):
+    lines = lines_of(stand_in("other_sdl1") + USE_STAND_IN + "import pygame.surface\n" + code +
+                     SHOW_IMPORT)
+    assert lines == [refusal_of("other_sdl1") + " False"]
+
+
+def test_pygame_is_imported_when_the_module_is_there():
+    """What importing pygame runs may import larkspur again."""
+    code = stand_in("our_sdl") + USE_STAND_IN + """
+class Hook(object):
+    def find_module(self, name, path=None):
+        if name == "pygame.surface":
+            import larkspur
+            print "import of pygame sees", len(vars(larkspur)) > 40
+sys.meta_path.insert(0, Hook())
+""" + SHOW_IMPORT
+    assert lines_of(code) == ["import of pygame sees True", "imported A hook for GDB."]
 
 
 def test_preloaded_sdl_is_everyones():
