@@ -98,12 +98,15 @@ inline bool has_video_mode() noexcept {
 constexpr double kRefusedBytes = 2147483648.0;
 
 /// As SDL_ConvertSurface(). The colour key and the alpha of a surface outlive its conversion to a
-/// format without alpha whatever the flags say; a layer over SDL 2 wants to be asked.
+/// format without alpha whatever the flags say; a layer over SDL 2 wants to be asked. SDL 1.2 is
+/// not asked, which could move the picture into video memory.
 inline SurfacePtr converted(SDL_Surface* surface, SDL_PixelFormat* format, Uint32 flags) noexcept {
-    if (format->Amask == 0) {
-        flags |= surface->flags & (SDL_SRCCOLORKEY | SDL_SRCALPHA);
+    const Uint32 kept = surface->flags & (SDL_SRCCOLORKEY | SDL_SRCALPHA);
+    SurfacePtr copy(SDL_ConvertSurface(surface, format, flags));
+    if (copy != nullptr && format->Amask == 0 && (kept & ~copy->flags) != 0) {
+        copy.reset(SDL_ConvertSurface(surface, format, flags | kept));
     }
-    return SurfacePtr(SDL_ConvertSurface(surface, format, flags));
+    return copy;
 }
 
 /// True when the pixel buffers of two surfaces overlap.

@@ -11,6 +11,21 @@
 #include "../sdl_layer.h"
 #include "core/surface.h"
 
+namespace {
+
+int blits_by_sdl = 0;
+
+}  // namespace
+
+// The linker puts the second in place of SDL's function, which the first then is.
+extern "C" int __real_SDL_UpperBlit(SDL_Surface* source, SDL_Rect* from, SDL_Surface* target,
+                                    SDL_Rect* to);
+extern "C" int __wrap_SDL_UpperBlit(SDL_Surface* source, SDL_Rect* from, SDL_Surface* target,
+                                    SDL_Rect* to) {
+    ++blits_by_sdl;
+    return __real_SDL_UpperBlit(source, from, target, to);
+}
+
 namespace larkspur {
 namespace {
 
@@ -154,6 +169,17 @@ void compare_with_sdl(SDL_Surface* source, const Picture& target, int rounds, Ui
     if (shows_something) {
         EXPECT_GE(changed, rounds / 8);
     }
+}
+
+TEST(TileBlit, CopiesPlainTilesItselfWhereThisSdlCanBeStoodInFor) {
+    std::mt19937 random(kSeed);
+    const Picture source(kOpaque32, 16, 16, random);
+    const Picture target(kOpaque32, 64, 48, random);
+    const SDL_Rect whole = {0, 0, 16, 16};
+    ASSERT_TRUE(blit_tile(source.surface(), whole, target.surface(), whole));  // after the trial
+    blits_by_sdl = 0;
+    ASSERT_TRUE(blit_tile(source.surface(), whole, target.surface(), whole));
+    EXPECT_EQ(blits_by_sdl, is_layer() ? 1 : 0);
 }
 
 TEST(TileBlit, CopiesAsSdlInEveryDirectFormat) {
