@@ -31,6 +31,8 @@ unset PYTEST_ADDOPTS PYTEST_PLUGINS PIP_USER PIP_TARGET PIP_PREFIX PIP_REQUIRE_V
 unset CC CXX CFLAGS CXXFLAGS CPPFLAGS LDFLAGS CMAKE_BUILD_TYPE CMAKE_GENERATOR
 unset LD_PRELOAD ASAN_OPTIONS LSAN_OPTIONS UBSAN_OPTIONS GTEST_FILTER
 export LC_ALL=C.UTF-8
+# virtualenv would keep its data in the home of the user.
+export VIRTUALENV_OVERRIDE_APP_DATA=$root/build/tools/virtualenv-data
 export PIP_DISABLE_PIP_VERSION_CHECK=1 PIP_NO_INPUT=1 PIP_NO_PYTHON_VERSION_WARNING=1
 export PYGAME_HIDE_SUPPORT_PROMPT=1
 
@@ -85,11 +87,15 @@ quietly() {
     fi
 }
 
+can_become_root() {
+    [ "$(id -u)" = 0 ] || command -v sudo >/dev/null
+}
+
 # As root where apt wants it.
 as_root() {
     if [ "$(id -u)" = 0 ]; then
         "$@"
-    elif command -v sudo >/dev/null; then
+    elif can_become_root; then
         sudo "$@"
     else
         fail "needs root to run: $* (no sudo here; run it as root yourself, then try again)"
@@ -115,7 +121,9 @@ missing_packages() {
 export apt_lists=${apt_lists:-unknown}
 
 refresh_apt_lists() {
-    if [ "$apt_lists" = unknown ]; then
+    if [ "$apt_lists" = unknown ] && ! can_become_root; then
+        apt_lists=old
+    elif [ "$apt_lists" = unknown ]; then
         say "apt-get update"
         # An old list is often good enough, so a refusal is told and not fatal. Without the mode,
         # apt-get counts servers that can't be reached as a success.
@@ -148,8 +156,8 @@ archive_keyring() {
     printf '/usr/share/keyrings/%s-archive-keyring.gpg\n' "${1,,}"
 }
 
-# known_name NAME[|NAME...]: prints the first of these names that apt knows; where it knows none, the
-# first of all, which apt will then complain about.
+# known_name NAME[|NAME...]: prints the first of these names that apt knows; where it knows none,
+# the first of all, which apt will then complain about.
 known_name() {
     local name
     for name in ${1//|/ }; do
@@ -174,6 +182,10 @@ apt_install() {
     for alternatives in "${missing[@]}"; do
         names+=("$(known_name "$alternatives")")
     done
+    if ! can_become_root; then
+        fail "needs root, and there is no sudo here. As root: apt-get install ${names[*]}
+Then run this again."
+    fi
     if [ "$apt_lists" = old ]; then
         # No network, most likely: what is not in apt's cache won't come by waiting.
         again=()

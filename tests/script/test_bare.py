@@ -6,7 +6,8 @@ import pytest
 from support.scripts import run, write_command
 
 # Stand in for Debian's tools, of which all is there, and for what needs root. What would run in the
-# base system is only recorded, a line each; debootstrap fails where `broken` says so.
+# base system is only recorded, a line each; debootstrap fails where `broken` says so. The shell that
+# mounts and enters it runs where there are commands in `entry` that stand in for mount and chroot.
 TOOLS = """
 dpkg-query() { printf installed; }
 sudo() { "$@"; }
@@ -22,6 +23,12 @@ unshare() {
     [[ " $* " != *" ${broken:-nothing} "* ]] || { echo "it is broken"; return 3; }
     case "$*" in
         *" debootstrap "*) mkdir -p "${@: -2:1}"/{etc/apt/apt.conf.d,etc/sudoers.d,home} ;;
+        *" -ec "*)
+            if [ -d "$root/entry" ]; then
+                while [ "$1" != -ec ]; do shift; done
+                PATH=$root/entry:$PATH sh "$@"
+            fi
+            ;;
     esac
 }
 grep() {
@@ -46,7 +53,7 @@ def repository(tree):
 
 
 def commit(tree):
-    tree.join(".gitignore").write("/build/\n/isolated\n")
+    tree.join(".gitignore").write("/build/\n/entered\n/entry/\n/isolated\n")
     author = "-c user.name=x -c user.email=x@x.example"
     command = "git init -q && git add -A && git %s commit -q -m x" % author
     assert run(["/bin/bash", "-c", command], tree)[0] == 0
@@ -66,7 +73,10 @@ def isolated(tree):
     "arguments, reason",
     [
         (["--fast"], "got: --fast"),
-        (["--release"], "--release needs a name"),
+        (["--release"], "--release takes a name such as trixie, got: nothing"),
+        (["--release", "../.."], "--release takes a name such as trixie, got: ../.."),
+        (["--release", "."], "--release takes a name such as trixie, got: ."),
+        (["--release", ""], "--release takes a name such as trixie, got: nothing"),
         (["--python-only", "--release", "trixie"], "takes no --release"),
     ],
 )
@@ -75,6 +85,22 @@ def test_arguments_that_make_no_sense_are_refused(repository, arguments, reason)
     assert status == 1
     assert reason in output
     assert not repository.join("build", "bare").check()
+
+
+def test_tree_without_history_is_refused(tree):
+    write_command(tree.join("script", "demo"), "")
+    status, output = bare(tree, "--python-only")
+    assert status == 1
+    assert "needs a clone with its history" in output
+
+
+def test_path_with_blanks_is_refused(repository, tmpdir):
+    spaced = tmpdir.join("in a path")
+    repository.copy(spaced, mode=True)
+    status, output = bare(spaced, "--python-only")
+    assert status == 1
+    assert "can't run in a path with blanks: %s" % spaced in output
+    assert not spaced.join("build", "bare").check()
 
 
 def test_clone_is_of_head_and_runs_where_no_other_python_is_seen(repository):
@@ -150,7 +176,7 @@ def test_base_system_is_made_from_this_machines_archive(repository, origin, comp
     status, output = bare(repository, "--release", "trixie", keeper=origin)
     assert status == 0
     base, demo, tests = isolated(repository)
-    system = repository.join("build", "bare", "trixie")
+    system = repository.join("build", "bare", "system-trixie")
     assert "--components=%s " % components in base
     assert "--keyring=/usr/share/keyrings/%s-archive-keyring.gpg " % keys in base
     assert base.rstrip().endswith("trixie %s http://archive.example/x/" % system)
@@ -174,9 +200,24 @@ def test_local_wheels_of_pip_are_seen_inside(repository):
     assert bare(repository, "--release", "x", "--demo-only", PIP_FIND_LINKS=str(wheels))[0] == 0
     demo = isolated(repository)[-1]
     # Folders come between the base system and the user; pages of an index link to its neighbours.
-    folders = demo.split("%s " % repository.join("build", "bare", "x"), 1)[1].split("1000:1000")[0]
+    folders = demo.split("%s " % repository.join("build", "bare", "system-x"), 1)[1].split("1000:1000")[0]
     assert folders.split() == [str(index), str(wheels)]
     assert "PIP_FIND_LINKS=%s " % wheels in demo
+
+
+@pytest.mark.parametrize("names", [[], ["wheels"], ["wheels", "index"]])
+def test_folders_of_pip_are_mounted_read_only(repository, names):
+    folders = sorted(str(repository.mkdir(name)) for name in names)
+    for command in ("mount", "chroot"):
+        write_command(repository.join("entry", command), 'echo "%s $*" >>"$root/entered"' % command)
+    status, _ = bare(repository, "--release", "x", "--demo-only", PIP_FIND_LINKS=" ".join(folders))
+    assert status == 0
+    system = repository.join("build", "bare", "system-x")
+    lines = repository.join("entered").read().splitlines()
+    assert lines[:-1] == ["mount -t proc proc %s/proc" % system, "mount --rbind /dev %s/dev" % system
+                          ] + ["mount --bind -o ro %s %s%s" % (name, system, name)
+                               for name in folders]
+    assert lines[-1].startswith("chroot --userspec=1000:1000 %s " % system)
 
 
 def test_nothing_runs_without_a_base_system(repository):
@@ -201,7 +242,7 @@ def test_machine_without_an_archive_is_told(repository):
     assert isolated(repository) == []
 
 
-FOLDERS = [(["--python-only"], "home"), (["--release", "x"], "x")]
+FOLDERS = [(["--python-only"], "home"), (["--release", "x"], "system-x")]
 
 
 @pytest.mark.parametrize("arguments, name", FOLDERS)

@@ -93,6 +93,17 @@ def test_failure_to_make_python_ends_the_run(tree):
     assert output.endswith("no network\n")
 
 
+def test_second_setup_waits_for_the_first(tree):
+    # With stand-ins that end setup as soon as it begins its work.
+    tree.ensure("build", dir=True)
+    first = ("PATH=/usr/bin:/bin; exec 9>build/setup.lock; flock 9\n"
+             "(sleep 1; echo first ends) &\nexec 9>&-; PATH=%s\n" % path_without_python(tree))
+    write_command(tree.join("script", "build-python"), "echo second works; exit 1")
+    output = run(["/bin/bash", "-c", first + TOOLS], tree)[1]
+    assert output.index("waiting for another script/setup") < output.index("first ends")
+    assert output.index("first ends") < output.index("second works")
+
+
 def test_layers_window_type_does_not_meet_pygames_variable(tmpdir):
     header = "typedef struct SDL_Window SDL_Window;\nint of_the_layer(SDL_Window *window);\n"
     tmpdir.join("SDL_syswm.h").write(header)
