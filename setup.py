@@ -1,7 +1,8 @@
 """Builds and packages larkspur under Python 2.7.
 
 CMake alone knows how the module is built; this hands it the interpreter and collects the result.
-Both packages depend on the sources alone, to the bit, whoever makes them where and when.
+Both packages depend on the sources and the tools alone, to the bit, whoever makes them where and
+when.
 """
 
 from __future__ import print_function

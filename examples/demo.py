@@ -31,7 +31,7 @@ def main(arguments=None):
     options = parse(arguments)
     try:
         pygame, game = import_game()
-    except ImportError as error:
+    except (ImportError, RuntimeError) as error:  # also a pygame that does not fit larkspur
         print("demo: {}.\nRun script/demo, which builds what is missing, or put the folder of the "
               "built larkspur.so on PYTHONPATH.".format(error), file=sys.stderr)
         return 1
@@ -125,7 +125,7 @@ class Progress(object):
 
     def show(self, share, text):
         """`share` of it is done, from 0.0 to 1.0, which ends the line."""
-        line = "{:3d} %  {}".format(int(100 * share), text)
+        line = "{:3d} %  {}".format(int(round(100 * share)), text)
         if sys.stdout.isatty():
             sys.stdout.write("\r" + line.ljust(self.WIDTH))
             self._line_is_open = True

@@ -69,7 +69,9 @@ libsdl-ttf2.0-dev libportmidi-dev libx11-dev libfreetype6-dev libjpeg-dev libpng
 Fedora: dnf install gcc SDL-devel SDL_image-devel SDL_mixer-devel SDL_ttf-devel portmidi-devel \
 libX11-devel freetype-devel libjpeg-turbo-devel libpng-devel
 Arch: pacman -S base-devel sdl12-compat sdl_image sdl_mixer sdl_ttf portmidi libx11 freetype2 \
-libjpeg-turbo libpng""" % sys.executable
+libjpeg-turbo libpng
+Where it fails with GCC 14 or on the SDL 1.2 that is a layer over SDL 2, script/setup in larkspur's
+sources knows how.""" % sys.executable
 
 GET_HEADER = """\
 larkspur.h was not found. `pip install` of larkspur puts it among the headers of the environment;
@@ -91,6 +93,8 @@ SEQUENCE = Kind("a list or another sequence", lambda value: operator.isSequenceT
 NAMESPACE = Kind("a module or a dict",
                  lambda value: isinstance(value, (types.ModuleType, dict)))
 
+WHEN_LOADED = "; if the engine does so when it loads a game, name a module that loads one"
+
 # What is required has to be there; the rest larkspur writes, and creates when it is missing.
 Name = collections.namedtuple("Name", "name kind required purpose remedy")
 
@@ -103,7 +107,8 @@ def _room_function(method, parameters, purpose):
 
 ENGINE_NAMES = (
     Name("gm6.game", ANYTHING, True, "holds the lists of the game's resources",
-         "set it to an object with the lists sprites, backgrounds, rooms and objects"),
+         "set it to an object with the lists sprites, backgrounds, rooms and objects"
+         + WHEN_LOADED),
     Name("gm6.game.sprites", LIST, True,
          "the number of a GMSprite (int, str, comparison) is its position in it",
          "make it a list, and append each GMSprite"),
@@ -154,13 +159,13 @@ ENGINE_NAMES = (
          "import __builtin__; gmapi.__builtins__ = __builtin__ (a gmapi that is imported from a"
          " file has it)"),
     Name("gmapi.game", ANYTHING, True, "Room_Draw() finds the pictures of tiles through it",
-         "set gmapi.game = gm6.game"),
+         "set gmapi.game = gm6.game" + WHEN_LOADED),
     Name("gmapi.game.backgrounds", SEQUENCE, True,
          "a tile's picture is that of the background with its background_idx",
          "set gmapi.game = gm6.game, with a list of BackgroundData as backgrounds"),
     Name("gmapi.self", ANYTHING, True,
          "the instance whose code runs; larkspur saves it, sets it and puts it back",
-         "set it to None until code of an instance runs"),
+         "set it to None until code of an instance runs" + WHEN_LOADED),
     Name("gmapi.py_self_stack", LIST, True, "keeps the outer `self` while draw code runs",
          "set it to an empty list before RegisterInstancesDict() is called"),
     Name("gmapi.py_ParticleSystem", CLASS, True,
@@ -478,7 +483,8 @@ def _engine(module):
         return
     yield _row(name, OK, about[0], file=getattr(sys.modules[module], "__file__", None))
     yield _about_to("gm6 and gmapi", "larkspur reads their attributes",
-                    "read the names that README.md gives one by one to see which it is")
+                    "read the names in ENGINE_NAMES of larkspur_check.py one by one to see which"
+                    " it is")
     modules = {}
     for host in ("gm6", "gmapi"):
         row = _module_row(host, module)
@@ -504,7 +510,7 @@ def _module_row(name, importer):
     elif not isinstance(module, types.ModuleType):
         found = "registered as %s; larkspur puts an empty module in its place" % _type_text(module)
         remedy = "register a module in sys.modules (a class of its own may derive from ModuleType)"
-    elif larkspur is not None and set(vars(module)) <= {"__name__", "__doc__", "__package__"}:
+    elif larkspur is not None and set(_namespace(module)) <= {"__name__", "__doc__", "__package__"}:
         found = "empty: it was not registered when larkspur was imported, so larkspur made it"
     elif larkspur is not None and not _is_bound(larkspur, name, module):
         found = "another module than the one that larkspur was imported with"
@@ -515,14 +521,19 @@ def _module_row(name, importer):
                 " imported", remedy, found=found)
 
 
+def _namespace(module):
+    """The dict in which a module's names lie, whatever its class makes of `__dict__`."""
+    return types.ModuleType.__dict__["__dict__"].__get__(module)
+
+
 def _is_bound(larkspur, name, module):
     """Whether the variable of that name that larkspur exports is the module."""
     try:
         import ctypes
         library = ctypes.CDLL(os.path.abspath(larkspur.__file__))
-    except (ImportError, OSError):
+        return ctypes.c_void_p.in_dll(library, name).value == id(module)
+    except (ImportError, OSError, AttributeError, TypeError, ValueError):
         return True  # it can't be seen
-    return ctypes.c_void_p.in_dll(library, name).value == id(module)
 
 
 def _type_text(value):

@@ -225,6 +225,23 @@ def test_module_whose_dict_is_no_dict():
     assert "ordinary module" in rows["gmapi.__dict__"]["remedy"]
 
 
+def test_engine_whose_module_hides_its_dict(tmpdir):
+    name = engine(tmpdir, "import gm6, gmapi, sys, types\n"
+                          "class Odd(types.ModuleType):\n"
+                          "    __dict__ = property(lambda self: 5)\n"
+                          "odd = Odd('gmapi')\n"
+                          "for name, value in vars(gmapi).items():\n"
+                          "    setattr(odd, name, value)\n"
+                          "sys.modules['gmapi'] = odd\n"
+                          "sys.modules.pop('larkspur')\n")
+    assert wrong(findings([name], tmpdir)) == ["gmapi.__dict__"]
+
+
+def test_larkspur_without_a_file(tmpdir):
+    name = engine(tmpdir, "import gm6, gmapi, larkspur\ndel larkspur.__file__\n")
+    assert wrong(findings([name], tmpdir)) == []
+
+
 def test_attribute_that_raises_is_told():
     class Raising(types.ModuleType):
         @property

@@ -95,6 +95,12 @@ def test_missing_module_is_named_with_a_way_out(tmpdir):
         tmpdir.join(name + ".py").remove()
 
 
+def test_pygame_that_does_not_fit_is_told(tmpdir):
+    tmpdir.join("larkspur.py").write("raise RuntimeError('pygame uses another SDL')")
+    status, _, errors = run("--headless", PYTHONPATH=first_on_path(tmpdir))
+    assert status == 1 and "pygame uses another SDL" in errors and "Traceback" not in errors
+
+
 @pytest.mark.parametrize("arguments", [("--frames", "3"), ("--frames", "many"), ("--unknown",)])
 def test_wrong_arguments_are_refused(arguments):
     status, _, errors = run(*arguments)

@@ -767,7 +767,7 @@ def test_an_8_bit_shape_scaled_and_tinted_raises_and_keeps_nothing(display):
 
 
 def test_a_failed_conversion_is_reported(display, capfd):
-    """SDL refuses to convert to a palette without colours; SDL 2 calls white what 1.2 calls none."""
+    """SDL refuses to convert to a palette without colours, which for SDL 2 is an all white one."""
     screen = pygame.Surface((32, 32), 0, 8)
     screen.set_palette([(255, 255, 255) if sdl.is_layer() else (0, 0, 0)] * 256)
     scene = Scene(display, soft_shape(), alpha3=(0.5,) * 3)
