@@ -125,7 +125,7 @@ def test_interpreter_without_a_name_is_called_python():
 
 MADE_VISIBLE_LATER = [
     "import ctypes\nctypes.CDLL('libSDL-1.2.so.0', ctypes.RTLD_GLOBAL)\n",
-    "sys.setdlopenflags(0x102)\n",  # RTLD_NOW | RTLD_GLOBAL, for larkspur and what it is linked with
+    "sys.setdlopenflags(0x102)\n",  # RTLD_NOW | RTLD_GLOBAL, for larkspur and its libraries
 ]
 
 

@@ -6,8 +6,8 @@ import pytest
 from support.scripts import run, write_command
 
 # Stand in for Debian's tools, of which all is there, and for what needs root. What would run in the
-# base system is only recorded, a line each; debootstrap fails where `broken` says so. The shell that
-# mounts and enters it runs where there are commands in `entry` that stand in for mount and chroot.
+# base system is only recorded, a line each; debootstrap fails where `broken` says so. The shell
+# that mounts and enters it runs where commands in `entry` stand in for mount and chroot.
 TOOLS = """
 dpkg-query() { printf installed; }
 sudo() { "$@"; }
@@ -200,7 +200,8 @@ def test_local_wheels_of_pip_are_seen_inside(repository):
     assert bare(repository, "--release", "x", "--demo-only", PIP_FIND_LINKS=str(wheels))[0] == 0
     demo = isolated(repository)[-1]
     # Folders come between the base system and the user; pages of an index link to its neighbours.
-    folders = demo.split("%s " % repository.join("build", "bare", "system-x"), 1)[1].split("1000:1000")[0]
+    system = repository.join("build", "bare", "system-x")
+    folders = demo.split("%s " % system, 1)[1].split("1000:1000")[0]
     assert folders.split() == [str(index), str(wheels)]
     assert "PIP_FIND_LINKS=%s " % wheels in demo
 
@@ -210,13 +211,13 @@ def test_folders_of_pip_are_mounted_read_only(repository, names):
     folders = sorted(str(repository.mkdir(name)) for name in names)
     for command in ("mount", "chroot"):
         write_command(repository.join("entry", command), 'echo "%s $*" >>"$root/entered"' % command)
-    status, _ = bare(repository, "--release", "x", "--demo-only", PIP_FIND_LINKS=" ".join(folders))
-    assert status == 0
+    arguments = "--release", "x", "--demo-only"
+    assert bare(repository, *arguments, PIP_FIND_LINKS=" ".join(folders))[0] == 0
     system = repository.join("build", "bare", "system-x")
     lines = repository.join("entered").read().splitlines()
-    assert lines[:-1] == ["mount -t proc proc %s/proc" % system, "mount --rbind /dev %s/dev" % system
-                          ] + ["mount --bind -o ro %s %s%s" % (name, system, name)
-                               for name in folders]
+    assert lines[0] == "mount -t proc proc %s/proc" % system
+    assert lines[1] == "mount --rbind /dev %s/dev" % system
+    assert lines[2:-1] == ["mount --bind -o ro %s %s%s" % (name, system, name) for name in folders]
     assert lines[-1].startswith("chroot --userspec=1000:1000 %s " % system)
 
 
