@@ -226,7 +226,7 @@ def _run_probe(probe, arguments, results):
     """The child's side: writes the probe's rows, then null. Never returns."""
     status = 1
     try:
-        # What an engine prints is not part of the report, and it has no one to ask.
+        # What an engine prints does not belong in the report, and it has no one to ask.
         os.dup2(os.open(os.devnull, os.O_RDONLY), 0)
         os.dup2(2, 1)
         del sys.argv[1:]

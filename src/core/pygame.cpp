@@ -123,19 +123,19 @@ bool part_is_intact(PyObject* object, const char* function) noexcept {
     return true;
 }
 
-// True when SDL takes the pixels of a part from where pygame's prepare has just written that they
-// are. A layer over SDL 2 remembers for itself where they were when the part was made, and shows it
-// when the part is locked: in the old display's memory, when the display was set anew since then.
-bool sdl_finds_pixels(SDL_Surface* part, const char* function) noexcept {
-    if (part->pixels == nullptr || SDL_MUSTLOCK(part)) {
+// True when SDL takes a subsurface's pixels from where pygame's prepare has just written that they
+// are. A layer over SDL 2 remembers for itself where they were when the subsurface was made, and
+// shows it while it is locked: in the old display's memory, when the display was set anew since.
+bool sdl_finds_pixels(SDL_Surface* subsurface, const char* function) noexcept {
+    if (subsurface->pixels == nullptr || SDL_MUSTLOCK(subsurface)) {
         return true;  // found by each lock, or an encoded surface's
     }
-    void* const written = part->pixels;
-    if (SDL_LockSurface(part) != 0) {
+    void* const written = subsurface->pixels;
+    if (SDL_LockSurface(subsurface) != 0) {
         return true;  // as whoever locks it for use will be told
     }
-    void* const remembered = std::exchange(part->pixels, written);
-    SDL_UnlockSurface(part);
+    void* const remembered = std::exchange(subsurface->pixels, written);
+    SDL_UnlockSurface(subsurface);
     if (remembered == written) {
         return true;
     }
@@ -218,6 +218,7 @@ SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept {
     if (surface == nullptr) {
         return;
     }
+    object_ = PyRef::borrow(object);
     if (as_surface_object(object)->part != nullptr) {
         const auto prepare = reinterpret_cast<PartFunction>(pygame_api().surflock[kPrepareEntry]);
         if (prepare == nullptr) {
@@ -232,13 +233,11 @@ SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept {
             prepare(object);
             PyErr_Clear();  // a refused lock shows as missing pixels, which the user of them meets
         }
-        object_ = PyRef::borrow(object);
         prepared_ = true;
         if (!sdl_finds_pixels(surface, function)) {
             return;
         }
     }
-    object_ = PyRef::borrow(object);
     surface_ = surface;
 }
 

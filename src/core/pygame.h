@@ -53,7 +53,7 @@ SDL_Surface* peek_surface(PyObject* surface_object) noexcept;
 /// when it is a part of another surface finds its pixels again, which move whenever the parent is
 /// encoded, closed or replaced. Locks nothing else, so SDL can blit from and to it; use SurfaceLock
 /// inside to touch pixels directly. False with an exception (as surface_of(), and RuntimeError when
-/// a part no longer lies inside its parent, or SDL would not find it there).
+/// a subsurface no longer lies inside its parent, or SDL would not find it there).
 class SurfaceUse {
  public:
     SurfaceUse(PyObject* object, const char* function) noexcept;

@@ -103,7 +103,7 @@ bool find_other_sdl(const void* address, Library& other) noexcept {
             return true;
         }
     }
-    // Perhaps it is a part of pygame itself.
+    // Perhaps it is built into pygame itself.
     write_file_of(address, other.file);
     return read_told_version(other.version) && !same_version(other.version, *SDL_Linked_Version());
 }
