@@ -22,7 +22,9 @@ unshare() {
     echo >>"$root/isolated"
     [[ " $* " != *" ${broken:-nothing} "* ]] || { echo "it is broken"; return 3; }
     case "$*" in
-        *" debootstrap "*) mkdir -p "${@: -2:1}"/{etc/apt/apt.conf.d,etc/sudoers.d,home} ;;
+        *" debootstrap "*) mkdir -p "${@: -2:1}"/{etc/apt/apt.conf.d,etc/sudoers.d,home}
+            ln -s "$root/host-file" "${@: -2:1}/etc/hosts"
+            ;;
         *" -ec "*)
             if [ -d "$root/entry" ]; then
                 while [ "$1" != -ec ]; do shift; done
@@ -126,6 +128,20 @@ def test_clone_is_of_head_and_runs_where_no_other_python_is_seen(repository):
     assert isolated(repository) == []
 
 
+def test_clone_of_somebody_else_is_taken(repository):
+    """As git sees it where, say, a container's root runs what its host's user cloned."""
+    status, output = bare(repository, "--python-only", GIT_TEST_ASSUME_DIFFERENT_OWNER="1")
+    assert status == 0, output
+
+
+def test_links_in_the_base_system_are_not_followed_to_this_machine(repository):
+    assert bare(repository, "--release", "x")[0] == 0
+    hosts = repository.join("build", "bare", "system-x", "etc", "hosts")
+    with open("/etc/hosts") as expected:
+        assert hosts.read() == expected.read()
+    assert not hosts.islink() and not repository.join("host-file").check()
+
+
 def test_settings_of_pip_come_along(repository):
     repository.join(".config", "pip", "pip.conf").write("[global]\n", ensure=True)
     assert bare(repository, "--python-only", "--demo-only")[0] == 0
@@ -145,7 +161,7 @@ def test_each_step_tells_its_time(repository):
 
 
 def test_nothing_runs_after_a_failing_demo(repository):
-    write_command(repository.join("script", "demo"), "echo the reason; exit 5")
+    write_command(repository.join("script", "demo"), "printf 'the reason'; exit 5")
     commit(repository)
     status, output = bare(repository, "--python-only")
     assert status == 5

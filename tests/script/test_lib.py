@@ -35,6 +35,11 @@ def test_usable_home_is_kept(tree):
     assert run_lib('echo "$HOME"', tree) == (0, "%s\n" % tree)
 
 
+def test_virtualenv_keeps_its_data_out_of_home(tree):
+    expected = "%s\n" % tree.join("build", "tools", "virtualenv-data")
+    assert run_lib('env | sed -n s/^VIRTUALENV_OVERRIDE_APP_DATA=//p', tree) == (0, expected)
+
+
 def test_debians_tools_go_before_a_shim(tree):
     write_command(tree.join("shims", "cmake"), "exit 127")
     status, output = run_lib("command -v cmake", tree, PATH="%s/shims:/usr/bin:/bin" % tree)

@@ -1,11 +1,14 @@
 """Setting up and packaging: messages."""
 
+import filecmp
 import os
+import shlex
 import sys
 
 import pytest
 from support import sdl
-from support.scripts import TREE, copy_build, path_without_python, run, write_command
+from support.scripts import (TREE, copy_build, copy_scripts, path_without_python, run,
+                             write_command)
 
 
 @pytest.mark.parametrize("name, takes", [
@@ -114,18 +117,46 @@ def test_layers_window_type_does_not_meet_pygames_variable(tmpdir):
     assert run(compiler, tmpdir) == (0, "")
 
 
-def run_check(tmpdir):
+PYTHON = """
+case $* in
+    *distutils*) echo /found/python2.7 ;;
+    *"--python"*) mkdir -p "${@: -1}/bin" && cp "$0" "${@: -1}/bin/python" ;;
+    *"install --no-binary"*) printf '%s' "$CPPFLAGS" >"$flags"; exit 1 ;;
+esac
+"""
+
+
+def test_pygame_is_built_in_a_path_with_blanks(tmpdir):
+    spaced = tmpdir.mkdir("in a path")
+    copy_scripts(spaced)
+    for path in (("named",), ("build", "tools", "virtualenv", "bin", "python")):
+        write_command(spaced.join(*path), PYTHON)
+    flags = tmpdir.join("flags")
+    run(["/bin/bash", "-c", TOOLS.replace('env() { shift; "$@"; }', "").replace(" env ", " ")],
+        spaced, LARKSPUR_PYTHON=str(spaced.join("named")), flags=str(flags))
+    # distutils takes the variable apart as a shell would.
+    assert "-I%s" % spaced.join("script", "pygame_headers") in shlex.split(flags.read())
+
+
+def run_check(tmpdir, *arguments):
     # What the interpreter of this run needs to load larkspur.
     names = ("PYTHONPATH", "LD_LIBRARY_PATH", "LD_PRELOAD", "ASAN_OPTIONS", "UBSAN_OPTIONS",
              "LSAN_OPTIONS")
     environment = {name: os.environ[name] for name in names if name in os.environ}
-    return run([sys.executable, "-m", "larkspur_check"], tmpdir, **environment)
+    return run([sys.executable, "-m", "larkspur_check"] + list(arguments), tmpdir, **environment)
 
 
 def test_check_is_installed_with_the_module(tmpdir):
     status, output = run_check(tmpdir)
     assert status == 0
     assert output.splitlines()[-1] == "all 8 checks passed"
+
+
+def test_header_is_installed_with_the_module(tmpdir):
+    status, output = run_check(tmpdir, "--include")
+    assert status == 0, output
+    assert filecmp.cmp(os.path.join(output.strip(), "larkspur.h"),
+                       os.path.join(TREE, "include", "larkspur.h"), shallow=False)
 
 
 def test_check_tells_the_layer_over_sdl_2_from_sdl_1_2(tmpdir):
