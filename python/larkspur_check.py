@@ -105,19 +105,25 @@ def _room_function(method, parameters, purpose):
                 "define in gm6: def Room_%s(%s)" % (method, parameters))
 
 
+def _resource_list(name, kind):
+    return Name("gm6.game." + name, LIST, True,
+                "the number of a %s (int, str, comparison) is its position in it" % kind,
+                "make it a list, and append each " + kind)
+
+
+def _view_scale(axis, direction):
+    return Name("gm6.view_%sscale" % axis, NUMBER, False,
+                "larkspur writes a view's %s scale into it" % direction,
+                "set it to 1, for code that reads it before the first view is drawn")
+
+
 ENGINE_NAMES = (
     Name("gm6.game", ANYTHING, True, "holds the lists of the game's resources",
          "set it to an object with the lists sprites, backgrounds, rooms and objects"
          + WHEN_LOADED),
-    Name("gm6.game.sprites", LIST, True,
-         "the number of a GMSprite (int, str, comparison) is its position in it",
-         "make it a list, and append each GMSprite"),
-    Name("gm6.game.backgrounds", LIST, True,
-         "the number of a BackgroundData (int, str, comparison) is its position in it",
-         "make it a list, and append each BackgroundData"),
-    Name("gm6.game.rooms", LIST, True,
-         "the number of a GMRoom (int, str, comparison) is its position in it",
-         "make it a list, and append each GMRoom"),
+    _resource_list("sprites", "GMSprite"),
+    _resource_list("backgrounds", "BackgroundData"),
+    _resource_list("rooms", "GMRoom"),
     Name("gm6.game.objects", SEQUENCE, True,
          "a view follows the first instance of the object whose number is its view_object",
          "make it a list of the game's objects, each with the lists instances and children"),
@@ -147,10 +153,8 @@ ENGINE_NAMES = (
     _room_function("MouseButtonUp", "room, button", "a mouse button went up"),
     _room_function("HandleKeyrelease", "room, key", "a key was released"),
     _room_function("HandleKeypress", "room, key", "a key was pressed"),
-    Name("gm6.view_xscale", NUMBER, False, "larkspur writes a view's horizontal scale into it",
-         "set it to 1, for code that reads it before the first view is drawn"),
-    Name("gm6.view_yscale", NUMBER, False, "larkspur writes a view's vertical scale into it",
-         "set it to 1, for code that reads it before the first view is drawn"),
+    _view_scale("x", "horizontal"),
+    _view_scale("y", "vertical"),
     Name("gmapi.__dict__", DICT, True,
          "compiled draw code runs in it; unpickled sprites and backgrounds are entered in it",
          "let gmapi be an ordinary module"),
