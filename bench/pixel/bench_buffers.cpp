@@ -1,8 +1,8 @@
 #include <SDL_imageFilter.h>
 
 #include "canvas.h"
-#include "pixel/fade_kernels.h"
-#include "pixel/subtract_kernels.h"
+#include "pixel/kernels/fade_kernels.h"
+#include "pixel/kernels/subtract_kernels.h"
 #include "scalar.h"
 
 namespace larkspur::bench {

@@ -1,5 +1,5 @@
 #include "canvas.h"
-#include "pixel/fill_kernels.h"
+#include "pixel/kernels/fill_kernels.h"
 #include "scalar.h"
 
 namespace larkspur::bench {

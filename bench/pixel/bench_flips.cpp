@@ -1,7 +1,7 @@
 #include <cstring>
 
 #include "canvas.h"
-#include "pixel/flip_kernels.h"
+#include "pixel/kernels/copy_kernels.h"
 #include "scalar.h"
 
 namespace larkspur::bench {

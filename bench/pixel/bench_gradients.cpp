@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "canvas.h"
-#include "pixel/gradient_painters.h"
+#include "pixel/surface/painters.h"
 #include "scalar.h"
 
 namespace larkspur::bench {

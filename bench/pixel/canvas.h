@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "pixel/pixel_word.h"
+#include "pixel/kernels/pixel_word.h"
 
 namespace larkspur::bench {
 

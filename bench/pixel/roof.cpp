@@ -1,7 +1,7 @@
 #include <cstring>
 
 #include "canvas.h"
-#include "pixel/multiversion.h"
+#include "pixel/kernels/multiversion.h"
 
 namespace larkspur::bench {
 namespace {

@@ -1,7 +1,8 @@
 #include "scalar.h"
 
-#include "pixel/colour.h"
-#include "pixel/surface_words.h"
+#include "pixel/kernels/colour.h"
+#include "pixel/surface/mapped_colour.h"
+#include "pixel/surface/surface_words.h"
 
 namespace larkspur::bench::scalar {
 
@@ -73,7 +74,7 @@ void blend_vertical_gradients(const SDL_Surface& surface, const pixel::Corners& 
         std::uint32_t sum = constant;
         for (std::size_t i = 0; i < count; ++i) {
             const std::uint32_t colour =
-                pixel::interpolate_fmt(layers[i].top, layers[i].bottom, t, surface.format);
+                pixel::map_interpolated(layers[i].top, layers[i].bottom, t, surface.format);
             sum += pixel::multalpha(colour, layers[i].weight);
         }
         fill_translucent(pixel::pixel_at(surface, corners.x1, y),
@@ -87,7 +88,7 @@ void draw_vertical_gradient(const SDL_Surface& surface, const pixel::Corners& co
     const float step = 1.0F / static_cast<float>(corners.y2 - corners.y1);
     float t = 1.0F;
     for (int y = corners.y1; y < corners.y2; ++y) {
-        const std::uint32_t colour = pixel::interpolate_fmt(top, bottom, t, surface.format);
+        const std::uint32_t colour = pixel::map_interpolated(top, bottom, t, surface.format);
         PixelWord* row = pixel::pixel_at(surface, 0, y);
         for (int x = corners.x1; x < corners.x2; ++x) {
             row[x] = colour;
@@ -103,7 +104,7 @@ void draw_horizontal_gradient(const SDL_Surface& surface, const pixel::Corners& 
     const std::ptrdiff_t row_bytes = pixel::row_bytes(surface);
     float t = 1.0F;
     for (int x = corners.x1; x < corners.x2; ++x) {
-        const std::uint32_t colour = pixel::interpolate_fmt(left, right, t, surface.format);
+        const std::uint32_t colour = pixel::map_interpolated(left, right, t, surface.format);
         auto* place = reinterpret_cast<unsigned char*>(pixel::pixel_at(surface, x, corners.y1));
         for (int y = corners.y1; y <= corners.y2; ++y) {
             *pixel::pixel_words(place) = colour;

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "pixel/gradient_painters.h"
-#include "pixel/pixel_word.h"
+#include "pixel/kernels/pixel_word.h"
+#include "pixel/surface/painters.h"
 
 namespace larkspur::bench::scalar {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "core/exports.h"
 #include "core/py_ref.h"
+#include "larkspur.h"
 
 extern "C" {
 SDL_Surface* g_screen = nullptr;

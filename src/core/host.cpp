@@ -1,8 +1,8 @@
 #include "core/host.h"
 
-#include "core/diagnostics.h"
-#include "core/exports.h"
+#include "base/console.h"
 #include "core/py_ref.h"
+#include "larkspur.h"
 
 extern "C" {
 PyObject* gm6 = nullptr;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <climits>
 
-#include "core/diagnostics.h"
+#include "base/console.h"
 #include "core/display.h"
 #include "core/recursion.h"
 

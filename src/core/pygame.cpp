@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <utility>
 
-#include "core/exports.h"
 #include "core/sdl_identity.h"
+#include "larkspur.h"
 
 namespace larkspur {
 namespace {

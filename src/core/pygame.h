@@ -6,7 +6,7 @@
 #include <SDL.h>
 
 #include "core/py_ref.h"
-#include "core/surface.h"
+#include "pixel/surface/surface.h"
 
 namespace larkspur {
 

@@ -11,8 +11,8 @@
 #include <utility>
 
 #include "core/arguments.h"
-#include "core/exports.h"
 #include "core/py_ref.h"
+#include "larkspur.h"
 
 namespace larkspur {
 

@@ -1,6 +1,6 @@
 #include "core/view_state.h"
 
-#include "core/exports.h"
+#include "larkspur.h"
 
 extern "C" {
 double g_view_xscale = 0.0;

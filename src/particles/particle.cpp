@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "core/convert.h"
+#include "base/convert.h"
 #include "core/py_ref.h"
 #include "particles/beancounter.h"
 #include "particles/particle_type.h"

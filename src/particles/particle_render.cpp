@@ -5,21 +5,21 @@
 #include <cstdint>
 #include <utility>
 
-#include "core/convert.h"
-#include "core/diagnostics.h"
+#include "base/console.h"
+#include "base/convert.h"
 #include "core/display.h"
-#include "core/exports.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
-#include "core/surface.h"
+#include "larkspur.h"
 #include "particles/particle.h"
 #include "particles/particle_type.h"
 #include "particles/picture_cache.h"
-#include "pixel/blit.h"
-#include "pixel/colour.h"
 #include "pixel/curves.h"
-#include "pixel/picture.h"
-#include "pixel/tint.h"
+#include "pixel/kernels/colour.h"
+#include "pixel/surface/flagged_blit.h"
+#include "pixel/surface/picture.h"
+#include "pixel/surface/surface.h"
+#include "pixel/surface/tint.h"
 
 namespace larkspur {
 namespace {

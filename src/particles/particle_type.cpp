@@ -4,8 +4,8 @@
 #include <tuple>
 #include <utility>
 
-#include "core/convert.h"
-#include "core/diagnostics.h"
+#include "base/console.h"
+#include "base/convert.h"
 #include "core/display.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"

@@ -3,7 +3,7 @@
 
 #include "core/python.h"
 
-#include "core/exports.h"
+#include "larkspur.h"
 #include "particles/handle.h"
 
 namespace larkspur {

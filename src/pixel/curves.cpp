@@ -1,8 +1,8 @@
 #include "pixel/curves.h"
 
-#include "core/convert.h"
-#include "core/exports.h"
-#include "pixel/colour.h"
+#include "base/convert.h"
+#include "larkspur.h"
+#include "pixel/kernels/colour.h"
 
 namespace larkspur::pixel {
 namespace {

@@ -6,11 +6,11 @@
 #include <cstring>
 #include <tuple>
 
-#include "core/convert.h"
+#include "base/convert.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
-#include "core/surface.h"
-#include "pixel/colour.h"
+#include "pixel/kernels/colour.h"
+#include "pixel/surface/surface.h"
 
 namespace larkspur::pixel {
 namespace {

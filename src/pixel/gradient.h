@@ -3,7 +3,7 @@
 
 #include "core/python.h"
 
-#include "pixel/gradient_painters.h"
+#include "pixel/surface/painters.h"
 
 namespace larkspur::pixel {
 

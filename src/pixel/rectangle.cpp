@@ -8,16 +8,16 @@
 #include <cstdint>
 #include <utility>
 
-#include "core/convert.h"
-#include "core/diagnostics.h"
+#include "base/console.h"
+#include "base/convert.h"
 #include "core/display.h"
-#include "core/exports.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
-#include "core/surface.h"
 #include "core/view_state.h"
-#include "pixel/fill.h"
+#include "larkspur.h"
 #include "pixel/gradient.h"
+#include "pixel/surface/fill.h"
+#include "pixel/surface/surface.h"
 
 namespace larkspur::pixel {
 namespace {

@@ -8,15 +8,15 @@
 #include <cstdlib>
 #include <utility>
 
-#include "core/diagnostics.h"
+#include "base/console.h"
 #include "core/display.h"
-#include "core/exports.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
-#include "core/surface.h"
-#include "pixel/flip.h"
-#include "pixel/picture.h"
-#include "pixel/tint.h"
+#include "larkspur.h"
+#include "pixel/surface/flip.h"
+#include "pixel/surface/picture.h"
+#include "pixel/surface/surface.h"
+#include "pixel/surface/tint.h"
 #include "types/sprite.h"
 
 namespace larkspur::pixel {

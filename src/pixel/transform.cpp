@@ -4,11 +4,11 @@
 
 #include <utility>
 
-#include "core/convert.h"
+#include "base/convert.h"
 #include "core/pygame.h"
-#include "core/surface.h"
-#include "pixel/flip.h"
-#include "pixel/zoom.h"
+#include "pixel/surface/flip.h"
+#include "pixel/surface/surface.h"
+#include "pixel/surface/zoom.h"
 
 namespace larkspur {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <iterator>
 
+#include "base/console.h"
 #include "core/attribute.h"
-#include "core/diagnostics.h"
-#include "core/exports.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
+#include "larkspur.h"
 
 namespace larkspur {
 namespace {

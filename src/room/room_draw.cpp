@@ -3,15 +3,15 @@
 #include <cstdint>
 #include <ctime>
 
+#include "base/console.h"
+#include "base/convert.h"
 #include "core/attribute.h"
-#include "core/convert.h"
-#include "core/diagnostics.h"
-#include "core/exports.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
 #include "core/view_state.h"
-#include "room/tile_blit.h"
+#include "larkspur.h"
+#include "pixel/surface/tile_blit.h"
 #include "room/view.h"
 #include "types/background.h"
 #include "types/float_list.h"

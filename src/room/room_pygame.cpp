@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "core/exports.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
+#include "larkspur.h"
 
 namespace larkspur {
 namespace {

@@ -4,7 +4,7 @@
 #include "core/python.h"
 
 #include "core/py_ref.h"
-#include "core/surface.h"
+#include "pixel/surface/surface.h"
 
 namespace larkspur {
 

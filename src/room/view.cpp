@@ -4,16 +4,16 @@
 #include <optional>
 #include <utility>
 
+#include "base/console.h"
+#include "base/convert.h"
 #include "core/attribute.h"
-#include "core/convert.h"
-#include "core/diagnostics.h"
 #include "core/display.h"
-#include "core/exports.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
-#include "core/surface.h"
 #include "core/view_state.h"
+#include "larkspur.h"
+#include "pixel/surface/surface.h"
 #include "room/instance_draw.h"
 #include "room/room_pygame.h"
 #include "types/float_list.h"

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "core/diagnostics.h"
+#include "base/console.h"
 #include "core/py_ref.h"
 
 namespace larkspur {

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <functional>
 
+#include "base/convert.h"
 #include "core/arguments.h"
-#include "core/convert.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
 #include "core/record.h"

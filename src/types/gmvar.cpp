@@ -6,7 +6,7 @@
 #include <limits>
 #include <utility>
 
-#include "core/diagnostics.h"
+#include "base/console.h"
 #include "core/py_ref.h"
 #include "core/record.h"
 #include "core/recursion.h"

@@ -1,6 +1,6 @@
 #include "types/resource.h"
 
-#include "core/diagnostics.h"
+#include "base/console.h"
 #include "core/host_access.h"
 #include "core/record.h"
 

@@ -4,8 +4,8 @@
 
 #include "core/python.h"
 
-#include "core/exports.h"
 #include "core/py_ref.h"
+#include "larkspur.h"
 
 namespace larkspur {
 

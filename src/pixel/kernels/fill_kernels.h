@@ -1,0 +1,22 @@
+// Translucent fills: the one place where old pixels are faded and a new colour is laid over them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "pixel/kernels/pixel_word.h"
+
+namespace larkspur::pixel {
+
+/// Each of `count` pixels p becomes sum + multalpha(p, keep); per channel
+/// sum + floor(p * keep / 256). `sum` is the colour to add, already scaled by its own weight; the
+/// addition wraps at 32 bits. The top byte of p never counts.
+void fill_translucent_row(PixelWord* pixels, std::size_t count, std::uint8_t keep,
+                          std::uint32_t sum);
+
+/// fill_translucent_row on `height` rows of `width` pixels each, the first at `pixels`, each next
+/// one `pitch_bytes` further. Either number may be 0.
+void fill_translucent_rows(PixelWord* pixels, std::ptrdiff_t pitch_bytes, std::size_t width,
+                           std::size_t height, std::uint8_t keep, std::uint32_t sum);
+
+}  // namespace larkspur::pixel

@@ -1,0 +1,68 @@
+#include "pixel/kernels/gradient_kernels.h"
+
+#include <cstring>
+
+#include "pixel/kernels/colour.h"
+#include "pixel/kernels/multiversion.h"
+
+namespace larkspur::pixel {
+
+namespace {
+
+std::uint32_t placed(std::uint32_t value, PixelLayout::Channel channel) {
+    return value >> channel.loss << channel.shift;
+}
+
+LARKSPUR_MULTIVERSION
+void mix(PixelWord* words, const std::int32_t* weights, std::size_t count, std::uint32_t first,
+         std::uint32_t second, PixelLayout layout) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::uint32_t colour = blend(first, second, weights[i]);
+        words[i] = placed(colour & 0xFF, layout.red) | placed(colour >> 8 & 0xFF, layout.green) |
+                   placed(colour >> 16, layout.blue) | layout.opaque;
+    }
+}
+
+LARKSPUR_MULTIVERSION
+void scale_and_add(std::uint32_t* sums, const std::uint32_t* words, std::size_t count,
+                   std::uint8_t weight) {
+    for (std::size_t i = 0; i < count; ++i) {
+        sums[i] += multalpha(words[i], weight);
+    }
+}
+
+LARKSPUR_MULTIVERSION
+void set_pixels(PixelWord* pixels, std::size_t count, std::uint32_t colour) {
+    for (std::size_t i = 0; i < count; ++i) {
+        pixels[i] = colour;
+    }
+}
+
+}  // namespace
+
+void mix_colours(PixelWord* words, const std::int32_t* weights, std::size_t count,
+                 std::uint32_t first, std::uint32_t second, const PixelLayout& layout) {
+    mix(words, weights, count, first, second, layout);
+}
+
+void add_scaled(std::uint32_t* sums, const std::uint32_t* words, std::size_t count,
+                std::uint8_t weight) {
+    scale_and_add(sums, words, count, weight);
+}
+
+void fill_row(PixelWord* pixels, std::size_t count, std::uint32_t colour) {
+    set_pixels(pixels, count, colour);
+}
+
+void repeat_row(PixelWord* first, std::ptrdiff_t pitch_bytes, std::size_t count, int rows) {
+    // Always from the first row, never from the one above: the source stays in the nearest cache,
+    // and at most a handful of rows lie the few bytes modulo 4096 behind it at which copying
+    // stalls.
+    auto* row = reinterpret_cast<unsigned char*>(first);
+    for (int i = 0; i < rows; ++i) {
+        row += pitch_bytes;
+        std::memcpy(row, first, count * sizeof(*first));
+    }
+}
+
+}  // namespace larkspur::pixel

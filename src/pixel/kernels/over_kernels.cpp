@@ -1,0 +1,44 @@
+#include "pixel/kernels/over_kernels.h"
+
+#include "pixel/kernels/multiversion.h"
+
+namespace larkspur::pixel {
+namespace {
+
+constexpr std::uint32_t kOuterBytes = 0x00FF00FF;
+constexpr std::uint32_t kMiddleByte = 0x0000FF00;
+constexpr std::uint32_t kTopByte = 0xFF000000;
+
+LARKSPUR_MULTIVERSION
+void lay_rows(PixelWord* target, std::ptrdiff_t target_pitch_bytes, const PixelWord* source,
+              std::ptrdiff_t source_pitch_bytes, std::size_t width, std::size_t height) {
+    for (std::size_t y = 0; y < height; ++y) {
+        PixelWord* __restrict to = target;
+        const PixelWord* __restrict from = source;
+        for (std::size_t x = 0; x < width; ++x) {
+            const std::uint32_t over = from[x];
+            const std::uint32_t under = to[x];
+            const std::uint32_t alpha = over >> 24;
+            // 255 counts as the full weight of 256. Sums stay below 65536, so two bytes share a
+            // multiplication.
+            const std::uint32_t share = alpha + (alpha == 255 ? 1 : 0);
+            const std::uint32_t rest = 256 - share;
+            const std::uint32_t outer =
+                ((over & kOuterBytes) * share + (under & kOuterBytes) * rest) >> 8 & kOuterBytes;
+            const std::uint32_t middle =
+                ((over & kMiddleByte) * share + (under & kMiddleByte) * rest) >> 8 & kMiddleByte;
+            to[x] = outer | middle | (under & kTopByte);
+        }
+        target = pixel_words(reinterpret_cast<unsigned char*>(target) + target_pitch_bytes);
+        source = pixel_words(reinterpret_cast<const unsigned char*>(source) + source_pitch_bytes);
+    }
+}
+
+}  // namespace
+
+void lay_alpha_rows(PixelWord* target, std::ptrdiff_t target_pitch_bytes, const PixelWord* source,
+                    std::ptrdiff_t source_pitch_bytes, std::size_t width, std::size_t height) {
+    lay_rows(target, target_pitch_bytes, source, source_pitch_bytes, width, height);
+}
+
+}  // namespace larkspur::pixel

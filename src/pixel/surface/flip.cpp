@@ -1,0 +1,117 @@
+#include "pixel/surface/flip.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+
+#include "larkspur.h"
+#include "pixel/kernels/copy_kernels.h"
+
+namespace larkspur::pixel {
+namespace {
+
+unsigned char* row_of(SDL_Surface& surface, int row) {
+    return static_cast<unsigned char*>(surface.pixels) +
+           static_cast<std::ptrdiff_t>(row) * surface.pitch;
+}
+
+// Leaves the reason where whoever meets the null result looks for it.
+void set_depth_error(const char* function, const SDL_Surface* surface) {
+    if (surface != nullptr) {
+        SDL_SetError(
+            "%s needs a surface of 32 bits per pixel, got %d; convert it with "
+            "Surface.convert(32)",
+            function, static_cast<int>(surface->format->BitsPerPixel));
+    } else {
+        SDL_SetError("%s needs a surface, got null", function);
+    }
+}
+
+// The source's rows first_row .. h - 1 from the last one up, mirrored, into the copy's rows from
+// first_row down.
+SurfacePtr mirrored_copy(SDL_Surface* source, int first_row, bool upside_down) {
+    const SurfaceLock lock(source);
+    SurfacePtr copy = lock ? pixel::clone_surface(source) : nullptr;
+    if (copy == nullptr || source->w == 0 || source->h <= first_row) {
+        return copy;
+    }
+    const std::ptrdiff_t pitch = source->pitch;
+    copy_rows_mirrored(row_of(*copy, first_row), copy->pitch,
+                       row_of(*source, upside_down ? source->h - 1 : first_row),
+                       upside_down ? -pitch : pitch, static_cast<std::size_t>(source->w),
+                       static_cast<std::size_t>(source->h - first_row));
+    return copy;
+}
+
+}  // namespace
+
+SurfacePtr clone_surface(const SDL_Surface* surface) {
+    if (surface == nullptr) {
+        SDL_SetError("clone_surface() needs a surface, got null");
+        return nullptr;
+    }
+    const SDL_PixelFormat& format = *surface->format;
+    return SurfacePtr(SDL_CreateRGBSurface(surface->flags, surface->w, surface->h,
+                                           format.BitsPerPixel, format.Rmask, format.Gmask,
+                                           format.Bmask, format.Amask));
+}
+
+SurfacePtr flip_v(SDL_Surface* surface) {
+    const SurfaceLock lock(surface);
+    SurfacePtr copy = lock ? pixel::clone_surface(surface) : nullptr;
+    if (copy == nullptr || surface->w == 0 || surface->h == 0) {
+        return copy;
+    }
+    // Only the source's last row can be short of its padding: its buffer may end there.
+    const std::size_t row_bytes = std::min(copy->pitch, surface->pitch);
+    const auto rows_before_last = static_cast<std::size_t>(surface->h - 1);
+    const std::size_t last_row_bytes = buffer_bytes(*surface) - rows_before_last * surface->pitch;
+    const std::ptrdiff_t pitch = surface->pitch;
+    copy_rows(row_of(*copy, 0), copy->pitch, row_of(*surface, surface->h - 1), -pitch,
+              std::min(row_bytes, last_row_bytes), 1);
+    if (rows_before_last > 0) {
+        copy_rows(row_of(*copy, 1), copy->pitch, row_of(*surface, surface->h - 2), -pitch,
+                  row_bytes, rows_before_last);
+    }
+    return copy;
+}
+
+SurfacePtr flip_h(SDL_Surface* surface) {
+    if (surface == nullptr || !has_32_bit_pixels(*surface)) {
+        std::fputs("Cannot horizontally flip non-32-bit surfaces.\n", stderr);
+        set_depth_error("flip_h()", surface);
+        return nullptr;
+    }
+    return mirrored_copy(surface, 0, false);
+}
+
+SurfacePtr flip_vh(SDL_Surface* surface) {
+    if (surface == nullptr || !has_32_bit_pixels(*surface)) {
+        std::fputs("Error: non-32bit surfaces not yet flippable.\n", stderr);
+        set_depth_error("flip_vh()", surface);
+        return nullptr;
+    }
+    return mirrored_copy(surface, 1, true);
+}
+
+}  // namespace larkspur::pixel
+
+extern "C" {
+
+SDL_Surface* clone_surface(SDL_Surface* surface) {
+    return larkspur::pixel::clone_surface(surface).release();
+}
+
+SDL_Surface* flip_v(SDL_Surface* surface) {
+    return larkspur::pixel::flip_v(surface).release();
+}
+
+SDL_Surface* flip_h(SDL_Surface* surface) {
+    return larkspur::pixel::flip_h(surface).release();
+}
+
+SDL_Surface* flip_vh(SDL_Surface* surface) {
+    return larkspur::pixel::flip_vh(surface).release();
+}
+
+}  // extern "C"

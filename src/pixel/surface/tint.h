@@ -1,0 +1,34 @@
+// Colour changes of whole surfaces and byte buffers, in place.
+//
+// Surfaces are worked on as one buffer, row padding included. Native callers pass them, so nothing
+// is reported: a null surface, one of another depth than 32 bits, or one whose pixels cannot be
+// reached stays as it is.
+#pragma once
+
+#include <SDL.h>
+
+#include <cstdint>
+
+#include "pixel/surface/surface.h"
+
+namespace larkspur::pixel {
+
+/// Scales the alpha channel of every pixel by alpha/256 and keeps its colour bits; all other bits
+/// become 0. Where alpha is in the top byte, the channels below take part in the product.
+void translucentify(SDL_Surface* surface, std::uint8_t alpha);
+
+/// Tints with a GM colour: each channel c becomes max(0, c - (255 - t)), t being the tint's
+/// channel; alpha stays. White changes nothing, black leaves black. When the buffer is no whole
+/// number of 8-byte steps, the last 4 bytes lose the bytes of the subtracted pixel value in reverse
+/// order.
+void tint_surface(SDL_Surface* surface, std::uint32_t tint);
+
+/// Subtracts the bytes of `value` from the bytes of a buffer, each stopping at 0, through SDL_gfx
+/// and in its byte order. Does nothing for a null buffer or a length below 1.
+void satusub(void* buffer, int length_bytes, std::uint32_t value);
+
+/// A new surface with the pixels of `surface` in the display's format with alpha; null without a
+/// video mode and when SDL has none.
+SurfacePtr rgba_copy(SDL_Surface* surface);
+
+}  // namespace larkspur::pixel

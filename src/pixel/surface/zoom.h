@@ -1,0 +1,33 @@
+// Zooming and rotating through SDL_gfx: the only place that calls it for this, because its results
+// need care. Their clip rectangle is two rows taller than they are, and once SDL has encoded such a
+// picture, decoding it writes past its pixels; here it is set right at once. A layer over SDL 2
+// would even draw the two rows.
+#pragma once
+
+#include <SDL.h>
+
+#include "pixel/surface/surface.h"
+
+namespace larkspur::pixel {
+
+/// What keeps SDL_gfx from scaling a surface by these factors without leaving its memory, as a text
+/// for messages; null when nothing does. It reads outside an 8-bit surface whose factor is
+/// negative, and from a null pointer for a surface without an area.
+const char* zoom_obstacle(const SDL_Surface& surface, double x_factor, double y_factor);
+
+// All of these return null when there is an obstacle (after a line on standard error that names
+// it), for a null surface, when the pixels cannot be reached and when SDL refuses the size.
+// Negative factors mirror; what is no usable number, or comes to less than a pixel, gives one
+// pixel. The rotations also give their result a colour key and ask for run-length encoding.
+
+/// A copy of the surface scaled by a factor for each axis.
+SurfacePtr zoomed(SDL_Surface* surface, double x_factor, double y_factor, bool smooth);
+
+/// A copy turned counter-clockwise and scaled, in a surface large enough for it.
+SurfacePtr rotozoomed(SDL_Surface* surface, double angle_degrees, double factor, bool smooth);
+
+/// The same with a factor for each axis, which is applied before the turn.
+SurfacePtr rotozoomed_xy(SDL_Surface* surface, double angle_degrees, double x_factor,
+                         double y_factor, bool smooth);
+
+}  // namespace larkspur::pixel

@@ -1,0 +1,205 @@
+#include <SDL.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <random>
+#include <utility>
+
+#include "../../sdl_layer.h"
+#include "gtest/gtest.h"
+#include "pixel/surface/alpha_blit.h"
+#include "pixel/surface/surface.h"
+
+namespace larkspur::pixel {
+namespace {
+
+constexpr std::uint32_t kAlpha = 0xFF000000;
+constexpr int kTargetWidth = 40;
+constexpr int kTargetHeight = 30;
+
+SurfacePtr made(int width, int height, unsigned seed, std::uint32_t alpha_mask, std::uint32_t flags,
+                std::uint32_t red = 0xFF0000, std::uint32_t blue = 0xFF) {
+    SurfacePtr surface(
+        SDL_CreateRGBSurface(flags, width, height, 32, red, 0xFF00, blue, alpha_mask));
+    std::mt19937 random(seed);
+    auto* bytes = static_cast<unsigned char*>(surface->pixels);
+    for (int i = 0; i < surface->pitch * height; ++i) {
+        bytes[i] = static_cast<unsigned char>(random());
+    }
+    return surface;
+}
+
+SurfacePtr picture(int width = 9, int height = 7, unsigned seed = 1) {
+    return made(width, height, seed, kAlpha, SDL_SRCALPHA);
+}
+
+SurfacePtr screen(unsigned seed = 2) {
+    return made(kTargetWidth, kTargetHeight, seed, 0, 0);
+}
+
+::testing::AssertionResult same_pixels(const SDL_Surface& a, const SDL_Surface& b) {
+    const auto bytes = static_cast<std::size_t>(a.pitch) * static_cast<std::size_t>(a.h);
+    if (std::memcmp(a.pixels, b.pixels, bytes) == 0) {
+        return ::testing::AssertionSuccess();
+    }
+    return ::testing::AssertionFailure() << "the pixels differ";
+}
+
+// What is left to SDL is left alone: pixels and rectangle.
+void expect_left(SDL_Surface* source, SDL_Surface* target) {
+    SDL_Rect rect = {3, 4, 77, 88};
+    EXPECT_FALSE(blit_with_alpha(source, target, &rect));
+    EXPECT_EQ(rect.x, 3);
+    EXPECT_EQ(rect.y, 4);
+    EXPECT_EQ(rect.w, 77);
+    EXPECT_EQ(rect.h, 88);
+}
+
+// Blits here and through SDL onto twins, and compares the pixels and what becomes of the rectangle.
+// SDL 2 rounds otherwise: there every blit is left to it.
+void expect_as_sdl(SDL_Surface* source, const std::function<SurfacePtr()>& make_target, int x,
+                   int y) {
+    const SurfacePtr target = make_target();
+    const SurfacePtr twin = make_target();
+    if (is_layer()) {
+        expect_left(source, target.get());
+        EXPECT_TRUE(same_pixels(*target, *twin)) << x << ", " << y;
+        return;
+    }
+    SDL_Rect rect = {static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 77, 88};
+    SDL_Rect sdl_rect = rect;
+    ASSERT_TRUE(blit_with_alpha(source, target.get(), &rect)) << x << ", " << y;
+    ASSERT_EQ(SDL_UpperBlit(source, nullptr, twin.get(), &sdl_rect), 0);
+    EXPECT_EQ(rect.x, sdl_rect.x) << x << ", " << y;
+    EXPECT_EQ(rect.y, sdl_rect.y) << x << ", " << y;
+    EXPECT_EQ(rect.w, sdl_rect.w) << x << ", " << y;
+    EXPECT_EQ(rect.h, sdl_rect.h) << x << ", " << y;
+    EXPECT_TRUE(same_pixels(*target, *twin)) << x << ", " << y;
+}
+
+TEST(BlitWithAlpha, DoesAsSdlAtEveryPlace) {
+    const SurfacePtr source = picture();
+    for (int x = -12; x <= kTargetWidth + 3; ++x) {
+        for (int y = -10; y <= kTargetHeight + 3; ++y) {
+            expect_as_sdl(
+                source.get(), [] { return screen(); }, x, y);
+        }
+    }
+    for (const int far : {-32768, -32767, 32767, 32000}) {
+        expect_as_sdl(
+            source.get(), [] { return screen(); }, far, 5);
+        expect_as_sdl(
+            source.get(), [] { return screen(); }, 5, far);
+    }
+}
+
+TEST(BlitWithAlpha, KeepsToTheClipRectangle) {
+    const SurfacePtr source = picture(20, 20);
+    std::mt19937 random(3);
+    for (int i = 0; i < 500; ++i) {
+        SDL_Rect clip = {static_cast<std::int16_t>(random() % kTargetWidth),
+                         static_cast<std::int16_t>(random() % kTargetHeight),
+                         static_cast<std::uint16_t>(random() % kTargetWidth),
+                         static_cast<std::uint16_t>(random() % kTargetHeight)};
+        const auto clipped = [&] {
+            SurfacePtr target = screen();
+            SDL_SetClipRect(target.get(), &clip);
+            return target;
+        };
+        expect_as_sdl(source.get(), clipped, static_cast<int>(random() % 60) - 20,
+                      static_cast<int>(random() % 50) - 20);
+    }
+}
+
+TEST(BlitWithAlpha, KeepsTheAlphaOfItsTarget) {
+    const SurfacePtr source = picture();
+    const auto with_alpha = [] { return made(20, 20, 4, kAlpha, SDL_SRCALPHA); };
+    expect_as_sdl(source.get(), with_alpha, 3, 4);
+}
+
+TEST(BlitWithAlpha, TakesTheOtherByteOrderToo) {
+    const SurfacePtr source = made(9, 7, 1, kAlpha, SDL_SRCALPHA, 0xFF, 0xFF0000);
+    const auto other = [] { return made(20, 20, 4, 0, 0, 0xFF, 0xFF0000); };
+    expect_as_sdl(source.get(), other, 3, 4);
+}
+
+TEST(BlitWithAlpha, IgnoresTheSurfacesOwnAlphaAsSdlDoes) {
+    const SurfacePtr source = picture();
+    SDL_SetAlpha(source.get(), SDL_SRCALPHA, 90);
+    expect_as_sdl(
+        source.get(), [] { return screen(); }, 3, 4);
+}
+
+TEST(BlitWithAlpha, LeavesPicturesThatSdlTreatsInAnotherWay) {
+    const SurfacePtr target = screen();
+    const SurfacePtr keyed = picture();
+    SDL_SetColorKey(keyed.get(), SDL_SRCCOLORKEY, 5);
+    expect_left(keyed.get(), target.get());
+    const SurfacePtr to_be_encoded = picture();
+    SDL_SetAlpha(to_be_encoded.get(), SDL_SRCALPHA | SDL_RLEACCEL, 255);
+    expect_left(to_be_encoded.get(), target.get());
+    SDL_UpperBlit(to_be_encoded.get(), nullptr, target.get(), nullptr);
+    expect_left(to_be_encoded.get(), target.get());  // encoded now
+    const SurfacePtr opaque = picture();
+    SDL_SetAlpha(opaque.get(), 0, 255);
+    expect_left(opaque.get(), target.get());
+    expect_left(made(9, 7, 1, 0, 0).get(), target.get());
+    const SurfacePtr low_alpha(
+        SDL_CreateRGBSurface(SDL_SRCALPHA, 9, 7, 32, 0xFF000000, 0xFF0000, 0xFF00, 0xFF));
+    expect_left(low_alpha.get(), target.get());
+    for (unsigned place = 0; place < 3; ++place) {  // another mask for one channel
+        std::array<std::uint32_t, 3> masks = {0xFF0000, 0xFF00, 0xFF};
+        masks[place] &= 0x7F7F7F;
+        const SurfacePtr other(
+            SDL_CreateRGBSurface(SDL_SRCALPHA, 9, 7, 32, masks[0], masks[1], masks[2], kAlpha));
+        expect_left(other.get(), target.get());
+    }
+}
+
+TEST(BlitWithAlpha, LeavesSurfacesThatAreNotPlainMemory) {
+    const SurfacePtr source = picture();
+    const SurfacePtr shallow(SDL_CreateRGBSurface(0, 20, 20, 16, 0xF800, 0x7E0, 0x1F, 0));
+    expect_left(source.get(), shallow.get());
+    const SurfacePtr target = screen();
+    target->locked = 1;
+    expect_left(source.get(), target.get());
+    target->locked = 0;
+    source->locked = 1;
+    expect_left(source.get(), target.get());
+    source->locked = 0;
+    void* pixels = std::exchange(target->pixels, nullptr);
+    expect_left(source.get(), target.get());
+    target->pixels = pixels;
+}
+
+TEST(LocksShow, WhereTheRecordCountsThem) {
+    const SurfacePtr surface = screen();
+    EXPECT_EQ(locks_show(surface.get()), !is_layer());
+    SDL_Rect rect = {0, 0, 0, 0};  // and it is unlocked again
+    EXPECT_EQ(SDL_UpperBlit(picture().get(), nullptr, surface.get(), &rect), 0);
+}
+
+TEST(BlitWithAlpha, LeavesSurfacesThatShareMemory) {
+    const SurfacePtr whole = made(20, 20, 5, kAlpha, SDL_SRCALPHA);
+    expect_left(whole.get(), whole.get());
+    const SurfacePtr part(SDL_CreateRGBSurfaceFrom(
+        static_cast<unsigned char*>(whole->pixels) + 4 * 5 + 3 * whole->pitch, 8, 8, 32,
+        whole->pitch, 0xFF0000, 0xFF00, 0xFF, kAlpha));
+    expect_left(part.get(), whole.get());
+    expect_left(whole.get(), part.get());
+}
+
+TEST(BlitWithAlpha, LeavesATargetWhoseClipRectangleIsTooLarge) {
+    const SurfacePtr source = picture(50, 40);
+    const SurfacePtr too_wide = screen();
+    too_wide->clip_rect.w = kTargetWidth + 1;
+    expect_left(source.get(), too_wide.get());
+    const SurfacePtr too_high = screen();
+    too_high->clip_rect.h = kTargetHeight + 1;
+    expect_left(source.get(), too_high.get());
+}
+
+}  // namespace
+}  // namespace larkspur::pixel

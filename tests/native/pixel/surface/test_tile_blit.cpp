@@ -1,0 +1,334 @@
+// Tiles against SDL's own blit: every byte of the target, its row padding included, and the result.
+#include "pixel/surface/tile_blit.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "../../sdl_layer.h"
+#include "pixel/surface/surface.h"
+
+namespace {
+
+int blits_by_sdl = 0;
+
+}  // namespace
+
+// The linker puts the second in place of SDL's function, which the first then is.
+extern "C" int __real_SDL_UpperBlit(SDL_Surface* source, SDL_Rect* from, SDL_Surface* target,
+                                    SDL_Rect* to);
+extern "C" [[gnu::visibility("default")]] int __wrap_SDL_UpperBlit(SDL_Surface* source,
+                                                                   SDL_Rect* from,
+                                                                   SDL_Surface* target,
+                                                                   SDL_Rect* to) {
+    ++blits_by_sdl;
+    return __real_SDL_UpperBlit(source, from, target, to);
+}
+
+namespace larkspur {
+namespace {
+
+constexpr Uint32 kSeed = 20111;
+
+struct Format {
+    int bits;
+    Uint32 red, green, blue, alpha;
+};
+
+constexpr Format kOpaque32 = {32, 0xFF0000, 0xFF00, 0xFF, 0};
+constexpr Format kAlpha32 = {32, 0xFF0000, 0xFF00, 0xFF, 0xFF000000};
+constexpr Format kSwapped32 = {32, 0xFF, 0xFF00, 0xFF0000, 0};
+constexpr Format kHighRed32 = {32, 0xFF000000, 0xFF00, 0xFF, 0};
+constexpr Format kOpaque24 = {24, 0xFF0000, 0xFF00, 0xFF, 0};
+constexpr Format kOpaque16 = {16, 0xF800, 0x07E0, 0x001F, 0};
+constexpr Format kPalette8 = {8, 0, 0, 0, 0};
+
+// A surface around memory of the test's own, with padding behind each row and sentinels behind all.
+class Picture {
+ public:
+    Picture(const Format& format, int width, int height, std::mt19937& random, int padding = 4)
+        : format_(format), width_(width), height_(height) {
+        pitch_ = ((width * format.bits / 8 + 3) & ~3) + padding;
+        bytes_.resize(static_cast<std::size_t>(pitch_) * height + 64);
+        for (Uint8& byte : bytes_) {
+            byte = static_cast<Uint8>(random());
+        }
+        make_surface();
+    }
+    Picture(const Picture& other)
+        : format_(other.format_),
+          width_(other.width_),
+          height_(other.height_),
+          pitch_(other.pitch_),
+          bytes_(other.bytes_) {
+        make_surface();
+        SDL_SetClipRect(surface(), &other.surface()->clip_rect);
+    }
+    Picture& operator=(const Picture&) = delete;
+
+    // Null when this SDL knows no such format.
+    SDL_Surface* surface() const { return surface_.get(); }
+    const std::vector<Uint8>& bytes() const { return bytes_; }
+
+    // The colours of an 8-bit picture, shades of grey at first. SDL_SetColors() needs a display.
+    std::array<SDL_Color, 256>& palette() const {
+        return *reinterpret_cast<std::array<SDL_Color, 256>*>(surface_->format->palette->colors);
+    }
+
+ private:
+    void make_surface() {
+        surface_.reset(SDL_CreateRGBSurfaceFrom(bytes_.data(), width_, height_, format_.bits,
+                                                pitch_, format_.red, format_.green, format_.blue,
+                                                format_.alpha));
+        if (format_.bits == 8) {
+            for (int shade = 0; shade < 256; ++shade) {
+                const auto byte = static_cast<Uint8>(shade);
+                palette()[shade] = {byte, byte, byte, 0};
+            }
+        }
+        // An alpha mask alone asks for blending; a picture without it is what converting makes.
+        if (surface_ != nullptr) {
+            SDL_SetAlpha(surface_.get(), 0, SDL_ALPHA_OPAQUE);
+        }
+    }
+
+    Format format_;
+    int width_;
+    int height_;
+    int pitch_;
+    std::vector<Uint8> bytes_;
+    SurfacePtr surface_;
+};
+
+// Rectangles that mostly touch a picture, some far outside or at the ends of 16 bits.
+class Rectangles {
+ public:
+    explicit Rectangles(std::mt19937& random) : random_(random) {}
+
+    SDL_Rect next(int width, int height) {
+        SDL_Rect rect;
+        rect.x = position(width);
+        rect.y = position(height);
+        rect.w = length(width);
+        rect.h = length(height);
+        return rect;
+    }
+
+ private:
+    Sint16 position(int range) {
+        if (random_() % 16 == 0) {
+            return static_cast<Sint16>(random_());
+        }
+        return static_cast<Sint16>(static_cast<int>(random_() % (range + range / 2 + 1)) -
+                                   range / 2);
+    }
+    Uint16 length(int range) {
+        if (random_() % 16 == 0) {
+            return static_cast<Uint16>(random_());
+        }
+        return static_cast<Uint16>(random_() % (range + range / 2 + 2));
+    }
+
+    std::mt19937& random_;
+};
+
+std::string text(const SDL_Rect& rect) {
+    return std::to_string(rect.x) + "," + std::to_string(rect.y) + " " + std::to_string(rect.w) +
+           "x" + std::to_string(rect.h);
+}
+
+// Blits random parts to random places of two equal targets, ours to one and SDL's to the other.
+//
+// Many of them must change something, unless the source shows nothing.
+void compare_with_sdl(SDL_Surface* source, const Picture& target, int rounds, Uint32 seed,
+                      bool shows_something = true) {
+    int changed = 0;
+    std::mt19937 random(seed);
+    Rectangles rectangles(random);
+    const Picture ours(target);
+    const Picture expected(target);
+    for (int round = 0; round < rounds; ++round) {
+        if (round % 8 == 0) {
+            const SDL_Rect clip = rectangles.next(target.surface()->w, target.surface()->h);
+            const bool whole = round % 16 == 0;
+            SDL_SetClipRect(ours.surface(), whole ? nullptr : &clip);
+            SDL_SetClipRect(expected.surface(), whole ? nullptr : &clip);
+        }
+        SDL_Rect from = rectangles.next(source->w, source->h);
+        SDL_Rect to = rectangles.next(target.surface()->w, target.surface()->h);
+        const std::string what = "seed " + std::to_string(seed) + " round " +
+                                 std::to_string(round) + ": " + text(from) + " to " + text(to) +
+                                 ", clip " + text(ours.surface()->clip_rect);
+        const std::vector<Uint8> before = ours.bytes();
+        const bool blitted = blit_tile(source, from, ours.surface(), to);
+        ASSERT_EQ(SDL_UpperBlit(source, &from, expected.surface(), &to) == 0, blitted) << what;
+        ASSERT_EQ(expected.bytes(), ours.bytes()) << what;
+        changed += ours.bytes() != before ? 1 : 0;
+    }
+    if (shows_something) {
+        EXPECT_GE(changed, rounds / 8);
+    }
+}
+
+TEST(TileBlit, CopiesPlainTilesItselfWhereThisSdlCanBeStoodInFor) {
+    std::mt19937 random(kSeed);
+    const Picture source(kOpaque32, 16, 16, random);
+    const Picture target(kOpaque32, 64, 48, random);
+    const SDL_Rect whole = {0, 0, 16, 16};
+    ASSERT_TRUE(blit_tile(source.surface(), whole, target.surface(), whole));  // after the trial
+    blits_by_sdl = 0;
+    ASSERT_TRUE(blit_tile(source.surface(), whole, target.surface(), whole));
+    EXPECT_EQ(blits_by_sdl, is_layer() ? 1 : 0);
+}
+
+TEST(TileBlit, CopiesAsSdlInEveryDirectFormat) {
+    for (const Format& format : {kOpaque32, kAlpha32, kOpaque24, kOpaque16}) {
+        SCOPED_TRACE(format.bits);
+        std::mt19937 random(kSeed);
+        const Picture source(format, 37, 29, random);
+        const Picture target(format, 50, 41, random, 12);
+        compare_with_sdl(source.surface(), target, 2000, kSeed);
+    }
+}
+
+// A position that leaves the 16 bits while the source is clipped comes back at the other end: here
+// the source's row 1 goes to the target's row 0. SDL 2 counts in more bits, and nothing comes back.
+TEST(TileBlit, WrapsPositionsAsSdl) {
+    std::mt19937 random(kSeed);
+    const Picture source(kOpaque32, 37, 29, random);
+    const Picture ours(kOpaque32, 50, 41, random);
+    const Picture expected(ours);
+    const std::vector<Uint8> before = ours.bytes();
+    SDL_Rect from = {0, -32768, 37, 65535};
+    SDL_Rect to = {3, 32767, 0, 0};
+    ASSERT_TRUE(blit_tile(source.surface(), from, ours.surface(), to));
+    ASSERT_EQ(0, SDL_UpperBlit(source.surface(), &from, expected.surface(), &to));
+    EXPECT_EQ(expected.bytes(), ours.bytes());
+    EXPECT_EQ(before == ours.bytes(), is_layer());
+}
+
+TEST(TileBlit, CopiesLongRowsAsSdl) {
+    std::mt19937 random(kSeed);
+    const Picture source(kOpaque32, 700, 9, random);
+    const Picture target(kOpaque32, 800, 12, random);
+    compare_with_sdl(source.surface(), target, 500, kSeed);
+}
+
+TEST(TileBlit, ConvertsBetweenFormatsAsSdl) {
+    std::mt19937 random(kSeed);
+    for (const Format& format :
+         {kAlpha32, kSwapped32, kHighRed32, kOpaque24, kOpaque16, kPalette8}) {
+        SCOPED_TRACE(format.bits);
+        const Picture source(format, 37, 29, random);
+        if (source.surface() == nullptr) {
+            ASSERT_EQ(kHighRed32.red, format.red);
+            ASSERT_TRUE(is_layer());  // SDL 2 has no such format
+            continue;
+        }
+        const Picture target(kOpaque32, 50, 41, random);
+        compare_with_sdl(source.surface(), target, 500, kSeed);
+    }
+}
+
+TEST(TileBlit, TranslatesBetweenPalettesAsSdl) {
+    std::mt19937 random(kSeed);
+    const Picture source(kPalette8, 37, 29, random);
+    const Picture target(kPalette8, 50, 41, random);
+    for (SDL_Color& colour : source.palette()) {
+        colour = {static_cast<Uint8>(random()), static_cast<Uint8>(random()),
+                  static_cast<Uint8>(random()), 0};
+    }
+    compare_with_sdl(source.surface(), target, 500, kSeed);
+}
+
+TEST(TileBlit, LeavesOutTheColourKeyAsSdl) {
+    for (const Uint32 flag : {SDL_SRCCOLORKEY, SDL_SRCCOLORKEY | SDL_RLEACCEL}) {
+        SCOPED_TRACE(flag);
+        std::mt19937 random(kSeed);
+        const Picture source(kOpaque32, 37, 29, random);
+        const Picture target(kOpaque32, 50, 41, random);
+        const Uint32 key = 0x123456;
+        SDL_Rect hole = {5, 5, 20, 9};
+        SDL_FillRect(source.surface(), &hole, key);
+        ASSERT_EQ(0, SDL_SetColorKey(source.surface(), flag, key));
+        compare_with_sdl(source.surface(), target, 500, kSeed);
+    }
+}
+
+TEST(TileBlit, BlendsAlphaAsSdl) {
+    for (const Format& format : {kOpaque32, kAlpha32}) {
+        for (const int alpha : {0, 100, SDL_ALPHA_OPAQUE}) {
+            SCOPED_TRACE(alpha);
+            std::mt19937 random(kSeed);
+            const Picture source(format, 37, 29, random);
+            const Picture target(format, 50, 41, random);
+            ASSERT_EQ(0, SDL_SetAlpha(source.surface(), SDL_SRCALPHA, static_cast<Uint8>(alpha)));
+            compare_with_sdl(source.surface(), target, 500, kSeed, alpha != 0);
+        }
+    }
+}
+
+TEST(TileBlit, CopiesWithinOneSurfaceAsSdl) {
+    std::mt19937 random(kSeed);
+    Rectangles rectangles(random);
+    const Picture ours(kOpaque32, 50, 41, random);
+    const Picture expected(ours);
+    for (int round = 0; round < 1000; ++round) {
+        SDL_Rect from = rectangles.next(50, 41);
+        SDL_Rect to = rectangles.next(50, 41);
+        ASSERT_TRUE(blit_tile(ours.surface(), from, ours.surface(), to));
+        ASSERT_EQ(0, SDL_UpperBlit(expected.surface(), &from, expected.surface(), &to));
+        ASSERT_EQ(expected.bytes(), ours.bytes()) << "seed " << kSeed << " round " << round;
+    }
+}
+
+// Two surfaces around the same memory: the order in which SDL copies rows decides the result.
+TEST(TileBlit, CopiesBetweenPartsOfOneMemoryAsSdl) {
+    std::mt19937 random(kSeed);
+    Rectangles rectangles(random);
+    const Picture ours(kOpaque32, 50, 41, random);
+    const Picture expected(ours);
+    const auto part_of = [](const Picture& picture) {
+        SDL_Surface* whole = picture.surface();
+        auto* start = static_cast<Uint8*>(whole->pixels) + 7 * whole->pitch + 12;
+        return SurfacePtr(SDL_CreateRGBSurfaceFrom(start, 30, 30, 32, whole->pitch, kOpaque32.red,
+                                                   kOpaque32.green, kOpaque32.blue, 0));
+    };
+    const SurfacePtr our_part = part_of(ours);
+    const SurfacePtr expected_part = part_of(expected);
+    for (int round = 0; round < 1000; ++round) {
+        SDL_Rect from = rectangles.next(30, 30);
+        SDL_Rect to = rectangles.next(50, 41);
+        ASSERT_TRUE(blit_tile(our_part.get(), from, ours.surface(), to));
+        ASSERT_EQ(0, SDL_UpperBlit(expected_part.get(), &from, expected.surface(), &to));
+        ASSERT_EQ(expected.bytes(), ours.bytes()) << "seed " << kSeed << " round " << round;
+    }
+}
+
+TEST(TileBlit, RefusesLockedSurfacesAsSdl) {
+    std::mt19937 random(kSeed);
+    const Picture source(kOpaque32, 8, 8, random);
+    const Picture target(kOpaque32, 8, 8, random);
+    const std::vector<Uint8> before = target.bytes();
+    for (SDL_Surface* locked : {source.surface(), target.surface()}) {
+        ASSERT_EQ(0, SDL_LockSurface(locked));
+        EXPECT_FALSE(blit_tile(source.surface(), {0, 0, 8, 8}, target.surface(), {0, 0, 0, 0}));
+        SDL_UnlockSurface(locked);
+    }
+    EXPECT_EQ(before, target.bytes());
+}
+
+TEST(TileBlit, DrawsNothingFromAnEmptySurface) {
+    std::mt19937 random(kSeed);
+    const SurfacePtr source(SDL_CreateRGBSurface(SDL_SWSURFACE, 0, 5, 32, kOpaque32.red,
+                                                 kOpaque32.green, kOpaque32.blue, 0));
+    ASSERT_NE(nullptr, source);
+    const Picture target(kOpaque32, 8, 8, random);
+    compare_with_sdl(source.get(), target, 20, kSeed, false);
+}
+
+}  // namespace
+}  // namespace larkspur

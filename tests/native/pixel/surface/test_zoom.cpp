@@ -1,0 +1,137 @@
+#include "pixel/surface/zoom.h"
+
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "../../sdl_layer.h"
+#include "gtest/gtest.h"
+
+namespace larkspur::pixel {
+namespace {
+
+using Transform = std::function<SurfacePtr(SDL_Surface*, double, double)>;
+
+const std::vector<Transform> kTransforms = {
+    [](SDL_Surface* surface, double x, double y) { return zoomed(surface, x, y, false); },
+    [](SDL_Surface* surface, double x, double y) { return zoomed(surface, x, y, true); },
+    [](SDL_Surface* surface, double x, double) { return rotozoomed(surface, 30, x, false); },
+    [](SDL_Surface* surface, double x, double) { return rotozoomed(surface, 0, x, true); },
+    [](SDL_Surface* surface, double x, double y) {
+        return rotozoomed_xy(surface, 30, x, y, false);
+    },
+    [](SDL_Surface* surface, double x, double y) { return rotozoomed_xy(surface, 0, x, y, false); },
+};
+
+SurfacePtr surface_of(int width, int height, int depth = 32) {
+    return SurfacePtr(SDL_CreateRGBSurface(0, width, height, depth, 0, 0, 0, 0));
+}
+
+TEST(Zoom, GivesTheResultAClipRectangleOfItsOwnSize) {
+    for (const int depth : {8, 16, 32}) {
+        const SurfacePtr surface = surface_of(12, 7, depth);
+        for (const Transform& transform : kTransforms) {
+            for (const double factor : {0.5, 1.0, 2.5}) {
+                const SurfacePtr result = transform(surface.get(), factor, factor);
+                ASSERT_NE(result, nullptr);
+                EXPECT_EQ(result->clip_rect.x, 0);
+                EXPECT_EQ(result->clip_rect.y, 0);
+                EXPECT_EQ(result->clip_rect.w, result->w);
+                EXPECT_EQ(result->clip_rect.h, result->h);
+            }
+        }
+    }
+}
+
+TEST(Zoom, ScalesEachAxis) {
+    const SurfacePtr surface = surface_of(12, 6);
+    const SurfacePtr result = zoomed(surface.get(), 2.0, 0.5, false);
+    EXPECT_EQ(result->w, 24);
+    EXPECT_EQ(result->h, 3);
+    const SurfacePtr turned = rotozoomed_xy(surface.get(), 0, 2.0, 0.5, false);
+    EXPECT_EQ(turned->w, 24);
+    EXPECT_EQ(turned->h, 3);
+}
+
+TEST(Zoom, ReportsWhatTheLibraryWouldLeaveItsMemoryFor) {
+    const SurfacePtr palette = surface_of(4, 4, 8);
+    const SurfacePtr flat = surface_of(4, 0);
+    const SurfacePtr thin = surface_of(0, 4);
+    for (const Transform& transform : kTransforms) {
+        ::testing::internal::CaptureStderr();
+        EXPECT_EQ(transform(palette.get(), -1, -1), nullptr);
+        EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+                  "larkspur: cannot scale an 8-bit surface by a negative factor.\n");
+        for (SDL_Surface* surface : {flat.get(), thin.get()}) {
+            ::testing::internal::CaptureStderr();
+            EXPECT_EQ(transform(surface, 1, 1), nullptr);
+            EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+                      "larkspur: cannot scale a surface without width or height.\n");
+        }
+    }
+}
+
+TEST(ZoomObstacle, IsAnyNegativeFactorOf8Bits) {
+    const SurfacePtr palette = surface_of(4, 4, 8);
+    EXPECT_NE(zoom_obstacle(*palette, -1, 1), nullptr);
+    EXPECT_NE(zoom_obstacle(*palette, 1, -1), nullptr);
+    EXPECT_EQ(zoom_obstacle(*palette, 1, 1), nullptr);
+    EXPECT_EQ(zoom_obstacle(*palette, std::numeric_limits<double>::quiet_NaN(), 0), nullptr);
+    for (const int depth : {16, 24, 32}) {
+        EXPECT_EQ(zoom_obstacle(*surface_of(4, 4, depth), -1, -1), nullptr);
+    }
+}
+
+TEST(Zoom, OfNothingIsNull) {
+    for (const Transform& transform : kTransforms) {
+        EXPECT_EQ(transform(nullptr, 1, 1), nullptr);
+    }
+}
+
+TEST(Zoom, OfASizeThatIsRefusedIsNull) {
+    const SurfacePtr surface = surface_of(10, 10);
+    for (const Transform& transform : kTransforms) {
+        EXPECT_EQ(transform(surface.get(), 1e4, 1e4), nullptr);
+    }
+    // Each side is allowed, but not their 2^31 bytes and more.
+    EXPECT_EQ(zoomed(surface_of(10, 40).get(), 1638, 1638, false), nullptr);
+    EXPECT_STREQ(SDL_GetError(), "Out of memory");
+}
+
+// SDL_gfx makes each picture two rows higher than it says.
+TEST(Zoom, IsDrawnInItsOwnHeightAlone) {
+    for (const int depth : {8, 16, 32}) {
+        const SurfacePtr surface = surface_of(6, 5, depth);
+        for (const Transform& transform : kTransforms) {
+            const SurfacePtr result = transform(surface.get(), 1.5, 1.5);
+            SDL_SetAlpha(result.get(), 0, SDL_ALPHA_OPAQUE);
+            SDL_SetColorKey(result.get(), 0, 0);
+            const SurfacePtr target = surface_of(result->w, result->h + 2);
+            constexpr std::uint32_t kUntouched = 0x123456;
+            SDL_FillRect(target.get(), nullptr, kUntouched);
+            ASSERT_EQ(SDL_UpperBlit(result.get(), nullptr, target.get(), nullptr), 0);
+            const auto* words = static_cast<const std::uint32_t*>(target->pixels);
+            const int width = target->pitch / 4;
+            EXPECT_NE(words[(result->h - 1) * width] & 0xFFFFFF, kUntouched);
+            EXPECT_EQ(words[result->h * width], kUntouched);
+        }
+    }
+}
+
+TEST(Zoom, LeavesTheSourceUnlocked) {
+    const SurfacePtr surface = surface_of(10, 10);
+    SDL_SetColorKey(surface.get(), SDL_SRCCOLORKEY | SDL_RLEACCEL, 0);
+    const SurfacePtr target = surface_of(10, 10);
+    SDL_UpperBlit(surface.get(), nullptr, target.get(), nullptr);
+    // SDL 2, if it encodes at all, hides that behind the layer.
+    ASSERT_EQ(surface->pixels == nullptr, !is_layer());
+    for (const Transform& transform : kTransforms) {
+        EXPECT_NE(transform(surface.get(), 1.5, 1.5), nullptr);
+        EXPECT_EQ(surface->locked, 0U);
+    }
+}
+
+}  // namespace
+}  // namespace larkspur::pixel
