@@ -5,8 +5,8 @@
 
 #include <SDL.h>
 
+#include "base/surface.h"
 #include "core/py_ref.h"
-#include "pixel/surface/surface.h"
 
 namespace larkspur {
 

@@ -7,6 +7,7 @@
 
 #include "base/console.h"
 #include "base/convert.h"
+#include "base/surface.h"
 #include "core/display.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
@@ -18,7 +19,6 @@
 #include "pixel/kernels/colour.h"
 #include "pixel/surface/flagged_blit.h"
 #include "pixel/surface/picture.h"
-#include "pixel/surface/surface.h"
 #include "pixel/surface/tint.h"
 
 namespace larkspur {

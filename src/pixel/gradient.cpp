@@ -7,10 +7,10 @@
 #include <tuple>
 
 #include "base/convert.h"
+#include "base/surface.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
 #include "pixel/kernels/colour.h"
-#include "pixel/surface/surface.h"
 
 namespace larkspur::pixel {
 namespace {

@@ -10,6 +10,7 @@
 
 #include "base/console.h"
 #include "base/convert.h"
+#include "base/surface.h"
 #include "core/display.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
@@ -17,7 +18,6 @@
 #include "larkspur.h"
 #include "pixel/gradient.h"
 #include "pixel/surface/fill.h"
-#include "pixel/surface/surface.h"
 
 namespace larkspur::pixel {
 namespace {

@@ -9,13 +9,13 @@
 #include <utility>
 
 #include "base/console.h"
+#include "base/surface.h"
 #include "core/display.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
 #include "larkspur.h"
 #include "pixel/surface/flip.h"
 #include "pixel/surface/picture.h"
-#include "pixel/surface/surface.h"
 #include "pixel/surface/tint.h"
 #include "types/sprite.h"
 

@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "base/convert.h"
+#include "base/surface.h"
 #include "core/pygame.h"
 #include "pixel/surface/flip.h"
-#include "pixel/surface/surface.h"
 #include "pixel/surface/zoom.h"
 
 namespace larkspur {

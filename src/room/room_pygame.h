@@ -3,8 +3,8 @@
 
 #include "core/python.h"
 
+#include "base/surface.h"
 #include "core/py_ref.h"
-#include "pixel/surface/surface.h"
 
 namespace larkspur {
 

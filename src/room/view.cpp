@@ -6,6 +6,7 @@
 
 #include "base/console.h"
 #include "base/convert.h"
+#include "base/surface.h"
 #include "core/attribute.h"
 #include "core/display.h"
 #include "core/host_access.h"
@@ -13,7 +14,6 @@
 #include "core/pygame.h"
 #include "core/view_state.h"
 #include "larkspur.h"
-#include "pixel/surface/surface.h"
 #include "room/instance_draw.h"
 #include "room/room_pygame.h"
 #include "types/float_list.h"

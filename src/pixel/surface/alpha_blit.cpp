@@ -5,9 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/surface.h"
 #include "pixel/kernels/over_kernels.h"
 #include "pixel/kernels/pixel_word.h"
-#include "pixel/surface/surface.h"
 
 namespace larkspur::pixel {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "base/surface.h"
 #include "pixel/kernels/colour.h"
 #include "pixel/kernels/fill_kernels.h"
-#include "pixel/surface/surface.h"
 #include "pixel/surface/surface_words.h"
 
 namespace larkspur::pixel {

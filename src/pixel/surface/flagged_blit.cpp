@@ -5,11 +5,11 @@
 #include <algorithm>
 
 #include "base/console.h"
+#include "base/surface.h"
 #include "larkspur.h"
 #include "pixel/kernels/colour.h"
 #include "pixel/kernels/pixel_word.h"
 #include "pixel/surface/alpha_blit.h"
-#include "pixel/surface/surface.h"
 
 namespace larkspur::pixel {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <SDL.h>
 
-#include "pixel/surface/surface.h"
+#include "base/surface.h"
 
 namespace larkspur::pixel {
 

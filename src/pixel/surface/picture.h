@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "pixel/surface/surface.h"
+#include "base/surface.h"
 
 namespace larkspur::pixel {
 

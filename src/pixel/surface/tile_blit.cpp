@@ -8,7 +8,7 @@
 #include <numeric>
 
 #include "base/convert.h"
-#include "pixel/surface/surface.h"
+#include "base/surface.h"
 
 namespace larkspur {
 namespace {

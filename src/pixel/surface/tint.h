@@ -9,7 +9,7 @@
 
 #include <cstdint>
 
-#include "pixel/surface/surface.h"
+#include "base/surface.h"
 
 namespace larkspur::pixel {
 

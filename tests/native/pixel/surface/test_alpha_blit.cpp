@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "../../sdl_layer.h"
+#include "base/surface.h"
 #include "gtest/gtest.h"
 #include "pixel/surface/alpha_blit.h"
-#include "pixel/surface/surface.h"
 
 namespace larkspur::pixel {
 namespace {

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "../memory_field.h"
+#include "base/surface.h"
 #include "gtest/gtest.h"
-#include "pixel/surface/surface.h"
 
 namespace larkspur::pixel {
 namespace {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "../../sdl_layer.h"
-#include "pixel/surface/surface.h"
+#include "base/surface.h"
 
 namespace {
 
