@@ -2,11 +2,20 @@
 
 #include "pixel/kernels/colour.h"
 #include "pixel/surface/mapped_colour.h"
-#include "pixel/surface/surface_words.h"
 
 namespace larkspur::bench::scalar {
 
 using pixel::PixelWord;
+
+namespace {
+
+PixelWord* pixel_at(const SDL_Surface& surface, int x, int y) {
+    return pixel::pixel_words(static_cast<unsigned char*>(surface.pixels) +
+                              std::ptrdiff_t{y} * surface.pitch) +
+           x;
+}
+
+}  // namespace
 
 void fill_translucent(PixelWord* pixels, std::size_t count, std::uint8_t keep, std::uint32_t sum) {
     for (std::size_t i = 0; i < count; ++i) {
@@ -77,7 +86,7 @@ void blend_vertical_gradients(const SDL_Surface& surface, const pixel::Corners& 
                 pixel::map_interpolated(layers[i].top, layers[i].bottom, t, surface.format);
             sum += pixel::multalpha(colour, layers[i].weight);
         }
-        fill_translucent(pixel::pixel_at(surface, corners.x1, y),
+        fill_translucent(pixel_at(surface, corners.x1, y),
                          static_cast<std::size_t>(corners.x2 - corners.x1), keep, sum);
         t -= step;
     }
@@ -89,7 +98,7 @@ void draw_vertical_gradient(const SDL_Surface& surface, const pixel::Corners& co
     float t = 1.0F;
     for (int y = corners.y1; y < corners.y2; ++y) {
         const std::uint32_t colour = pixel::map_interpolated(top, bottom, t, surface.format);
-        PixelWord* row = pixel::pixel_at(surface, 0, y);
+        PixelWord* row = pixel_at(surface, 0, y);
         for (int x = corners.x1; x < corners.x2; ++x) {
             row[x] = colour;
         }
@@ -101,14 +110,13 @@ void draw_vertical_gradient(const SDL_Surface& surface, const pixel::Corners& co
 void draw_horizontal_gradient(const SDL_Surface& surface, const pixel::Corners& corners,
                               std::uint32_t left, std::uint32_t right) {
     const float step = 1.0F / static_cast<float>(corners.x2 - corners.x1);
-    const std::ptrdiff_t row_bytes = pixel::row_bytes(surface);
     float t = 1.0F;
     for (int x = corners.x1; x < corners.x2; ++x) {
         const std::uint32_t colour = pixel::map_interpolated(left, right, t, surface.format);
-        auto* place = reinterpret_cast<unsigned char*>(pixel::pixel_at(surface, x, corners.y1));
+        auto* place = reinterpret_cast<unsigned char*>(pixel_at(surface, x, corners.y1));
         for (int y = corners.y1; y <= corners.y2; ++y) {
             *pixel::pixel_words(place) = colour;
-            place += row_bytes;
+            place += surface.pitch;
         }
         t -= step;
     }

@@ -7,10 +7,8 @@
 #include <tuple>
 
 #include "base/convert.h"
-#include "base/surface.h"
-#include "core/py_ref.h"
-#include "core/pygame.h"
 #include "pixel/kernels/colour.h"
+#include "pixel/paint.h"
 
 namespace larkspur::pixel {
 namespace {
@@ -124,16 +122,6 @@ PyObject* draw(const GradientFunction& function, PyObject* args) noexcept {
     if (!parse(function, args, parsed)) {
         return nullptr;
     }
-    const SurfaceUse surface(parsed.surface, function.name);
-    if (!surface || !require_32_bit(*surface.get(), function.name) ||
-        !require_corner_in_range(parsed.corners, function.name)) {
-        return nullptr;
-    }
-    const SurfaceLock lock(surface.get());
-    if (!require_pixels(lock, function.name)) {
-        return nullptr;
-    }
-
     const std::size_t count = std::strlen(function.layers);
     const Weights weights = function.weigh(parsed.layers.data(), count);
     std::array<GradientLayer, kMaxLayers> gradients;
@@ -147,21 +135,14 @@ PyObject* draw(const GradientFunction& function, PyObject* args) noexcept {
             constant += multalpha(layer.top, weights.layers[i]);
         }
     }
-    blend_vertical_gradients(*surface.get(), parsed.corners, gradients.data(), gradient_count,
-                             constant, weights.keep);
-    return new_none();
+    return paint_on(SurfaceUse(parsed.surface, function.name), parsed.corners, function.name,
+                    [&](const SDL_Surface& surface) {
+                        blend_vertical_gradients(surface, parsed.corners, gradients.data(),
+                                                 gradient_count, constant, weights.keep);
+                    });
 }
 
 }  // namespace
-
-bool require_corner_in_range(const Corners& corners, const char* function) noexcept {
-    if (corners.x1 >= kLowestCorner && corners.y1 >= kLowestCorner) {
-        return true;
-    }
-    PyErr_Format(PyExc_ValueError, "%s got (%d, %d) for x1 and y1; both must be %d or more",
-                 function, corners.x1, corners.y1, kLowestCorner);
-    return false;
-}
 
 PyObject* fast_draw_gradient_v(PyObject* /*module*/, PyObject* args) noexcept {
     return draw(kGradientV, args);

@@ -1,17 +1,12 @@
-// The module functions that stack vertical gradients over what a surface shows.
+// The module functions that composite vertical gradients over what a surface shows.
 #pragma once
 
 #include "core/python.h"
 
-#include "pixel/surface/painters.h"
-
 namespace larkspur::pixel {
 
-/// Checks that the first corner is where the painters take it, -32768 or more on both axes; false
-/// with ValueError that names it.
-bool require_corner_in_range(const Corners& corners, const char* function) noexcept;
-
-/// Module functions fast_draw_gradient*(surface, x1, y1, x2, y2, layers...): lay vertical gradients
+/// Module functions fast_draw_gradient*(surface, x1, y1, x2, y2, layers...): composite vertical
+/// gradients
 /// ('v': top colour, bottom colour, opacity) and constant pixel values ('c': value, opacity) over a
 /// rectangle, the first layer undermost, as the letters of the name say. Opacities are floats with
 /// 1.0 for opaque; fast_draw_gradient_v takes an alpha of 0..255 instead. Return None.

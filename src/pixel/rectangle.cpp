@@ -10,44 +10,17 @@
 
 #include "base/console.h"
 #include "base/convert.h"
-#include "base/surface.h"
 #include "core/display.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
 #include "core/view_state.h"
 #include "larkspur.h"
-#include "pixel/gradient.h"
-#include "pixel/surface/fill.h"
+#include "pixel/kernels/colour.h"
+#include "pixel/paint.h"
+#include "pixel/surface/painters.h"
 
 namespace larkspur::pixel {
 namespace {
-
-constexpr int kOpaque = 255;
-
-// Runs paint(surface) on a surface that is in use, with its pixels checked and locked, and returns
-// None; null with an exception when they are not fit for it.
-template <typename Paint>
-PyObject* paint_on(SDL_Surface* surface, const Corners& corners, const char* function,
-                   Paint paint) noexcept {
-    if (!require_32_bit(*surface, function) || !require_corner_in_range(corners, function)) {
-        return nullptr;
-    }
-    const SurfaceLock lock(surface);
-    if (!require_pixels(lock, function)) {
-        return nullptr;
-    }
-    paint(surface);
-    return new_none();
-}
-
-template <typename Paint>
-PyObject* paint_on_display(const Corners& corners, const char* function, Paint paint) noexcept {
-    const DisplayUse display(function);
-    if (!display) {
-        return nullptr;
-    }
-    return paint_on(display.get(), corners, function, paint);
-}
 
 // A rectangle on the screen, not yet in whole pixels.
 struct ScreenBox {
@@ -133,10 +106,10 @@ PyObject* blend_box(PyObject* colour, double alpha, const ScreenBox& box) noexce
     const Corners corners = {truncate_to_int32(box.x1), truncate_to_int32(box.y1),
                              truncate_to_int32(box.x2), truncate_to_int32(box.y2)};
     const auto alpha_255 = static_cast<std::uint8_t>(truncate_to_int32(alpha * kOpaque));
-    return paint_on_display(corners, kDrawRectangle, [&](SDL_Surface* display) {
-        translucent_fill_rect(display, corners.x1, corners.y1, corners.x2, corners.y2, pixel,
-                              alpha_255);
-    });
+    return paint_on(DisplayUse(kDrawRectangle), corners, kDrawRectangle,
+                    [&](const SDL_Surface& display) {
+                        translucent_fill_rect(display, corners, pixel, alpha_255);
+                    });
 }
 
 }  // namespace
@@ -151,14 +124,11 @@ PyObject* fill_translucent(PyObject* /*module*/, PyObject* args) noexcept {
                           &corners.y2, &colour, &alpha)) {
         return nullptr;
     }
-    const SurfaceUse surface(object, kFunction);
-    if (!surface) {
-        return nullptr;
-    }
-    return paint_on(surface.get(), corners, kFunction, [&](SDL_Surface* target) {
-        translucent_fill_rect(target, corners.x1, corners.y1, corners.x2, corners.y2,
-                              static_cast<std::uint32_t>(colour), static_cast<std::uint8_t>(alpha));
-    });
+    return paint_on(SurfaceUse(object, kFunction), corners, kFunction,
+                    [&](const SDL_Surface& surface) {
+                        translucent_fill_rect(surface, corners, static_cast<std::uint32_t>(colour),
+                                              static_cast<std::uint8_t>(alpha));
+                    });
 }
 
 PyObject* fast_draw_rectangle_color(PyObject* /*module*/, PyObject* args) noexcept {
@@ -191,15 +161,14 @@ PyObject* fast_draw_rectangle_color(PyObject* /*module*/, PyObject* args) noexce
             return new_none();
         }
         // The colour goes in as it came, as a pixel value; an outline is filled all the same.
-        return paint_on_display(corners, kFunction, [&](SDL_Surface* display) {
-            translucent_fill_rect(display, corners.x1, corners.y1, corners.x2, corners.y2, top_left,
-                                  alpha_byte);
+        return paint_on(DisplayUse(kFunction), corners, kFunction, [&](const SDL_Surface& display) {
+            translucent_fill_rect(display, corners, top_left, alpha_byte);
         });
     }
     if (vertical && alpha == kOpaque) {
-        return paint_on_display(corners, kFunction, [&](SDL_Surface* display) {
+        return paint_on(DisplayUse(kFunction), corners, kFunction, [&](const SDL_Surface& display) {
             const auto draw = outline != 0 ? draw_gradient_outline : draw_vertical_gradient;
-            draw(*display, corners, top_left, bottom_left);
+            draw(display, corners, top_left, bottom_left);
         });
     }
     if (vertical) {
@@ -207,15 +176,15 @@ PyObject* fast_draw_rectangle_color(PyObject* /*module*/, PyObject* args) noexce
             write_stdout("BUG: need to draw translucent outline vgrad.\n");
             return new_none();
         }
-        return paint_on_display(corners, kFunction, [&](SDL_Surface* display) {
+        return paint_on(DisplayUse(kFunction), corners, kFunction, [&](const SDL_Surface& display) {
             const GradientLayer layer = {top_left, bottom_left, alpha_byte};
-            blend_vertical_gradients(*display, corners, &layer, 1, 0,
+            blend_vertical_gradients(display, corners, &layer, 1, 0,
                                      static_cast<std::uint8_t>(kOpaque - alpha_byte));
         });
     }
     if (alpha == kOpaque && outline == 0) {
-        return paint_on_display(corners, kFunction, [&](SDL_Surface* display) {
-            draw_horizontal_gradient(*display, corners, top_left, top_right);
+        return paint_on(DisplayUse(kFunction), corners, kFunction, [&](const SDL_Surface& display) {
+            draw_horizontal_gradient(display, corners, top_left, top_right);
         });
     }
     write_stdout("Horizontal gradient, complex gradient, or no gradient. %d/%d\n", alpha, outline);

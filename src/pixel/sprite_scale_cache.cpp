@@ -14,6 +14,7 @@
 #include "core/py_ref.h"
 #include "core/pygame.h"
 #include "larkspur.h"
+#include "pixel/kernels/colour.h"
 #include "pixel/surface/flip.h"
 #include "pixel/surface/picture.h"
 #include "pixel/surface/tint.h"
@@ -22,7 +23,6 @@
 namespace larkspur::pixel {
 namespace {
 
-constexpr int kOpaque = 255;
 constexpr char kFunction[] = "sprite_scalecache_add()";
 
 // What the copy shall be; widths and heights are negative for mirrored ones.

@@ -15,6 +15,10 @@ constexpr std::uint32_t kMiddleChannel = 0x0000FF00;
 constexpr std::uint32_t kLowChannel = 0x000000FF;
 constexpr std::uint32_t kHighChannel = 0x00FF0000;
 constexpr std::uint32_t kAllChannels = 0x00FFFFFF;
+constexpr std::uint32_t kTopByte = 0xFF000000;
+
+/// The alpha byte that leaves nothing of what is behind.
+constexpr int kOpaque = 255;
 
 /// Weight of the first colour that leaves nothing of the second, in `blend`.
 constexpr int kFullWeight = 256;

@@ -8,11 +8,12 @@ namespace larkspur::pixel {
 /// Copies `rows` rows of `row_bytes` bytes each. Either pitch may be negative: its pointer then
 /// names the last row in memory, and the rows are walked backwards.
 void copy_rows(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned char* from,
-               std::ptrdiff_t from_pitch_bytes, std::size_t row_bytes, std::size_t rows);
+               std::ptrdiff_t from_pitch_bytes, std::size_t row_bytes, std::size_t rows) noexcept;
 
 /// As copy_rows, for rows of `width` 32-bit pixels, each row mirrored: pixel x is the source's
 /// pixel width - 1 - x.
 void copy_rows_mirrored(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned char* from,
-                        std::ptrdiff_t from_pitch_bytes, std::size_t width, std::size_t rows);
+                        std::ptrdiff_t from_pitch_bytes, std::size_t width,
+                        std::size_t rows) noexcept;
 
 }  // namespace larkspur::pixel

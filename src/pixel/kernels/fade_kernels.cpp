@@ -3,35 +3,22 @@
 #include "pixel/kernels/multiversion.h"
 
 namespace larkspur::pixel {
-namespace {
 
 LARKSPUR_MULTIVERSION
-void scale_top(PixelWord* words, std::size_t count, std::uint32_t alpha, std::uint32_t alpha_mask,
-               std::uint32_t colour_mask) {
+void scale_top_alpha(PixelWord* words, std::size_t count, std::uint8_t alpha,
+                     std::uint32_t alpha_mask, std::uint32_t colour_mask) noexcept {
     for (std::size_t i = 0; i < count; ++i) {
         words[i] = (((words[i] >> 8) * alpha) & alpha_mask) | (words[i] & colour_mask);
     }
 }
 
 LARKSPUR_MULTIVERSION
-void scale_low(PixelWord* words, std::size_t count, std::uint32_t alpha, std::uint32_t alpha_mask,
-               std::uint32_t colour_mask) {
+void scale_low_alpha(PixelWord* words, std::size_t count, std::uint8_t alpha,
+                     std::uint32_t alpha_mask, std::uint32_t colour_mask) noexcept {
     for (std::size_t i = 0; i < count; ++i) {
         words[i] =
             ((((words[i] & alpha_mask) * alpha) >> 8) & alpha_mask) | (words[i] & colour_mask);
     }
-}
-
-}  // namespace
-
-void scale_top_alpha(PixelWord* words, std::size_t count, std::uint8_t alpha,
-                     std::uint32_t alpha_mask, std::uint32_t colour_mask) {
-    scale_top(words, count, alpha, alpha_mask, colour_mask);
-}
-
-void scale_low_alpha(PixelWord* words, std::size_t count, std::uint8_t alpha,
-                     std::uint32_t alpha_mask, std::uint32_t colour_mask) {
-    scale_low(words, count, alpha, alpha_mask, colour_mask);
 }
 
 }  // namespace larkspur::pixel

@@ -1,4 +1,4 @@
-// Translucent fills: the one place where old pixels are faded and a new colour is laid over them.
+// Translucent fills: the one place where old pixels are faded and a new colour is added to them.
 #pragma once
 
 #include <cstddef>
@@ -8,15 +8,11 @@
 
 namespace larkspur::pixel {
 
-/// Each of `count` pixels p becomes sum + multalpha(p, keep); per channel
+/// Each pixel p of `height` rows of `width` becomes sum + multalpha(p, keep); per channel
 /// sum + floor(p * keep / 256). `sum` is the colour to add, already scaled by its own weight; the
-/// addition wraps at 32 bits. The top byte of p never counts.
-void fill_translucent_row(PixelWord* pixels, std::size_t count, std::uint8_t keep,
-                          std::uint32_t sum);
-
-/// fill_translucent_row on `height` rows of `width` pixels each, the first at `pixels`, each next
-/// one `pitch_bytes` further. Either number may be 0.
+/// addition wraps at 32 bits. The top byte of p never counts. The first row is at `pixels`, each
+/// next one `pitch_bytes` further. Either number may be 0.
 void fill_translucent_rows(PixelWord* pixels, std::ptrdiff_t pitch_bytes, std::size_t width,
-                           std::size_t height, std::uint8_t keep, std::uint32_t sum);
+                           std::size_t height, std::uint8_t keep, std::uint32_t sum) noexcept;
 
 }  // namespace larkspur::pixel

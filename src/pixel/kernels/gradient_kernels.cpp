@@ -6,16 +6,17 @@
 #include "pixel/kernels/multiversion.h"
 
 namespace larkspur::pixel {
-
 namespace {
 
-std::uint32_t placed(std::uint32_t value, PixelLayout::Channel channel) {
+std::uint32_t placed(std::uint32_t value, PixelLayout::Channel channel) noexcept {
     return value >> channel.loss << channel.shift;
 }
 
+}  // namespace
+
 LARKSPUR_MULTIVERSION
-void mix(PixelWord* words, const std::int32_t* weights, std::size_t count, std::uint32_t first,
-         std::uint32_t second, PixelLayout layout) {
+void mix_colours(PixelWord* words, const std::int32_t* weights, std::size_t count,
+                 std::uint32_t first, std::uint32_t second, PixelLayout layout) noexcept {
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint32_t colour = blend(first, second, weights[i]);
         words[i] = placed(colour & 0xFF, layout.red) | placed(colour >> 8 & 0xFF, layout.green) |
@@ -24,37 +25,22 @@ void mix(PixelWord* words, const std::int32_t* weights, std::size_t count, std::
 }
 
 LARKSPUR_MULTIVERSION
-void scale_and_add(std::uint32_t* sums, const std::uint32_t* words, std::size_t count,
-                   std::uint8_t weight) {
+void add_scaled(std::uint32_t* sums, const std::uint32_t* words, std::size_t count,
+                std::uint8_t weight) noexcept {
     for (std::size_t i = 0; i < count; ++i) {
         sums[i] += multalpha(words[i], weight);
     }
 }
 
 LARKSPUR_MULTIVERSION
-void set_pixels(PixelWord* pixels, std::size_t count, std::uint32_t colour) {
+void set_pixels(PixelWord* pixels, std::size_t count, std::uint32_t colour) noexcept {
     for (std::size_t i = 0; i < count; ++i) {
         pixels[i] = colour;
     }
 }
 
-}  // namespace
-
-void mix_colours(PixelWord* words, const std::int32_t* weights, std::size_t count,
-                 std::uint32_t first, std::uint32_t second, const PixelLayout& layout) {
-    mix(words, weights, count, first, second, layout);
-}
-
-void add_scaled(std::uint32_t* sums, const std::uint32_t* words, std::size_t count,
-                std::uint8_t weight) {
-    scale_and_add(sums, words, count, weight);
-}
-
-void fill_row(PixelWord* pixels, std::size_t count, std::uint32_t colour) {
-    set_pixels(pixels, count, colour);
-}
-
-void repeat_row(PixelWord* first, std::ptrdiff_t pitch_bytes, std::size_t count, int rows) {
+void repeat_row(PixelWord* first, std::ptrdiff_t pitch_bytes, std::size_t count,
+                int rows) noexcept {
     // Always from the first row, never from the one above: the source stays in the nearest cache,
     // and at most a handful of rows lie the few bytes modulo 4096 behind it at which copying
     // stalls.

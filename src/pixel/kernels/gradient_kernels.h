@@ -25,17 +25,17 @@ struct PixelLayout {
 /// Sets each of `count` words to the pixel value of blend(first, second, its weight), both being GM
 /// colours (red in bits 0-7, green in 8-15, blue in 16-23; the top byte counts for nothing).
 void mix_colours(PixelWord* words, const std::int32_t* weights, std::size_t count,
-                 std::uint32_t first, std::uint32_t second, const PixelLayout& layout);
+                 std::uint32_t first, std::uint32_t second, PixelLayout layout) noexcept;
 
 /// Adds multalpha(word, weight) of each of `count` words to its sum, which wraps at 32 bits.
 void add_scaled(std::uint32_t* sums, const std::uint32_t* words, std::size_t count,
-                std::uint8_t weight);
+                std::uint8_t weight) noexcept;
 
 /// Sets `count` pixels to `colour`, all 32 bits of it.
-void fill_row(PixelWord* pixels, std::size_t count, std::uint32_t colour);
+void set_pixels(PixelWord* pixels, std::size_t count, std::uint32_t colour) noexcept;
 
 /// Copies a row of `count` pixels to the `rows` rows that follow it, `pitch_bytes` apart. The rows
 /// must not overlap. Nothing is copied when `rows` is not positive.
-void repeat_row(PixelWord* first, std::ptrdiff_t pitch_bytes, std::size_t count, int rows);
+void repeat_row(PixelWord* first, std::ptrdiff_t pitch_bytes, std::size_t count, int rows) noexcept;
 
 }  // namespace larkspur::pixel

@@ -1,17 +1,14 @@
 #include "pixel/kernels/over_kernels.h"
 
+#include "pixel/kernels/colour.h"
 #include "pixel/kernels/multiversion.h"
 
 namespace larkspur::pixel {
-namespace {
-
-constexpr std::uint32_t kOuterBytes = 0x00FF00FF;
-constexpr std::uint32_t kMiddleByte = 0x0000FF00;
-constexpr std::uint32_t kTopByte = 0xFF000000;
 
 LARKSPUR_MULTIVERSION
-void lay_rows(PixelWord* target, std::ptrdiff_t target_pitch_bytes, const PixelWord* source,
-              std::ptrdiff_t source_pitch_bytes, std::size_t width, std::size_t height) {
+void composite_over_rows(PixelWord* target, std::ptrdiff_t target_pitch_bytes,
+                         const PixelWord* source, std::ptrdiff_t source_pitch_bytes,
+                         std::size_t width, std::size_t height) noexcept {
     for (std::size_t y = 0; y < height; ++y) {
         PixelWord* __restrict to = target;
         const PixelWord* __restrict from = source;
@@ -24,21 +21,16 @@ void lay_rows(PixelWord* target, std::ptrdiff_t target_pitch_bytes, const PixelW
             const std::uint32_t share = alpha + (alpha == 255 ? 1 : 0);
             const std::uint32_t rest = 256 - share;
             const std::uint32_t outer =
-                ((over & kOuterBytes) * share + (under & kOuterBytes) * rest) >> 8 & kOuterBytes;
+                ((over & kOuterChannels) * share + (under & kOuterChannels) * rest) >> 8 &
+                kOuterChannels;
             const std::uint32_t middle =
-                ((over & kMiddleByte) * share + (under & kMiddleByte) * rest) >> 8 & kMiddleByte;
+                ((over & kMiddleChannel) * share + (under & kMiddleChannel) * rest) >> 8 &
+                kMiddleChannel;
             to[x] = outer | middle | (under & kTopByte);
         }
         target = pixel_words(reinterpret_cast<unsigned char*>(target) + target_pitch_bytes);
         source = pixel_words(reinterpret_cast<const unsigned char*>(source) + source_pitch_bytes);
     }
-}
-
-}  // namespace
-
-void lay_alpha_rows(PixelWord* target, std::ptrdiff_t target_pitch_bytes, const PixelWord* source,
-                    std::ptrdiff_t source_pitch_bytes, std::size_t width, std::size_t height) {
-    lay_rows(target, target_pitch_bytes, source, source_pitch_bytes, width, height);
 }
 
 }  // namespace larkspur::pixel

@@ -11,16 +11,19 @@ namespace {
 constexpr std::size_t kBlockBytes = 64;
 
 // The smaller one is subtracted from itself: processors have one instruction for this form.
-constexpr std::uint8_t subtract(std::uint8_t byte, std::uint8_t k) {
+constexpr std::uint8_t subtract(std::uint8_t byte, std::uint8_t k) noexcept {
     return static_cast<std::uint8_t>((byte > k ? byte : k) - k);
 }
 
-// The pattern is laid out over one block, so that every byte of a vector meets its own.
+}  // namespace
+
 LARKSPUR_MULTIVERSION
-void subtract_blocks(unsigned char* bytes, std::size_t count, const unsigned char* pattern) {
+void subtract_saturating(unsigned char* bytes, std::size_t count,
+                         const BytePattern& pattern) noexcept {
+    // The pattern is repeated through one block, so that every byte of a vector meets its own.
     unsigned char block[kBlockBytes];
     for (std::size_t i = 0; i < kBlockBytes; i += kPatternBytes) {
-        std::memcpy(block + i, pattern, kPatternBytes);
+        std::memcpy(block + i, pattern.data(), kPatternBytes);
     }
     while (count >= kBlockBytes) {
         for (std::size_t i = 0; i < kBlockBytes; ++i) {
@@ -32,12 +35,6 @@ void subtract_blocks(unsigned char* bytes, std::size_t count, const unsigned cha
     for (std::size_t i = 0; i < count; ++i) {
         bytes[i] = subtract(bytes[i], block[i]);
     }
-}
-
-}  // namespace
-
-void subtract_saturating(unsigned char* bytes, std::size_t count, const BytePattern& pattern) {
-    subtract_blocks(bytes, count, pattern.data());
 }
 
 }  // namespace larkspur::pixel

@@ -13,7 +13,7 @@ using BytePattern = std::array<std::uint8_t, kPatternBytes>;
 
 /// The bytes of `low` and then of `high`, each from bits 0-7 up to bits 24-31: in memory order on
 /// every processor.
-constexpr BytePattern pattern_of(std::uint32_t low, std::uint32_t high) {
+constexpr BytePattern pattern_of(std::uint32_t low, std::uint32_t high) noexcept {
     BytePattern pattern = {};
     for (unsigned i = 0; i < 4; ++i) {
         pattern[i] = static_cast<std::uint8_t>(low >> (8 * i));
@@ -23,6 +23,7 @@ constexpr BytePattern pattern_of(std::uint32_t low, std::uint32_t high) {
 }
 
 /// Byte i of `count` becomes max(0, byte - pattern[i mod 8]).
-void subtract_saturating(unsigned char* bytes, std::size_t count, const BytePattern& pattern);
+void subtract_saturating(unsigned char* bytes, std::size_t count,
+                         const BytePattern& pattern) noexcept;
 
 }  // namespace larkspur::pixel

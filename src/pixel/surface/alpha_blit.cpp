@@ -6,13 +6,12 @@
 #include <cstdint>
 
 #include "base/surface.h"
+#include "pixel/kernels/colour.h"
 #include "pixel/kernels/over_kernels.h"
 #include "pixel/kernels/pixel_word.h"
 
 namespace larkspur::pixel {
 namespace {
-
-constexpr std::uint32_t kTopByte = 0xFF000000;
 
 PixelWord* pixel_at(const SDL_Surface& surface, int x, int y) {
     return pixel_words(static_cast<unsigned char*>(surface.pixels) +
@@ -34,8 +33,9 @@ bool have_same_bytes(const SDL_PixelFormat& a, const SDL_PixelFormat& b) {
 
 void lay(const SDL_Surface& source, int source_x, int source_y, SDL_Surface& target, int x, int y,
          int width, int height) {
-    lay_alpha_rows(pixel_at(target, x, y), target.pitch, pixel_at(source, source_x, source_y),
-                   source.pitch, static_cast<std::size_t>(width), static_cast<std::size_t>(height));
+    composite_over_rows(pixel_at(target, x, y), target.pitch, pixel_at(source, source_x, source_y),
+                        source.pitch, static_cast<std::size_t>(width),
+                        static_cast<std::size_t>(height));
 }
 
 // Colours that take in everything, the same in every run.

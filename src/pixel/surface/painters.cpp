@@ -6,8 +6,8 @@
 #include "pixel/kernels/colour.h"
 #include "pixel/kernels/fill_kernels.h"
 #include "pixel/kernels/gradient_kernels.h"
+#include "pixel/kernels/pixel_word.h"
 #include "pixel/surface/mapped_colour.h"
-#include "pixel/surface/surface_words.h"
 
 namespace larkspur::pixel {
 namespace {
@@ -18,6 +18,20 @@ constexpr int kBand = 128;
 
 using Weights = std::array<std::int32_t, kBand>;
 using Words = std::array<std::uint32_t, kBand>;
+
+// Bytes from one row to the next as painters count them: whole pixels, so an odd rest of the pitch
+// counts for nothing.
+std::ptrdiff_t painted_pitch_bytes(const SDL_Surface& surface) noexcept {
+    constexpr int kPixelBytes = sizeof(PixelWord);
+    return surface.pitch / kPixelBytes * kPixelBytes;
+}
+
+// The pixel in column x of row y, which must be inside the surface.
+PixelWord* painted_pixel(const SDL_Surface& surface, int x, int y) noexcept {
+    return pixel_words(static_cast<unsigned char*>(surface.pixels) +
+                       y * painted_pitch_bytes(surface)) +
+           x;
+}
 
 // The fraction of a gradient: 1.0 at its start, less by 1 / length with every step. Stepped, not
 // multiplied, because its rounding is part of the result. A length of 0 gives an infinite step, and
@@ -82,7 +96,8 @@ void for_each_gradient_row(const SDL_Surface& surface, const Corners& corners, C
         fraction.take(weights.data(), rows);
         colour(words.data(), weights.data(), static_cast<std::size_t>(rows));
         for (int i = 0; i < rows; ++i) {
-            paint(pixel_at(surface, left, y + i), static_cast<std::size_t>(right - left), words[i]);
+            paint(painted_pixel(surface, left, y + i), static_cast<std::size_t>(right - left),
+                  words[i]);
         }
     }
 }
@@ -93,11 +108,26 @@ void draw_span(const SDL_Surface& surface, int x, int y, std::int64_t count,
     const int left = std::max(x, 0);
     const std::int64_t right = std::min<std::int64_t>(x + count, surface.w);
     if (y >= 0 && y < surface.h && left < right) {
-        fill_row(pixel_at(surface, left, y), static_cast<std::size_t>(right - left), pixel);
+        set_pixels(painted_pixel(surface, left, y), static_cast<std::size_t>(right - left), pixel);
     }
 }
 
 }  // namespace
+
+void translucent_fill_rect(const SDL_Surface& surface, const Corners& corners, std::uint32_t colour,
+                           std::uint8_t alpha) noexcept {
+    const int left = std::max(corners.x1, 0);
+    const int top = std::max(corners.y1, 0);
+    const int right = std::min(corners.x2, surface.w - 1);
+    const int bottom = std::min(corners.y2, surface.h - 1);
+    if (left >= right || top > bottom) {
+        return;
+    }
+    fill_translucent_rows(painted_pixel(surface, left, top), painted_pitch_bytes(surface),
+                          static_cast<std::size_t>(right - left),
+                          static_cast<std::size_t>(bottom - top) + 1,
+                          static_cast<std::uint8_t>(kOpaque - alpha), multalpha(colour, alpha));
+}
 
 void blend_vertical_gradients(const SDL_Surface& surface, const Corners& corners,
                               const GradientLayer* layers, std::size_t count,
@@ -113,7 +143,7 @@ void blend_vertical_gradients(const SDL_Surface& surface, const Corners& corners
         }
     };
     const auto blend_row = [=](PixelWord* row, std::size_t width, std::uint32_t sum) {
-        fill_translucent_row(row, width, keep, sum);
+        fill_translucent_rows(row, 0, width, 1, keep, sum);
     };
     for_each_gradient_row(surface, corners, sum_layers, blend_row);
 }
@@ -124,7 +154,7 @@ void draw_vertical_gradient(const SDL_Surface& surface, const Corners& corners, 
     const auto mix = [&](std::uint32_t* words, const std::int32_t* weights, std::size_t rows) {
         mix_colours(words, weights, rows, top, bottom, layout);
     };
-    for_each_gradient_row(surface, corners, mix, fill_row);
+    for_each_gradient_row(surface, corners, mix, set_pixels);
 }
 
 void draw_horizontal_gradient(const SDL_Surface& surface, const Corners& corners,
@@ -137,7 +167,7 @@ void draw_horizontal_gradient(const SDL_Surface& surface, const Corners& corners
         return;
     }
     // The first row is mixed in its place, the others are its copies.
-    PixelWord* row = pixel_at(surface, first_column, first_row);
+    PixelWord* row = painted_pixel(surface, first_column, first_row);
     const PixelLayout layout = layout_of(*surface.format);
     Fraction fraction(std::int64_t{x2} - corners.x1);
     fraction.advance(first_column - corners.x1);
@@ -148,7 +178,7 @@ void draw_horizontal_gradient(const SDL_Surface& surface, const Corners& corners
         mix_colours(row + (x - first_column), weights.data(), static_cast<std::size_t>(columns),
                     left, right, layout);
     }
-    repeat_row(row, row_bytes(surface), static_cast<std::size_t>(x2 - first_column),
+    repeat_row(row, painted_pitch_bytes(surface), static_cast<std::size_t>(x2 - first_column),
                y2 - first_row);
 }
 

@@ -1,4 +1,4 @@
-// Gradients painted into the pixels of a surface. Knows nothing of Python.
+// Rectangles painted into the pixels of a surface: translucent ones and gradients.
 #pragma once
 
 #include <SDL.h>
@@ -33,7 +33,14 @@ struct GradientLayer {
 // be, and a first corner at kLowestCorner or more on both axes. Fractions are single floats that
 // start at 1.0 and lose one step per row or column, so they carry the rounding of all steps before.
 
-/// Lays gradients over rows y1 .. y2 - 1, columns x1 .. x2 - 1: each pixel p of a row becomes
+/// Blends `colour`, a pixel value, over columns x1 .. x2 - 1 of rows y1 .. y2, the last row
+/// included: each pixel p becomes multalpha(colour, alpha) + multalpha(p, 255 - alpha), top byte
+/// included, which becomes 0. So the surface's last column is never painted and its last row is.
+/// Games depend on both.
+void translucent_fill_rect(const SDL_Surface& surface, const Corners& corners, std::uint32_t colour,
+                           std::uint8_t alpha) noexcept;
+
+/// Composites gradients over rows y1 .. y2 - 1, columns x1 .. x2 - 1: each pixel p of a row becomes
 /// constant + multalpha(colour of each layer in that row, its weight) + multalpha(p, keep). The
 /// step comes from y2 before it is clamped.
 void blend_vertical_gradients(const SDL_Surface& surface, const Corners& corners,

@@ -101,7 +101,7 @@ TEST(FillRow, SetsItsPixelsAtEveryWidthAndOffset) {
             for (std::size_t x = 0; x < width; ++x) {
                 expected.set_word(x, 0, kColour);
             }
-            fill_row(pixel_words(field.row(0)), width, kColour);
+            set_pixels(pixel_words(field.row(0)), width, kColour);
             ASSERT_TRUE(field.equals(expected)) << "width " << width << ", offset " << offset;
         }
     }
@@ -136,8 +136,8 @@ TEST(GradientKernels, TouchNoMemoryOutside) {
     GuardedPage page;
     const std::vector<std::int32_t> weights(kEnoughPixels, 128);
     for (std::size_t width = 0; width <= kEnoughPixels; ++width) {
-        fill_row(pixel_words(page.at_start()), width, kColour);
-        fill_row(pixel_words(page.at_end(4 * width)), width, kColour);
+        set_pixels(pixel_words(page.at_start()), width, kColour);
+        set_pixels(pixel_words(page.at_end(4 * width)), width, kColour);
         mix_colours(pixel_words(page.at_start()), weights.data(), width, kFirst, kSecond,
                     kLayouts[0]);
         mix_colours(pixel_words(page.at_end(4 * width)), weights.data(), width, kFirst, kSecond,

@@ -7,7 +7,7 @@ namespace {
 
 // Each low byte comes nearer to the upper one by its alpha's share in 256ths, rounded down, and all
 // the way at 255; the top byte stays.
-std::uint32_t laid(std::uint32_t over, std::uint32_t under) {
+std::uint32_t composited(std::uint32_t over, std::uint32_t under) {
     const auto alpha = static_cast<int>(over >> 24);
     std::uint32_t result = under & 0xFF000000;
     for (unsigned place = 0; place < 3; ++place) {
@@ -19,12 +19,12 @@ std::uint32_t laid(std::uint32_t over, std::uint32_t under) {
     return result;
 }
 
-void lay(MemoryField& target, MemoryField& source, std::size_t width, std::size_t height) {
-    lay_alpha_rows(pixel_words(target.row(0)), target.pitch(), pixel_words(source.row(0)),
-                   source.pitch(), width, height);
+void composite(MemoryField& target, MemoryField& source, std::size_t width, std::size_t height) {
+    composite_over_rows(pixel_words(target.row(0)), target.pitch(), pixel_words(source.row(0)),
+                        source.pitch(), width, height);
 }
 
-TEST(LayAlphaRows, KeepsToItsPixelsAtEveryWidthAndOffset) {
+TEST(CompositeOverRows, KeepsToItsPixelsAtEveryWidthAndOffset) {
     constexpr std::size_t kRows = 3;
     for (std::size_t width = 0; width <= kEnoughPixels; ++width) {
         for (std::size_t offset = 0; offset < kWidestVectorBytes; ++offset) {
@@ -33,16 +33,16 @@ TEST(LayAlphaRows, KeepsToItsPixelsAtEveryWidthAndOffset) {
             MemoryField expected = target.copy();
             for (std::size_t y = 0; y < kRows; ++y) {
                 for (std::size_t x = 0; x < width; ++x) {
-                    expected.set_word(x, y, laid(source.word(x, y), target.word(x, y)));
+                    expected.set_word(x, y, composited(source.word(x, y), target.word(x, y)));
                 }
             }
-            lay(target, source, width, kRows);
+            composite(target, source, width, kRows);
             ASSERT_TRUE(target.equals(expected)) << "width " << width << ", offset " << offset;
         }
     }
 }
 
-TEST(LayAlphaRows, LaysEveryByteOverEveryByteWithEveryAlpha) {
+TEST(CompositeOverRows, LaysEveryByteOverEveryByteWithEveryAlpha) {
     for (std::uint32_t alpha = 0; alpha < 256; ++alpha) {
         MemoryField target(0, 4 * 256, 0, 256, 13);
         MemoryField source(0, 4 * 256, 0, 256, 14);
@@ -56,30 +56,30 @@ TEST(LayAlphaRows, LaysEveryByteOverEveryByteWithEveryAlpha) {
         MemoryField expected = target.copy();
         for (std::size_t y = 0; y < 256; ++y) {
             for (std::size_t x = 0; x < 256; ++x) {
-                expected.set_word(x, y, laid(source.word(x, y), target.word(x, y)));
+                expected.set_word(x, y, composited(source.word(x, y), target.word(x, y)));
             }
         }
-        lay(target, source, 256, 256);
+        composite(target, source, 256, 256);
         ASSERT_TRUE(target.equals(expected)) << "alpha " << alpha;
     }
 }
 
-TEST(LayAlphaRows, DoesNothingWithoutRows) {
+TEST(CompositeOverRows, DoesNothingWithoutRows) {
     MemoryField target(0, 40, 0, 2, 15);
     MemoryField source(0, 40, 0, 2, 16);
     MemoryField expected = target.copy();
-    lay(target, source, 10, 0);
+    composite(target, source, 10, 0);
     EXPECT_TRUE(target.equals(expected));
 }
 
-TEST(LayAlphaRows, TouchesNoMemoryOutside) {
+TEST(CompositeOverRows, TouchesNoMemoryOutside) {
     GuardedPage target;
     GuardedPage source;
     for (std::size_t width = 0; width <= kEnoughPixels; ++width) {
-        lay_alpha_rows(pixel_words(target.at_start()), 0, pixel_words(source.at_end(4 * width)), 0,
-                       width, 1);
-        lay_alpha_rows(pixel_words(target.at_end(4 * width)), 0, pixel_words(source.at_start()), 0,
-                       width, 1);
+        composite_over_rows(pixel_words(target.at_start()), 0,
+                            pixel_words(source.at_end(4 * width)), 0, width, 1);
+        composite_over_rows(pixel_words(target.at_end(4 * width)), 0,
+                            pixel_words(source.at_start()), 0, width, 1);
     }
 }
 
