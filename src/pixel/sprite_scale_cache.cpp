@@ -15,6 +15,7 @@
 #include "core/pygame.h"
 #include "larkspur.h"
 #include "pixel/kernels/colour.h"
+#include "pixel/surface/blit.h"
 #include "pixel/surface/flip.h"
 #include "pixel/surface/picture.h"
 #include "pixel/surface/tint.h"
@@ -105,7 +106,8 @@ SurfacePtr new_surface(int width, int height, const SDL_PixelFormat& masks) noex
 SurfacePtr copied(SDL_Surface* source, const SDL_PixelFormat& masks) noexcept {
     SurfacePtr copy = new_surface(source->w, source->h, masks);
     if (copy != nullptr) {
-        SDL_UpperBlit(source, nullptr, copy.get(), nullptr);
+        SDL_Rect place = {};
+        blit(source, nullptr, copy.get(), &place);
     }
     return copy;
 }

@@ -11,7 +11,7 @@
 #include "core/pygame.h"
 #include "core/view_state.h"
 #include "larkspur.h"
-#include "pixel/surface/tile_blit.h"
+#include "pixel/surface/blit.h"
 #include "room/view.h"
 #include "types/background.h"
 #include "types/float_list.h"
@@ -179,7 +179,7 @@ bool draw_tile(const TileObject& tile, PyObject* backgrounds, PyObject* surface)
     SDL_Rect to = {};
     to.x = low_16_bits(tile.x);
     to.y = low_16_bits(tile.y);
-    return blit_tile(source.get(), from, target.get(), to);
+    return pixel::blit(source.get(), &from, target.get(), &to);
 }
 
 // Blits the room's tiles. False as a rule with an exception.

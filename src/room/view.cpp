@@ -14,6 +14,7 @@
 #include "core/pygame.h"
 #include "core/view_state.h"
 #include "larkspur.h"
+#include "pixel/surface/blit.h"
 #include "room/instance_draw.h"
 #include "room/room_pygame.h"
 #include "types/float_list.h"
@@ -286,7 +287,7 @@ bool ViewPass::show_intermediate(PyObject* canvas) noexcept {
     SDL_Rect port = {};
     port.x = low_16_bits(truncate_to_int64(view->xport));
     port.y = low_16_bits(truncate_to_int64(view->yport));
-    SDL_UpperBlit(peek_surface(canvas), nullptr, target.get(), &port);
+    pixel::blit(peek_surface(canvas), nullptr, target.get(), &port);
     return true;
 }
 

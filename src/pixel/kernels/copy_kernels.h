@@ -6,7 +6,8 @@
 namespace larkspur::pixel {
 
 /// Copies `rows` rows of `row_bytes` bytes each. Either pitch may be negative: its pointer then
-/// names the last row in memory, and the rows are walked backwards.
+/// names the last row in memory, and the rows are walked backwards. With a source pitch of 0 every
+/// row becomes a copy of the one at `from`.
 void copy_rows(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned char* from,
                std::ptrdiff_t from_pitch_bytes, std::size_t row_bytes, std::size_t rows) noexcept;
 

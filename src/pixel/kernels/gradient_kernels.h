@@ -34,8 +34,4 @@ void add_scaled(std::uint32_t* sums, const std::uint32_t* words, std::size_t cou
 /// Sets `count` pixels to `colour`, all 32 bits of it.
 void set_pixels(PixelWord* pixels, std::size_t count, std::uint32_t colour) noexcept;
 
-/// Copies a row of `count` pixels to the `rows` rows that follow it, `pitch_bytes` apart. The rows
-/// must not overlap. Nothing is copied when `rows` is not positive.
-void repeat_row(PixelWord* first, std::ptrdiff_t pitch_bytes, std::size_t count, int rows) noexcept;
-
 }  // namespace larkspur::pixel

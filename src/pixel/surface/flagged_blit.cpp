@@ -9,7 +9,7 @@
 #include "larkspur.h"
 #include "pixel/kernels/colour.h"
 #include "pixel/kernels/pixel_word.h"
-#include "pixel/surface/alpha_blit.h"
+#include "pixel/surface/blit.h"
 
 namespace larkspur::pixel {
 namespace {
@@ -49,9 +49,7 @@ void flagged_blit(SDL_Surface* source, SDL_Surface* target, SDL_Rect* rect, int 
         return;
     }
     if (mode == 0) {
-        if (!blit_with_alpha(source, target, rect)) {
-            SDL_UpperBlit(source, nullptr, target, rect);
-        }
+        blit(source, nullptr, target, rect);
         return;
     }
     const int x = rect->x;
@@ -72,7 +70,7 @@ void flagged_blit(SDL_Surface* source, SDL_Surface* target, SDL_Rect* rect, int 
     }
     if (blend_mode_flatten(mode) == 0) {
         write_stdout("Error: Unexpected additive blend mode %d\n", mode);
-        SDL_UpperBlit(source, nullptr, target, rect);
+        blit(source, nullptr, target, rect);
         return;
     }
     if (!has_32_bit_pixels(*source) || !has_32_bit_pixels(*target)) {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "pixel/kernels/colour.h"
+#include "pixel/kernels/copy_kernels.h"
 #include "pixel/kernels/fill_kernels.h"
 #include "pixel/kernels/gradient_kernels.h"
 #include "pixel/kernels/pixel_word.h"
@@ -178,8 +179,11 @@ void draw_horizontal_gradient(const SDL_Surface& surface, const Corners& corners
         mix_colours(row + (x - first_column), weights.data(), static_cast<std::size_t>(columns),
                     left, right, layout);
     }
-    repeat_row(row, painted_pitch_bytes(surface), static_cast<std::size_t>(x2 - first_column),
-               y2 - first_row);
+    const std::ptrdiff_t pitch = painted_pitch_bytes(surface);
+    auto* first_bytes = reinterpret_cast<unsigned char*>(row);
+    copy_rows(first_bytes + pitch, pitch, first_bytes, 0,
+              static_cast<std::size_t>(x2 - first_column) * sizeof(PixelWord),
+              static_cast<std::size_t>(y2 - first_row));
 }
 
 void draw_gradient_outline(const SDL_Surface& surface, const Corners& corners, std::uint32_t top,

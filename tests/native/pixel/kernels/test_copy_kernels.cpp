@@ -36,6 +36,26 @@ TEST(CopyRows, WalkBackwardsWithANegativePitch) {
     EXPECT_TRUE(to.equals(expected));
 }
 
+TEST(CopyRows, RepeatTheRowOfAPitchOf0) {
+    for (std::size_t count = 0; count <= kEnoughBytes; ++count) {
+        MemoryField field(count % 7, count, 4 + count % 5, 4, 21);
+        MemoryField expected = field.copy();
+        for (std::size_t y = 1; y < 4; ++y) {
+            std::memcpy(expected.row(y), expected.row(0), count);
+        }
+        copy_rows(field.row(1), field.pitch(), field.row(0), 0, count, 3);
+        ASSERT_TRUE(field.equals(expected)) << "length " << count;
+    }
+}
+
+TEST(CopyRows, NeedNoRow) {
+    MemoryField from(0, 16, 0, 2, 22);
+    MemoryField to(0, 16, 0, 2, 23);
+    MemoryField expected = to.copy();
+    copy_rows(to.row(0), to.pitch(), from.row(0), from.pitch(), 16, 0);
+    EXPECT_TRUE(to.equals(expected));
+}
+
 TEST(CopyRows, CopyLongRowsAtEveryDistanceWithinAPage) {
     // Rows as long as a surface's, at all the address differences that matter to a processor.
     for (std::size_t offset = 0; offset < 64; ++offset) {

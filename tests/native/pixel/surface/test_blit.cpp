@@ -1,5 +1,6 @@
-// Tiles against SDL's own blit: every byte of the target, its row padding included, and the result.
-#include "pixel/surface/tile_blit.h"
+// Our blit against SDL's own: every byte of the target, its row padding included, the rectangle and
+// the result; above all pictures without alpha, which are copied.
+#include "pixel/surface/blit.h"
 
 #include <gtest/gtest.h>
 
@@ -10,25 +11,9 @@
 
 #include "../../sdl_layer.h"
 #include "base/surface.h"
+#include "counted_blits.h"
 
-namespace {
-
-int blits_by_sdl = 0;
-
-}  // namespace
-
-// The linker puts the second in place of SDL's function, which the first then is.
-extern "C" int __real_SDL_UpperBlit(SDL_Surface* source, SDL_Rect* from, SDL_Surface* target,
-                                    SDL_Rect* to);
-extern "C" [[gnu::visibility("default")]] int __wrap_SDL_UpperBlit(SDL_Surface* source,
-                                                                   SDL_Rect* from,
-                                                                   SDL_Surface* target,
-                                                                   SDL_Rect* to) {
-    ++blits_by_sdl;
-    return __real_SDL_UpperBlit(source, from, target, to);
-}
-
-namespace larkspur {
+namespace larkspur::pixel {
 namespace {
 
 constexpr Uint32 kSeed = 20111;
@@ -140,7 +125,7 @@ std::string text(const SDL_Rect& rect) {
            "x" + std::to_string(rect.h);
 }
 
-// Blits random parts to random places of two equal targets, ours to one and SDL's to the other.
+// Blits random pieces to random places of two equal targets, ours to one and SDL's to the other.
 //
 // Many of them must change something, unless the source shows nothing.
 void compare_with_sdl(SDL_Surface* source, const Picture& target, int rounds, Uint32 seed,
@@ -163,8 +148,10 @@ void compare_with_sdl(SDL_Surface* source, const Picture& target, int rounds, Ui
                                  std::to_string(round) + ": " + text(from) + " to " + text(to) +
                                  ", clip " + text(ours.surface()->clip_rect);
         const std::vector<Uint8> before = ours.bytes();
-        const bool blitted = blit_tile(source, from, ours.surface(), to);
+        SDL_Rect drawn = to;
+        const bool blitted = blit(source, &from, ours.surface(), &drawn);
         ASSERT_EQ(SDL_UpperBlit(source, &from, expected.surface(), &to) == 0, blitted) << what;
+        ASSERT_EQ(text(to), text(drawn)) << what;
         ASSERT_EQ(expected.bytes(), ours.bytes()) << what;
         changed += ours.bytes() != before ? 1 : 0;
     }
@@ -173,18 +160,19 @@ void compare_with_sdl(SDL_Surface* source, const Picture& target, int rounds, Ui
     }
 }
 
-TEST(TileBlit, CopiesPlainTilesItselfWhereThisSdlCanBeStoodInFor) {
+TEST(Blit, CopiesPlainPicturesItselfWhereThisSdlCanBeStoodInFor) {
     std::mt19937 random(kSeed);
     const Picture source(kOpaque32, 16, 16, random);
     const Picture target(kOpaque32, 64, 48, random);
     const SDL_Rect whole = {0, 0, 16, 16};
-    ASSERT_TRUE(blit_tile(source.surface(), whole, target.surface(), whole));  // after the trial
+    SDL_Rect to = whole;
+    ASSERT_TRUE(blit(source.surface(), &whole, target.surface(), &to));  // after the trial
     blits_by_sdl = 0;
-    ASSERT_TRUE(blit_tile(source.surface(), whole, target.surface(), whole));
+    ASSERT_TRUE(blit(source.surface(), &whole, target.surface(), &to));
     EXPECT_EQ(blits_by_sdl, is_layer() ? 1 : 0);
 }
 
-TEST(TileBlit, CopiesAsSdlInEveryDirectFormat) {
+TEST(Blit, CopiesAsSdlInEveryDirectFormat) {
     for (const Format& format : {kOpaque32, kAlpha32, kOpaque24, kOpaque16}) {
         SCOPED_TRACE(format.bits);
         std::mt19937 random(kSeed);
@@ -196,7 +184,7 @@ TEST(TileBlit, CopiesAsSdlInEveryDirectFormat) {
 
 // A position that leaves the 16 bits while the source is clipped comes back at the other end: here
 // the source's row 1 goes to the target's row 0. SDL 2 counts in more bits, and nothing comes back.
-TEST(TileBlit, WrapsPositionsAsSdl) {
+TEST(Blit, WrapsPositionsAsSdl) {
     std::mt19937 random(kSeed);
     const Picture source(kOpaque32, 37, 29, random);
     const Picture ours(kOpaque32, 50, 41, random);
@@ -204,20 +192,22 @@ TEST(TileBlit, WrapsPositionsAsSdl) {
     const std::vector<Uint8> before = ours.bytes();
     SDL_Rect from = {0, -32768, 37, 65535};
     SDL_Rect to = {3, 32767, 0, 0};
-    ASSERT_TRUE(blit_tile(source.surface(), from, ours.surface(), to));
+    SDL_Rect drawn = to;
+    ASSERT_TRUE(blit(source.surface(), &from, ours.surface(), &drawn));
     ASSERT_EQ(0, SDL_UpperBlit(source.surface(), &from, expected.surface(), &to));
+    EXPECT_EQ(text(to), text(drawn));
     EXPECT_EQ(expected.bytes(), ours.bytes());
     EXPECT_EQ(before == ours.bytes(), is_layer());
 }
 
-TEST(TileBlit, CopiesLongRowsAsSdl) {
+TEST(Blit, CopiesLongRowsAsSdl) {
     std::mt19937 random(kSeed);
     const Picture source(kOpaque32, 700, 9, random);
     const Picture target(kOpaque32, 800, 12, random);
     compare_with_sdl(source.surface(), target, 500, kSeed);
 }
 
-TEST(TileBlit, ConvertsBetweenFormatsAsSdl) {
+TEST(Blit, ConvertsBetweenFormatsAsSdl) {
     std::mt19937 random(kSeed);
     for (const Format& format :
          {kAlpha32, kSwapped32, kHighRed32, kOpaque24, kOpaque16, kPalette8}) {
@@ -233,7 +223,7 @@ TEST(TileBlit, ConvertsBetweenFormatsAsSdl) {
     }
 }
 
-TEST(TileBlit, TranslatesBetweenPalettesAsSdl) {
+TEST(Blit, TranslatesBetweenPalettesAsSdl) {
     std::mt19937 random(kSeed);
     const Picture source(kPalette8, 37, 29, random);
     const Picture target(kPalette8, 50, 41, random);
@@ -244,7 +234,7 @@ TEST(TileBlit, TranslatesBetweenPalettesAsSdl) {
     compare_with_sdl(source.surface(), target, 500, kSeed);
 }
 
-TEST(TileBlit, LeavesOutTheColourKeyAsSdl) {
+TEST(Blit, LeavesOutTheColourKeyAsSdl) {
     for (const Uint32 flag : {SDL_SRCCOLORKEY, SDL_SRCCOLORKEY | SDL_RLEACCEL}) {
         SCOPED_TRACE(flag);
         std::mt19937 random(kSeed);
@@ -258,7 +248,7 @@ TEST(TileBlit, LeavesOutTheColourKeyAsSdl) {
     }
 }
 
-TEST(TileBlit, BlendsAlphaAsSdl) {
+TEST(Blit, BlendsAlphaAsSdl) {
     for (const Format& format : {kOpaque32, kAlpha32}) {
         for (const int alpha : {0, 100, SDL_ALPHA_OPAQUE}) {
             SCOPED_TRACE(alpha);
@@ -271,7 +261,7 @@ TEST(TileBlit, BlendsAlphaAsSdl) {
     }
 }
 
-TEST(TileBlit, CopiesWithinOneSurfaceAsSdl) {
+TEST(Blit, CopiesWithinOneSurfaceAsSdl) {
     std::mt19937 random(kSeed);
     Rectangles rectangles(random);
     const Picture ours(kOpaque32, 50, 41, random);
@@ -279,49 +269,52 @@ TEST(TileBlit, CopiesWithinOneSurfaceAsSdl) {
     for (int round = 0; round < 1000; ++round) {
         SDL_Rect from = rectangles.next(50, 41);
         SDL_Rect to = rectangles.next(50, 41);
-        ASSERT_TRUE(blit_tile(ours.surface(), from, ours.surface(), to));
+        SDL_Rect drawn = to;
+        ASSERT_TRUE(blit(ours.surface(), &from, ours.surface(), &drawn));
         ASSERT_EQ(0, SDL_UpperBlit(expected.surface(), &from, expected.surface(), &to));
         ASSERT_EQ(expected.bytes(), ours.bytes()) << "seed " << kSeed << " round " << round;
     }
 }
 
 // Two surfaces around the same memory: the order in which SDL copies rows decides the result.
-TEST(TileBlit, CopiesBetweenPartsOfOneMemoryAsSdl) {
+TEST(Blit, CopiesWithinOneMemoryAsSdl) {
     std::mt19937 random(kSeed);
     Rectangles rectangles(random);
     const Picture ours(kOpaque32, 50, 41, random);
     const Picture expected(ours);
-    const auto part_of = [](const Picture& picture) {
+    const auto piece_of = [](const Picture& picture) {
         SDL_Surface* whole = picture.surface();
         auto* start = static_cast<Uint8*>(whole->pixels) + 7 * whole->pitch + 12;
         return SurfacePtr(SDL_CreateRGBSurfaceFrom(start, 30, 30, 32, whole->pitch, kOpaque32.red,
                                                    kOpaque32.green, kOpaque32.blue, 0));
     };
-    const SurfacePtr our_part = part_of(ours);
-    const SurfacePtr expected_part = part_of(expected);
+    const SurfacePtr our_piece = piece_of(ours);
+    const SurfacePtr expected_piece = piece_of(expected);
     for (int round = 0; round < 1000; ++round) {
         SDL_Rect from = rectangles.next(30, 30);
         SDL_Rect to = rectangles.next(50, 41);
-        ASSERT_TRUE(blit_tile(our_part.get(), from, ours.surface(), to));
-        ASSERT_EQ(0, SDL_UpperBlit(expected_part.get(), &from, expected.surface(), &to));
+        SDL_Rect drawn = to;
+        ASSERT_TRUE(blit(our_piece.get(), &from, ours.surface(), &drawn));
+        ASSERT_EQ(0, SDL_UpperBlit(expected_piece.get(), &from, expected.surface(), &to));
         ASSERT_EQ(expected.bytes(), ours.bytes()) << "seed " << kSeed << " round " << round;
     }
 }
 
-TEST(TileBlit, RefusesLockedSurfacesAsSdl) {
+TEST(Blit, RefusesLockedSurfacesAsSdl) {
     std::mt19937 random(kSeed);
     const Picture source(kOpaque32, 8, 8, random);
     const Picture target(kOpaque32, 8, 8, random);
     const std::vector<Uint8> before = target.bytes();
     for (SDL_Surface* locked : {source.surface(), target.surface()}) {
         ASSERT_EQ(0, SDL_LockSurface(locked));
-        EXPECT_FALSE(blit_tile(source.surface(), {0, 0, 8, 8}, target.surface(), {0, 0, 0, 0}));
+        SDL_Rect to = {0, 0, 0, 0};
+        EXPECT_FALSE(blit(source.surface(), nullptr, target.surface(), &to));
         SDL_UnlockSurface(locked);
     }
     EXPECT_EQ(before, target.bytes());
 }
 
-TEST(TileBlit, DrawsNothingFromAnEmptySurface) {
+TEST(Blit, DrawsNothingFromAnEmptySurface) {
     std::mt19937 random(kSeed);
     const SurfacePtr source(SDL_CreateRGBSurface(SDL_SWSURFACE, 0, 5, 32, kOpaque32.red,
                                                  kOpaque32.green, kOpaque32.blue, 0));
@@ -331,4 +324,4 @@ TEST(TileBlit, DrawsNothingFromAnEmptySurface) {
 }
 
 }  // namespace
-}  // namespace larkspur
+}  // namespace larkspur::pixel

@@ -1,0 +1,22 @@
+// SDL's blit, faster: the one home of the loops that stand in for it.
+#pragma once
+
+#include <SDL.h>
+
+namespace larkspur::pixel {
+
+/// Does what SDL_UpperBlit(source, from, target, to) does, to the last bit of the pixels and of
+/// `to`: clips to the source and to the target's clip rectangle, honours the source's colour key
+/// and alpha, and leaves in `to` the rectangle that was drawn. Source and target may be the same.
+///
+/// Pairs of surfaces that a loop of ours takes are drawn by it: opaque copies, which SDL writes
+/// past the processor's cache at a multiple of the time, and pictures whose pixels have alpha,
+/// which it draws one by one. All others are left to SDL, and so is whatever this SDL turns out to
+/// draw in another way.
+///
+/// @param from a rectangle of the source; null for all of it
+/// @return false, with SDL's error set, when SDL refuses the blit: a surface is locked, or its
+///         pixels are lost
+bool blit(SDL_Surface* source, const SDL_Rect* from, SDL_Surface* target, SDL_Rect* to) noexcept;
+
+}  // namespace larkspur::pixel

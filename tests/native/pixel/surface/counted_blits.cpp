@@ -1,0 +1,21 @@
+#include "counted_blits.h"
+
+#include <SDL.h>
+
+namespace larkspur::pixel {
+
+int blits_by_sdl = 0;
+
+}  // namespace larkspur::pixel
+
+// The linker puts the second in place of SDL's function, which the first then is. Visible, as
+// SDL_gfx calls it too.
+extern "C" int __real_SDL_UpperBlit(SDL_Surface* source, SDL_Rect* from, SDL_Surface* target,
+                                    SDL_Rect* to);
+extern "C" [[gnu::visibility("default")]] int __wrap_SDL_UpperBlit(SDL_Surface* source,
+                                                                   SDL_Rect* from,
+                                                                   SDL_Surface* target,
+                                                                   SDL_Rect* to) {
+    ++larkspur::pixel::blits_by_sdl;
+    return __real_SDL_UpperBlit(source, from, target, to);
+}
