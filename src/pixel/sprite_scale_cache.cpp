@@ -200,15 +200,22 @@ PyRef add_to_scale_cache(PyObject* sprite, PyObject* key, int subimage,
     return image;
 }
 
+// As a native caller wants it: whatever exception is pending stays, and none is added, as lines on
+// standard error have told what failed.
+PyObject* add_for_native_caller(PyObject* sprite, PyObject* key, int subimage,
+                                const Transform& wanted) noexcept {
+    const PendingException set_aside;
+    PyRef image = add_to_scale_cache(sprite, key, subimage, wanted);
+    PyErr_Clear();
+    return image.release();
+}
+
 }  // namespace
 }  // namespace larkspur::pixel
 
 extern "C" struct _object* sprite_scalecache_add(PyObject* sprite, PyObject* key, int subimage,
                                                  int width, int height, int angle, int /*ignored*/,
                                                  int colour, int alpha, int rgba_copy) {
-    const larkspur::PendingException set_aside;
-    larkspur::PyRef image = larkspur::pixel::add_to_scale_cache(
+    return larkspur::pixel::add_for_native_caller(
         sprite, key, subimage, {width, height, angle, colour, alpha, rgba_copy != 0});
-    PyErr_Clear();  // the lines on standard error have told what failed
-    return image.release();
 }

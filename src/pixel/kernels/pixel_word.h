@@ -11,10 +11,10 @@ namespace larkspur::pixel {
 using PixelWord [[gnu::aligned(1)]] = std::uint32_t;
 
 /// The pixel words at `row`, the address of a row's first byte or of a pixel within it.
-inline PixelWord* pixel_words(unsigned char* row) {
+inline PixelWord* pixel_words(unsigned char* row) noexcept {
     return reinterpret_cast<PixelWord*>(row);
 }
-inline const PixelWord* pixel_words(const unsigned char* row) {
+inline const PixelWord* pixel_words(const unsigned char* row) noexcept {
     return reinterpret_cast<const PixelWord*>(row);
 }
 

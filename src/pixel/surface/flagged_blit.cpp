@@ -17,14 +17,14 @@ namespace {
 constexpr std::ptrdiff_t kPixelBytes = sizeof(PixelWord);
 
 // True when bytes offset .. offset + count - 1 belong to the surface's buffer.
-bool holds(const SDL_Surface& surface, std::ptrdiff_t offset, std::ptrdiff_t count) {
+bool holds(const SDL_Surface& surface, std::ptrdiff_t offset, std::ptrdiff_t count) noexcept {
     return offset >= 0 && offset + count <= static_cast<std::ptrdiff_t>(buffer_bytes(surface));
 }
 
 }  // namespace
 
 void additive_blit(SDL_Surface* source, SDL_Surface* target, std::ptrdiff_t source_offset,
-                   std::ptrdiff_t target_offset, int rows, int row_bytes) {
+                   std::ptrdiff_t target_offset, int rows, int row_bytes) noexcept {
     const SurfaceLock source_lock(source);
     const SurfaceLock target_lock(target);
     if (!source_lock || !target_lock || row_bytes <= 0) {
@@ -44,7 +44,7 @@ void additive_blit(SDL_Surface* source, SDL_Surface* target, std::ptrdiff_t sour
     }
 }
 
-void flagged_blit(SDL_Surface* source, SDL_Surface* target, SDL_Rect* rect, int mode) {
+void flagged_blit(SDL_Surface* source, SDL_Surface* target, SDL_Rect* rect, int mode) noexcept {
     if (source == nullptr || target == nullptr || rect == nullptr) {
         return;
     }

@@ -18,12 +18,12 @@ namespace larkspur::pixel {
 /// negative x leaves out the source's first columns; a source that touches or crosses the target's
 /// right edge is not drawn at all; rows below the target are left out. Adding needs 32-bit
 /// surfaces: with others nothing is drawn.
-void flagged_blit(SDL_Surface* source, SDL_Surface* target, SDL_Rect* rect, int mode);
+void flagged_blit(SDL_Surface* source, SDL_Surface* target, SDL_Rect* rect, int mode) noexcept;
 
 /// Adds `row_bytes` bytes of `rows` rows of `source`, from `source_offset` bytes after its first
 /// pixel on, to those of `target` from `target_offset` on; sums stop at 255. Ends at the first row
 /// that does not lie inside both surfaces' buffers.
 void additive_blit(SDL_Surface* source, SDL_Surface* target, std::ptrdiff_t source_offset,
-                   std::ptrdiff_t target_offset, int rows, int row_bytes);
+                   std::ptrdiff_t target_offset, int rows, int row_bytes) noexcept;
 
 }  // namespace larkspur::pixel

@@ -2,21 +2,21 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdio>
 
+#include "base/console.h"
 #include "larkspur.h"
 #include "pixel/kernels/copy_kernels.h"
 
 namespace larkspur::pixel {
 namespace {
 
-unsigned char* row_of(SDL_Surface& surface, int row) {
+unsigned char* row_of(SDL_Surface& surface, int row) noexcept {
     return static_cast<unsigned char*>(surface.pixels) +
            static_cast<std::ptrdiff_t>(row) * surface.pitch;
 }
 
 // Leaves the reason where whoever meets the null result looks for it.
-void set_depth_error(const char* function, const SDL_Surface* surface) {
+void set_depth_error(const char* function, const SDL_Surface* surface) noexcept {
     if (surface != nullptr) {
         SDL_SetError(
             "%s needs a surface of 32 bits per pixel, got %d; convert it with "
@@ -29,7 +29,7 @@ void set_depth_error(const char* function, const SDL_Surface* surface) {
 
 // The source's rows first_row .. h - 1 from the last one up, mirrored, into the copy's rows from
 // first_row down.
-SurfacePtr mirrored_copy(SDL_Surface* source, int first_row, bool upside_down) {
+SurfacePtr mirrored_copy(SDL_Surface* source, int first_row, bool upside_down) noexcept {
     const SurfaceLock lock(source);
     SurfacePtr copy = lock ? pixel::clone_surface(source) : nullptr;
     if (copy == nullptr || source->w == 0 || source->h <= first_row) {
@@ -45,7 +45,7 @@ SurfacePtr mirrored_copy(SDL_Surface* source, int first_row, bool upside_down) {
 
 }  // namespace
 
-SurfacePtr clone_surface(const SDL_Surface* surface) {
+SurfacePtr clone_surface(const SDL_Surface* surface) noexcept {
     if (surface == nullptr) {
         SDL_SetError("clone_surface() needs a surface, got null");
         return nullptr;
@@ -56,7 +56,7 @@ SurfacePtr clone_surface(const SDL_Surface* surface) {
                                            format.Bmask, format.Amask));
 }
 
-SurfacePtr flip_v(SDL_Surface* surface) {
+SurfacePtr flip_v(SDL_Surface* surface) noexcept {
     const SurfaceLock lock(surface);
     SurfacePtr copy = lock ? pixel::clone_surface(surface) : nullptr;
     if (copy == nullptr || surface->w == 0 || surface->h == 0) {
@@ -76,18 +76,18 @@ SurfacePtr flip_v(SDL_Surface* surface) {
     return copy;
 }
 
-SurfacePtr flip_h(SDL_Surface* surface) {
+SurfacePtr flip_h(SDL_Surface* surface) noexcept {
     if (surface == nullptr || !has_32_bit_pixels(*surface)) {
-        std::fputs("Cannot horizontally flip non-32-bit surfaces.\n", stderr);
+        write_stderr("Cannot horizontally flip non-32-bit surfaces.\n");
         set_depth_error("flip_h()", surface);
         return nullptr;
     }
     return mirrored_copy(surface, 0, false);
 }
 
-SurfacePtr flip_vh(SDL_Surface* surface) {
+SurfacePtr flip_vh(SDL_Surface* surface) noexcept {
     if (surface == nullptr || !has_32_bit_pixels(*surface)) {
-        std::fputs("Error: non-32bit surfaces not yet flippable.\n", stderr);
+        write_stderr("Error: non-32bit surfaces not yet flippable.\n");
         set_depth_error("flip_vh()", surface);
         return nullptr;
     }

@@ -12,13 +12,13 @@ constexpr double kSdlLargestSide = 65535;
 
 // What is beyond SDL's own limits is left to it: it comes out as nothing or as a single pixel, and
 // takes no memory.
-bool too_large(double width, double height) {
+bool too_large(double width, double height) noexcept {
     return width <= kSdlLargestSide && height <= kSdlLargestSide && width * height > kLargestPixels;
 }
 
 }  // namespace
 
-SurfacePtr scaled_picture(SDL_Surface* surface, std::int64_t width, std::int64_t height) {
+SurfacePtr scaled_picture(SDL_Surface* surface, std::int64_t width, std::int64_t height) noexcept {
     if (surface == nullptr) {
         return nullptr;
     }
@@ -30,15 +30,12 @@ SurfacePtr scaled_picture(SDL_Surface* surface, std::int64_t width, std::int64_t
     return zoomed(surface, x_size / surface->w, y_size / surface->h, false);
 }
 
-SurfacePtr turned_picture(SDL_Surface* surface, int angle_degrees, double factor) {
+SurfacePtr turned_picture(SDL_Surface* surface, int angle_degrees, double factor) noexcept {
     if (surface == nullptr) {
         return nullptr;
     }
-    const double radians = angle_degrees * (M_PI / 180.0);
-    const double sine = std::fabs(std::sin(radians) * factor);
-    const double cosine = std::fabs(std::cos(radians) * factor);
-    if (too_large(surface->w * cosine + surface->h * sine,
-                  surface->w * sine + surface->h * cosine)) {
+    const Extents extents = turned_extents(*surface, angle_degrees, factor, factor);
+    if (too_large(extents.width, extents.height)) {
         return nullptr;
     }
     return rotozoomed(surface, angle_degrees, factor, false);

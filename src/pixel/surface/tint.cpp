@@ -16,19 +16,19 @@ namespace {
 
 constexpr unsigned kTopByteShift = 24;
 
-unsigned char* bytes_of(void* memory) {
+unsigned char* bytes_of(void* memory) noexcept {
     return static_cast<unsigned char*>(memory);
 }
 
 // The bytes of a word from the last to the first.
-constexpr std::uint32_t reversed(std::uint32_t word) {
+constexpr std::uint32_t reversed(std::uint32_t word) noexcept {
     return word >> 24 | (word >> 8 & 0xFF00) | (word << 8 & 0xFF0000) | word << 24;
 }
 
 // Saturating subtraction in groups of `group` bytes; a last group that is not complete counts
 // whole.
 void subtract_groups(void* buffer, int length_bytes, std::size_t group,
-                     const BytePattern& pattern) {
+                     const BytePattern& pattern) noexcept {
     if (buffer == nullptr || length_bytes <= 0) {
         return;
     }
@@ -38,7 +38,7 @@ void subtract_groups(void* buffer, int length_bytes, std::size_t group,
 
 }  // namespace
 
-void translucentify(SDL_Surface* surface, std::uint8_t alpha) {
+void translucentify(SDL_Surface* surface, std::uint8_t alpha) noexcept {
     const SurfaceLock lock(surface);
     if (!lock || !has_32_bit_pixels(*surface)) {
         return;
@@ -49,7 +49,7 @@ void translucentify(SDL_Surface* surface, std::uint8_t alpha) {
           format.Amask, format.Rmask | format.Gmask | format.Bmask);
 }
 
-void tint_surface(SDL_Surface* surface, std::uint32_t tint) {
+void tint_surface(SDL_Surface* surface, std::uint32_t tint) noexcept {
     const SurfaceLock lock(surface);
     if (!lock || !has_32_bit_pixels(*surface)) {
         return;
@@ -69,7 +69,7 @@ void tint_surface(SDL_Surface* surface, std::uint32_t tint) {
                         pattern_of(reversed(loss), reversed(loss)));
 }
 
-void satusub(void* buffer, int length_bytes, std::uint32_t value) {
+void satusub(void* buffer, int length_bytes, std::uint32_t value) noexcept {
     if (buffer == nullptr || length_bytes <= 0) {
         return;
     }
@@ -77,7 +77,16 @@ void satusub(void* buffer, int length_bytes, std::uint32_t value) {
     SDL_imageFilterSubUint(bytes, bytes, static_cast<unsigned>(length_bytes), value);
 }
 
-SurfacePtr rgba_copy(SDL_Surface* surface) {
+void subtract_words(void* buffer, int length_bytes, std::uint32_t value) noexcept {
+    subtract_groups(buffer, length_bytes, 4, pattern_of(value, value));
+}
+
+void subtract_word_pairs(void* buffer, int length_bytes, std::uint32_t low,
+                         std::uint32_t high) noexcept {
+    subtract_groups(buffer, length_bytes, kPatternBytes, pattern_of(low, high));
+}
+
+SurfacePtr rgba_copy(SDL_Surface* surface) noexcept {
     if (surface == nullptr || !has_video_mode()) {
         return nullptr;
     }
@@ -101,13 +110,11 @@ void satusub(void* buffer, int length_bytes, std::uint32_t value) {
 }
 
 void satusub_head(void* buffer, std::uint32_t value, std::uint32_t /*ignored*/, int length_bytes) {
-    larkspur::pixel::subtract_groups(buffer, length_bytes, 4,
-                                     larkspur::pixel::pattern_of(value, value));
+    larkspur::pixel::subtract_words(buffer, length_bytes, value);
 }
 
 void satusub_body(void* buffer, std::uint32_t low, std::uint32_t high, int length_bytes) {
-    larkspur::pixel::subtract_groups(buffer, length_bytes, 8,
-                                     larkspur::pixel::pattern_of(low, high));
+    larkspur::pixel::subtract_word_pairs(buffer, length_bytes, low, high);
 }
 
 satusub_subtractor subtractor_for(std::uint32_t value) {

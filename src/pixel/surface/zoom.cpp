@@ -5,16 +5,17 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdio>
 #include <cstring>
 #include <utility>
+
+#include "base/console.h"
 
 namespace larkspur::pixel {
 namespace {
 
 // Surfaces of these depths are read as they are; any other is first blitted to a 32-bit one, which
 // asks for an unlocked source.
-bool is_read_directly(const SDL_Surface& surface) {
+bool is_read_directly(const SDL_Surface& surface) noexcept {
     return surface.format->BitsPerPixel == 32 || surface.format->BitsPerPixel == 8;
 }
 
@@ -24,29 +25,22 @@ constexpr double kIntEnd = 2147483648.0;
 // SDL refuses sides from 65536 pixels on, but SDL_gfx counts in ints: near their end a side
 // overflows on its way to SDL and comes back as one that it accepts. From `int_end` on a side is no
 // int at all, and SDL_gfx makes the smallest picture.
-bool is_refused(double side, double int_end) {
+bool is_refused(double side, double int_end) noexcept {
     return side >= kSideEnd && side < int_end;
 }
 
 bool size_is_refused(const SDL_Surface& surface, double angle_degrees, double x_factor,
-                     double y_factor) {
-    const double width = std::fabs(surface.w * x_factor);
-    const double height = std::fabs(surface.h * y_factor);
-    if (angle_degrees == 0) {
-        return is_refused(width, kIntEnd) || is_refused(height, kIntEnd);
-    }
-    const double radians = angle_degrees * (M_PI / 180.0);
-    const double sine = std::fabs(std::sin(radians));
-    const double cosine = std::fabs(std::cos(radians));
+                     double y_factor) noexcept {
+    const auto [width, height] = turned_extents(surface, angle_degrees, x_factor, y_factor);
     // Turned sides are counted in halves.
-    return is_refused(width * cosine + height * sine, 2 * kIntEnd) ||
-           is_refused(width * sine + height * cosine, 2 * kIntEnd);
+    const double int_end = angle_degrees == 0 ? kIntEnd : 2 * kIntEnd;
+    return is_refused(width, int_end) || is_refused(height, int_end);
 }
 
 // True when SDL has no memory for the picture. What SDL_gfx makes of a turned one is not what
 // geometry says: it halves odd sides downwards, and stretches by the x factor alone.
 bool memory_is_refused(const SDL_Surface& surface, double angle_degrees, double x_factor,
-                       double y_factor) {
+                       double y_factor) noexcept {
     int width = 0;
     int height = 0;
     x_factor = std::fabs(x_factor);
@@ -65,7 +59,7 @@ bool memory_is_refused(const SDL_Surface& surface, double angle_degrees, double 
 // the record, and only the clip rectangle has to follow. A layer over SDL 2 goes by the height of a
 // surface of its own behind the record, would draw the two rows too, and tells by the clip
 // rectangle: there the picture is copied to a surface that never was higher.
-SurfacePtr of_its_own_height(SurfacePtr result) {
+SurfacePtr of_its_own_height(SurfacePtr result) noexcept {
     SDL_SetClipRect(result.get(), nullptr);
     if (result->clip_rect.h == result->h) {
         return result;
@@ -90,12 +84,12 @@ SurfacePtr of_its_own_height(SurfacePtr result) {
 
 template <typename Transform>
 SurfacePtr transformed(SDL_Surface* surface, double angle_degrees, double x_factor, double y_factor,
-                       Transform transform) {
+                       Transform transform) noexcept {
     if (surface == nullptr) {
         return nullptr;
     }
     if (const char* obstacle = zoom_obstacle(*surface, x_factor, y_factor)) {
-        std::fprintf(stderr, "larkspur: cannot scale %s.\n", obstacle);
+        write_stderr("larkspur: cannot scale %s.\n", obstacle);
         return nullptr;
     }
     if (size_is_refused(*surface, angle_degrees, x_factor, y_factor)) {
@@ -115,13 +109,26 @@ SurfacePtr transformed(SDL_Surface* surface, double angle_degrees, double x_fact
     return result != nullptr ? of_its_own_height(std::move(result)) : nullptr;
 }
 
-int smoothing(bool smooth) {
+int smoothing(bool smooth) noexcept {
     return smooth ? SMOOTHING_ON : SMOOTHING_OFF;
 }
 
 }  // namespace
 
-const char* zoom_obstacle(const SDL_Surface& surface, double x_factor, double y_factor) {
+Extents turned_extents(const SDL_Surface& surface, double angle_degrees, double x_factor,
+                       double y_factor) noexcept {
+    const double width = std::fabs(surface.w * x_factor);
+    const double height = std::fabs(surface.h * y_factor);
+    if (angle_degrees == 0) {
+        return {width, height};  // also where a side is infinite, which a product with 0 is not
+    }
+    const double radians = angle_degrees * (M_PI / 180.0);
+    const double sine = std::fabs(std::sin(radians));
+    const double cosine = std::fabs(std::cos(radians));
+    return {width * cosine + height * sine, width * sine + height * cosine};
+}
+
+const char* zoom_obstacle(const SDL_Surface& surface, double x_factor, double y_factor) noexcept {
     if (surface.w == 0 || surface.h == 0) {
         return "a surface without width or height";
     }
@@ -131,20 +138,21 @@ const char* zoom_obstacle(const SDL_Surface& surface, double x_factor, double y_
     return nullptr;
 }
 
-SurfacePtr zoomed(SDL_Surface* surface, double x_factor, double y_factor, bool smooth) {
+SurfacePtr zoomed(SDL_Surface* surface, double x_factor, double y_factor, bool smooth) noexcept {
     return transformed(surface, 0, x_factor, y_factor, [&](SDL_Surface* source) {
         return zoomSurface(source, x_factor, y_factor, smoothing(smooth));
     });
 }
 
-SurfacePtr rotozoomed(SDL_Surface* surface, double angle_degrees, double factor, bool smooth) {
+SurfacePtr rotozoomed(SDL_Surface* surface, double angle_degrees, double factor,
+                      bool smooth) noexcept {
     return transformed(surface, angle_degrees, factor, factor, [&](SDL_Surface* source) {
         return rotozoomSurface(source, angle_degrees, factor, smoothing(smooth));
     });
 }
 
 SurfacePtr rotozoomed_xy(SDL_Surface* surface, double angle_degrees, double x_factor,
-                         double y_factor, bool smooth) {
+                         double y_factor, bool smooth) noexcept {
     return transformed(surface, angle_degrees, x_factor, y_factor, [&](SDL_Surface* source) {
         return rotozoomSurfaceXY(source, angle_degrees, x_factor, y_factor, smoothing(smooth));
     });

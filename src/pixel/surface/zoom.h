@@ -10,10 +10,21 @@
 
 namespace larkspur::pixel {
 
+/// Sides of a rectangle in pixels, not yet whole ones.
+struct Extents {
+    double width;
+    double height;
+};
+
+/// The box around a surface that was scaled by a factor for each axis, negative or not, and then
+/// turned.
+Extents turned_extents(const SDL_Surface& surface, double angle_degrees, double x_factor,
+                       double y_factor) noexcept;
+
 /// What keeps SDL_gfx from scaling a surface by these factors without leaving its memory, as a text
 /// for messages; null when nothing does. It reads outside an 8-bit surface whose factor is
 /// negative, and from a null pointer for a surface without an area.
-const char* zoom_obstacle(const SDL_Surface& surface, double x_factor, double y_factor);
+const char* zoom_obstacle(const SDL_Surface& surface, double x_factor, double y_factor) noexcept;
 
 // All of these return null when there is an obstacle (after a line on standard error that names
 // it), for a null surface, when the pixels cannot be reached and when SDL refuses the size.
@@ -21,13 +32,14 @@ const char* zoom_obstacle(const SDL_Surface& surface, double x_factor, double y_
 // pixel. The rotations also give their result a colour key and ask for run-length encoding.
 
 /// A copy of the surface scaled by a factor for each axis.
-SurfacePtr zoomed(SDL_Surface* surface, double x_factor, double y_factor, bool smooth);
+SurfacePtr zoomed(SDL_Surface* surface, double x_factor, double y_factor, bool smooth) noexcept;
 
 /// A copy turned counter-clockwise and scaled, in a surface large enough for it.
-SurfacePtr rotozoomed(SDL_Surface* surface, double angle_degrees, double factor, bool smooth);
+SurfacePtr rotozoomed(SDL_Surface* surface, double angle_degrees, double factor,
+                      bool smooth) noexcept;
 
 /// The same with a factor for each axis, which is applied before the turn.
 SurfacePtr rotozoomed_xy(SDL_Surface* surface, double angle_degrees, double x_factor,
-                         double y_factor, bool smooth);
+                         double y_factor, bool smooth) noexcept;
 
 }  // namespace larkspur::pixel
