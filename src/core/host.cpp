@@ -1,5 +1,8 @@
 #include "core/host.h"
 
+#include <cstddef>
+#include <iterator>
+
 #include "base/console.h"
 #include "core/py_ref.h"
 #include "larkspur.h"
@@ -44,40 +47,54 @@ PyObject* background_loader = nullptr;
 PyObject* registry = nullptr;
 std::array<PyObject*, 3> instance_types = {};
 
-// One host attribute and the global that keeps it.
-struct HostCallable {
+// One object of the host: where it comes from, and the variable that keeps it.
+struct HostObjectRow {
+    HostObject which;
     PyObject** module;
     const char* attribute;
-    PyObject** slot;
+    PyObject** variable;
 };
 
 // In the order in which they are fetched.
-constexpr HostCallable kHostCallables[] = {
-    {&gm6, "SpriteData_load_images", &sprite_loader},
-    {&gm6, "BackgroundData_load_images", &background_loader},
-    {&gm6, "Room_Compile", &gm6_Room_Compile},
-    {&gm6, "Room_Create", &gm6_Room_Create},
-    {&gm6, "Room_InitializeBackgrounds", &gm6_Room_InitializeBackgrounds},
-    {&gm6, "Room_AddInstance", &gm6_Room_AddInstance},
-    {&gm6, "Room_AddDrawnInstance", &gm6_Room_AddDrawnInstance},
-    {&gm6, "Room_ResortDrawnObjects", &gm6_Room_ResortDrawnObjects},
-    {&gm6, "Room_SetBackgroundIndex", &gm6_Room_SetBackgroundIndex},
-    {&gm6, "Room_StepAlarms", &gm6_Room_StepAlarms},
-    {&gm6, "Room_MoveInstances", &gm6_Room_MoveInstances},
-    {&gm6, "Room_HandleCollisions", &gm6_Room_HandleCollisions},
-    {&gm6, "Room_StepEvents", &gm6_Room_StepEvents},
-    {&gm6, "Room_DrawBackgrounds", &gm6_Room_DrawBackgrounds},
-    {&gm6, "Room_RenderBackground", &gm6_Room_RenderBackground},
-    {&gm6, "Room_Leave", &gm6_Room_Leave},
-    {&gm6, "Room_MouseButtonDown", &gm6_Room_MouseButtonDown},
-    {&gm6, "Room_MouseButtonUp", &gm6_Room_MouseButtonUp},
-    {&gm6, "Room_HandleKeyrelease", &gm6_Room_HandleKeyrelease},
-    {&gm6, "Room_HandleKeypress", &gm6_Room_HandleKeypress},
-    {&gmapi, "draw_sprite_ext", &gmapi_draw_sprite_ext},
-    {&gmapi, "py_ParticleSystem", &gmapi_py_ParticleSystem},
-    {&gmapi, "py_draw_props", &gmapi_py_draw_props},
-    {&gmapi, "py_self_stack", &gmapi_py_self_stack},
+constexpr HostObjectRow kHostObjects[] = {
+    {HostObject::kSpriteImageLoader, &gm6, "SpriteData_load_images", &sprite_loader},
+    {HostObject::kBackgroundImageLoader, &gm6, "BackgroundData_load_images", &background_loader},
+    {HostObject::kRoomCompile, &gm6, "Room_Compile", &gm6_Room_Compile},
+    {HostObject::kRoomCreate, &gm6, "Room_Create", &gm6_Room_Create},
+    {HostObject::kRoomInitializeBackgrounds, &gm6, "Room_InitializeBackgrounds",
+     &gm6_Room_InitializeBackgrounds},
+    {HostObject::kRoomAddInstance, &gm6, "Room_AddInstance", &gm6_Room_AddInstance},
+    {HostObject::kRoomAddDrawnInstance, &gm6, "Room_AddDrawnInstance", &gm6_Room_AddDrawnInstance},
+    {HostObject::kRoomResortDrawnObjects, &gm6, "Room_ResortDrawnObjects",
+     &gm6_Room_ResortDrawnObjects},
+    {HostObject::kRoomSetBackgroundIndex, &gm6, "Room_SetBackgroundIndex",
+     &gm6_Room_SetBackgroundIndex},
+    {HostObject::kRoomStepAlarms, &gm6, "Room_StepAlarms", &gm6_Room_StepAlarms},
+    {HostObject::kRoomMoveInstances, &gm6, "Room_MoveInstances", &gm6_Room_MoveInstances},
+    {HostObject::kRoomHandleCollisions, &gm6, "Room_HandleCollisions", &gm6_Room_HandleCollisions},
+    {HostObject::kRoomStepEvents, &gm6, "Room_StepEvents", &gm6_Room_StepEvents},
+    {HostObject::kRoomDrawBackgrounds, &gm6, "Room_DrawBackgrounds", &gm6_Room_DrawBackgrounds},
+    {HostObject::kRoomRenderBackground, &gm6, "Room_RenderBackground", &gm6_Room_RenderBackground},
+    {HostObject::kRoomLeave, &gm6, "Room_Leave", &gm6_Room_Leave},
+    {HostObject::kRoomMouseButtonDown, &gm6, "Room_MouseButtonDown", &gm6_Room_MouseButtonDown},
+    {HostObject::kRoomMouseButtonUp, &gm6, "Room_MouseButtonUp", &gm6_Room_MouseButtonUp},
+    {HostObject::kRoomHandleKeyrelease, &gm6, "Room_HandleKeyrelease", &gm6_Room_HandleKeyrelease},
+    {HostObject::kRoomHandleKeypress, &gm6, "Room_HandleKeypress", &gm6_Room_HandleKeypress},
+    {HostObject::kDrawSpriteExt, &gmapi, "draw_sprite_ext", &gmapi_draw_sprite_ext},
+    {HostObject::kParticleSystemType, &gmapi, "py_ParticleSystem", &gmapi_py_ParticleSystem},
+    {HostObject::kDrawProperties, &gmapi, "py_draw_props", &gmapi_py_draw_props},
+    {HostObject::kSelfStack, &gmapi, "py_self_stack", &gmapi_py_self_stack},
 };
+
+constexpr bool rows_stand_in_the_order_of_the_enumeration() noexcept {
+    for (std::size_t i = 0; i < std::size(kHostObjects); ++i) {
+        if (kHostObjects[i].which != static_cast<HostObject>(i)) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(rows_stand_in_the_order_of_the_enumeration());
 
 // Fetches an attribute with no exception pending, so that an earlier failure cannot upset the
 // lookup; of several failures the last one stays pending.
@@ -118,8 +135,8 @@ PyObject* register_instances_dict(PyObject* /*module*/, PyObject* args) noexcept
     }
 
     // A value stored by an earlier call keeps its reference: running code may still use it.
-    for (const HostCallable& callable : kHostCallables) {
-        *callable.slot = fetch(*callable.module, callable.attribute).release();
+    for (const HostObjectRow& row : kHostObjects) {
+        *row.variable = fetch(*row.module, row.attribute).release();
     }
     const PyRef pygame = fetch(gmapi, "pygame");
     {
@@ -141,7 +158,7 @@ void bind_host_modules() noexcept {
     gm6 = bind_module("gm6");
     gmapi = bind_module("gmapi");
     gmapi__dict__ = fetch(gmapi, "__dict__").release();
-    Py_XINCREF(gmapi);  // binding the module and its dictionary takes one reference each
+    Py_XINCREF(gmapi);  // held for its dictionary too, which a module empties when it goes
 }
 
 PyObject* instances_dict() noexcept {
@@ -152,12 +169,24 @@ const std::array<PyObject*, 3>& direct_instance_types() noexcept {
     return instance_types;
 }
 
-PyObject* sprite_image_loader() noexcept {
-    return sprite_loader;
+PyObject* gm6_module() noexcept {
+    return gm6;
 }
 
-PyObject* background_image_loader() noexcept {
-    return background_loader;
+PyObject* gmapi_module() noexcept {
+    return gmapi;
+}
+
+PyObject* game_globals() noexcept {
+    return gmapi__dict__;
+}
+
+PyObject* host_object(HostObject which) noexcept {
+    return *kHostObjects[static_cast<std::size_t>(which)].variable;
+}
+
+PyObject* draw_rect_function() noexcept {
+    return pygame_draw_rect;
 }
 
 }  // namespace larkspur

@@ -4,6 +4,7 @@
 #include "core/python.h"
 
 #include <array>
+#include <cstdint>
 
 namespace larkspur {
 
@@ -26,9 +27,47 @@ void bind_host_modules() noexcept;
 PyObject* instances_dict() noexcept;
 const std::array<PyObject*, 3>& direct_instance_types() noexcept;
 
-/// gm6.SpriteData_load_images and gm6.BackgroundData_load_images, borrowed; null before
-/// RegisterInstancesDict().
-PyObject* sprite_image_loader() noexcept;
-PyObject* background_image_loader() noexcept;
+// What follows lives in exported variables wherever there is one. Native callers may store other
+// objects there, so each call reads the variable anew. Results are borrowed.
+
+/// The modules gm6 and gmapi, and gmapi.__dict__, in which game code runs; null until larkspur is
+/// imported.
+PyObject* gm6_module() noexcept;
+PyObject* gmapi_module() noexcept;
+PyObject* game_globals() noexcept;
+
+/// What RegisterInstancesDict() fetches from gm6 and gmapi, in this order.
+enum class HostObject : std::uint8_t {
+    kSpriteImageLoader,
+    kBackgroundImageLoader,
+    kRoomCompile,
+    kRoomCreate,
+    kRoomInitializeBackgrounds,
+    kRoomAddInstance,
+    kRoomAddDrawnInstance,
+    kRoomResortDrawnObjects,
+    kRoomSetBackgroundIndex,
+    kRoomStepAlarms,
+    kRoomMoveInstances,
+    kRoomHandleCollisions,
+    kRoomStepEvents,
+    kRoomDrawBackgrounds,
+    kRoomRenderBackground,
+    kRoomLeave,
+    kRoomMouseButtonDown,
+    kRoomMouseButtonUp,
+    kRoomHandleKeyrelease,
+    kRoomHandleKeypress,
+    kDrawSpriteExt,
+    kParticleSystemType,
+    kDrawProperties,  ///< holds the current alpha and colour
+    kSelfStack,       ///< list of the saved `self` objects
+};
+
+/// One of these objects; null before RegisterInstancesDict(), and when its lookup failed.
+PyObject* host_object(HostObject which) noexcept;
+
+/// pygame.draw.rect; null as host_object().
+PyObject* draw_rect_function() noexcept;
 
 }  // namespace larkspur

@@ -5,7 +5,9 @@
 
 #include "base/console.h"
 #include "core/display.h"
+#include "core/host.h"
 #include "core/recursion.h"
+#include "larkspur.h"
 
 namespace larkspur {
 namespace {
@@ -15,7 +17,7 @@ constexpr Py_ssize_t kLookupFailed = -2;  // with an exception
 
 // Position of an object, by identity, in gm6.game.<list_name>. What is no list has no positions.
 Py_ssize_t position_in_game_list(PyObject* object, const char* list_name) noexcept {
-    const PyRef list = game_list(gm6, list_name);
+    const PyRef list = game_list(gm6_module(), list_name);
     if (!list) {
         return kLookupFailed;
     }
@@ -31,7 +33,52 @@ Py_ssize_t position_in_game_list(PyObject* object, const char* list_name) noexce
     return kNotFound;
 }
 
-// First instance of an object resource, depth first; empty when there is none or with an exception.
+// Number of saved `self` objects; -1 when there is no list to save them in.
+Py_ssize_t saved_self_count() noexcept {
+    PyObject* stack = host_object(HostObject::kSelfStack);
+    return stack != nullptr && PyList_Check(stack) ? PyList_GET_SIZE(stack) : -1;
+}
+
+// One channel of a colour; -1 with its exception when it does not convert. Another channel's
+// failure must not show in the code of this one.
+std::uint32_t colour_channel(PyObject* colour, Py_ssize_t i) noexcept {
+    const PendingException set_aside;
+    const PyRef channel = PyRef::steal(PySequence_GetItem(colour, i));
+    return channel ? static_cast<std::uint32_t>(PyInt_AsLong(channel.get())) : UINT_MAX;
+}
+
+}  // namespace
+
+PyRef game_list(PyObject* host_module, const char* list_name) noexcept {
+    if (host_module == nullptr) {
+        PyErr_SetString(PyExc_RuntimeError, "the host's modules gm6 and gmapi are not bound");
+        return PyRef();
+    }
+    const PyRef game = PyRef::steal(PyObject_GetAttrString(host_module, "game"));
+    if (!game) {
+        return PyRef();
+    }
+    return PyRef::steal(PyObject_GetAttrString(game.get(), list_name));
+}
+
+PyRef game_list_index(PyObject* object, const char* list_name) noexcept {
+    if (gm6_module() == nullptr) {
+        return PyRef();  // without the host's modules there is no list to be in
+    }
+    const Py_ssize_t position = position_in_game_list(object, list_name);
+    return position < 0 ? PyRef() : PyRef::steal(PyInt_FromSsize_t(position));
+}
+
+PyRef game_list_index_as_float(PyObject* object, const char* list_name) noexcept {
+    const Py_ssize_t position = position_in_game_list(object, list_name);
+    return position < 0 ? PyRef() : PyRef::steal(PyFloat_FromDouble(static_cast<double>(position)));
+}
+
+PyRef game_list_index_as_text(PyObject* object, const char* list_name) noexcept {
+    const Py_ssize_t position = position_in_game_list(object, list_name);
+    return position == kLookupFailed ? PyRef() : PyRef::steal(PyString_FromFormat("%zd", position));
+}
+
 PyRef first_instance(PyObject* object) noexcept {
     const RecursionGuard recursion(" while searching the first instance of an object");
     if (!recursion) {
@@ -71,33 +118,47 @@ PyRef first_instance(PyObject* object) noexcept {
     }
 }
 
-// Number of saved `self` objects; -1 when there is no list to save them in.
-Py_ssize_t saved_self_count() noexcept {
-    return gmapi_py_self_stack != nullptr && PyList_Check(gmapi_py_self_stack)
-               ? PyList_GET_SIZE(gmapi_py_self_stack)
-               : -1;
+bool push_self(PyObject* instance) noexcept {
+    if (gmapi_module() == nullptr || saved_self_count() < 0) {
+        PyErr_SetString(
+            PyExc_RuntimeError,
+            "gmapi.py_self_stack must be a list when RegisterInstancesDict() is called");
+        return false;
+    }
+    // Never released, even when another one is registered.
+    PyObject* stack = host_object(HostObject::kSelfStack);
+    const PyRef current = PyRef::steal(PyObject_GetAttrString(gmapi_module(), "self"));
+    return current && PyList_Append(stack, current.get()) == 0 &&
+           PyObject_SetAttrString(gmapi_module(), "self", instance) == 0;
 }
 
-// One part of a colour; -1 with its exception when it does not convert. Another part's failure must
-// not show in the code of this one.
-std::uint32_t colour_part(PyObject* colour, Py_ssize_t i) noexcept {
-    const PendingException set_aside;
-    const PyRef part = PyRef::steal(PySequence_GetItem(colour, i));
-    return part ? static_cast<std::uint32_t>(PyInt_AsLong(part.get())) : UINT_MAX;
+bool pop_self() noexcept {
+    PyObject* stack = host_object(HostObject::kSelfStack);
+    const Py_ssize_t last = std::max(saved_self_count(), Py_ssize_t{0}) - 1;
+    if (last < 0) {
+        write_stderr("Error in PyList_GetItem %d\n", static_cast<int>(last));
+        return false;
+    }
+    const PyRef saved = PyRef::borrow(PyList_GET_ITEM(stack, last));
+    // The store comes first: the saved object stays on the stack until it is current again. It can
+    // run code that shortens the stack itself; then there is nothing left to delete.
+    const int status = PyObject_SetAttrString(gmapi_module(), "self", saved.get());
+    const int deleted = PyList_SetSlice(stack, last, last + 1, nullptr);
+    return status == 0 && deleted == 0;
 }
 
-}  // namespace
+// A failed push can have saved the old object all the same: then it has to be put back, too.
+SelfScope::SelfScope(PyObject* instance) noexcept {
+    const Py_ssize_t before = saved_self_count();
+    entered_ = push_self(instance);
+    saved_ = entered_ || saved_self_count() > before;
+}
 
-PyRef game_list(PyObject* host_module, const char* list_name) noexcept {
-    if (host_module == nullptr) {
-        PyErr_SetString(PyExc_RuntimeError, "the host's modules gm6 and gmapi are not bound");
-        return PyRef();
+SelfScope::~SelfScope() {
+    if (saved_) {
+        const PendingException set_aside;
+        pop_self();
     }
-    const PyRef game = PyRef::steal(PyObject_GetAttrString(host_module, "game"));
-    if (!game) {
-        return PyRef();
-    }
-    return PyRef::steal(PyObject_GetAttrString(game.get(), list_name));
 }
 
 PyRef call_host(PyObject* callable, const PyRef& arguments) noexcept {
@@ -113,18 +174,32 @@ PyRef call_host(PyObject* callable, const PyRef& arguments) noexcept {
     return PyRef::steal(PyObject_CallObject(callable, arguments.get()));
 }
 
-// A failed push can have saved the old object all the same: then it has to be put back, too.
-SelfScope::SelfScope(PyObject* instance) noexcept {
-    const Py_ssize_t before = saved_self_count();
-    entered_ = PushSelf(instance) == 0;
-    saved_ = entered_ || saved_self_count() > before;
+PyRef call_host(PyObject* callable, PyObject* argument) noexcept {
+    return call_host(callable, PyRef::steal(Py_BuildValue("(O)", argument)));
 }
 
-SelfScope::~SelfScope() {
-    if (saved_) {
-        const PendingException set_aside;
-        PopSelf();
+PyRef call_host(PyObject* callable, PyObject* a, PyObject* b, PyObject* c, PyObject* d) noexcept {
+    return call_host(callable, PyRef::steal(Py_BuildValue("(OOOO)", a, b, c, d)));
+}
+
+std::uint32_t colour_as_pixel(PyObject* colour) noexcept {
+    if (!PySequence_Check(colour)) {
+        return static_cast<std::uint32_t>(PyInt_AsLong(colour));
     }
+    if (PySequence_Size(colour) <= 2) {
+        return display_white();
+    }
+    const SDL_Surface* display = require_display("color_as_int()");
+    if (display == nullptr) {
+        return display_white();
+    }
+    // Only copies of the shifts are used: converting a channel can run code that closes the
+    // display.
+    const SDL_PixelFormat format = *display->format;
+    const std::uint32_t red = colour_channel(colour, 0);
+    const std::uint32_t green = colour_channel(colour, 1);
+    const std::uint32_t blue = colour_channel(colour, 2);
+    return (red << format.Rshift) + (green << format.Gshift) + (blue << format.Bshift);
 }
 
 PyRef state_item(PyObject* state, Py_ssize_t i) noexcept {
@@ -139,33 +214,29 @@ PyRef state_item(PyObject* state, Py_ssize_t i) noexcept {
     return PyRef();
 }
 
-}  // namespace larkspur
+std::int32_t state_int(PyObject* state, Py_ssize_t i) noexcept {
+    const PyRef item = state_item(state, i);
+    return item ? static_cast<std::int32_t>(PyInt_AsLong(item.get())) : -1;
+}
 
-using larkspur::PyRef;
+}  // namespace larkspur
 
 extern "C" {
 
 PyObject* Game_Sequence_Index(PyObject* object, const char* list_name) {
-    if (gm6 == nullptr) {
-        return nullptr;  // without the host's modules there is no list to be in
-    }
-    const Py_ssize_t position = larkspur::position_in_game_list(object, list_name);
-    return position < 0 ? nullptr : PyInt_FromSsize_t(position);
+    return larkspur::game_list_index(object, list_name).release();
 }
 
 PyObject* Game_Sequence_Index_F(PyObject* object, const char* list_name) {
-    const Py_ssize_t position = larkspur::position_in_game_list(object, list_name);
-    return position < 0 ? nullptr : PyFloat_FromDouble(static_cast<double>(position));
+    return larkspur::game_list_index_as_float(object, list_name).release();
 }
 
 PyObject* Game_Sequence_Index_S(PyObject* object, const char* list_name) {
-    const Py_ssize_t position = larkspur::position_in_game_list(object, list_name);
-    return position == larkspur::kLookupFailed ? nullptr : PyString_FromFormat("%zd", position);
+    return larkspur::game_list_index_as_text(object, list_name).release();
 }
 
 int32_t seqi(PyObject* sequence, int32_t i) {
-    const PyRef item = larkspur::state_item(sequence, i);
-    return item ? static_cast<int32_t>(PyInt_AsLong(item.get())) : -1;
+    return larkspur::state_int(sequence, i);
 }
 
 PyObject* GetFirstInstance(PyObject* object) {
@@ -173,61 +244,23 @@ PyObject* GetFirstInstance(PyObject* object) {
 }
 
 int PushSelf(PyObject* instance) {
-    if (gmapi == nullptr || larkspur::saved_self_count() < 0) {
-        PyErr_SetString(
-            PyExc_RuntimeError,
-            "gmapi.py_self_stack must be a list when RegisterInstancesDict() is called");
-        return -1;
-    }
-    PyObject* stack = gmapi_py_self_stack;  // never released, even when another one is registered
-    const PyRef current = PyRef::steal(PyObject_GetAttrString(gmapi, "self"));
-    if (!current || PyList_Append(stack, current.get()) != 0) {
-        return -1;
-    }
-    return PyObject_SetAttrString(gmapi, "self", instance);
+    return larkspur::push_self(instance) ? 0 : -1;
 }
 
 int PopSelf(void) {
-    PyObject* stack = gmapi_py_self_stack;
-    const Py_ssize_t last = std::max(larkspur::saved_self_count(), Py_ssize_t{0}) - 1;
-    if (last < 0) {
-        larkspur::write_stderr("Error in PyList_GetItem %d\n", static_cast<int>(last));
-        return -1;
-    }
-    const PyRef saved = PyRef::borrow(PyList_GET_ITEM(stack, last));
-    // The store comes first: the saved object stays on the stack until it is current again. It can
-    // run code that shortens the stack itself; then there is nothing left to delete.
-    const int status = PyObject_SetAttrString(gmapi, "self", saved.get());
-    const int deleted = PyList_SetSlice(stack, last, last + 1, nullptr);
-    return status != 0 ? status : deleted;
+    return larkspur::pop_self() ? 0 : -1;
 }
 
 PyObject* invoke(PyObject* callable, PyObject* argument) {
-    return larkspur::call_host(callable, PyRef::steal(Py_BuildValue("(O)", argument))).release();
+    return larkspur::call_host(callable, argument).release();
 }
 
 PyObject* invoke_4(PyObject* callable, PyObject* a, PyObject* b, PyObject* c, PyObject* d) {
-    return larkspur::call_host(callable, PyRef::steal(Py_BuildValue("(OOOO)", a, b, c, d)))
-        .release();
+    return larkspur::call_host(callable, a, b, c, d).release();
 }
 
 uint32_t color_as_int(PyObject* colour) {
-    if (!PySequence_Check(colour)) {
-        return static_cast<uint32_t>(PyInt_AsLong(colour));
-    }
-    if (PySequence_Size(colour) <= 2) {
-        return larkspur::display_white();
-    }
-    const SDL_Surface* display = larkspur::require_display("color_as_int()");
-    if (display == nullptr) {
-        return larkspur::display_white();
-    }
-    // Converting a part can run code that closes the display: only copies of the shifts are used.
-    const SDL_PixelFormat format = *display->format;
-    const uint32_t red = larkspur::colour_part(colour, 0);
-    const uint32_t green = larkspur::colour_part(colour, 1);
-    const uint32_t blue = larkspur::colour_part(colour, 2);
-    return (red << format.Rshift) + (green << format.Gshift) + (blue << format.Bshift);
+    return larkspur::colour_as_pixel(colour);
 }
 
 }  // extern "C"

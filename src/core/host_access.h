@@ -1,14 +1,37 @@
 // Reaching into the host's objects: resource lists, instances, the current `self`, calls, colours.
-// The exported functions and their contracts are in the public header; here is what internal code
-// uses beside them.
 #pragma once
 
 #include "core/python.h"
 
+#include <cstdint>
+
 #include "core/py_ref.h"
-#include "larkspur.h"
 
 namespace larkspur {
+
+/// gm6.game or gmapi.game and one of its lists: a new reference to game.<list_name>; empty with the
+/// lookup's exception. RuntimeError before the host's modules are bound.
+PyRef game_list(PyObject* host_module, const char* list_name) noexcept;
+
+/// Position of an object, by identity, in gm6.game.<list_name>, as an int, a float or text. Where
+/// the object is not in it, or it is no list, the numbers are empty without an exception and the
+/// text is "-1". Empty with game_list()'s exception when there is no such attribute; only the int
+/// is empty without one while gm6 is not bound.
+PyRef game_list_index(PyObject* object, const char* list_name) noexcept;
+PyRef game_list_index_as_float(PyObject* object, const char* list_name) noexcept;
+PyRef game_list_index_as_text(PyObject* object, const char* list_name) noexcept;
+
+/// First instance of an object resource or, when it has none, of its children, depth first. Empty
+/// without an exception when there is none, with one when a lookup failed.
+PyRef first_instance(PyObject* object) noexcept;
+
+/// Saves gmapi.self on the host's stack and makes `instance` the current one. False with an
+/// exception; the old one can have been saved all the same.
+bool push_self(PyObject* instance) noexcept;
+
+/// Makes the object saved last the current gmapi.self again. False with an exception, or, when none
+/// is saved, after a line on standard error and without one.
+bool pop_self() noexcept;
 
 /// Saves gmapi.self and makes `instance` the current one for a scope in which game code runs; at
 /// its end, whatever exception is pending, the saved one is put back. False with an exception when
@@ -32,12 +55,22 @@ class SelfScope {
 /// empty arguments stand for an exception that is already pending.
 PyRef call_host(PyObject* callable, const PyRef& arguments) noexcept;
 
-/// gm6.game or gmapi.game and one of its lists: a new reference to game.<list_name>; empty with the
-/// lookup's exception. RuntimeError before the host's modules are bound.
-PyRef game_list(PyObject* host_module, const char* list_name) noexcept;
+/// The same with one or four arguments, borrowed.
+PyRef call_host(PyObject* callable, PyObject* argument) noexcept;
+PyRef call_host(PyObject* callable, PyObject* a, PyObject* b, PyObject* c, PyObject* d) noexcept;
+
+/// A colour as a pixel value of the display: an integer stands for itself; of a sequence of three
+/// or more the first three are red, green and blue (0 to 255), shifted into place and added; a
+/// shorter sequence is white. What does not convert counts as -1 and leaves its exception. Without
+/// a display RuntimeError and white.
+std::uint32_t colour_as_pixel(PyObject* colour) noexcept;
 
 /// Item i of a tuple or list: a new reference; empty with TypeError when it is neither, with
 /// IndexError when i is outside.
 PyRef state_item(PyObject* state, Py_ssize_t i) noexcept;
+
+/// Item i of a tuple or list as a signed 32-bit integer; -1 with an exception when there is none,
+/// as for state_item(), or it does not convert.
+std::int32_t state_int(PyObject* state, Py_ssize_t i) noexcept;
 
 }  // namespace larkspur

@@ -11,8 +11,8 @@
 #include <utility>
 
 #include "core/arguments.h"
+#include "core/host_access.h"
 #include "core/py_ref.h"
-#include "larkspur.h"
 
 namespace larkspur {
 
@@ -61,7 +61,7 @@ struct Field {
 /// Reads item i of a pickled state, a tuple or list, into an integer field. False with an exception
 /// and the field as it was when there is none (IndexError) or it does not convert (TypeError).
 inline bool read_state_int(PyObject* state, int i, std::int32_t& field) noexcept {
-    const std::int32_t value = seqi(state, i);
+    const std::int32_t value = state_int(state, i);
     if (value == -1 && PyErr_Occurred() != nullptr) {
         return false;
     }

@@ -11,10 +11,11 @@
 #include "base/console.h"
 #include "base/convert.h"
 #include "core/display.h"
+#include "core/host.h"
+#include "core/host_access.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
 #include "core/view_state.h"
-#include "larkspur.h"
 #include "pixel/kernels/colour.h"
 #include "pixel/paint.h"
 #include "pixel/surface/painters.h"
@@ -69,7 +70,7 @@ PyObject* outline_box(PyObject* colour, const ScreenBox& box) noexcept {
     if (!screen || surface_of(screen.get(), kDrawRectangle) == nullptr) {
         return nullptr;
     }
-    const PyRef draw_rect = PyRef::borrow(pygame_draw_rect);
+    const PyRef draw_rect = PyRef::borrow(draw_rect_function());
     if (!draw_rect) {
         PyErr_Format(PyExc_RuntimeError,
                      "%s needs pygame.draw.rect: call RegisterInstancesDict() once gmapi.pygame is "
@@ -91,11 +92,11 @@ PyObject* outline_box(PyObject* colour, const ScreenBox& box) noexcept {
 }
 
 PyObject* blend_box(PyObject* colour, double alpha, const ScreenBox& box) noexcept {
-    const PyRef convert = PyRef::steal(PyObject_GetAttrString(gmapi, "__color_to_int"));
+    const PyRef convert = PyRef::steal(PyObject_GetAttrString(gmapi_module(), "__color_to_int"));
     if (!convert) {
         return nullptr;
     }
-    const PyRef number = PyRef::steal(invoke(convert.get(), colour));
+    const PyRef number = call_host(convert.get(), colour);
     if (!number) {
         return nullptr;
     }
@@ -205,7 +206,7 @@ PyObject* draw_rectangle(PyObject* /*module*/, PyObject* args) noexcept {
     const ScreenBox box = {to_screen(x1, scale.x, offset.x), to_screen(y1, scale.y, offset.y),
                            to_screen(x2, scale.x, offset.x), to_screen(y2, scale.y, offset.y)};
 
-    const PyRef properties = PyRef::borrow(gmapi_py_draw_props);
+    const PyRef properties = PyRef::borrow(host_object(HostObject::kDrawProperties));
     if (!properties) {
         PyErr_Format(PyExc_RuntimeError,
                      "%s needs gmapi.py_draw_props: call RegisterInstancesDict() once it is set",

@@ -4,9 +4,9 @@
 
 #include "base/console.h"
 #include "core/attribute.h"
+#include "core/host.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
-#include "larkspur.h"
 
 namespace larkspur {
 namespace {
@@ -62,8 +62,9 @@ bool run_draw_code(const SelfScope& self, PyObject* code) noexcept {
     if (!self || !check_draw_code(code)) {
         return false;
     }
-    return static_cast<bool>(PyRef::steal(
-        PyEval_EvalCode(reinterpret_cast<PyCodeObject*>(code), gmapi__dict__, gmapi__dict__)));
+    PyObject* globals = game_globals();
+    return static_cast<bool>(
+        PyRef::steal(PyEval_EvalCode(reinterpret_cast<PyCodeObject*>(code), globals, globals)));
 }
 
 // Calls the host's draw_sprite_ext for an instance. False with an exception.
@@ -79,7 +80,7 @@ bool draw_sprite_of(PyObject* instance) noexcept {
         }
         PyTuple_SET_ITEM(arguments.get(), i, value.release());
     }
-    return static_cast<bool>(call_host(gmapi_draw_sprite_ext, arguments));
+    return static_cast<bool>(call_host(host_object(HostObject::kDrawSpriteExt), arguments));
 }
 
 // Stores that an instance has no draw code; returns `status`, or false when the store failed.

@@ -6,6 +6,7 @@
 #include "base/console.h"
 #include "base/convert.h"
 #include "core/attribute.h"
+#include "core/host.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
@@ -44,7 +45,7 @@ std::int32_t frames_this_second = 0;
 bool count_frame() noexcept {
     const auto now = static_cast<std::int32_t>(std::time(nullptr));
     if (now != this_second) {
-        if (!set_attribute(gmapi, fps, PyRef::steal(PyInt_FromLong(frames_this_second)))) {
+        if (!set_attribute(gmapi_module(), fps, PyRef::steal(PyInt_FromLong(frames_this_second)))) {
             return false;
         }
         frames_this_second = 0;
@@ -197,7 +198,7 @@ bool draw_tiles(PyObject* room, PyObject* surface) noexcept {
     if (count == 0) {
         return true;
     }
-    const PyRef backgrounds = game_list(gmapi, "backgrounds");
+    const PyRef backgrounds = game_list(gmapi_module(), "backgrounds");
     if (!backgrounds) {
         return false;
     }

@@ -9,6 +9,7 @@
 #include "base/surface.h"
 #include "core/attribute.h"
 #include "core/display.h"
+#include "core/host.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
@@ -105,7 +106,7 @@ std::optional<double> coordinate(PyObject* instance, AttributeName& name) noexce
 // exception when it could not be found out.
 std::optional<AxisPair> find_followed(std::int32_t object_number) noexcept {
     const PendingException set_aside;
-    const PyRef objects = game_list(gm6, "objects");
+    const PyRef objects = game_list(gm6_module(), "objects");
     if (!objects) {
         return std::nullopt;
     }
@@ -113,7 +114,7 @@ std::optional<AxisPair> find_followed(std::int32_t object_number) noexcept {
     if (!object) {
         return std::nullopt;
     }
-    const PyRef instance = PyRef::steal(GetFirstInstance(object.get()));
+    const PyRef instance = first_instance(object.get());
     if (!instance) {
         return std::nullopt;
     }
@@ -146,10 +147,10 @@ void publish_scale(AxisPair scale, const PyRef& x, const PyRef& y) noexcept {
     set_view_scale(scale);
     {
         const PendingException set_aside;
-        set_attribute(gm6, view_xscale, x);
+        set_attribute(gm6_module(), view_xscale, x);
     }
     const PendingException set_aside;
-    set_attribute(gm6, view_yscale, y);
+    set_attribute(gm6_module(), view_yscale, y);
 }
 
 // A surface of the display's format with alpha; null with an exception.
@@ -269,8 +270,8 @@ bool ViewPass::call_background_drawing(PyObject* canvas) noexcept {
     const PyRef x = PyRef::steal(PyFloat_FromDouble(start_.x));
     const PyRef y = PyRef::steal(PyFloat_FromDouble(start_.y));
     return x && y &&
-           PyRef::steal(invoke_4(gm6_Room_DrawBackgrounds, reinterpret_cast<PyObject*>(&room_),
-                                 canvas, x.get(), y.get()));
+           call_host(host_object(HostObject::kRoomDrawBackgrounds),
+                     reinterpret_cast<PyObject*>(&room_), canvas, x.get(), y.get());
 }
 
 // Blits the intermediate surface to the view's port as the room has it now. False with an
@@ -309,8 +310,8 @@ bool ViewPass::draw_objects(PyObject* drawn) noexcept {
 }
 
 bool ViewPass::draw_object(PyObject* object, PyObject* offset) noexcept {
-    const bool is_particle_system =
-        reinterpret_cast<PyObject*>(Py_TYPE(object)) == gmapi_py_ParticleSystem;
+    const bool is_particle_system = reinterpret_cast<PyObject*>(Py_TYPE(object)) ==
+                                    host_object(HostObject::kParticleSystemType);
     if (is_particle_system && index_ != 0) {
         return true;  // particle systems show once per frame, in the first view
     }

@@ -64,7 +64,7 @@ PyObject* background_setstate(PyObject* self, PyObject* args) noexcept {
         return nullptr;
     }
     PyRef arguments = PyRef::steal(Py_BuildValue("(O)", self));
-    const PyRef loaded = load_images(background_image_loader(), arguments);
+    const PyRef loaded = load_images(host_object(HostObject::kBackgroundImageLoader), arguments);
     if (!loaded) {
         // By design a background whose image could not be loaded stays alive with its arguments.
         static_cast<void>(arguments.release());

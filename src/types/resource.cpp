@@ -1,6 +1,7 @@
 #include "types/resource.h"
 
 #include "base/console.h"
+#include "core/host.h"
 #include "core/host_access.h"
 #include "core/record.h"
 
@@ -23,7 +24,7 @@ PyRef load_images(PyObject* loader, const PyRef& arguments) noexcept {
 PyObject* publish(PyObject* name, PyObject* resource) noexcept {
     const PyRef key = required_field(name, "name");  // hashing it can run code that renames us
     // The general store, as it raises where a failed import has left no dictionary to store in.
-    if (!key || PyObject_SetItem(gmapi__dict__, key.get(), resource) != 0) {
+    if (!key || PyObject_SetItem(game_globals(), key.get(), resource) != 0) {
         write_stdout("Retnull\n");
         return nullptr;
     }

@@ -4,8 +4,8 @@
 
 #include "core/python.h"
 
+#include "core/host_access.h"
 #include "core/py_ref.h"
-#include "larkspur.h"
 
 namespace larkspur {
 
@@ -20,9 +20,11 @@ template <const char* list_name>
 PyNumberMethods* resource_number_methods() noexcept {
     static PyNumberMethods methods = [] {
         PyNumberMethods slots = {};
-        slots.nb_int = [](PyObject* self) noexcept { return Game_Sequence_Index(self, list_name); };
+        slots.nb_int = [](PyObject* self) noexcept {
+            return game_list_index(self, list_name).release();
+        };
         slots.nb_float = [](PyObject* self) noexcept {
-            return Game_Sequence_Index_F(self, list_name);
+            return game_list_index_as_float(self, list_name).release();
         };
         return slots;
     }();
@@ -32,7 +34,7 @@ PyNumberMethods* resource_number_methods() noexcept {
 /// tp_str of a background or room: its position in its list as text, "-1" when it is not there.
 template <const char* list_name>
 PyObject* resource_str(PyObject* self) noexcept {
-    return Game_Sequence_Index_S(self, list_name);
+    return game_list_index_as_text(self, list_name).release();
 }
 
 /// Reads item i of a pickled state into the field `name`. Beside the field's reference one more is

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "core/host.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
 #include "core/record.h"
@@ -165,32 +166,32 @@ enum class Arguments : std::uint8_t {
 // A method that calls one of the host's functions with the room and its own arguments.
 struct Forward {
     const char* name;
-    PyObject** callable;
+    HostObject callable;
     Arguments arguments;
     Py_ssize_t passed_on;
 };
 
 // In the order of the method table, which holds StepAlarms twice.
 constexpr Forward kForwards[] = {
-    {"Compile", &gm6_Room_Compile, Arguments::kIgnored, 0},
-    {"Create", &gm6_Room_Create, Arguments::kIgnored, 0},
-    {"InitializeBackgrounds", &gm6_Room_InitializeBackgrounds, Arguments::kIgnored, 0},
-    {"AddInstance", &gm6_Room_AddInstance, Arguments::kFirst, 1},
-    {"AddDrawnInstance", &gm6_Room_AddDrawnInstance, Arguments::kFirst, 1},
-    {"ResortDrawnObjects", &gm6_Room_ResortDrawnObjects, Arguments::kIgnored, 0},
-    {"SetBackgroundIndex", &gm6_Room_SetBackgroundIndex, Arguments::kExact, 2},
-    {"StepAlarms", &gm6_Room_StepAlarms, Arguments::kNone, 0},
-    {"MoveInstances", &gm6_Room_MoveInstances, Arguments::kNone, 0},
-    {"HandleCollisions", &gm6_Room_HandleCollisions, Arguments::kNone, 0},
-    {"StepAlarms", &gm6_Room_StepAlarms, Arguments::kNone, 0},
-    {"StepEvents", &gm6_Room_StepEvents, Arguments::kNone, 0},
-    {"DrawBackgrounds", &gm6_Room_DrawBackgrounds, Arguments::kExact, 3},
-    {"RenderBackground", &gm6_Room_RenderBackground, Arguments::kNone, 0},
-    {"Leave", &gm6_Room_Leave, Arguments::kNone, 0},
-    {"MouseButtonDown", &gm6_Room_MouseButtonDown, Arguments::kExact, 1},
-    {"MouseButtonUp", &gm6_Room_MouseButtonUp, Arguments::kExact, 1},
-    {"HandleKeyrelease", &gm6_Room_HandleKeyrelease, Arguments::kExact, 1},
-    {"HandleKeypress", &gm6_Room_HandleKeypress, Arguments::kExact, 1},
+    {"Compile", HostObject::kRoomCompile, Arguments::kIgnored, 0},
+    {"Create", HostObject::kRoomCreate, Arguments::kIgnored, 0},
+    {"InitializeBackgrounds", HostObject::kRoomInitializeBackgrounds, Arguments::kIgnored, 0},
+    {"AddInstance", HostObject::kRoomAddInstance, Arguments::kFirst, 1},
+    {"AddDrawnInstance", HostObject::kRoomAddDrawnInstance, Arguments::kFirst, 1},
+    {"ResortDrawnObjects", HostObject::kRoomResortDrawnObjects, Arguments::kIgnored, 0},
+    {"SetBackgroundIndex", HostObject::kRoomSetBackgroundIndex, Arguments::kExact, 2},
+    {"StepAlarms", HostObject::kRoomStepAlarms, Arguments::kNone, 0},
+    {"MoveInstances", HostObject::kRoomMoveInstances, Arguments::kNone, 0},
+    {"HandleCollisions", HostObject::kRoomHandleCollisions, Arguments::kNone, 0},
+    {"StepAlarms", HostObject::kRoomStepAlarms, Arguments::kNone, 0},
+    {"StepEvents", HostObject::kRoomStepEvents, Arguments::kNone, 0},
+    {"DrawBackgrounds", HostObject::kRoomDrawBackgrounds, Arguments::kExact, 3},
+    {"RenderBackground", HostObject::kRoomRenderBackground, Arguments::kNone, 0},
+    {"Leave", HostObject::kRoomLeave, Arguments::kNone, 0},
+    {"MouseButtonDown", HostObject::kRoomMouseButtonDown, Arguments::kExact, 1},
+    {"MouseButtonUp", HostObject::kRoomMouseButtonUp, Arguments::kExact, 1},
+    {"HandleKeyrelease", HostObject::kRoomHandleKeyrelease, Arguments::kExact, 1},
+    {"HandleKeypress", HostObject::kRoomHandleKeypress, Arguments::kExact, 1},
 };
 
 // Formats for a number of arguments; the interpreter's own parser words the errors.
@@ -226,7 +227,7 @@ PyObject* forward_call(const Forward& method, PyObject* self, PyObject* args) no
         PyTuple_SET_ITEM(arguments.get(), 1 + i,
                          PyRef::borrow(PyTuple_GET_ITEM(args, i)).release());
     }
-    return call_host(*method.callable, arguments).release();
+    return call_host(host_object(method.callable), arguments).release();
 }
 
 template <std::size_t row>

@@ -65,7 +65,7 @@ PyObject* sprite_new(PyTypeObject* type, PyObject* /*args*/, PyObject* /*kwargs*
 
 // Unlike a background's or room's, a sprite's text fails when it is not in the list.
 PyObject* sprite_str(PyObject* self) noexcept {
-    const PyRef index = PyRef::steal(Game_Sequence_Index(self, kSpriteList));
+    const PyRef index = game_list_index(self, kSpriteList);
     return index ? PyObject_Str(index.get()) : nullptr;
 }
 
@@ -114,7 +114,7 @@ PyObject* sprite_setstate(PyObject* self, PyObject* args) noexcept {
         return nullptr;
     }
     const PyRef arguments = PyRef::steal(Py_BuildValue("(OOi)", self, name.get(), subimage_count));
-    const PyRef loaded = load_images(sprite_image_loader(), arguments);
+    const PyRef loaded = load_images(host_object(HostObject::kSpriteImageLoader), arguments);
     if (!loaded) {
         return nullptr;
     }
