@@ -10,28 +10,12 @@
 #include <iterator>
 #include <utility>
 
-#include "core/arguments.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
 
 namespace larkspur {
 
 static_assert(sizeof(int) == sizeof(std::int32_t), "int members are signed 32-bit integers");
-
-/// An empty static type that cannot be subclassed and whose creation ignores its arguments and
-/// zeroes its fields; the caller assigns by name the slots that are in use.
-///
-/// @param name with the module's prefix; @param doc null for none; @param basic_size in bytes
-inline PyTypeObject make_type(const char* name, const char* doc, std::size_t basic_size) noexcept {
-    PyTypeObject type = {
-        PyVarObject_HEAD_INIT(nullptr, 0)};  // a static type starts with one reference
-    type.tp_name = name;
-    type.tp_doc = doc;
-    type.tp_basicsize = static_cast<Py_ssize_t>(basic_size);
-    type.tp_flags = Py_TPFLAGS_DEFAULT;
-    type.tp_new = PyType_GenericNew;
-    return type;
-}
 
 /// What a field holds and how Python sees it.
 enum class FieldKind : std::uint8_t {
@@ -91,7 +75,12 @@ inline PyRef required_field(PyObject* field, const char* name) noexcept {
 ///
 /// @param function name of the caller with its brackets
 inline PyObject* state_argument(PyObject* args, const char* function) noexcept {
-    return first_argument(args, function, "a state as __reduce__() gives it");
+    if (PyTuple_GET_SIZE(args) == 0) {
+        PyErr_Format(PyExc_TypeError, "%s needs a state as __reduce__() gives it, got no argument",
+                     function);
+        return nullptr;
+    }
+    return PyTuple_GET_ITEM(args, 0);
 }
 
 /// The result of __reduce__(), a new reference: (type, (), state). Null, with the exception that is

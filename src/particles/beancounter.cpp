@@ -1,5 +1,7 @@
 #include "particles/beancounter.h"
 
+#include "core/static_type.h"
+
 namespace larkspur {
 namespace {
 
@@ -7,27 +9,20 @@ PyObject* beancounter_int(PyObject* self) noexcept {
     return PyInt_FromLong(reinterpret_cast<BeancounterObject*>(self)->count);
 }
 
-PyNumberMethods make_number_methods() noexcept {
-    PyNumberMethods methods = {};
-    methods.nb_int = beancounter_int;
-    return methods;
-}
+PyNumberMethods beancounter_number = [] {
+    PyNumberMethods number = {};
+    number.nb_int = beancounter_int;
+    return number;
+}();
 
-PyNumberMethods number_methods = make_number_methods();
-
-PyTypeObject make_type() noexcept {
-    PyTypeObject type = {PyVarObject_HEAD_INIT(nullptr, 0)};
-    type.tp_name = "larkspur.Beancounter";
-    type.tp_doc = "A counter.";
-    type.tp_basicsize = sizeof(BeancounterObject);
-    type.tp_flags = Py_TPFLAGS_DEFAULT;
-    type.tp_as_number = &number_methods;
-    type.tp_new = PyType_GenericNew;
+PyTypeObject make_beancounter_type() noexcept {
+    PyTypeObject type = make_type("larkspur.Beancounter", "A counter.", sizeof(BeancounterObject));
+    type.tp_as_number = &beancounter_number;
     return type;
 }
 
 }  // namespace
 
-PyTypeObject beancounter_type = make_type();
+PyTypeObject beancounter_type = make_beancounter_type();
 
 }  // namespace larkspur

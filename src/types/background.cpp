@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-#include "core/arguments.h"
 #include "core/host.h"
 #include "core/py_ref.h"
 #include "core/record.h"
+#include "core/static_type.h"
 #include "types/comparison.h"
 #include "types/resource.h"
 
@@ -89,7 +89,7 @@ PyTypeObject make_background_type() noexcept {
     type.tp_dealloc = BackgroundRecord::dealloc;
     type.tp_free = PyObject_GC_Del;
     type.tp_compare = compare_as_int;
-    type.tp_as_number = resource_number_methods<kBackgroundList>();
+    type.tp_as_number = &resource_number<kBackgroundList>;
     type.tp_str = resource_str<kBackgroundList>;
     type.tp_methods = background_methods;
     type.tp_members = BackgroundRecord::members();

@@ -5,10 +5,10 @@
 #include <functional>
 
 #include "base/convert.h"
-#include "core/arguments.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
 #include "core/record.h"
+#include "core/static_type.h"
 
 namespace larkspur {
 namespace {
@@ -143,36 +143,33 @@ PyMethodDef float_list_methods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyNumberMethods make_float_list_number_methods() noexcept {
-    PyNumberMethods methods = {};
-    methods.nb_add = float_list_binary<std::plus<double>>;
-    methods.nb_subtract = float_list_binary<std::minus<double>>;
-    methods.nb_multiply = float_list_binary<std::multiplies<double>>;
-    methods.nb_divide = float_list_binary<std::divides<double>>;
-    methods.nb_inplace_subtract = float_list_inplace_subtract;
-    methods.nb_int = float_list_int;
-    methods.nb_float = float_list_float;
-    return methods;
-}
+PyNumberMethods float_list_number = [] {
+    PyNumberMethods number = {};
+    number.nb_add = float_list_binary<std::plus<double>>;
+    number.nb_subtract = float_list_binary<std::minus<double>>;
+    number.nb_multiply = float_list_binary<std::multiplies<double>>;
+    number.nb_divide = float_list_binary<std::divides<double>>;
+    number.nb_inplace_subtract = float_list_inplace_subtract;
+    number.nb_int = float_list_int;
+    number.nb_float = float_list_float;
+    return number;
+}();
 
-PySequenceMethods make_float_list_sequence_methods() noexcept {
-    PySequenceMethods methods = {};
-    methods.sq_length = float_list_length;
-    methods.sq_item = float_list_item;
-    methods.sq_ass_item = float_list_assign_item;
-    return methods;
-}
-
-PyNumberMethods float_list_number_methods = make_float_list_number_methods();
-PySequenceMethods float_list_sequence_methods = make_float_list_sequence_methods();
+PySequenceMethods float_list_sequence = [] {
+    PySequenceMethods sequence = {};
+    sequence.sq_length = float_list_length;
+    sequence.sq_item = float_list_item;
+    sequence.sq_ass_item = float_list_assign_item;
+    return sequence;
+}();
 
 PyTypeObject make_float_list_type() noexcept {
     PyTypeObject type =
         make_type("larkspur.Floatlist8", "A list of 8 floats.", sizeof(FloatListObject));
     type.tp_flags |= Py_TPFLAGS_CHECKTYPES;  // operands of any type, uncoerced
     type.tp_compare = float_list_compare;
-    type.tp_as_number = &float_list_number_methods;
-    type.tp_as_sequence = &float_list_sequence_methods;
+    type.tp_as_number = &float_list_number;
+    type.tp_as_sequence = &float_list_sequence;
     type.tp_str = float_list_str;
     type.tp_methods = float_list_methods;
     return type;

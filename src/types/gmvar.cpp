@@ -8,8 +8,8 @@
 
 #include "base/console.h"
 #include "core/py_ref.h"
-#include "core/record.h"
 #include "core/recursion.h"
+#include "core/static_type.h"
 #include "types/comparison.h"
 #include "types/float_list.h"
 
@@ -521,7 +521,13 @@ PyNumberMethods gmvar_number = [] {
     return number;
 }();
 
-PyMappingMethods gmvar_mapping = {gmvar_length, gmvar_subscript, gmvar_ass_subscript};
+PyMappingMethods gmvar_mapping = [] {
+    PyMappingMethods mapping = {};
+    mapping.mp_length = gmvar_length;
+    mapping.mp_subscript = gmvar_subscript;
+    mapping.mp_ass_subscript = gmvar_ass_subscript;
+    return mapping;
+}();
 
 PyTypeObject make_gmvar_type() noexcept {
     PyTypeObject type =

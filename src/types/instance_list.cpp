@@ -6,6 +6,7 @@
 #include "core/host.h"
 #include "core/py_ref.h"
 #include "core/record.h"
+#include "core/static_type.h"
 #include "types/gmvar.h"
 
 namespace larkspur {
@@ -228,7 +229,11 @@ PySequenceMethods instance_list_sequence = [] {
     return sequence;
 }();
 
-PyMappingMethods instance_list_mapping = {nullptr, nullptr, assign_subscript};
+PyMappingMethods instance_list_mapping = [] {
+    PyMappingMethods mapping = {};
+    mapping.mp_ass_subscript = assign_subscript;
+    return mapping;
+}();
 
 PyTypeObject make_instance_list_type() noexcept {
     PyTypeObject type = make_type("larkspur.InstanceList", "InstanceList", sizeof(PyListObject));

@@ -14,22 +14,25 @@ inline constexpr char kSpriteList[] = "sprites";
 inline constexpr char kBackgroundList[] = "backgrounds";
 inline constexpr char kRoomList[] = "rooms";
 
-/// tp_as_number of a resource: int() and float() give its position in its list. They fail without
-/// an exception when it is not there.
+/// nb_int and nb_float of a resource: its position in its list; null without an exception when it
+/// is not there.
 template <const char* list_name>
-PyNumberMethods* resource_number_methods() noexcept {
-    static PyNumberMethods methods = [] {
-        PyNumberMethods slots = {};
-        slots.nb_int = [](PyObject* self) noexcept {
-            return game_list_index(self, list_name).release();
-        };
-        slots.nb_float = [](PyObject* self) noexcept {
-            return game_list_index_as_float(self, list_name).release();
-        };
-        return slots;
-    }();
-    return &methods;
+PyObject* resource_int(PyObject* self) noexcept {
+    return game_list_index(self, list_name).release();
 }
+template <const char* list_name>
+PyObject* resource_float(PyObject* self) noexcept {
+    return game_list_index_as_float(self, list_name).release();
+}
+
+/// tp_as_number of a resource.
+template <const char* list_name>
+inline PyNumberMethods resource_number = [] {
+    PyNumberMethods number = {};
+    number.nb_int = resource_int<list_name>;
+    number.nb_float = resource_float<list_name>;
+    return number;
+}();
 
 /// tp_str of a background or room: its position in its list as text, "-1" when it is not there.
 template <const char* list_name>

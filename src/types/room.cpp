@@ -8,6 +8,7 @@
 #include "core/host_access.h"
 #include "core/py_ref.h"
 #include "core/record.h"
+#include "core/static_type.h"
 #include "types/comparison.h"
 #include "types/resource.h"
 
@@ -320,7 +321,7 @@ PyTypeObject make_room_type() noexcept {
     type.tp_dealloc = RoomRecord::dealloc;
     type.tp_free = PyObject_GC_Del;
     type.tp_compare = compare_as_int;
-    type.tp_as_number = resource_number_methods<kRoomList>();
+    type.tp_as_number = &resource_number<kRoomList>;
     type.tp_str = resource_str<kRoomList>;
     type.tp_methods = room_methods.data();
     type.tp_members = RoomRecord::members();

@@ -2,12 +2,12 @@
 
 #include <cstddef>
 
-#include "core/arguments.h"
 #include "core/display.h"
 #include "core/host.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
 #include "core/record.h"
+#include "core/static_type.h"
 #include "types/comparison.h"
 #include "types/resource.h"
 
@@ -137,7 +137,7 @@ PyTypeObject make_sprite_type() noexcept {
     type.tp_dealloc = SpriteRecord::dealloc;
     type.tp_free = PyObject_GC_Del;
     type.tp_richcompare = richcompare_as_int;
-    type.tp_as_number = resource_number_methods<kSpriteList>();
+    type.tp_as_number = &resource_number<kSpriteList>;
     type.tp_str = sprite_str;
     type.tp_methods = sprite_methods;
     type.tp_members = SpriteRecord::members();

@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-#include "core/arguments.h"
 #include "core/py_ref.h"
 #include "core/record.h"
+#include "core/static_type.h"
 #include "types/comparison.h"
 
 namespace larkspur {
@@ -62,20 +62,18 @@ PyMethodDef tile_methods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyNumberMethods make_tile_number_methods() noexcept {
-    PyNumberMethods methods = {};
-    methods.nb_int = tile_int;
-    methods.nb_float = tile_float;
-    return methods;
-}
-
-PyNumberMethods tile_number_methods = make_tile_number_methods();
+PyNumberMethods tile_number = [] {
+    PyNumberMethods number = {};
+    number.nb_int = tile_int;
+    number.nb_float = tile_float;
+    return number;
+}();
 
 PyTypeObject make_tile_type() noexcept {
     PyTypeObject type =
         make_type("larkspur.RoomTileData", "GM-compatible room tile entries.", sizeof(TileObject));
     type.tp_compare = compare_as_int;
-    type.tp_as_number = &tile_number_methods;
+    type.tp_as_number = &tile_number;
     type.tp_str = tile_str;
     type.tp_methods = tile_methods;
     type.tp_members = TileRecord::members();
