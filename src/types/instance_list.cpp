@@ -196,8 +196,7 @@ PyObject* insert(PyObject* self, PyObject* args) noexcept {
 // Pickling.
 
 PyObject* reduce(PyObject* self, PyObject* /*args*/) noexcept {
-    const PyRef items = PyRef::steal(PyList_AsTuple(self));
-    return items ? Py_BuildValue("O()O", &instance_list_type, items.get()) : nullptr;
+    return reduced(instance_list_type, PyRef::steal(PyList_AsTuple(self)));
 }
 
 PyObject* set_state(PyObject* self, PyObject* args) noexcept {
