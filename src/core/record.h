@@ -28,8 +28,10 @@ enum class FieldKind : std::uint8_t {
 /// Whether garbage collection looks through an object field.
 enum class Visit : std::uint8_t { kNo, kYes };
 
-/// In which round a dying record (or one whose cycle is broken) releases an object field; within a
-/// round fields go in storage order. kNever keeps the object alive for good.
+/// When a dying record, or one whose cycle is broken, releases an object field: the fields of the
+/// first round go in storage order, then those of the second, then those of the third. Destructors
+/// that run on the way can look at the record, so they see in which order its fields become unset.
+/// kNever keeps the object alive for good.
 enum class Release : std::uint8_t { kNever, kFirst, kSecond, kThird };
 
 /// One field of a record.
@@ -37,10 +39,25 @@ struct Field {
     const char* name;
     FieldKind kind;
     Py_ssize_t offset;  ///< bytes from the start of the object
-    const char* doc = nullptr;
-    Visit visit = Visit::kNo;
-    Release release = Release::kNever;
+    const char* doc;    ///< null for none
+    Visit visit;
+    Release release;
 };
+
+/// The rows of which field tables are made, but for a type's own. Object fields are visited, and
+/// released in the first round.
+constexpr Field int_field(const char* name, Py_ssize_t offset, const char* doc = nullptr) noexcept {
+    return {name, FieldKind::kInt, offset, doc, Visit::kNo, Release::kNever};
+}
+constexpr Field float_field(const char* name, Py_ssize_t offset) noexcept {
+    return {name, FieldKind::kFloat, offset, nullptr, Visit::kNo, Release::kNever};
+}
+constexpr Field object_field(const char* name, Py_ssize_t offset) noexcept {
+    return {name, FieldKind::kLenientObject, offset, nullptr, Visit::kYes, Release::kFirst};
+}
+constexpr Field strict_object_field(const char* name, Py_ssize_t offset, const char* doc) noexcept {
+    return {name, FieldKind::kStrictObject, offset, doc, Visit::kYes, Release::kFirst};
+}
 
 /// Reads item i of a pickled state, a tuple or list, into an integer field. False with an exception
 /// and the field as it was when there is none (IndexError) or it does not convert (TypeError).

@@ -13,15 +13,12 @@ namespace larkspur {
 namespace {
 
 constexpr Field kBackgroundFields[] = {
-    {"name", FieldKind::kStrictObject, offsetof(BackgroundObject, name), "", Visit::kYes,
-     Release::kFirst},
-    {"surf", FieldKind::kStrictObject, offsetof(BackgroundObject, surf), "", Visit::kYes,
-     Release::kFirst},
-    {"scaled_data_cache", FieldKind::kStrictObject, offsetof(BackgroundObject, scaled_data_cache),
-     "", Visit::kYes, Release::kFirst},
-    {"w", FieldKind::kInt, offsetof(BackgroundObject, w), ""},
-    {"h", FieldKind::kInt, offsetof(BackgroundObject, h), ""},
-    {"transparent", FieldKind::kInt, offsetof(BackgroundObject, transparent), ""},
+    strict_object_field("name", offsetof(BackgroundObject, name), ""),
+    strict_object_field("surf", offsetof(BackgroundObject, surf), ""),
+    strict_object_field("scaled_data_cache", offsetof(BackgroundObject, scaled_data_cache), ""),
+    int_field("w", offsetof(BackgroundObject, w), ""),
+    int_field("h", offsetof(BackgroundObject, h), ""),
+    int_field("transparent", offsetof(BackgroundObject, transparent), ""),
 };
 using BackgroundRecord = Record<kBackgroundFields>;
 

@@ -11,16 +11,16 @@ namespace larkspur {
 namespace {
 
 constexpr Field kTileFields[] = {
-    {"x", FieldKind::kInt, offsetof(TileObject, x), ""},
-    {"y", FieldKind::kInt, offsetof(TileObject, y), ""},
-    {"id", FieldKind::kInt, offsetof(TileObject, id), ""},
-    {"background_idx", FieldKind::kInt, offsetof(TileObject, background_idx), ""},
-    {"tilex", FieldKind::kInt, offsetof(TileObject, tilex), ""},
-    {"tiley", FieldKind::kInt, offsetof(TileObject, tiley), ""},
-    {"w", FieldKind::kInt, offsetof(TileObject, w), ""},
-    {"h", FieldKind::kInt, offsetof(TileObject, h), ""},
-    {"layer_depth", FieldKind::kInt, offsetof(TileObject, layer_depth), ""},
-    {"locked", FieldKind::kInt, offsetof(TileObject, locked), ""},
+    int_field("x", offsetof(TileObject, x), ""),
+    int_field("y", offsetof(TileObject, y), ""),
+    int_field("id", offsetof(TileObject, id), ""),
+    int_field("background_idx", offsetof(TileObject, background_idx), ""),
+    int_field("tilex", offsetof(TileObject, tilex), ""),
+    int_field("tiley", offsetof(TileObject, tiley), ""),
+    int_field("w", offsetof(TileObject, w), ""),
+    int_field("h", offsetof(TileObject, h), ""),
+    int_field("layer_depth", offsetof(TileObject, layer_depth), ""),
+    int_field("locked", offsetof(TileObject, locked), ""),
 };
 using TileRecord = Record<kTileFields>;
 
