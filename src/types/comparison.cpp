@@ -1,7 +1,6 @@
 #include "types/comparison.h"
 
 #include <cstdint>
-#include <utility>
 
 #include "base/console.h"
 #include "core/py_ref.h"
@@ -16,34 +15,6 @@ PyRef int_value(PyObject* object) noexcept {
         write_stderr("XXX need to set an exception.\n");
     }
     return value;
-}
-
-// A rich comparison by one type's slot. A slot reads its operands as objects of its own type, so
-// any other pair goes the interpreter's way.
-PyRef rich_result(const PyTypeObject* type, PyObject* a, PyObject* b, int op) noexcept {
-    const bool takes_both =
-        type->tp_richcompare != nullptr && Py_TYPE(a) == type && Py_TYPE(b) == type;
-    return PyRef::steal(takes_both ? type->tp_richcompare(a, b, op)
-                                   : PyObject_RichCompare(a, b, op));
-}
-
-// Three-way comparison of two integers of which the first one's type knows only the rich one.
-int compare_richly(PyObject* a, PyObject* b) noexcept {
-    const PyTypeObject* type = Py_TYPE(a);
-    PyRef equal = rich_result(type, a, b, Py_EQ);
-    if (!equal) {
-        return 0;
-    }
-    static_cast<void>(equal.release());  // only that it succeeded counts; its reference is kept
-    const std::pair<int, int> answers[] = {{Py_LT, -1}, {Py_GT, 1}};
-    for (const auto& [op, answer] : answers) {
-        const PyRef result = rich_result(type, a, b, op);
-        const int holds = result ? PyObject_IsTrue(result.get()) : -1;
-        if (holds != 0) {
-            return holds < 0 ? -1 : answer;
-        }
-    }
-    return 0;
 }
 
 // The integer's value cut to 32 bits. False with OverflowError when it does not even fit a long.
@@ -67,13 +38,12 @@ int compare_as_int(PyObject* a, PyObject* b) noexcept {
     if (!value_b) {
         return -1;
     }
-    const PyTypeObject* type = Py_TYPE(value_a.get());
-    if (type->tp_compare == nullptr) {
-        return compare_richly(value_a.get(), value_b.get());
+    if (PyInt_CheckExact(value_a.get()) && PyInt_CheckExact(value_b.get())) {
+        const long number_a = PyInt_AS_LONG(value_a.get());
+        const long number_b = PyInt_AS_LONG(value_b.get());
+        return number_a < number_b ? -1 : static_cast<int>(number_a > number_b);
     }
-    // The slot would read a value of another type as one of its own.
-    return Py_TYPE(value_b.get()) == type ? type->tp_compare(value_a.get(), value_b.get())
-                                          : PyObject_Compare(value_a.get(), value_b.get());
+    return PyObject_Compare(value_a.get(), value_b.get());  // a long, or a subclass's own order
 }
 
 PyObject* richcompare_as_int(PyObject* a, PyObject* b, int op) noexcept {
@@ -84,10 +54,6 @@ PyObject* richcompare_as_int(PyObject* a, PyObject* b, int op) noexcept {
     const PyRef value_b = PyRef::steal(PyNumber_Int(b));
     if (!value_b) {
         return nullptr;
-    }
-    const PyTypeObject* type = Py_TYPE(value_a.get());
-    if (type->tp_richcompare != nullptr) {
-        return rich_result(type, a, b, op).release();
     }
     std::int32_t int_a = 0;
     std::int32_t int_b = 0;

@@ -1,4 +1,5 @@
-// Comparison by integer value, which identifies the game's resources and tiles.
+// Comparison by integer value, which identifies the game's resources and tiles. The left operand is
+// always one of them, so it converts to a plain int; the right one may be anything.
 #pragma once
 
 #include "core/python.h"
@@ -7,7 +8,7 @@ namespace larkspur {
 
 /// tp_compare of backgrounds, rooms and tiles: compares what the operands convert to. The
 /// interpreter calls it for any two objects whose types share it, so a background can be compared
-/// with a room.
+/// with a room; GMVar calls it with any right operand.
 ///
 /// @return -1, 0 or 1; -1 as well when an operand does not convert, with a line on standard error
 ///         and the conversion's exception, if it set one

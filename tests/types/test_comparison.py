@@ -1,11 +1,10 @@
 import ctypes
 import operator
-import sys
 
 import pytest
 
 import larkspur
-from support import leaks, native
+from support import leaks
 
 MESSAGE = "XXX need to set an exception.\n"
 RULES = [(operator.lt, 0), (operator.le, 1), (operator.eq, 2), (operator.ne, 3),
@@ -222,179 +221,59 @@ def test_comparing_keeps_the_counts(game):
                                   True, False)
 
 
-# --- The operations themselves, with operands that the interpreter does not hand to the module ---
-
-class Probe(object):
-    """The operations in a library of their own."""
-
-    def __init__(self):
-        library = ctypes.PyDLL(native.build_path("helpers/int_comparison.so"))
-        self.compare = library.compare
-        self.compare.argtypes = [ctypes.py_object] * 2
-        self._richcompare = library.richcompare
-        self._richcompare.argtypes = [ctypes.py_object, ctypes.py_object, ctypes.c_int]
-        self._richcompare.restype = ctypes.c_void_p
-        self._set_answer = library.set_answer
-        self._set_answer.argtypes = [ctypes.c_int, ctypes.c_void_p]
-        library.make_only_rich_type.restype = ctypes.py_object
-        self.OnlyRich = library.make_only_rich_type()
-
-    def richcompare(self, a, b, op):
-        return native.new_reference(self._richcompare(a, b, op))
-
-    def answer(self, **answers):
-        """What OnlyRich answers to lt, eq and gt: an object, or FAIL."""
-        del self.OnlyRich.calls[:]
-        for op, name in enumerate(("lt", "le", "eq", "ne", "gt", "ge")):
-            answer = answers.get(name, FAIL)
-            self._set_answer(op, None if answer is FAIL else id(answer))
-
-
-FAIL = object()
-
-
-@pytest.fixture(scope="module")
-def probe():
-    return Probe()
-
+# --- Right operands of any type, which variables and native code hand to the slots ---------------
 
 class ReversedInt(int):
     def __cmp__(self, other):
         return int.__cmp__(other, int(self))
 
 
-@pytest.mark.parametrize("a, b, order", [
-    (1, 2, -1), (2, 2, 0), (3, 2, 1), (1L, 2L, -1), (2 ** 70, 2 ** 69, 1),
-    (10, 2 ** 70, -1), (2 ** 70, 10, 1), (-10, -2 ** 70, 1), (5L, 5, 0), (-2 ** 70, -1, -1),
-    (7.9, "7", 0),
-    (Convertible(ReversedInt(1)), Convertible(ReversedInt(2)), 1),
-    (Convertible(ReversedInt(1)), Convertible(ReversedInt(1)), 0)])
-def test_compare_gives_the_order_of_the_integers(probe, capfd, a, b, order):
-    assert probe.compare(a, b) == order
+def compare(left, right):
+    """The order of two variables, which the left value's own comparison finds out."""
+    for operand in (left, right):
+        leaks.lend_references(operand, 1)  # the comparison releases one
+    return cmp(larkspur.GMVar(left), larkspur.GMVar(right))
+
+
+@pytest.mark.parametrize("number, other, order", [
+    (1, 2, -1), (2, 2, 0), (3, 2, 1), (10, 2 ** 70, -1), (-10, -2 ** 70, 1), (5, 5L, 0),
+    (5, 4L, 1), (7, "7", 0), (7, 7.9, 0), (-2 ** 31, True, -1), (1, Convertible(2), -1),
+    (1, ReversedInt(2), -1),              # its int() is a plain one,
+    (1, Convertible(ReversedInt(2)), 1),  # and this one is not
+    (1, Convertible(ReversedInt(1)), 0)])
+def test_a_tile_has_an_order_with_anything_that_converts(capfd, number, other, order):
+    assert compare(make_tile(number), other) == order
     assert capfd.readouterr() == ("", "")
 
 
-@pytest.mark.parametrize("a, b", [(None, 1), (1, None), (None, None)])
-def test_compare_answers_minus_1_and_writes_its_line_when_an_operand_does_not_convert(
-        probe, capfd, a, b):
+def test_a_right_operand_that_does_not_convert_writes_the_line_and_raises(capfd):
     with pytest.raises(TypeError):
-        probe.compare(a, b)  # the answer is -1; ctypes raises what is pending
+        compare(make_tile(1), None)
     assert capfd.readouterr() == ("", MESSAGE)
 
 
-@pytest.mark.parametrize("values, converted", [((1, 2), "ab"), ((None, 2), "a"), ((1, None), "ab")])
-def test_the_first_operand_is_converted_first_and_a_failure_ends_it(
-        probe, capfd, values, converted):
-    log = []
-    a, b = [Convertible(value, lambda name=name: log.append(name))
-            for value, name in zip(values, "ab")]
-    for operation in (lambda: probe.compare(a, b), lambda: probe.richcompare(a, b, 0)):
-        del log[:]
-        try:
-            operation()
-        except TypeError:
-            assert None in values
-        assert "".join(log) == converted
+def test_a_left_operand_that_does_not_convert_ends_the_comparison(game, capfd):
+    converted = []
+    other = Convertible(1, lambda: converted.append(1))
+    assert compare(larkspur.BackgroundData(), other) == -1
+    assert capfd.readouterr() == ("", MESSAGE)
+    with pytest.raises(SystemError):
+        larkspur.GMSprite() == other
+    assert converted == []
+    assert game.sprites[1] == other and compare(game.tiles[1], other) == 0
+    assert converted == [1, 1]
 
 
-@pytest.mark.parametrize("lt, gt, order, asked", [
-    (True, FAIL, -1, [2, 0]), (False, True, 1, [2, 0, 4]), (False, False, 0, [2, 0, 4]),
-    ("true", FAIL, -1, [2, 0]), (0, [1], 1, [2, 0, 4])])
-def test_integers_without_three_way_comparison_are_asked_for_less_and_greater(
-        probe, lt, gt, order, asked):
-    probe.answer(eq=False, lt=lt, gt=gt)
-    a, b = probe.OnlyRich(), probe.OnlyRich()
-    assert probe.compare(Convertible(a), Convertible(b)) == order
-    assert [op for _, _, op in probe.OnlyRich.calls] == asked
-    assert all(x is a and y is b for x, y, _ in probe.OnlyRich.calls)
-
-
-def test_whether_they_are_equal_is_not_consulted_and_its_answer_keeps_a_reference(probe):
-    equal, less = object(), object()
-    probe.answer(eq=equal, lt=less)
-    a, b = Convertible(probe.OnlyRich()), Convertible(probe.OnlyRich())
-    assert probe.compare(a, b) == -1
-
-    def compare():
-        probe.compare(a, b)
-        del probe.OnlyRich.calls[:]
-    assert leaks.count_changes(compare, [equal, less, a.value, b.value]) == [1.0, 0.0, 0.0, 0.0]
-
-
-@pytest.mark.parametrize("answers, asked", [
-    ({}, [2]), ({"eq": True}, [2, 0]), ({"eq": True, "lt": False}, [2, 0, 4])])
-def test_a_failing_rich_comparison_ends_the_search_with_its_exception(probe, answers, asked):
-    probe.answer(**answers)
-    with pytest.raises(ArithmeticError):
-        probe.compare(Convertible(probe.OnlyRich()), Convertible(probe.OnlyRich()))
-    assert [op for _, _, op in probe.OnlyRich.calls] == asked
-
-
-def test_an_integer_without_three_way_comparison_meets_another_type(probe):
-    probe.answer(eq=False, lt=NotImplemented, gt=NotImplemented)
-    assert probe.compare(Convertible(probe.OnlyRich(3)), 2) in (-1, 0, 1)
-
-
-@every_rule
-def test_richcompare_of_ordinary_integers(probe, rule, op):
-    for a, b in ((1, 2), (2, 2), (3L, 2), (2 ** 32 + 1, 1), (-1, 2 ** 31)):
-        cut = [(number + 2 ** 31) % 2 ** 32 - 2 ** 31 for number in (a, b)]
-        assert probe.richcompare(a, b, op) is rule(*cut)
+def test_comparing_releases_what_the_conversions_gave():
+    tile, number = make_tile(1), 2 ** 70
+    other = Convertible(number)
+    assert leaks.count_changes(lambda: compare(tile, other), [tile, other, number]) == [0.0] * 3
 
 
 @pytest.mark.parametrize("op", [6, 7, -1, 2 ** 31 - 1, -2 ** 31])
-def test_richcompare_fails_without_an_exception_for_an_unknown_operator(probe, op):
-    assert probe.richcompare(1, 2, op) is None
-
-
-def test_richcompare_by_the_integer_s_own_rich_comparison_gets_the_operands_as_they_are(probe):
-    class Converting(object):
-        __hash__ = None
-
-        def __init__(self, value):
-            self.value = value
-
-        def __int__(self):
-            return self.value
-
-        def __eq__(self, other):
-            return "decided by the operand"
-    probe.answer(eq="decided by the integer")
-    assert probe.richcompare(
-        Converting(probe.OnlyRich()), Converting(probe.OnlyRich()), 2) == "decided by the operand"
-    assert probe.OnlyRich.calls == []  # it can take neither
-
-
-@pytest.mark.parametrize("result", ["unchanged", NotImplemented, False])
-def test_richcompare_returns_unchanged_what_the_integer_s_own_rich_comparison_returns(
-        probe, result):
-    class OwnRich(int):
-        def __int__(self):
-            return self
-
-        def __eq__(self, other):
-            return result
-    assert probe.richcompare(OwnRich(1), OwnRich(2), 2) is result
-
-
-@pytest.mark.parametrize("a, b", [(None, 1), (1, None)])
-def test_richcompare_passes_on_a_failing_conversion(probe, capfd, a, b):
-    with pytest.raises(TypeError):
-        probe.richcompare(a, b, 2)
-    assert capfd.readouterr() == ("", "")
-
-
-def test_the_operations_keep_the_counts(probe):
-    a, b = 123456789, 987654321L
-    bad = object()
-
-    def use():
-        probe.compare(a, b), probe.richcompare(a, b, 0)
-        for operands in ((a, bad), (bad, a)):
-            for action in (lambda: probe.compare(*operands),
-                           lambda: probe.richcompare(operands[0], operands[1], 2)):
-                try:
-                    action()
-                except TypeError:
-                    sys.exc_clear()
-    leaks.assert_counts_unchanged(use, a, b, bad)
+def test_an_unknown_operator_fails_without_an_exception(game, op):
+    rich_compare = ctypes.pythonapi["PyObject_RichCompare"]
+    rich_compare.argtypes = [ctypes.py_object, ctypes.py_object, ctypes.c_int]
+    rich_compare.restype = ctypes.c_void_p
+    for other in (1, 2, game.sprites[1]):
+        assert rich_compare(game.sprites[1], other, op) is None
