@@ -67,7 +67,7 @@ PyObject* background_setstate(PyObject* self, PyObject* args) noexcept {
         static_cast<void>(arguments.release());
         return nullptr;
     }
-    return publish(background->name, self);
+    return define_in_game_globals(background->name, self);
 }
 
 PyMethodDef background_methods[] = {

@@ -21,7 +21,7 @@ PyRef load_images(PyObject* loader, const PyRef& arguments) noexcept {
     return result;
 }
 
-PyObject* publish(PyObject* name, PyObject* resource) noexcept {
+PyObject* define_in_game_globals(PyObject* name, PyObject* resource) noexcept {
     const PyRef key = required_field(name, "name");  // hashing it can run code that renames us
     // The general store, as it raises where a failed import has left no dictionary to store in.
     if (!key || PyObject_SetItem(game_globals(), key.get(), resource) != 0) {

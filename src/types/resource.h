@@ -52,6 +52,6 @@ PyRef load_images(PyObject* loader, const PyRef& arguments) noexcept;
 /// with an exception after a line on standard output.
 ///
 /// @param name borrowed; null when Python deleted it
-PyObject* publish(PyObject* name, PyObject* resource) noexcept;
+PyObject* define_in_game_globals(PyObject* name, PyObject* resource) noexcept;
 
 }  // namespace larkspur

@@ -114,7 +114,7 @@ PyObject* sprite_setstate(PyObject* self, PyObject* args) noexcept {
     if (!loaded) {
         return nullptr;
     }
-    return publish(sprite->name, self);
+    return define_in_game_globals(sprite->name, self);
 }
 
 PyMethodDef sprite_methods[] = {
