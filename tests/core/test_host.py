@@ -163,6 +163,44 @@ def test_registering_may_register(host):
     assert leaks.growth([inner, outer], before) == [0, 1]
 
 
+@pytest.fixture
+def store():
+    """Stores an object in an exported variable, as native callers may; put back afterwards."""
+    stored = []
+
+    def store(name, value):
+        variable = native.variable(ctypes.c_void_p, name)
+        stored.append((variable, variable.value, value))
+        variable.value = id(value)
+    yield store
+    for variable, before, _ in reversed(stored):
+        variable.value = before
+
+
+def test_what_a_native_caller_stores_counts_from_the_next_use(host, store):
+    room, sprite, calls, game_globals = larkspur.GMRoom(), larkspur.GMSprite(), [], {}
+    room.Leave()
+    store("gm6_Room_Leave", calls.append)
+    room.Leave()
+    assert len(calls) == 1 and calls[0] is room
+
+    host.game.rooms = [room]
+    assert int(room) == 0
+    store("gm6", Plain(game=Plain(rooms=[None, room])))
+    assert int(room) == 1
+
+    sprite.__setstate__([0] * 15 + ["first", 0])
+    store("gmapi__dict__", game_globals)
+    sprite.__setstate__([0] * 15 + ["second", 0])
+    assert host.gmapi.first is sprite and game_globals.keys() == ["second"]
+
+    other = Plain()
+    other.self = "saved"
+    store("gmapi", other)
+    assert native.function("PushSelf", ctypes.c_int, ctypes.py_object)("current") == 0
+    assert other.self == "current" and host.gmapi.self is None
+
+
 def test_recording_host_offers_all_that_is_fetched(host):
     outcome = pending.call(larkspur.RegisterInstancesDict, {}, Instance, ParticleSystem, Plain)
     assert outcome == (True, None, None)
