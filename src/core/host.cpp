@@ -96,8 +96,9 @@ constexpr bool rows_stand_in_the_order_of_the_enumeration() noexcept {
 }
 static_assert(rows_stand_in_the_order_of_the_enumeration());
 
-// Fetches an attribute with no exception pending, so that an earlier failure cannot upset the
-// lookup; of several failures the last one stays pending.
+// An attribute; empty when there is none, or no object to look in. Fetched with no exception
+// pending, so that an earlier failure cannot upset the lookup; of several failures the last one
+// stays pending.
 PyRef fetch(PyObject* object, const char* attribute) noexcept {
     if (object == nullptr) {
         return PyRef();

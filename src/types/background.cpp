@@ -63,7 +63,7 @@ PyObject* background_setstate(PyObject* self, PyObject* args) noexcept {
     PyRef arguments = PyRef::steal(Py_BuildValue("(O)", self));
     const PyRef loaded = load_images(host_object(HostObject::kBackgroundImageLoader), arguments);
     if (!loaded) {
-        // By design a background whose image could not be loaded stays alive with its arguments.
+        // Never released: a background whose image could not be loaded stays alive for good.
         static_cast<void>(arguments.release());
         return nullptr;
     }

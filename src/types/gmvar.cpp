@@ -139,8 +139,8 @@ class ValueCall : public RecursionGuard {
 
 // Creation and destruction.
 
-// Gives the variable a new array of one element, which becomes its value. The elements of an
-// earlier array keep the references it held on them. False with MemoryError and nothing changed.
+// Gives the variable a new array of one element, which becomes its value. Of an earlier array only
+// the memory is freed: its elements are not released. False with MemoryError and nothing changed.
 bool reset(GMVarObject& variable, PyRef value) noexcept {
     PyObject** items = allocate_slots(1);
     if (items == nullptr) {
@@ -265,8 +265,8 @@ int compare_values(PyObject* a, PyObject* b) noexcept {
     if (type->tp_compare != nullptr || type->tp_richcompare == nullptr) {
         return PyObject_Compare(a, b);  // the interpreter knows how to compare any two objects
     }
-    // Whether the values are equal is not looked at, only whether the question fails; the answer
-    // keeps its reference.
+    // Whether the values are equal is not looked at, only whether the question fails. The answer is
+    // never released.
     if (type->tp_richcompare(a, b, Py_EQ) == nullptr) {
         return -1;
     }
@@ -289,8 +289,9 @@ int gmvar_compare(PyObject* left, PyObject* right) noexcept {
     const PyRef a = value_of(left);
     const PyRef b = value_of(right);
     const int order = compare_values(a.get(), b.get());
-    // Each comparison costs both values one reference that nobody took. Where a variable holds a
-    // variable only the innermost comparison does it: one that holds itself would lose all it has.
+    // The unbalanced releases that the header tells of, besides those of a and b themselves. Where
+    // a variable holds a variable, only the innermost comparison makes them: a variable that holds
+    // itself would otherwise lose one at each level of the recursion, down to its last.
     const Py_ssize_t held = a.get() == b.get() ? 2 : 1;
     release_unowned(a.get(), held);
     release_unowned(b.get(), held);
@@ -448,7 +449,7 @@ int write_cell(PyObject* self, PyObject* key_sequence, PyRef value) noexcept {
     long j = -1;
     if (!key || !key.is_numeric() || !read_index(key.column.get(), i) || i < 0 ||
         !read_index(key.row.get(), j) || j < 0) {
-        // Both items of a key that is refused keep a reference.
+        // Never released again, as the header tells.
         Py_XINCREF(key.column.get());
         Py_XINCREF(key.row.get());
         return -1;

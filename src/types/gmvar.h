@@ -2,9 +2,16 @@
 // two dimensions that grows when it is assigned to; the value is the array's element (0, 0).
 //
 // v[i] and v[i, j] read 0 where nothing was assigned, so games need not declare sizes. Arithmetic
-// gives plain values, and only += changes the variable itself. Comparing two variables with cmp()
-// costs both values a reference that nobody took, down to the last one: a host that does so in
-// quantity keeps references to spare.
+// gives plain values, and only += changes the variable itself.
+//
+// Reference counts that are out of balance, which is part of the type and stays so:
+//   cmp(v, w)          releases a reference to each of the two values without having taken one. Of
+//                      two holders of a value one can thus be left with an object that is gone;
+//                      only its very last reference is never released. A host that compares in
+//                      quantity takes references to spare. Where the values have rich comparison
+//                      alone, the answer to whether they are equal is never released.
+//   v[i, j] = value    with a key that is refused: i and j are never released.
+//   v.__init__(value)  the elements of the array so far are never released.
 #pragma once
 
 #include "core/python.h"

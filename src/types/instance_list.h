@@ -1,7 +1,8 @@
 // InstanceList: a list of game instances that also takes an instance's id, or a variable holding
 // either, wherever one instance is added, and always stores the instance.
 //
-// References beside the list's own, which an engine has to reckon with:
+// Reference counts that are out of balance, beside the list's own references; an engine has to
+// reckon with them:
 //   append(id), remove(id)    the instance loses one that nobody took, found or not
 //   insert(i, v)              v loses one, whatever is inserted for it, unless v is the instance;
 //                             an instance out of a variable gains one

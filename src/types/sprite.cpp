@@ -166,7 +166,7 @@ PyObject* sprite_from_surface(PyObject* /*module*/, PyObject* args) noexcept {
     SpriteObject* sprite = as_sprite(self.get());
     if (name != nullptr) {
         Py_INCREF(name);
-        sprite->name = name;  // the None that stood here keeps its reference, by design
+        sprite->name = name;  // the None that stood here is never released
     }
     sprite->w = sprite->rightbound = surface.get()->w;
     sprite->h = sprite->bottombound = surface.get()->h;
