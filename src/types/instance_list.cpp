@@ -77,9 +77,9 @@ Conversion convert(PyObject* argument, const char* operation) noexcept {
     return {std::move(instance), false};
 }
 
-// The release of the converted instance that ends append() and remove(). Of an instance passed as
-// itself it is the conversion's own reference, which goes with the conversion; an instance from the
-// registry was never taken a reference of, so it ends up with one less.
+// Ends append() and remove() with the release that the header tells of: an instance that the
+// registry named loses a reference that nobody took. One that was passed as itself loses only the
+// conversion's, which goes with the conversion.
 //
 // @param taken number of references that the call has taken on it beside the conversion's
 void release_converted(const Conversion& conversion, PyObject* argument,
@@ -180,8 +180,8 @@ PyObject* insert(PyObject* self, PyObject* args) noexcept {
         return nullptr;
     }
     const bool inserted = PyList_Insert(self, i, instance) == 0;
-    // It is the argument that loses a reference here, not the instance. Only of an instance passed
-    // as itself is that the reference which the conversion took.
+    // Here the argument loses a reference, whatever instance it stands for. Where it is the
+    // instance itself, that is the conversion's reference, which goes with the conversion.
     if (!conversion.direct || instance != argument) {
         const Py_ssize_t held =
             instance == argument ? 2 : 1;  // by the arguments and the conversion
