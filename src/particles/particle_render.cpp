@@ -12,10 +12,10 @@
 #include "core/py_ref.h"
 #include "core/pygame.h"
 #include "larkspur.h"
+#include "particles/curves.h"
 #include "particles/particle.h"
 #include "particles/particle_type.h"
 #include "particles/picture_cache.h"
-#include "pixel/curves.h"
 #include "pixel/kernels/colour.h"
 #include "pixel/surface/flagged_blit.h"
 #include "pixel/surface/picture.h"
@@ -72,7 +72,7 @@ Look look_of(const particle_record& particle, const particle_type_record& type,
         look.scaled = look.width != shape.w || look.height != shape.h;
     }
     const float life_fraction = static_cast<float>(particle.ttl) / particle.life;
-    look.colour = pixel::desired_tint(particle, life_fraction);
+    look.colour = desired_tint(particle, life_fraction);
     look.alpha = alpha_at(type, life_fraction);
     look.orientation_degrees = truncate_to_int32(particle.orientation);
     look.centre_x = low_16_bits(truncate_to_int32(static_cast<float>(x_offset) + particle.x));

@@ -1,10 +1,10 @@
-#include "pixel/curves.h"
+#include "particles/curves.h"
 
 #include "base/convert.h"
 #include "larkspur.h"
 #include "pixel/kernels/colour.h"
 
-namespace larkspur::pixel {
+namespace larkspur {
 namespace {
 
 // Type and particle hold the three colours under the same names.
@@ -14,10 +14,10 @@ std::uint32_t tint_of(const Record& record, float t) {
     const auto color2 = static_cast<std::uint32_t>(record.color2);
     const auto color3 = static_cast<std::uint32_t>(record.color3);
     if (t > 0.5F) {
-        return interpolate_unformatted(color1, color2,
-                                       static_cast<float>(2.0 * (static_cast<double>(t) - 0.5)));
+        return pixel::interpolate_unformatted(
+            color1, color2, static_cast<float>(2.0 * (static_cast<double>(t) - 0.5)));
     }
-    return interpolate_unformatted(color2, color3, 2.0F * t);
+    return pixel::interpolate_unformatted(color2, color3, 2.0F * t);
 }
 
 }  // namespace
@@ -48,20 +48,20 @@ std::uint32_t desired_tint(const particle_record& particle, float t) {
     return tint_of(particle, t);
 }
 
-}  // namespace larkspur::pixel
+}  // namespace larkspur
 
 extern "C" {
 
 std::int32_t DesiredAlpha(const particle_type_record* type, float t) {
-    return larkspur::pixel::desired_alpha(*type, t);
+    return larkspur::desired_alpha(*type, t);
 }
 
 std::uint32_t DesiredTint_type(const particle_type_record* type, float t) {
-    return larkspur::pixel::desired_tint(*type, t);
+    return larkspur::desired_tint(*type, t);
 }
 
 std::uint32_t DesiredTint_part_gm(const particle_record* particle, float t) {
-    return larkspur::pixel::desired_tint(*particle, t);
+    return larkspur::desired_tint(*particle, t);
 }
 
 }  // extern "C"

@@ -6,7 +6,7 @@
 
 #include "larkspur.h"
 
-namespace larkspur::pixel {
+namespace larkspur {
 
 /// The alpha of a type at life fraction `t` (1 at birth, 0 at death; NaN counts as the second
 /// half) as 0 to 255, truncated. Not clamped: the low 32 bits of the 64-bit truncation.
@@ -18,4 +18,4 @@ std::uint32_t desired_tint(const particle_type_record& type, float t);
 /// The same from the particle's own three colours.
 std::uint32_t desired_tint(const particle_record& particle, float t);
 
-}  // namespace larkspur::pixel
+}  // namespace larkspur
