@@ -22,6 +22,8 @@ CENTRE = (160, 120)
 
 render_low = native.function("particle_render_low", None, ctypes.POINTER(particles.ParticleRecord),
                              ctypes.c_int, ctypes.c_int)
+desired_alpha = native.function("DesiredAlpha", ctypes.c_int32,
+                                ctypes.POINTER(particles.TypeRecord), ctypes.c_float)
 
 
 class Scene(object):
@@ -294,6 +296,17 @@ def test_alpha_is_truncated(display):
     for alpha, kept in [(0.999, 254), (0.5, 127), (1 / 255.0, 1), (0.0039, 0)]:
         scene = Scene(display, soft_shape(), alpha3=(alpha,) * 3)
         scene.check_draw(scene.particle(), "faded", (16, 16, WHITE, kept, 0))
+
+
+@pytest.mark.parametrize("alphas, ttl, life, drawn, exact", [
+    ((0.2, 0.2, 0.2), 1, 20, 50, 51), ((1.0, 0.8, 0.0), 25, 30, 238, 237)])
+def test_drawn_alpha_is_rounded_at_each_step_and_the_exported_curve_is_not(
+        display, alphas, ttl, life, drawn, exact):
+    scene = Scene(display, soft_shape(), alpha3=alphas)
+    scene.check_draw(scene.particle(ttl=ttl + 1, life=life), "faded", (16, 16, WHITE, drawn, 0))
+    numbers = [float(particle_model.single(number)) for number in alphas + (ttl / float(life),)]
+    assert pixel_model.desired_alpha(*numbers) == exact
+    assert desired_alpha(particles.type_record(scene.handle), numbers[-1]) == exact
 
 
 @pytest.mark.parametrize("alpha, kept", [
