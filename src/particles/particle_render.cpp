@@ -337,11 +337,15 @@ PyObject* cparticle_dec_ttl_and_render(PyObject* /*module*/, PyObject* args) noe
     return PyInt_FromLong(ttl);
 }
 
+void draw_particle(const particle_record& particle, int x_offset, int y_offset) noexcept {
+    const PendingException set_aside;
+    if (!render(particle, x_offset, y_offset, "particle_render_low()")) {
+        PyErr_Clear();
+    }
+}
+
 }  // namespace larkspur
 
 extern "C" void particle_render_low(particle_record* particle, int x_offset, int y_offset) {
-    const larkspur::PendingException set_aside;
-    if (!larkspur::render(*particle, x_offset, y_offset, "particle_render_low()")) {
-        PyErr_Clear();
-    }
+    larkspur::draw_particle(*particle, x_offset, y_offset);
 }

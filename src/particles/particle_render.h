@@ -3,6 +3,8 @@
 
 #include "core/python.h"
 
+#include "larkspur.h"
+
 namespace larkspur {
 
 /// Module function CParticle_dec_ttl_and_render(particle, x_offset, y_offset): one step and, when
@@ -14,5 +16,9 @@ namespace larkspur {
 /// has other than 32 bits per pixel and has to be tinted, faded or added; the step has been made
 /// then. A picture that SDL refuses, by its size above all, is not drawn, and no failure.
 PyObject* cparticle_dec_ttl_and_render(PyObject* module, PyObject* args) noexcept;
+
+/// Draws a particle without a step for a native caller: as the module function does, and nothing
+/// where that raises. Leaves no exception of its own and keeps a pending one.
+void draw_particle(const particle_record& particle, int x_offset, int y_offset) noexcept;
 
 }  // namespace larkspur

@@ -14,6 +14,13 @@ PygameApi room_api = {};
 
 }  // namespace
 
+void load_room_pygame_api() noexcept {
+    const PendingException set_aside;
+    if (!load_pygame_api(room_api)) {
+        PyErr_Clear();  // set_SDL_screen() tells it where someone can catch it
+    }
+}
+
 PyRef wrap_room_surface(SurfacePtr surface) noexcept {
     return wrap_surface(room_api, std::move(surface));
 }
@@ -21,8 +28,5 @@ PyRef wrap_room_surface(SurfacePtr surface) noexcept {
 }  // namespace larkspur
 
 extern "C" void larkspur_init_rooms(void) {
-    const larkspur::PendingException set_aside;
-    if (!larkspur::load_pygame_api(larkspur::room_api)) {
-        PyErr_Clear();  // set_SDL_screen() tells it where someone can catch it
-    }
+    larkspur::load_room_pygame_api();
 }
