@@ -29,21 +29,34 @@ constexpr std::int32_t kOpaque = 255;
 constexpr std::int32_t kScaledAngleMask = 0xFF0;  // whole sixteens of degrees, in twelve bits
 constexpr Py_ssize_t kScaledCacheBound = 100;     // entries
 
-// How a particle looks and where it is drawn, taken from particle and type before anything runs
-// that could change them.
+// Which picture of its type's shape shows a particle.
+enum class Picture : std::uint8_t {
+    kNone,    // the size comes to no pixel
+    kShape,   // the shape itself: natural size, full alpha, no tint; never turned
+    kTinted,  // natural size, full alpha; never turned
+    kFaded,   // natural size; turned by whole degrees
+    kScaled,  // any other size; turned by whole sixteens of degrees
+};
+
+// How a particle looks and where it is, taken from particle and type before anything runs that
+// could change them.
 struct Look {
+    Picture picture;
     std::int32_t width;  // drawn size; negative is mirrored
     std::int32_t height;
-    bool scaled;
     std::uint32_t colour;
     std::int32_t alpha;
-    std::int32_t orientation_degrees;
+    std::int32_t angle_degrees;
     std::int16_t centre_x;
     std::int16_t centre_y;
     int blend;
 };
 
-std::int32_t alpha_at(const particle_type_record& type, float life_fraction) noexcept {
+// Rounded to single precision at every step, while desired_alpha(), which native callers ask,
+// rounds nothing before it truncates. Neither stands in for the other: this one decides the keys
+// and pixels of kept pictures. A type of alpha 0.2 throughout is drawn with 50 when 1 step of 20 is
+// left; the other says 51.
+std::int32_t drawn_alpha(const particle_type_record& type, float life_fraction) noexcept {
     float alpha = 0;
     if (life_fraction > 0.5F) {
         const float u = 2 * (life_fraction - 0.5F);
@@ -55,6 +68,19 @@ std::int32_t alpha_at(const particle_type_record& type, float life_fraction) noe
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(truncate_to_int64(alpha * 255.0F)));
 }
 
+Picture picture_for(const Look& look, bool scaled) noexcept {
+    if (look.width == 0 || look.height == 0) {
+        return Picture::kNone;
+    }
+    if (scaled) {
+        return Picture::kScaled;
+    }
+    if (look.alpha != kOpaque) {
+        return Picture::kFaded;
+    }
+    return look.colour == kNoTint ? Picture::kShape : Picture::kTinted;
+}
+
 // Single precision throughout, each product in the order written: other orders round differently
 // and give sizes that are a pixel off.
 Look look_of(const particle_record& particle, const particle_type_record& type,
@@ -62,51 +88,26 @@ Look look_of(const particle_record& particle, const particle_type_record& type,
     const auto shape_width = static_cast<float>(shape.w);
     const auto shape_height = static_cast<float>(shape.h);
     Look look = {};
+    bool scaled = true;
     if (type.size_wiggle != 0) {
         look.width = truncate_to_int32(shape_width * particle.size * type.xscale);
         look.height = truncate_to_int32(shape_height * particle.size * type.yscale);
-        look.scaled = true;
     } else {
         look.width = truncate_to_int32(shape_width * type.xscale * particle.size);
         look.height = truncate_to_int32(shape_height * type.yscale * particle.size);
-        look.scaled = look.width != shape.w || look.height != shape.h;
+        scaled = look.width != shape.w || look.height != shape.h;
     }
     const float life_fraction = static_cast<float>(particle.ttl) / particle.life;
     look.colour = desired_tint(particle, life_fraction);
-    look.alpha = alpha_at(type, life_fraction);
-    look.orientation_degrees = truncate_to_int32(particle.orientation);
+    look.alpha = drawn_alpha(type, life_fraction);
+    look.picture = picture_for(look, scaled);
+    const std::int32_t orientation_degrees = truncate_to_int32(particle.orientation);
+    look.angle_degrees = look.picture == Picture::kScaled ? orientation_degrees & kScaledAngleMask
+                                                          : orientation_degrees;
     look.centre_x = low_16_bits(truncate_to_int32(static_cast<float>(x_offset) + particle.x));
     look.centre_y = low_16_bits(truncate_to_int32(static_cast<float>(y_offset) + particle.y));
     look.blend = type.blend;
     return look;
-}
-
-SDL_Rect centred(const Look& look, const SDL_Surface& picture) noexcept {
-    SDL_Rect rect = {};
-    rect.x = low_16_bits(look.centre_x - (picture.w >> 1));
-    rect.y = low_16_bits(look.centre_y - (picture.h >> 1));
-    return rect;
-}
-
-// Draws a picture on the display at `place`, which is left as the blit leaves it; null is centred.
-// False with an exception when picture or display can't be used.
-bool blit(PyObject* picture, SDL_Rect* place, const Look& look, const char* function) noexcept {
-    const DisplayUse display(function);
-    const SurfaceUse use(picture, function);
-    if (!display || !use) {
-        return false;
-    }
-    if (pixel::blend_mode_flatten(look.blend) != 0 &&
-        (!require_32_bit(*use.get(), function) || !require_32_bit(*display.get(), function))) {
-        return false;
-    }
-    SDL_Rect centre = centred(look, *use.get());
-    pixel::flagged_blit(use.get(), display.get(), place != nullptr ? place : &centre, look.blend);
-    return true;
-}
-
-SurfacePtr in_display_format(SDL_Surface* surface, const SDL_Surface& display) noexcept {
-    return converted(surface, display.format, SDL_SRCALPHA);
 }
 
 // Fades for an additive blend: takes what is missing to full alpha from every byte.
@@ -119,186 +120,244 @@ void darken(SDL_Surface* surface, std::int32_t alpha) noexcept {
     }
 }
 
-// A step in the making of a picture: false when a surface to work on is not 32-bit.
-bool tint(SDL_Surface* surface, std::uint32_t colour, const char* function) noexcept {
-    if (colour != kNoTint) {
-        if (!require_32_bit(*surface, function)) {
-            return false;
-        }
-        pixel::tint_surface(surface, colour);
-    }
-    return true;
+SurfacePtr in_display_format(SDL_Surface* surface, const SDL_Surface& display) noexcept {
+    return converted(surface, display.format, SDL_SRCALPHA);
 }
 
-bool fade(SDL_Surface* surface, const Look& look, const char* function) noexcept {
-    if (!require_32_bit(*surface, function)) {
+// The drawing of one particle in its steps, and what they hand on. Making and keeping a picture can
+// run Python code that changes particle, type and display: the type and its shape are held, the
+// rest is looked at before, or again.
+class ParticleDrawing {
+ public:
+    // `function` is named in messages.
+    ParticleDrawing(const particle_record& particle, const char* function) noexcept
+        : function_(function),
+          type_handle_(PyRef::borrow(particle.type_handle)),
+          type_(ParticleTypeHandle::of(type_handle_.get())),
+          shape_(PyRef::borrow(type_.shape)) {}
+
+    bool look_at(const particle_record& particle, int x_offset, int y_offset) noexcept;
+    bool draw() noexcept;
+
+ private:
+    const SDL_Surface* shape_surface() noexcept;
+    void centre(const SDL_Surface& picture) noexcept;
+    bool show(PyObject* picture) noexcept;
+
+    PictureKey key() const noexcept;
+    PyRef make() noexcept;
+    SurfacePtr make_scaled(SDL_Surface* shape, const SDL_Surface& display) noexcept;
+    SurfacePtr make_faded(SDL_Surface* shape, const SDL_Surface& display) noexcept;
+    SurfacePtr make_tinted(SDL_Surface* shape) noexcept;
+    bool tint(SDL_Surface* picture) noexcept;
+    bool fade(SDL_Surface* picture) noexcept;
+    SurfacePtr turned(SurfacePtr picture) noexcept;
+
+    const char* function_;
+    PyRef type_handle_;
+    const particle_type_record& type_;
+    PyRef shape_;
+    Look look_ = {};
+    SDL_Rect place_ = {};  // of the picture on the display, as the last blit left it
+};
+
+// Finds out how the particle looks. False with an exception when its shape can't be drawn.
+bool ParticleDrawing::look_at(const particle_record& particle, int x_offset,
+                              int y_offset) noexcept {
+    const SDL_Surface* shape = shape_surface();
+    if (shape == nullptr) {
         return false;
     }
-    if (look.blend != 0) {
-        darken(surface, look.alpha);
-    } else {
-        pixel::translucentify(surface, static_cast<std::uint8_t>(look.alpha));
-    }
+    look_ = look_of(particle, type_, *shape, x_offset, y_offset);
+    centre(*shape);
     return true;
 }
 
-SurfacePtr turned(SurfacePtr picture, std::int32_t angle_degrees) noexcept {
-    return angle_degrees != 0 ? pixel::turned_picture(picture.get(), angle_degrees, 1.0)
-                              : std::move(picture);
+// Finds the picture in the type's cache, or makes it and keeps it there, and shows it. False with
+// an exception when something can't be used; a picture that SDL refuses to make is no failure.
+bool ParticleDrawing::draw() noexcept {
+    if (look_.picture == Picture::kNone) {
+        return true;
+    }
+    if (look_.picture == Picture::kShape) {
+        return show(shape_.get());
+    }
+    const PictureKey wanted = key();
+    PyRef picture = wanted.find_in(type_.cache);
+    if (!picture) {
+        if (PyErr_Occurred() != nullptr) {
+            return false;
+        }
+        if (look_.picture == Picture::kScaled && PyDict_Size(type_.cache) > kScaledCacheBound) {
+            PyDict_Clear(type_.cache);
+        }
+        picture = make();
+        if (!picture) {
+            return PyErr_Occurred() == nullptr;
+        }
+        // A tinted picture shows twice when it first appears, once before it is kept.
+        if (look_.picture == Picture::kTinted && !show(picture.get())) {
+            return false;
+        }
+        if (!wanted.store_in(type_.cache, picture.get())) {
+            return false;
+        }
+    }
+    return show(picture.get());
 }
 
-// The makers of the three kinds of cached pictures. Null without an exception when SDL makes
-// nothing, with one when a surface can't be worked on.
+// The surface of the type's shape, for its size; null with an exception, TypeError when the shape
+// is no pygame Surface.
+const SDL_Surface* ParticleDrawing::shape_surface() noexcept {
+    PyTypeObject* surface_type = pygame_surface_type(function_);
+    if (surface_type == nullptr) {
+        return nullptr;
+    }
+    PyObject* shape = shape_.get();
+    if (shape == nullptr || !PyObject_TypeCheck(shape, surface_type)) {
+        PyErr_Format(PyExc_TypeError,
+                     "%s needs a particle type whose shape is a pygame Surface, got %.200s; set "
+                     "one with part_type_shape()",
+                     function_, shape == nullptr ? "none" : Py_TYPE(shape)->tp_name);
+        return nullptr;
+    }
+    return surface_of(shape, function_);
+}
 
-SurfacePtr make_scaled(SDL_Surface* shape, const SDL_Surface& display, const Look& look,
-                       std::int32_t angle_degrees, const char* function) noexcept {
-    SurfacePtr picture = pixel::scaled_picture(shape, look.width, look.height);
-    if (picture == nullptr || !tint(picture.get(), look.colour, function)) {
+void ParticleDrawing::centre(const SDL_Surface& picture) noexcept {
+    place_.x = low_16_bits(look_.centre_x - (picture.w >> 1));
+    place_.y = low_16_bits(look_.centre_y - (picture.h >> 1));
+}
+
+// Blits a picture to the display. False with an exception when either can't be used.
+bool ParticleDrawing::show(PyObject* picture) noexcept {
+    const DisplayUse display(function_);
+    const SurfaceUse source(picture, function_);
+    if (!display || !source) {
+        return false;
+    }
+    if (pixel::blend_mode_flatten(look_.blend) != 0 &&
+        (!require_32_bit(*source.get(), function_) || !require_32_bit(*display.get(), function_))) {
+        return false;
+    }
+    // A tinted picture lies where the shape would, its second showing where the first blit left the
+    // rectangle: cut off at the left, it moves to the right.
+    if (look_.picture != Picture::kTinted) {
+        centre(*source.get());
+    }
+    pixel::flagged_blit(source.get(), display.get(), &place_, look_.blend);
+    return true;
+}
+
+// What decides the picture. Tinted ones are never turned, so their key has no angle.
+PictureKey ParticleDrawing::key() const noexcept {
+    const auto colour = static_cast<std::int32_t>(look_.colour);
+    if (look_.picture == Picture::kTinted) {
+        return PictureKey(look_.width, look_.height, colour, look_.alpha);
+    }
+    return PictureKey(look_.width, look_.height, colour, look_.alpha, look_.angle_degrees);
+}
+
+// A new pygame Surface. Empty without an exception when SDL makes nothing, with one when shape or
+// display can't be used.
+PyRef ParticleDrawing::make() noexcept {
+    const DisplayUse display(function_);
+    const SurfaceUse shape(shape_.get(), function_);
+    if (!display || !shape) {
+        return PyRef();
+    }
+    SurfacePtr picture;
+    switch (look_.picture) {
+        case Picture::kScaled:
+            picture = make_scaled(shape.get(), *display.get());
+            break;
+        case Picture::kFaded:
+            picture = make_faded(shape.get(), *display.get());
+            break;
+        case Picture::kTinted:
+            picture = make_tinted(shape.get());
+            break;
+        case Picture::kShape:
+        case Picture::kNone:
+            break;  // nothing to make
+    }
+    return picture != nullptr ? wrap_surface(pygame_api(), std::move(picture)) : PyRef();
+}
+
+// The makers: null without an exception when SDL makes nothing, with one when a surface can't be
+// worked on.
+
+SurfacePtr ParticleDrawing::make_scaled(SDL_Surface* shape, const SDL_Surface& display) noexcept {
+    SurfacePtr picture = pixel::scaled_picture(shape, look_.width, look_.height);
+    if (picture == nullptr || !tint(picture.get())) {
         return nullptr;
     }
     // A negative alpha counts as a large one.
-    if (static_cast<std::uint32_t>(look.alpha) < static_cast<std::uint32_t>(kOpaque)) {
-        if (look.blend != 0) {
+    if (static_cast<std::uint32_t>(look_.alpha) < static_cast<std::uint32_t>(kOpaque)) {
+        if (look_.blend != 0) {
             picture = in_display_format(picture.get(), display);
         }
-        if (picture == nullptr || !fade(picture.get(), look, function)) {
+        if (picture == nullptr || !fade(picture.get())) {
             return nullptr;
         }
     }
-    return turned(std::move(picture), angle_degrees);
+    return turned(std::move(picture));
 }
 
-SurfacePtr make_faded(SDL_Surface* shape, const SDL_Surface& display, const Look& look,
-                      std::int32_t angle_degrees, const char* function) noexcept {
+SurfacePtr ParticleDrawing::make_faded(SDL_Surface* shape, const SDL_Surface& display) noexcept {
     SurfacePtr picture = in_display_format(shape, display);
     if (picture == nullptr) {
         write_stderr("Error reformatting shapesurf: %s\n", SDL_GetError());
         return nullptr;
     }
-    if (!tint(picture.get(), look.colour, function) || !fade(picture.get(), look, function)) {
+    if (!tint(picture.get()) || !fade(picture.get())) {
         return nullptr;
     }
-    return turned(std::move(picture), angle_degrees);
+    return turned(std::move(picture));
 }
 
-SurfacePtr make_tinted(SDL_Surface* shape, const Look& look) noexcept {
+SurfacePtr ParticleDrawing::make_tinted(SDL_Surface* shape) noexcept {
     SurfacePtr picture = pixel::rgba_copy(shape);
-    if (picture != nullptr) {
-        pixel::tint_surface(picture.get(), look.colour);
+    if (picture == nullptr || !tint(picture.get())) {
+        return nullptr;
     }
     return picture;
 }
 
-// Wraps what `make` makes of shape and display. Empty, with or without an exception, when it makes
-// nothing.
-template <typename Make>
-PyRef new_picture(PyObject* shape, const char* function, Make make) noexcept {
-    const DisplayUse display(function);
-    const SurfaceUse use(shape, function);
-    if (!display || !use) {
-        return PyRef();
-    }
-    SurfacePtr picture = make(use.get(), *display.get());
-    return picture != nullptr ? wrap_surface(pygame_api(), std::move(picture)) : PyRef();
-}
+// The steps in the making of a picture; false with an exception when it is not 32-bit.
 
-// Scaled and faded pictures: found in the cache or made and kept there, and drawn.
-template <typename Make>
-bool draw_cached(PyObject* shape, PyObject* cache, const Look& look, std::int32_t angle_degrees,
-                 Py_ssize_t bound, const char* function, Make make) noexcept {
-    const PictureKey key(look.width, look.height, static_cast<std::int32_t>(look.colour),
-                         look.alpha, angle_degrees);
-    PyRef picture = key.find_in(cache);
-    if (!picture) {
-        if (PyErr_Occurred() != nullptr) {
-            return false;
-        }
-        if (PyDict_Size(cache) > bound) {
-            PyDict_Clear(cache);
-        }
-        picture =
-            new_picture(shape, function, [&](SDL_Surface* surface, const SDL_Surface& display) {
-                return make(surface, display, look, angle_degrees, function);
-            });
-        if (!picture) {
-            return PyErr_Occurred() == nullptr;
-        }
-        if (!key.store_in(cache, picture.get())) {
-            return false;
-        }
-    }
-    return blit(picture.get(), nullptr, look, function);
-}
-
-// Pictures at natural size and full alpha. Centred by the shape, and drawn twice when they first
-// appear, the second time where the first blit left the rectangle.
-bool draw_tinted(PyObject* shape, const SDL_Surface& surface, PyObject* cache, const Look& look,
-                 const char* function) noexcept {
-    const PictureKey key(look.width, look.height, static_cast<std::int32_t>(look.colour), kOpaque);
-    SDL_Rect place = centred(look, surface);
-    PyRef picture = key.find_in(cache);
-    if (!picture) {
-        if (PyErr_Occurred() != nullptr) {
-            return false;
-        }
-        picture = new_picture(shape, function, [&](SDL_Surface* source, const SDL_Surface&) {
-            return make_tinted(source, look);
-        });
-        if (!picture) {
-            return PyErr_Occurred() == nullptr;
-        }
-        if (!blit(picture.get(), &place, look, function) || !key.store_in(cache, picture.get())) {
-            return false;
-        }
-    }
-    return blit(picture.get(), &place, look, function);
-}
-
-// The size of a type's shape; null with TypeError when the shape can't be drawn.
-const SDL_Surface* shape_surface(PyObject* shape, const char* function) noexcept {
-    PyTypeObject* surface_type = pygame_surface_type(function);
-    if (surface_type == nullptr) {
-        return nullptr;
-    }
-    if (shape == nullptr || !PyObject_TypeCheck(shape, surface_type)) {
-        PyErr_Format(PyExc_TypeError,
-                     "%s needs a particle type whose shape is a pygame Surface, got %.200s; set "
-                     "one with part_type_shape()",
-                     function, shape == nullptr ? "none" : Py_TYPE(shape)->tp_name);
-        return nullptr;
-    }
-    return surface_of(shape, function);
-}
-
-// Draws a particle. False with an exception when something it needs can't be used. Making and
-// keeping a picture can run Python code that changes particle, type and display: the type and its
-// shape are held, the rest is looked at before, or again.
-bool render(const particle_record& particle, int x_offset, int y_offset,
-            const char* function) noexcept {
-    const PyRef type_handle = PyRef::borrow(particle.type_handle);
-    const particle_type_record& type = ParticleTypeHandle::of(type_handle.get());
-    const PyRef shape = PyRef::borrow(type.shape);
-    const SDL_Surface* surface = shape_surface(shape.get(), function);
-    if (surface == nullptr) {
-        return false;
-    }
-    const Look look = look_of(particle, type, *surface, x_offset, y_offset);
-    if (look.width == 0 || look.height == 0) {
+bool ParticleDrawing::tint(SDL_Surface* picture) noexcept {
+    if (look_.colour == kNoTint) {
         return true;
     }
-    if (look.scaled) {
-        return draw_cached(shape.get(), type.cache, look,
-                           look.orientation_degrees & kScaledAngleMask, kScaledCacheBound, function,
-                           make_scaled);
+    if (!require_32_bit(*picture, function_)) {
+        return false;
     }
-    if (look.alpha != kOpaque) {
-        return draw_cached(shape.get(), type.cache, look, look.orientation_degrees, PY_SSIZE_T_MAX,
-                           function, make_faded);
+    pixel::tint_surface(picture, look_.colour);
+    return true;
+}
+
+bool ParticleDrawing::fade(SDL_Surface* picture) noexcept {
+    if (!require_32_bit(*picture, function_)) {
+        return false;
     }
-    if (look.colour == kNoTint) {
-        return blit(shape.get(), nullptr, look, function);
+    if (look_.blend != 0) {
+        darken(picture, look_.alpha);
+    } else {
+        pixel::translucentify(picture, static_cast<std::uint8_t>(look_.alpha));
     }
-    return draw_tinted(shape.get(), *surface, type.cache, look, function);
+    return true;
+}
+
+SurfacePtr ParticleDrawing::turned(SurfacePtr picture) noexcept {
+    return look_.angle_degrees != 0 ? pixel::turned_picture(picture.get(), look_.angle_degrees, 1.0)
+                                    : std::move(picture);
+}
+
+bool render(const particle_record& particle, int x_offset, int y_offset,
+            const char* function) noexcept {
+    ParticleDrawing drawing(particle, function);
+    return drawing.look_at(particle, x_offset, y_offset) && drawing.draw();
 }
 
 // An argument that is an int and fits; any other is the parser's to convert or refuse.
