@@ -169,8 +169,6 @@ extern "C" LARKSPUR_EXPORT void initlarkspur() {
         return;
     }
     larkspur_init_rooms();
-    const std::uint32_t entropy = read_entropy();
-    learn_particle_handle_type();
-    seed_random(entropy);
+    seed_random(read_entropy());
     bind_host_modules();
 }

@@ -83,15 +83,6 @@ particle_type_record* particle_type_from_handle(PyObject* object) noexcept {
     return handle != nullptr ? &ParticleTypeHandle::of(handle) : nullptr;
 }
 
-void learn_particle_handle_type() noexcept {
-    const PyRef handle = PyRef::steal(part_type_create(nullptr, nullptr));
-    if (!handle) {
-        PyErr_Clear();
-        return;
-    }
-    learn_handle_type(handle.get());
-}
-
 PyObject* part_type_create(PyObject* /*module*/, PyObject* /*args*/) noexcept {
     PyRef cache = PyRef::steal(PyDict_New());
     if (!cache) {

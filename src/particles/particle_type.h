@@ -20,10 +20,6 @@ PyObject* find_particle_type_handle(PyObject* object) noexcept;
 /// As find_particle_type_handle(), but gives the handle's record.
 particle_type_record* particle_type_from_handle(PyObject* object) noexcept;
 
-/// Creates one particle type and drops it again, to learn the type of handles. Part of the module's
-/// initialisation; clears the exception when memory is out, and then nothing counts as a handle.
-void learn_particle_handle_type() noexcept;
-
 /// Module function part_type_create(): a new handle; ignores its arguments. The type is white and
 /// opaque, lives 30 steps, does not move, and has no shape yet.
 PyObject* part_type_create(PyObject* module, PyObject* args) noexcept;
