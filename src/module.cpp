@@ -18,6 +18,7 @@
 #include "pixel/rectangle.h"
 #include "pixel/transform.h"
 #include "room/room_draw.h"
+#include "room/room_pygame.h"
 #include "types/background.h"
 #include "types/float_list.h"
 #include "types/gmvar.h"
@@ -168,7 +169,7 @@ extern "C" LARKSPUR_EXPORT void initlarkspur() {
         forget_module();
         return;
     }
-    larkspur_init_rooms();
+    load_room_pygame_api();
     seed_random(read_entropy());
     bind_host_modules();
 }
