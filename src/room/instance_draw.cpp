@@ -93,8 +93,26 @@ bool store_automatic_draw(PyObject* instance, bool status) noexcept {
     return false;
 }
 
-}  // namespace
+// Keeps draw code that was just found as the instance's "py_Draw", and runs it, kept or not. False
+// with an exception when either failed.
+bool keep_and_run(PyObject* instance, const PyRef& code) noexcept {
+    const bool kept = set_attribute(instance, py_draw, code);
+    if (!kept) {
+        write_stderr("Error setting attribute string to code.\n");
+    }
+    const PendingException store_failure;
+    const SelfScope self(instance);
+    const bool drawn = run_draw_code(self, code.get());
+    if (!drawn) {
+        write_stderr("Code eval failed\n");  // before giving `self` back can have its own line
+    }
+    return kept && drawn;
+}
 
+// Finds the draw code of an instance, the code of the first action of its object's draw event, and
+// keeps and runs it. An instance that has none is from now on drawn automatically. False when it
+// failed: with an exception, or for an object with too few events only with a line on standard
+// error. An object without events leaves its AttributeError pending.
 bool run_draw_event(PyObject* instance) noexcept {
     const PyRef object = get_attribute(instance, object_index);
     const PyRef data = object ? get_attribute(object.get(), py_objectdata) : PyRef();
@@ -105,7 +123,7 @@ bool run_draw_event(PyObject* instance) noexcept {
     if (!all_actions) {
         return store_automatic_draw(instance, true);
     }
-    if (PySequence_Size(all_actions.get()) <= kDrawEvent) {
+    if (PySequence_Size(all_actions.get()) <= kDrawEvent) {  // or has no size
         write_stderr("Events too small!\n");
         return store_automatic_draw(instance, false);
     }
@@ -119,22 +137,10 @@ bool run_draw_event(PyObject* instance) noexcept {
     }
     const PyRef action = PyRef::steal(PySequence_GetItem(actions.get(), 0));
     const PyRef code = action ? get_attribute(action.get(), python) : PyRef();
-    if (!code) {
-        return false;
-    }
-
-    const bool stored = set_attribute(instance, py_draw, code);
-    if (!stored) {
-        write_stderr("Error setting attribute string to code.\n");
-    }
-    const PendingException store_failure;
-    const SelfScope self(instance);
-    const bool drawn = run_draw_code(self, code.get());
-    if (!drawn) {
-        write_stderr("Code eval failed\n");  // before giving `self` back can have its own line
-    }
-    return stored && drawn;
+    return code && keep_and_run(instance, code);
 }
+
+}  // namespace
 
 bool draw_instance(PyObject* instance) noexcept {
     const PyRef draw = get_attribute(instance, py_draw);
