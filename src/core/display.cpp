@@ -13,22 +13,26 @@ uint32_t COLOR_WHITE = 0;
 namespace larkspur {
 namespace {
 
-// The kept Surface, and the SDL surface and its white when g_screen last followed it. pygame
-// changes the pointer inside the object when the display is closed or set anew; a new display can
-// lie where the old one was.
+// The Surface that the host gave last to set_SDL_screen().
 PyObject* kept_object = nullptr;
-SDL_Surface* kept_surface = nullptr;
-std::uint32_t kept_white = 0;
+
+// What was inside it when g_screen and COLOR_WHITE were last set from it. pygame puts another
+// surface inside when the display is set anew, and none when it is closed; to notice takes both.
+// g_screen itself doesn't tell, as a native caller may have stored a surface of its own there. Nor
+// does the address alone: a new display can lie where the old one was, with a format of its own.
+SDL_Surface* seen_surface = nullptr;
+std::uint32_t seen_white = 0;
 
 std::uint32_t white_of(const SDL_Surface& surface) noexcept {
     return surface.format->Rmask | surface.format->Gmask | surface.format->Bmask;
 }
 
-void publish(SDL_Surface* surface) noexcept {
-    kept_surface = surface;
-    g_screen = surface;
+// Sets the exported variables to what pygame has inside the kept object now. COLOR_WHITE outlives a
+// display that was closed.
+void set_exported_display(SDL_Surface* surface) noexcept {
+    g_screen = seen_surface = surface;
     if (surface != nullptr) {
-        COLOR_WHITE = kept_white = white_of(*surface);
+        COLOR_WHITE = seen_white = white_of(*surface);
     }
 }
 
@@ -39,14 +43,14 @@ void raise_without_display(const char* function) noexcept {
                  function);
 }
 
-// Makes g_screen follow the kept object when pygame replaced the surface inside it.
+// Sets the exported variables anew when pygame has replaced the surface inside the kept object.
 void follow_pygame() noexcept {
     if (kept_object == nullptr) {
         return;
     }
     SDL_Surface* current = peek_surface(kept_object);
-    if (current != kept_surface || (current != nullptr && white_of(*current) != kept_white)) {
-        publish(current);
+    if (current != seen_surface || (current != nullptr && white_of(*current) != seen_white)) {
+        set_exported_display(current);
     }
 }
 
@@ -66,7 +70,7 @@ PyObject* set_sdl_screen(PyObject* /*module*/, PyObject* args) noexcept {
     }
     Py_INCREF(object);
     PyObject* old = std::exchange(kept_object, object);
-    publish(surface);
+    set_exported_display(surface);
     Py_XDECREF(old);
     return new_none();
 }
@@ -103,10 +107,10 @@ DisplayUse::DisplayUse() noexcept {
     if (surface == nullptr) {
         return;
     }
-    if (surface == kept_surface) {
+    if (surface == seen_surface) {  // and not a native caller's own
         const PendingException set_aside;
         object_use_.emplace(kept_object, "the surface of set_SDL_screen()");
-        PyErr_Clear();  // a part that lost its parent is no display
+        PyErr_Clear();  // a subsurface that lost its parent is no display
         if (!*object_use_) {
             return;
         }

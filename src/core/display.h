@@ -12,9 +12,9 @@
 
 namespace larkspur {
 
-/// Module function set_SDL_screen(surface): keeps the pygame Surface and publishes its SDL surface
-/// and white. Returns None; TypeError for anything but a Surface, RuntimeError when pygame by now
-/// uses another SDL than larkspur.
+/// Module function set_SDL_screen(surface): keeps the pygame Surface and sets g_screen and
+/// COLOR_WHITE to its SDL surface and white. Returns None; TypeError for anything but a Surface,
+/// RuntimeError when pygame by now uses another SDL than larkspur.
 PyObject* set_sdl_screen(PyObject* module, PyObject* args) noexcept;
 
 /// Module function init_subsystems(): initialises SDL's video subsystem; returns None.
@@ -34,7 +34,7 @@ std::uint32_t display_white() noexcept;
 PyObject* screen_surface_object() noexcept;
 
 /// Holds the display for a scope in which its pixels are used: the kept Surface stays alive and,
-/// should it be a part of another surface, has its pixels found again. False when there is no
+/// should it be a subsurface of another, has its pixels found again. False when there is no
 /// display: without an exception when made for a native caller, with RuntimeError when made with
 /// the name of a module function.
 class DisplayUse {
