@@ -31,6 +31,15 @@ AttributeName view_yscale("view_yscale");
 AttributeName instance_x("x");
 AttributeName instance_y("y");
 
+// One check point with three lines: an exception was pending when the backgrounds were done.
+// Nothing between them can fail, so they come together or not at all; but people search logs for
+// each.
+constexpr const char* kBackgroundsDoneLines[] = {
+    "660\n",
+    "660 a\n",
+    "An error has occurred 661\n",
+};
+
 // A room's values for one view: pixels in the room, ports in pixels of the display.
 struct View {
     double xview;
@@ -135,15 +144,18 @@ double follow(double target, double border, double view_length, double room_leng
     return start + view_length > room_length ? room_length - view_length : start;
 }
 
-// Writes a line when an exception is pending.
+// Tells the reader of a log by which step of a view an exception was pending: writes the line that
+// stands for this step if one is.
 void check_point(const char* line) noexcept {
     if (PyErr_Occurred() != nullptr) {
         write_stderr("%s", line);
     }
 }
 
-// Publishes the scale to the host and to native code; a failed store leaves its exception.
-void publish_scale(AxisPair scale, const PyRef& x, const PyRef& y) noexcept {
+// Stores the scale where native code and the host read it; a failed store leaves its exception.
+//
+// @param x, y the scale as Python numbers, empty with an exception where making one failed
+void store_scale(AxisPair scale, const PyRef& x, const PyRef& y) noexcept {
     set_view_scale(scale);
     {
         const PendingException set_aside;
@@ -198,7 +210,7 @@ class ViewPass {
     SurfacePtr intermediate_;  // for the backgrounds of a scaled view; null for a direct one
 };
 
-// Moves the view to the instance that it follows, and publishes where it is. False with an
+// Moves the view to the instance that it follows, and says where it is now. False with an
 // exception; a followed instance that can't be found leaves its exception, but is no failure.
 bool ViewPass::place() noexcept {
     const std::optional<View> before = read_view(room_, index_);
@@ -225,7 +237,7 @@ bool ViewPass::place() noexcept {
     return true;
 }
 
-// Decides whether the view is drawn one to one, and publishes its scale. False with an exception.
+// Decides whether the view is drawn one to one, and stores its scale. False with an exception.
 bool ViewPass::scale() noexcept {
     const std::optional<View> view = read_view(room_, index_);
     const SDL_Surface* target = view ? surface_of(surface_, kFunction) : nullptr;
@@ -235,7 +247,7 @@ bool ViewPass::scale() noexcept {
     if (view->xport == 0.0 && view->yport == 0.0 && view->wview == target->w &&
         view->hview == target->h) {
         const PyRef one = PyRef::steal(PyInt_FromLong(1));
-        publish_scale({1.0, 1.0}, one, one);
+        store_scale({1.0, 1.0}, one, one);
         return true;
     }
     intermediate_ =
@@ -244,8 +256,8 @@ bool ViewPass::scale() noexcept {
         return false;
     }
     const AxisPair scale = {view->wport / view->wview, view->hport / view->hview};
-    publish_scale(scale, PyRef::steal(PyFloat_FromDouble(scale.x)),
-                  PyRef::steal(PyFloat_FromDouble(scale.y)));
+    store_scale(scale, PyRef::steal(PyFloat_FromDouble(scale.x)),
+                PyRef::steal(PyFloat_FromDouble(scale.y)));
     return true;
 }
 
@@ -360,9 +372,9 @@ bool draw_view(PyObject* room, PyObject* surface, int index, PyObject* drawn) no
     }
     check_point("An error has occurred 638\n");
     const bool backgrounds_drawn = pass.draw_backgrounds();
-    check_point("660\n");
-    check_point("660 a\n");
-    check_point("An error has occurred 661\n");
+    for (const char* line : kBackgroundsDoneLines) {
+        check_point(line);
+    }
     const bool objects_drawn = pass.draw_objects(drawn);
     check_point("An error has occurred\n");
     return backgrounds_drawn && objects_drawn;

@@ -7,7 +7,7 @@
 
 namespace larkspur {
 
-/// Draws a view: follows its instance, publishes its scale, has the host draw the backgrounds, then
+/// Draws a view: follows its instance, stores its scale, has the host draw the backgrounds, then
 /// draws the objects in order. A failing object never stops the others. False when anything failed;
 /// the last exception is left pending, also by failures that do not count (such as a followed
 /// instance that can't be found), and lines on standard error say where one was pending. An
