@@ -40,8 +40,8 @@ AttributeName draw("Draw");
 // Frames begun since this_second changed.
 std::int32_t frames_this_second = 0;
 
-// Counts a frame, and publishes the count of the last second when the clock has moved on. False
-// with the exception of the store.
+// Counts a frame, and stores the count of the last second as the host's fps when the clock has
+// moved on. False with the exception of the store.
 bool count_frame() noexcept {
     const auto now = static_cast<std::int32_t>(std::time(nullptr));
     if (now != this_second) {
@@ -183,6 +183,18 @@ bool draw_tile(const TileObject& tile, PyObject* backgrounds, PyObject* surface)
     return pixel::blit(source.get(), &from, target.get(), &to);
 }
 
+// Tile i of the room's list; empty with an exception. The host's sequences can run code that
+// shortens the list meanwhile.
+PyRef tile_at(PyObject* list, Py_ssize_t i) noexcept {
+    PyRef tile = PyRef::borrow(PyList_GetItem(list, i));
+    if (tile && Py_TYPE(tile.get()) != &tile_type) {
+        PyErr_Format(PyExc_TypeError, "%s needs RoomTileData in the room's tiles, got %.200s",
+                     kFunction, Py_TYPE(tile.get())->tp_name);
+        return PyRef();
+    }
+    return tile;
+}
+
 // Blits the room's tiles. False as a rule with an exception.
 bool draw_tiles(PyObject* room, PyObject* surface) noexcept {
     const PyRef list = get_attribute(room, tiles);
@@ -203,17 +215,9 @@ bool draw_tiles(PyObject* room, PyObject* surface) noexcept {
         return false;
     }
     for (Py_ssize_t i = 0; i < count; ++i) {
-        // The host's sequences can run code that shortens the list.
-        const PyRef tile = PyRef::borrow(PyList_GetItem(list.get(), i));
-        if (!tile) {
-            return false;
-        }
-        if (Py_TYPE(tile.get()) != &tile_type) {
-            PyErr_Format(PyExc_TypeError, "%s needs RoomTileData in the room's tiles, got %.200s",
-                         kFunction, Py_TYPE(tile.get())->tp_name);
-            return false;
-        }
-        if (!draw_tile(*reinterpret_cast<TileObject*>(tile.get()), backgrounds.get(), surface)) {
+        const PyRef tile = tile_at(list.get(), i);
+        if (!tile ||
+            !draw_tile(*reinterpret_cast<TileObject*>(tile.get()), backgrounds.get(), surface)) {
             return false;
         }
     }
