@@ -17,8 +17,11 @@ constexpr double kRadiansPerDegree = M_PI / 180.0;
 constexpr double kQuarterTurn = M_PI / 2.0;
 constexpr float kFullTurnDegrees = 360.0F;
 
-// A value from start to start + range; the sum is made in double precision.
-double draw_between(double start, double range) noexcept {
+// Each of the next two takes one number from drand48. A seeded game must see the same particles
+// each time, so how many numbers are taken, and in which order, is fixed.
+
+// A random value from start to start + range; the sum is made in double precision.
+double random_between(double start, double range) noexcept {
     return start + drand48() * range;
 }
 
@@ -32,7 +35,8 @@ std::int32_t decremented(std::int32_t value) noexcept {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(value) - 1U);
 }
 
-// What both ways of making a particle share before and after their own draws.
+// What the two ways of making a particle share. They take their random numbers in different orders,
+// which is why direction and speed, life, and orientation each have a function.
 
 PyRef make_particle(PyObject* type_argument, float x, float y) noexcept {
     // Of a variable the value counts from here on: one that is no type is reported like any object.
@@ -51,20 +55,20 @@ PyRef make_particle(PyObject* type_argument, float x, float y) noexcept {
     return handle;
 }
 
-void draw_direction_and_speed(particle_record& particle,
-                              const particle_type_record& type) noexcept {
-    particle.direction = static_cast<float>(draw_between(type.dir_min, type.dir_range));
-    particle.speed = static_cast<float>(draw_between(type.speed_min, type.speed_range));
+void choose_direction_and_speed(particle_record& particle,
+                                const particle_type_record& type) noexcept {
+    particle.direction = static_cast<float>(random_between(type.dir_min, type.dir_range));
+    particle.speed = static_cast<float>(random_between(type.speed_min, type.speed_range));
 }
 
-void draw_life(particle_record& particle, const particle_type_record& type) noexcept {
-    particle.ttl = truncate_to_int32(draw_between(type.life_min, type.life_range));
+void choose_life(particle_record& particle, const particle_type_record& type) noexcept {
+    particle.ttl = truncate_to_int32(random_between(type.life_min, type.life_range));
     particle.life = static_cast<float>(particle.ttl);
 }
 
-void draw_orientation(particle_record& particle, const particle_type_record& type) noexcept {
+void choose_orientation(particle_record& particle, const particle_type_record& type) noexcept {
     const double range = static_cast<double>(type.orient_max) - type.orient_min;
-    particle.orientation = static_cast<float>(draw_between(type.orient_min, range));
+    particle.orientation = static_cast<float>(random_between(type.orient_min, range));
 }
 
 void detach_beancounter(particle_record& particle) noexcept {
@@ -75,13 +79,16 @@ void detach_beancounter(particle_record& particle) noexcept {
     }
 }
 
-// The one argument of a call, borrowed; null with the parser's exception.
-PyObject* single_argument(PyObject* args) noexcept {
-    if (PyTuple_GET_SIZE(args) == 1) {
-        return PyTuple_GET_ITEM(args, 0);
-    }
+// The particle that is the one argument of a call; null with an exception. The call is made for
+// every particle in every frame, so an argument goes past the parser.
+particle_record* only_particle(PyObject* args, const char* function) noexcept {
     PyObject* object = nullptr;
-    return PyArg_ParseTuple(args, "O", &object) ? object : nullptr;
+    if (PyTuple_GET_SIZE(args) == 1) {
+        object = PyTuple_GET_ITEM(args, 0);
+    } else if (!PyArg_ParseTuple(args, "O", &object)) {
+        return nullptr;
+    }
+    return particle_of(object, function);
 }
 
 }  // namespace
@@ -169,14 +176,14 @@ PyObject* cparticle_new(PyObject* /*module*/, PyObject* args) noexcept {
     }
     particle_record& particle = ParticleHandle::of(handle.get());
     const particle_type_record& type = type_of(particle);
-    draw_direction_and_speed(particle, type);
+    choose_direction_and_speed(particle, type);
     reset_velocities(particle);
-    particle.size = static_cast<float>(draw_between(type.size_min, type.size_range));
-    draw_life(particle, type);
+    particle.size = static_cast<float>(random_between(type.size_min, type.size_range));
+    choose_life(particle, type);
     particle.color1 = type.color1;
     particle.color2 = type.color2;
     particle.color3 = type.color3;
-    draw_orientation(particle, type);
+    choose_orientation(particle, type);
     return handle.release();
 }
 
@@ -195,19 +202,17 @@ PyObject* cparticle_new_size_color(PyObject* /*module*/, PyObject* args) noexcep
     }
     particle_record& particle = ParticleHandle::of(handle.get());
     const particle_type_record& type = type_of(particle);
-    draw_direction_and_speed(particle, type);
-    draw_orientation(particle, type);
+    choose_direction_and_speed(particle, type);
+    choose_orientation(particle, type);
     reset_velocities(particle);
     particle.size = size;
-    draw_life(particle, type);
+    choose_life(particle, type);
     particle.color1 = particle.color2 = particle.color3 = colour;
     return handle.release();
 }
 
 PyObject* cparticle_step(PyObject* /*module*/, PyObject* args) noexcept {
-    PyObject* object = single_argument(args);
-    particle_record* particle =
-        object != nullptr ? particle_of(object, "CParticle_step()") : nullptr;
+    particle_record* particle = only_particle(args, "CParticle_step()");
     if (particle == nullptr) {
         return nullptr;
     }
@@ -216,9 +221,7 @@ PyObject* cparticle_step(PyObject* /*module*/, PyObject* args) noexcept {
 }
 
 PyObject* cparticle_dec_ttl(PyObject* /*module*/, PyObject* args) noexcept {
-    PyObject* object = single_argument(args);
-    particle_record* particle =
-        object != nullptr ? particle_of(object, "CParticle_dec_ttl()") : nullptr;
+    particle_record* particle = only_particle(args, "CParticle_dec_ttl()");
     if (particle == nullptr) {
         return nullptr;
     }
