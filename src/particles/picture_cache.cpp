@@ -17,7 +17,7 @@ PyRef PictureKey::tuple() const noexcept {
     return tuple;
 }
 
-// The hash of the key's tuple, computed as the interpreter does for a tuple of ints.
+// The hash that the interpreter gives to a tuple of these ints, without making one.
 long PictureKey::hash() const noexcept {
     unsigned long hash = 0x345678UL;
     unsigned long multiplier = 1000003UL;
@@ -49,7 +49,9 @@ PictureKey::Match PictureKey::compare(PyObject* key) const noexcept {
 
 // Walks the dictionary's table along the places where it looks for this hash itself. All entries up
 // to an equal one are told apart here, so the dictionary would come to the same one; where anything
-// else turns up, or nothing, it is left to the dictionary.
+// else turns up, or nothing, it is left to the dictionary. Making a tuple and asking the dictionary
+// each time takes a fifth more instructions, and a quarter more time, for drawing 5,000 particles
+// of all kinds, 8 to 17 pixels wide.
 PyObject* PictureKey::find_quickly(PyObject* cache) const noexcept {
     const auto* dictionary = reinterpret_cast<const PyDictObject*>(cache);
     const long hash = this->hash();
