@@ -71,7 +71,8 @@ class GuardedSurface(object):
             array[start:], (self.height, 4 * self.width), (self._step, 1))
 
     def words(self):
-        return numpy.ascontiguousarray(self._pixel_bytes(self.memory.everything)).view(numpy.uint32)
+        """A copy of the pixels, which outlives the memory: pytest shows values of failed tests."""
+        return self._pixel_bytes(self.memory.everything).copy().view(numpy.uint32)
 
     def surroundings(self):
         copy = self.memory.everything.copy()
