@@ -20,9 +20,23 @@ python2_release=2.7.18
 own_python=$root/build/python2.7/bin/python2.7
 
 # Debian's own tools go before all others, so that a version manager's shim which answers
-# "not installed" is never taken for the tool. Python 2.7 is looked for on the caller's path.
-caller_path=$PATH
+# "not installed" is never taken for the tool. Python 2.7 is looked for on the path of the caller,
+# also by a script that another one calls.
+export caller_path=${caller_path:-$PATH}
 PATH=/usr/local/sbin:/usr/sbin:/sbin:/usr/bin:/bin:$PATH
+
+script_path=$(cd "$caller_directory" && realpath "$0")
+
+# Prints the comment at the head of the running script.
+show_help() {
+    sed -n '2,/^$/s/^#\( \|$\)//p' "$script_path"
+}
+
+# What every script answers to as its first argument.
+if [ "${1:-}" = --help ]; then
+    show_help
+    exit 0
+fi
 
 # What a developer's shell happens to hold must change neither what is built nor what is tested.
 unset LARKSPUR_BUILD_DIR VIRTUAL_ENV CDPATH DESTDIR
@@ -48,7 +62,7 @@ environment_with() {
     case $1 in
         "$default_pygame") printf '%s\n' "$venv" ;;
         2.0.3) printf '%s\n' "$root/build/venv-pygame-$1" ;;
-        *) fail "--pygame takes $default_pygame or 2.0.3, got: ${1:-nothing}" ;;
+        *) refuse "--pygame takes $default_pygame or 2.0.3, got: ${1:-nothing}" ;;
     esac
 }
 
@@ -59,6 +73,18 @@ say() {
 fail() {
     printf '%s: %s\n' "${0##*/}" "$*" >&2
     exit 1
+}
+
+# refuse TEXT...: ends the run because of arguments that make no sense.
+refuse() {
+    fail "$*; ${script_path#"$root/"} --help tells more"
+}
+
+# take_no_arguments ARGUMENT...: refuses them.
+take_no_arguments() {
+    if [ $# -gt 0 ]; then
+        refuse "takes no arguments, got: $*"
+    fi
 }
 
 # retry COMMAND...: up to three times, for steps that reach over a network.

@@ -46,6 +46,12 @@ def test_debians_tools_go_before_a_shim(tree):
     assert (status, output) == (0, "/usr/bin/cmake\n")
 
 
+def test_path_of_the_caller_is_known_to_a_script_that_another_calls(tree):
+    write_command(tree.join("script", "second"), '. script/lib.sh\necho "$caller_path"\n')
+    path = "/usr/bin:/bin:/own"
+    assert run_lib("script/second", tree, PATH=path) == (0, path + "\n")
+
+
 def attempts(tree, successful):
     """Runs a command that succeeds at the given attempt; gives status and number of attempts."""
     code = "n=0; try() { n=$((n + 1)); [ $n -ge %d ]; }; retry try || echo failed; echo $n"
