@@ -26,6 +26,8 @@ hypothesis.settings.register_profile("repeatable", derandomize=True, database=No
 if os.environ.get("CI"):
     hypothesis.settings.load_profile("repeatable")
 
+pytest_plugins = ["support.first_failures"]
+
 DISPLAY_SIZE = (320, 240)
 
 

@@ -9,7 +9,7 @@ from support.scripts import run, write_command
 # base system is only recorded, a line each; debootstrap fails where `broken` says so. The shell
 # that mounts and enters it runs where commands in `entry` stand in for mount and chroot.
 TOOLS = """
-dpkg-query() { printf installed; }
+dpkg-query() { printf ' %s:installed ' "$@"; }
 sudo() { "$@"; }
 chown() { :; }
 chroot() { [ "$2" != "${broken:-}" ]; }

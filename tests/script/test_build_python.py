@@ -25,7 +25,7 @@ PYTHON = '#!/bin/sh\ncase $2 in %s) exit 1;; esac\n'
 # Stand in for Debian's tools and curl: all packages are there, and what is fetched comes from the
 # folders "archive" and "site" of the tree, when these exist.
 TOOLS = """
-dpkg-query() { printf installed; }
+dpkg-query() { printf ' %s:installed ' "$@"; }
 apt-get() {
     case "$*" in
         indextargets*) cat targets 2>/dev/null ;;

@@ -38,7 +38,7 @@ def test_tests_run_in_the_environment_of_their_pygame(tree, arguments, version, 
 # Stand in for a system whose packages are all there, python2.7-dev not yet. What happens once
 # Python 2.7 has been found is of no interest: the run ends there.
 TOOLS = """
-dpkg-query() { [ "${@: -1}" != python2.7-dev ] && printf installed; }
+dpkg-query() { [ "${@: -1}" = python2.7-dev ] || printf ' %s:installed ' "$@"; }
 apt-get() { case $* in *install*) echo "installs ${@: -1}" >&2 ;; esac; }
 apt-cache() { [ $2 = "$known" ] && echo "Candidate: 2.7"; }
 env() { shift; "$@"; }
