@@ -321,8 +321,8 @@ provide_cpython_cases() {
             "run: install it (Debian: $package)"
 }
 
-# build_tree DIRECTORY TYPE [CMAKE OPTION...]: configures and builds; quick when nothing changed.
-build_tree() {
+# configure_tree DIRECTORY TYPE [CMAKE OPTION...]: does nothing where that was done before.
+configure_tree() {
     local directory=$1 type=$2 cmake_version settings
     shift 2
     set -- "-DCMAKE_BUILD_TYPE=$type" "-DPython2_EXECUTABLE=$venv/bin/python" "$@"
@@ -341,6 +341,12 @@ build_tree() {
             cmake -S . -B "$directory" -G Ninja -DCMAKE_MAKE_PROGRAM="$(command -v ninja)" "$@"
         printf '%s\n' "$settings" >"$directory/configured"
     fi
+}
+
+# build_tree DIRECTORY TYPE [CMAKE OPTION...]: configures and builds; quick when nothing changed.
+build_tree() {
+    local directory=$1
+    configure_tree "$@"
     say "building $directory"
     quietly "$directory/build.log" ninja -C "$directory" -j "$(nproc)"
 }
