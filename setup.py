@@ -22,13 +22,13 @@ if sys.version_info[:2] != (2, 7):
         % (sys.version_info[0], sys.version_info[1], sys.executable)
     )
 
-from distutils import log  # noqa: E402
-from distutils.errors import DistutilsOptionError  # noqa: E402
-from distutils.sysconfig import get_python_inc  # noqa: E402
+from distutils import log
+from distutils.errors import DistutilsOptionError
+from distutils.sysconfig import get_python_inc
 
-from setuptools import Extension, setup  # noqa: E402
-from setuptools.command.build_ext import build_ext  # noqa: E402
-from setuptools.command.sdist import sdist  # noqa: E402
+from setuptools import Extension, setup
+from setuptools.command.build_ext import build_ext
+from setuptools.command.sdist import sdist
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 OLDEST_CMAKE = (3, 18)
@@ -140,9 +140,9 @@ class SourcePackage(sdist):
         with open(os.path.join(base_dir, DATE_FILE), "w") as recorded:
             recorded.write("%d\n" % source_date())
 
-    def make_archive(self, base_name, format, root_dir=None, base_dir=None, **_):
-        if format != "gztar":
-            raise DistutilsOptionError("larkspur's source package is a gztar, not a %s" % format)
+    def make_archive(self, base_name, kind, root_dir=None, base_dir=None, **_):
+        if kind != "gztar":
+            raise DistutilsOptionError("larkspur's source package is a gztar, not a %s" % kind)
         date = source_date()
         name = base_name + ".tar.gz"
         self.mkpath(os.path.dirname(name))

@@ -94,8 +94,7 @@ def open_window(pygame, size):
         os.environ["SDL_VIDEODRIVER"] = driver
         try:
             screen = open_display(pygame, size)
-            driver = pygame.display.get_driver()
-            if driver in DRIVERS_WITHOUT_WINDOW:
+            if pygame.display.get_driver() in DRIVERS_WITHOUT_WINDOW:
                 raise pygame.error("this driver shows nothing")
             if screen.get_bitsize() != 32:
                 raise pygame.error("{} bits a pixel, not 32".format(screen.get_bitsize()))

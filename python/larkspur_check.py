@@ -89,7 +89,7 @@ CLASS = Kind("a class derived from object", lambda value: isinstance(value, type
 DICT = Kind("a dict", lambda value: isinstance(value, dict))
 LIST = Kind("a list", lambda value: isinstance(value, list))
 NUMBER = Kind("a number", lambda value: hasattr(value, "__float__"))
-SEQUENCE = Kind("a list or another sequence", lambda value: operator.isSequenceType(value))
+SEQUENCE = Kind("a list or another sequence", operator.isSequenceType)
 NAMESPACE = Kind("a module or a dict",
                  lambda value: isinstance(value, (types.ModuleType, dict)))
 

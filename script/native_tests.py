@@ -43,8 +43,9 @@ def suites_of_files(folder, word):
         for name in names:
             if name.endswith(".cpp") and word.lower() in name.lower():
                 with open(os.path.join(where, name)) as source:
-                    for suite in re.findall(r"^TEST(?:_F|_P)?\((\w+),", source.read(), re.MULTILINE):
-                        yield suite
+                    found = re.findall(r"^TEST(?:_F|_P)?\((\w+),", source.read(), re.MULTILINE)
+                for suite in found:
+                    yield suite
 
 
 def in_any_case(word):

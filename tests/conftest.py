@@ -10,7 +10,7 @@ os.environ.setdefault("SDL_VIDEODRIVER", "dummy")
 os.environ.setdefault("SDL_AUDIODRIVER", "dummy")
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
-from support import host as host_support  # noqa: E402
+from support import host as host_support
 
 # larkspur binds the host's modules when it is imported, so they have to exist before.
 host_support.install_modules()

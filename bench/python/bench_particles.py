@@ -25,9 +25,9 @@ os.environ.setdefault("SDL_VIDEODRIVER", "dummy")
 for host_module in ("gm6", "gmapi"):
     sys.modules[host_module] = types.ModuleType(host_module)
 
-import larkspur
-import measuring
-import pygame
+import larkspur  # noqa: E402
+import measuring  # noqa: E402
+import pygame  # noqa: E402
 
 DISPLAY = (640, 480)
 LIFE = 60

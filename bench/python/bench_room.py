@@ -24,10 +24,10 @@ os.environ.setdefault("SDL_VIDEODRIVER", "dummy")
 gm6 = sys.modules["gm6"] = types.ModuleType("gm6")
 gmapi = sys.modules["gmapi"] = types.ModuleType("gmapi")
 
-import larkspur
-import measuring
-import pygame
-from measuring import surface_address
+import larkspur  # noqa: E402
+import measuring  # noqa: E402
+import pygame  # noqa: E402
+from measuring import surface_address  # noqa: E402
 
 DISPLAY = (800, 640)
 TILE = 16

@@ -21,9 +21,9 @@ os.environ.setdefault("SDL_VIDEODRIVER", "dummy")
 gm6 = sys.modules["gm6"] = types.ModuleType("gm6")
 gmapi = sys.modules["gmapi"] = types.ModuleType("gmapi")
 
-import larkspur
-import measuring
-from larkspur import GMVar
+import larkspur  # noqa: E402
+import measuring  # noqa: E402
+from larkspur import GMVar  # noqa: E402
 
 STEPS = 2000
 GROWTH_STEPS = 10000

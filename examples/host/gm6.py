@@ -99,7 +99,7 @@ def Room_Create(room):
                         **placement.settings)
     if room.creation_code_compiled is None:
         room.Compile()
-    exec room.creation_code_compiled in gmapi.__dict__
+    exec(room.creation_code_compiled, gmapi.__dict__)
     for instance in list(room.all_objects):
         instances.run_event(instance, resources.EVENT_OTHER, resources.OTHER_ROOM_START)
     room.ResortDrawnObjects()

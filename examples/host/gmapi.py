@@ -13,13 +13,13 @@ import pygame
 
 import gm6
 import larkspur
-from engine import instances, resources
-from engine.colors import *  # noqa: F401,F403
+from engine import instances, resources  # noqa: F401
+from engine.colors import *  # noqa: F403
 from engine.colors import color_to_pixel
-from engine.drawing import *  # noqa: F401,F403
+from engine.drawing import *  # noqa: F403
 from engine.drawing import py_draw_props, view  # noqa: F401
 from engine.instances import Instance, instance_list
-from engine.particles import *  # noqa: F401,F403
+from engine.particles import *  # noqa: F403
 from engine.particles import py_ParticleSystem, shape
 from engine.resources import game
 

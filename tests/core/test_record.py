@@ -132,7 +132,7 @@ def test_strict_members_raise_while_unset(record, name):
 def test_there_are_no_other_attributes(record):
     instance = record.type()
     with pytest.raises(AttributeError):
-        instance.no_such_member
+        instance.no_such_member  # noqa: B018
     with pytest.raises(AttributeError):
         instance.no_such_member = 1
 

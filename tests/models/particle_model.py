@@ -159,7 +159,7 @@ class ParticleModel(object):
 
 
 class Look(object):
-    """Where and how a particle is drawn with a shape of a certain size: path (None when nothing is),
+    """Where and how a particle is drawn with a shape of some size: path (None when nothing is),
     width, height, colour, alpha, angle, and the cache's key (None without one)."""
 
     def __init__(self, particle, kind, shape_size, x_offset, y_offset):

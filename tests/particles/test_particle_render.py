@@ -4,7 +4,6 @@ import gc
 import itertools
 import resource
 import sys
-import weakref
 
 import larkspur
 import numpy
@@ -13,7 +12,7 @@ import pytest
 
 from models import particle_model, pixel_model
 from support import leaks, native, particles, pending, sdl
-from support.pictures import assert_same_words, put_words, random_words, words
+from support.pictures import assert_same_words, put_words, words
 from support.surfaces import ARGB, RGBA, XRGB, buffer_of, encoded_surface, printed, surface_of
 
 NAN, INFINITE = float("nan"), float("inf")
@@ -45,9 +44,9 @@ class Scene(object):
 
     def set(self, **settings):
         for name, arguments in settings.items():
-            arguments = arguments if isinstance(arguments, tuple) else (arguments,)
-            getattr(larkspur, "part_type_" + name)(self.handle, *arguments)
-            getattr(self.kind, "part_type_" + name)(*arguments)
+            values = arguments if isinstance(arguments, tuple) else (arguments,)
+            getattr(larkspur, "part_type_" + name)(self.handle, *values)
+            getattr(self.kind, "part_type_" + name)(*values)
 
     def particle(self, position=CENTRE, **fields):
         """A particle whose record has these values; by default a fresh one of 100 steps."""
@@ -492,7 +491,7 @@ def test_offsets_that_do_not_fit(display):
         larkspur.CParticle_dec_ttl_and_render(particle, 2 ** 31, 0)
     with pytest.raises(OverflowError):
         larkspur.CParticle_dec_ttl_and_render(particle, 0, -2 ** 40)
-    assert larkspur.CParticle_dec_ttl_and_render(particle, 2L, True) == 100
+    assert larkspur.CParticle_dec_ttl_and_render(particle, long(2), True) == 100
 
 
 @pytest.mark.parametrize("wrong", [None, 5, larkspur.part_type_create(),
@@ -556,7 +555,8 @@ def test_a_found_picture_is_drawn_as_it_is(display):
 
 
 @pytest.mark.parametrize("key", [
-    (32.0, 32, WHITE, 255, 0), (32L, 32L, long(WHITE), 255L, 0L), (32, 32, WHITE, 255, False)])
+    (32.0, 32, WHITE, 255, 0), (long(32), long(32), long(WHITE), long(255), long(0)),
+    (32, 32, WHITE, 255, False)])
 def test_an_equal_key_is_found_whatever_its_types(display, key):
     scene = scaled_scene(display)
     picture = pygame.Surface((3, 3), 0, 32, XRGB)
@@ -809,7 +809,7 @@ def test_a_closed_display(display, made_before):
         larkspur.CParticle_dec_ttl_and_render(particle, 0, 0)
     kept = [dict(particles.cache_of(scene.handle)) for scene, _ in made]
     pygame.display.quit()
-    for scene, particle in made:
+    for _, particle in made:
         with pytest.raises(RuntimeError):
             larkspur.CParticle_dec_ttl_and_render(particle, 0, 0)
         render_low(particles.particle_record(particle), 0, 0)
@@ -819,7 +819,7 @@ def test_a_closed_display(display, made_before):
 def test_a_replaced_display(display):
     made = list(all_paths(display))
     replaced = pygame.display.set_mode((100, 80), 0, 32)
-    for scene, particle in made:
+    for _, particle in made:
         replaced.fill((0, 0, 0))
         larkspur.CParticle_dec_ttl_and_render(particle, -120, -80)
         assert words(replaced).any()

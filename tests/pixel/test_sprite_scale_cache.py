@@ -5,7 +5,6 @@ import resource
 import sys
 
 import larkspur
-import numpy
 import pygame
 import pytest
 
@@ -310,7 +309,8 @@ def test_transforms_that_yield_nothing(display, capfd):
                  height=2 ** 31 - 1, angle=45)
     assert_fails(capfd, sprite_of(pygame.Surface((0, 5), 0, 32)), "No source?\n", width=4, height=4)
     assert_fails(capfd, sprite_of(pygame.Surface((6, 6), 0, 8)), "No source?\n", width=-6)
-    assert_fails(capfd, sprite_of(pygame.Surface((6, 6), 0, 8)), "No source?\n", width=-6, height=-6)
+    assert_fails(capfd, sprite_of(pygame.Surface((6, 6), 0, 8)), "No source?\n",
+                 width=-6, height=-6)
 
 
 def test_mirroring_an_8_bit_image_says_why(display, capfd):
@@ -351,7 +351,7 @@ def test_a_pickled_sprite_has_no_cache(display, capfd):
     assert add(sprite) is None
     assert printed(capfd).err == "Error storing item in scalecache.\n"
     with pytest.raises(AttributeError):
-        sprite.scalecache
+        sprite.scalecache  # noqa: B018
 
 
 def test_a_closed_display(display, capfd):

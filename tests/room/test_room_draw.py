@@ -829,7 +829,7 @@ def test_failing_frames_keep_no_references(host, capfd, spoil):
     spoil(room, host)
 
     def frame():
-        with pytest.raises(Exception):
+        with pytest.raises(Exception):  # noqa: B017
             larkspur.Room_Draw(room, host.screen)
 
     changes = leaks.count_changes(frame, (room, host.screen, tile, picture, room.drawn_objects),

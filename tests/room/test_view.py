@@ -729,7 +729,10 @@ def set_up_everything(host):
 def test_views_keep_no_references(host):
     room, followed, sprite, code, coded, system = set_up_everything(host)
     drawn = (sprite, coded, system)
-    action = lambda: draw_well(host, room, 0, drawn)
+
+    def action():
+        draw_well(host, room, 0, drawn)
+
     leaks.assert_counts_unchanged(
         action, room, followed, sprite, code, coded, system, drawn, host.screen, sprite.x,
         host.gm6.Room_DrawBackgrounds, host.gmapi.draw_sprite_ext, host.gmapi.self,

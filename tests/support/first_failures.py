@@ -1,4 +1,4 @@
-"""A pytest plugin: the first failures in full, all others by name. One mistake may fail hundreds."""
+"""A pytest plugin: the first failures in full, others by name, as one mistake may fail hundreds."""
 
 import collections
 

@@ -29,7 +29,8 @@ def assert_same_words(actual, expected, name):
     differing = numpy.argwhere(actual != expected)
     if not len(differing):
         return
-    directory = os.path.join(os.environ.get("LARKSPUR_BUILD_DIR", tempfile.gettempdir()), "pictures")
+    build = os.environ.get("LARKSPUR_BUILD_DIR", tempfile.gettempdir())
+    directory = os.path.join(build, "pictures")
     if not os.path.isdir(directory):
         os.makedirs(directory)
     pictures = (("expected", expected), ("actual", actual),

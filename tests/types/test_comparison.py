@@ -236,8 +236,8 @@ def compare(left, right):
 
 
 @pytest.mark.parametrize("number, other, order", [
-    (1, 2, -1), (2, 2, 0), (3, 2, 1), (10, 2 ** 70, -1), (-10, -2 ** 70, 1), (5, 5L, 0),
-    (5, 4L, 1), (7, "7", 0), (7, 7.9, 0), (-2 ** 31, True, -1), (1, Convertible(2), -1),
+    (1, 2, -1), (2, 2, 0), (3, 2, 1), (10, 2 ** 70, -1), (-10, -2 ** 70, 1), (5, long(5), 0),
+    (5, long(4), 1), (7, "7", 0), (7, 7.9, 0), (-2 ** 31, True, -1), (1, Convertible(2), -1),
     (1, ReversedInt(2), -1),              # its int() is a plain one,
     (1, Convertible(ReversedInt(2)), 1),  # and this one is not
     (1, Convertible(ReversedInt(1)), 0)])

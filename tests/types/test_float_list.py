@@ -200,7 +200,7 @@ def test_other_in_place_operations_make_new_lists(apply, first):
 
 @pytest.mark.parametrize("action", [
     lambda floats: floats % 2, lambda floats: floats // 2, lambda floats: floats ** 2,
-    lambda floats: -floats, lambda floats: abs(floats), lambda floats: operator.truediv(floats, 2)])
+    lambda floats: -floats, abs, lambda floats: operator.truediv(floats, 2)])
 def test_there_is_no_other_arithmetic(action):
     with pytest.raises(TypeError):
         action(make_list())

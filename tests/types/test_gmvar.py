@@ -228,7 +228,7 @@ def test_unary_operations_are_those_of_the_value(function):
     for value in OPERANDS + ["12", " -3 ", "1.5", u"\xe9", float("nan"), float("inf"), -(2 ** 80)]:
         expected = outcome(function, value)
         actual = outcome(function, GMVar(value))
-        assert same(actual, expected) or value != value, value
+        assert same(actual, expected) or value != value, value  # noqa: PLR0124
 
 
 def test_nonzero_reports_failures():
@@ -249,7 +249,7 @@ def test_other_operations_do_not_exist(function):
             function(GMVar(value))
 
 
-@pytest.mark.parametrize("a, b", [(1, 2), (1, 2.5), (2.5, 1), (1, 2L), (1, 1j)])
+@pytest.mark.parametrize("a, b", [(1, 2), (1, 2.5), (2.5, 1), (1, long(2)), (1, 1j)])
 def test_coercion_is_that_of_the_values(a, b):
     expected = coerce(a, b)
     for x, y in [(GMVar(a), b), (a, GMVar(b)), (GMVar(a), GMVar(b))]:
@@ -367,7 +367,7 @@ def test_inplace_addition_ends_with_the_sum_whatever_a_destructor_does():
                                       operator.gt, operator.ge],
                          ids=lambda function: function.__name__)
 def test_rich_comparison_is_that_of_the_values(function):
-    values = [1, 2, 2.0, 2L, "2", None, [1], (2,), 1j, float("nan")]
+    values = [1, 2, 2.0, long(2), "2", None, [1], (2,), 1j, float("nan")]
     for a in values:
         for b in values:
             expected = outcome(function, a, b)
@@ -398,7 +398,7 @@ def compared(a, b):
 def test_three_way_comparison_of_values():
     pairs = [(1, 2, -1), (2, 1, 1), (2, 2, 0), (1.5, 2.5, -1), (2.5, 1.5, 1), (2.5, 2.5, 0),
              ("a", "b", -1), ("b", "a", 1), ("a", "a", 0), (1, 2.5, -1), (3, 2.5, 1), (2, 2.0, 0),
-             (2L, 1, 1), ((1, 2), (1, 3), -1), ([2], [1], 1), (None, None, 0), (None, 1, -1),
+             (long(2), 1, 1), ((1, 2), (1, 3), -1), ([2], [1], 1), (None, None, 0), (None, 1, -1),
              (1, None, 1)]
     for a, b, expected in pairs:
         assert compared(a, b) == expected, (a, b)

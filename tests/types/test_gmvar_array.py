@@ -86,7 +86,7 @@ def test_a_variables_value_is_taken_before_the_key_is_read():
         assert source == "later" and native(variable).items[1] == id("first")
 
 
-KEYS = [1, 1L, True, 1.9, GMVar(1), GMVar(1.9)]
+KEYS = [1, long(1), True, 1.9, GMVar(1), GMVar(1.9)]
 
 
 @pytest.mark.parametrize("key", KEYS)
@@ -111,7 +111,7 @@ def test_other_keys_read_as_zero(key):
     assert size(variable) == (1, 1)
 
 
-@pytest.mark.parametrize("key", [-1, -1L, -0.5 - 1, GMVar(-1), -sys.maxint])
+@pytest.mark.parametrize("key", [-1, -long(1), -0.5 - 1, GMVar(-1), -sys.maxint])
 def test_a_negative_index_fails_without_an_exception(key):
     variable = GMVar(5)
     with pytest.raises(SystemError):

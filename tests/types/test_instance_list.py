@@ -114,7 +114,7 @@ def adders():
         pytest.param(set_first_from_the_end, 0, id="item from the end"),
         pytest.param(lambda target, value: operator.setitem(target, 0, value), 0, id="operator"),
         pytest.param(lambda target, value: target.__setitem__(0, value), 0, id="__setitem__"),
-        pytest.param(lambda target, value: target.__setitem__(0L, value), 0, id="long index"),
+        pytest.param(lambda target, value: target.__setitem__(long(0), value), 0, id="long index"),
         pytest.param(lambda target, value: native_set_item(target, 0, value), 0, id="native"),
         pytest.param(lambda target, value: native_set_item(target, -2, value), 0,
                      id="native from the end"),

@@ -1,4 +1,4 @@
-"""What sprites, backgrounds and rooms share: their index, and loading and publishing by the host."""
+"""What sprites, backgrounds and rooms share: an index, being loaded and published by the host."""
 import collections
 import sys
 

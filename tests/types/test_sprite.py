@@ -2,7 +2,7 @@ import pygame
 import pytest
 
 import larkspur
-from support import leaks, native, records, subprocess_python
+from support import leaks, records, subprocess_python
 from support.surfaces import assert_encoded
 
 # In storage order, which is the order of the pickled state.
@@ -45,7 +45,7 @@ def test_pickling_takes_the_scale_cache_away(host):
     sprite.scalecache["key"] = "scaled"
     state = sprite.__reduce__()[2]
     with pytest.raises(AttributeError):
-        sprite.scalecache
+        sprite.scalecache  # noqa: B018
     assert sprite.subimages is subimages
     assert sprite.__reduce__()[2] == state
     sprite.__setstate__(state)
@@ -222,9 +222,14 @@ def test_without_a_name_the_sprite_has_none(display):
 
 def test_the_caller_keeps_its_objects_and_none_gains_a_reference_by_each_name(display):
     surface, name = painted(), "spr_%d" % id(painted)
-    named = lambda: larkspur.GMSprite_from_surface(surface, name)
+
+    def named():
+        larkspur.GMSprite_from_surface(surface, name)
+
+    def nameless():
+        larkspur.GMSprite_from_surface(surface)
+
     assert leaks.count_changes(named, [surface, name, None]) == [0.0, 0.0, 1.0]
-    nameless = lambda: larkspur.GMSprite_from_surface(surface)
     assert leaks.count_changes(nameless, [surface, None]) == [0.0, 0.0]
     assert leaks.object_growth(named) == 0
 

@@ -105,7 +105,7 @@ def run_code(instance, code, other=None):
     gmapi.self = instance
     gmapi.other = other
     try:
-        exec code in gmapi.__dict__
+        exec(code, gmapi.__dict__)
     finally:
         gmapi.self = gmapi.py_self_stack.pop()
         gmapi.other = previous_other
