@@ -51,10 +51,10 @@ def test_mode_0_is_the_ordinary_blit():
 
 def test_mode_0_clips_at_the_top():
     source, target = surface_of(5, 4), surface_of(WIDTH, HEIGHT, seed=2)
-    before = words(target)
-    flagged_blit(source, target, 3, -3, 0)
-    assert not (words(target)[1:] != before[1:]).any()
-    assert (words(target)[0, 3:8] & 0xFFFFFF == words(source)[3] & 0xFFFFFF).all()
+    expected = words(target) & 0xFFFFFF
+    expected[0, 3:8] = words(source)[3] & 0xFFFFFF
+    assert flagged_blit(source, target, 3, -3, 0) == (3, 0, 5, 1)
+    assert_same_words(words(target) & 0xFFFFFF, expected, "clipped-at-the-top")
 
 
 # ---- adding
@@ -174,14 +174,17 @@ def test_surfaces_without_area():
 
 
 def test_no_surface_or_rectangle_is_nothing():
-    surface = surface_of(3, 3)
-    full = native.surface_address(surface)
+    surface, other = surface_of(3, 3), surface_of(5, 5, seed=2)
+    before = words(surface), words(other)
+    full, larger = native.surface_address(surface), native.surface_address(other)
     for mode in (0, 1, 2):
-        _flagged_blit(None, full, Rect(), mode)
+        _flagged_blit(None, larger, Rect(), mode)
         _flagged_blit(full, None, Rect(), mode)
-        _flagged_blit(full, full, None, mode)
-    _additive_blit(None, full, 0, 0, 1, 4)
+        _flagged_blit(full, larger, None, mode)
+    _additive_blit(None, larger, 0, 0, 1, 4)
     _additive_blit(full, None, 0, 0, 1, 4)
+    assert_same_words(words(surface), before[0], "source")
+    assert_same_words(words(other), before[1], "target")
 
 
 # ---- other modes

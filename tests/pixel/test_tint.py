@@ -141,9 +141,11 @@ def test_other_depths_stay_as_they_are(operation, depth):
 
 def test_no_surface_and_no_area_are_nothing(operation):
     operation[0](None)
-    for size in ((0, 5), (5, 0), (0, 0)):
-        surface = pygame.Surface(size, 0, 32)
-        operation[0](native.surface_address(surface))
+    for width, height in ((0, 5), (5, 0), (0, 0)):
+        surface = ForeignSurface(width, height, 20)
+        before = surface.memory.copy()
+        operation[0](surface.address)
+        assert_same_bytes(surface.memory, before)
 
 
 # ---- buffers

@@ -77,22 +77,23 @@ def test_needs_an_open_display(host):
 @pytest.mark.parametrize("member", VIEW_MEMBERS)
 @pytest.mark.parametrize("value", [None, 7, [0.0] * 8, "unset"])
 def test_view_members_must_be_float_lists(host, capfd, member, value):
-    """The exception names the member; nothing is drawn, and the room stays as it was."""
+    """The exception names the member; nothing is drawn or written, and the room stays as it was."""
     room = make_view_room(view_current=5)
     follow_object(host, room, Plain(x=400, y=400))
     if value == "unset":
         delattr(room, member)
     else:
         setattr(room, member, value)
-    log = []
-    status, error = draw(host, room, 2, [make_instance(py_Draw=compiled("1"))])
+    host.gmapi.log = log = []
+    drawn = [make_instance(py_Draw=compiled("log.append(1)")), make_instance()]
+    status, error = draw(host, room, 2, drawn)
     assert status == 0 and isinstance(error, TypeError)
     assert member in str(error) and "Floatlist8" in str(error)
-    assert room.view_current == 5 and host.calls == log == []
+    assert room.view_current == 5 and host.calls == [] and log == []
     for name in ("view_xview", "view_yview"):
         if name != member:
             assert list(getattr(room, name)) == [0.0] * 8
-    capfd.readouterr()
+    assert capfd.readouterr() == ("", "")
 
 
 # --- Following -----------------------------------------------------------------------------------
