@@ -1,11 +1,10 @@
 """What native callers see: these names and no others, and nothing that stands in for them."""
 import os
 import re
-import struct
 
 import larkspur
 
-from support import native, subprocess_python
+from support import elf, native, subprocess_python
 from support.host import ROOM_FUNCTIONS
 
 VARIABLES = ("gm6 gmapi gmapi__dict__ g_screen COLOR_WHITE g_view_xscale g_view_yscale this_second "
@@ -34,33 +33,13 @@ FUNCTIONS = (
     # Sprites
     "sprite_scalecache_add").split()
 
-SHT_DYNSYM = 11
-FUNCTION_OR_OBJECT = (1, 2)
-
 
 def exported_names(path):
-    """Names of the functions and variables that a 64-bit library defines for others.
+    """Names of the functions and variables that a library defines for others.
 
     Names that begin with an underscore are the toolchain's.
     """
-    with open(path, "rb") as library:
-        data = library.read()
-    section_table, = struct.unpack_from("<Q", data, 0x28)
-    entry_size, count = struct.unpack_from("<HH", data, 0x3A)
-    # name, type, flags, address, offset, size, link, info, alignment, entry size
-    sections = [struct.unpack_from("<IIQQQQIIQQ", data, section_table + i * entry_size)
-                for i in range(count)]
-    names = set()
-    for section in sections:
-        if section[1] != SHT_DYNSYM:
-            continue
-        strings = sections[section[6]][4]
-        for start in range(section[4], section[4] + section[5], section[9]):
-            name, info, _, index = struct.unpack_from("<IBBH", data, start)
-            if index and info & 15 in FUNCTION_OR_OBJECT:
-                begin = strings + name
-                names.add(data[begin:data.index("\0", begin)])
-    return set(name for name in names if not name.startswith("_"))
+    return set(name for name in elf.defined_names(path, elf.DYNSYM) if not name.startswith("_"))
 
 
 def test_module_exports_these_names_and_no_others():

@@ -1,8 +1,9 @@
 """larkspur as a native caller sees it, and SDL's records, through ctypes."""
 import ctypes
-import os
 
 import larkspur
+
+from support import build
 
 # With the interpreter's lock held and pending exceptions raised: the functions use Python objects.
 library = ctypes.PyDLL(larkspur.__file__)
@@ -70,6 +71,4 @@ def new_reference(address):
 
 def build_path(name):
     """Path of a native test helper that CMake built."""
-    directory = os.environ.get("LARKSPUR_BUILD_DIR")
-    assert directory, "LARKSPUR_BUILD_DIR must name the build directory; script/test sets it"
-    return os.path.join(directory, "tests", "native", name)
+    return build.path("tests", "native", name)
