@@ -10,6 +10,7 @@ os.environ.setdefault("SDL_VIDEODRIVER", "dummy")
 os.environ.setdefault("SDL_AUDIODRIVER", "dummy")
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
+from support import build
 from support import host as host_support
 
 # larkspur binds the host's modules when it is imported, so they have to exist before.
@@ -27,6 +28,13 @@ if os.environ.get("CI"):
     hypothesis.settings.load_profile("repeatable")
 
 pytest_plugins = ["support.first_failures"]
+
+def pytest_report_header(config):
+    line = "dispatch levels of kernels that this machine can't run and so not test: "
+    if "LARKSPUR_BUILD_DIR" not in os.environ:
+        return line + "unknown, LARKSPUR_BUILD_DIR is not set"
+    return line + (", ".join(build.untested_levels()) or "none")
+
 
 DISPLAY_SIZE = (320, 240)
 

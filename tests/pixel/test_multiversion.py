@@ -58,3 +58,11 @@ def test_module_has_a_variant_of_each_marked_kernel_for_each_level():
     levels = LEVELS if compiler_makes_variants(build.predefined_macros(kernels[0][0])) else []
     expected = [(function, level) for _, function in kernels for level in levels]
     assert sorted(variants()) == sorted(expected)
+
+
+def test_levels_without_a_native_test_are_named():
+    native_tests = set(name for _, _, names in os.walk(build.path("tests", "native"))
+                       for name in names)
+    left_out = [level for level in ("x86-64", "x86-64-v2", "x86-64-v3", "x86-64-v4")
+                if "pixel_kernels_" + level not in native_tests]
+    assert build.untested_levels() == left_out

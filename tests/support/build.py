@@ -13,6 +13,14 @@ def path(*names):
     return os.path.join(directory, *names)
 
 
+def untested_levels():
+    """Dispatch levels of the kernels that native tests leave out: CMake found that what is built
+    for them does not run here."""
+    with open(path("CMakeCache.txt")) as cache:
+        found = re.search("^LARKSPUR_UNTESTED_LEVELS:INTERNAL=(.*)$", cache.read(), re.MULTILINE)
+    return [level for level in found.group(1).split(";") if level]
+
+
 def predefined_macros(unit):
     """The macros that the compiler has from the start, with their values, where it compiles a unit
     of the module, such as "src/pixel/blit.cpp"."""
