@@ -53,11 +53,11 @@ class TypeModel(object):
     def part_type_orientation(self, low, high, incr, wiggle, relative):
         self.orient_min, self.orient_max = single(low), single(high)
         self.orient_incr, self.orient_wiggle = single(incr), single(wiggle)
-        self.orient_relative = single(int(relative))
+        self.orient_relative = single(to_int(single(relative)))
 
     def part_type_life(self, low, high):
-        self.life_min, self.life_max = int(single(low)), int(single(high))
-        self.life_range = self.life_max - self.life_min
+        self.life_min, self.life_max = to_int(single(low)), to_int(single(high))
+        self.life_range = signed(self.life_max - self.life_min, 32)
 
     def part_type_gravity(self, amount, direction):
         self.gravity_amount, self.gravity_dir = single(amount), single(direction)
@@ -71,7 +71,7 @@ class TypeModel(object):
         self.color1, self.color2, self.color3 = first, second, third
 
     def part_type_blend(self, blend):
-        self.blend = int(single(blend))
+        self.blend = to_int(single(blend))
 
     def part_type_alpha3(self, start, half, end):
         self.alpha_start, self.alpha_half = single(start), single(half)
@@ -116,7 +116,7 @@ class ParticleModel(object):
         self.reset_velocities()
 
     def _draw_life(self, kind, random):
-        self.ttl = int(_between(kind.life_min, kind.life_range, random))
+        self.ttl = to_int(_between(kind.life_min, kind.life_range, random))
         self.life = single(self.ttl)
 
     def _draw_orientation(self, kind, random):
@@ -125,12 +125,14 @@ class ParticleModel(object):
 
     def reset_velocities(self):
         angle = float(self.direction) * (math.pi / 180) + math.pi / 2
-        self.vx = single(float(self.speed) * math.cos(angle))
-        self.vy = single(float(self.speed) * math.sin(angle))
+        # Python raises for an infinite angle, which has no direction.
+        cosine, sine = (float("nan"),) * 2 if math.isinf(angle) else (
+            math.cos(angle), math.sin(angle))
+        self.vx, self.vy = single(float(self.speed) * cosine), single(float(self.speed) * sine)
 
     def step(self, kind, random):
         self.x, self.y = self.x + self.vx, self.y + self.vy
-        self.ttl -= 1
+        self.ttl = signed(self.ttl - 1, 32)
         if kind.orient_wiggle != 0:
             self.orientation = _wiggled(self.orientation, kind.orient_wiggle, random)
         if kind.orient_incr != 0:

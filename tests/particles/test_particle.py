@@ -272,29 +272,28 @@ def test_smallest_remaining_life_wraps():
 
 @pytest.mark.parametrize("low, high", [(2e9, -2e9), (-2e9, 2e9), (NAN, 30), (1e30, -1e30)])
 def test_lives_that_do_not_fit(low, high):
-    handle = larkspur.part_type_create()
-    larkspur.part_type_life(handle, low, high)
-    record = particles.type_record(handle)
+    handle, kind = make_type(life=(low, high))
     particles.seed(11)
-    draws = [particles.next_draw() for _ in range(4)]
-    particles.seed(11)
-    life = record.life_min + draws[3] * record.life_range
-    expected = int(life) if -2 ** 31 <= int(life) < 2 ** 31 else INT_MIN
-    made = fields(larkspur.CParticle_new(handle, 0, 0))
-    assert made["ttl"] == expected and made["life"] == float(numpy.float32(expected))
+    particle = larkspur.CParticle_new(handle, 0, 0)
+    model = particle_model.ParticleModel(kind, 0, 0, particle_model.Drand48(11))
+    assert same(fields(particle), particles.values_of_model(model))
 
 
-def test_extreme_settings_make_and_step():
-    extremes = [NAN, INFINITE, -INFINITE, 3e38, -3e38, 1e-45]
-    for number in extremes:
-        handle = larkspur.part_type_create()
-        for name, count in [("size", 4), ("speed", 4), ("direction", 4), ("orientation", 5),
-                            ("life", 2), ("scale", 2)]:
-            getattr(larkspur, "part_type_" + name)(handle, *[number] * count)
-        for particle in [larkspur.CParticle_new(handle, number, number),
-                         larkspur.CParticle_new_size_color(handle, number, number, number, 0)]:
-            for _ in range(3):
-                larkspur.CParticle_step(particle)
+@pytest.mark.parametrize("number", [NAN, INFINITE, -INFINITE, 3e38, -3e38, 1e-45])
+def test_extreme_settings_follow_the_model(number):
+    with numpy.errstate(all="ignore"):
+        handle, kind = make_type(**{
+            name: [number] * count for name, count in [
+                ("size", 4), ("speed", 4), ("direction", 4), ("orientation", 5), ("life", 2)]})
+        random = particle_model.Drand48(4)
+        particles.seed(4)
+        for size_and_colour in [(), (number, 0)]:
+            make = larkspur.CParticle_new_size_color if size_and_colour else larkspur.CParticle_new
+            particle = make(handle, number, number, *size_and_colour)
+            model = particle_model.ParticleModel(kind, number, number, random, *size_and_colour)
+            for _ in range(4):
+                assert same(fields(particle), particles.values_of_model(model))
+                assert larkspur.CParticle_step(particle) == model.step(kind, random)
 
 
 def test_variable_stands_for_its_type():

@@ -6,7 +6,6 @@ from support import leaks, records
 # In storage order, which is the order of the pickled state.
 FIELDS = records.TILE.storage
 VALUES = (10, -20, 3, 64, 32, 16, 8, 1000000, 12, 1)
-ID, LOCKED = FIELDS.index("id"), FIELDS.index("locked")
 
 
 def make_tile(values=VALUES):
@@ -31,7 +30,6 @@ def test_conversions_give_the_id():
 def test_state_holds_the_fields_in_storage_order():
     assert make_tile().__reduce__() == (larkspur.RoomTileData, (), VALUES)
     assert make_tile().__reduce__("any", "arguments") == (larkspur.RoomTileData, (), VALUES)
-    assert (ID, LOCKED) == (8, 9)
 
 
 @pytest.mark.parametrize("container", [tuple, list])
