@@ -12,7 +12,10 @@ class ModelList(object):
     def convert(self, value):
         if type(value) is larkspur.GMVar:
             value = value[0]
-        return value if type(value) is self.instance_type else self.registry.get(int(value))
+        if type(value) is self.instance_type:
+            return value
+        number = int(value)  # which may change the registry
+        return self.registry.get(number)
 
     def append(self, value):
         instance = self.convert(value)
@@ -37,10 +40,15 @@ class ModelList(object):
                 return
         raise SystemError
 
-    def set(self, i, value):
+    def _check_index(self, i):
         if not -len(self.items) <= i < len(self.items):
             raise SystemError
-        self.items[i] = self.known(value)
+
+    def set(self, i, value):
+        self._check_index(i)
+        instance = self.known(value)
+        self._check_index(i)  # again: the conversion may have shortened the list
+        self.items[i] = instance
 
     def delete(self, i):
         del self.items[i]

@@ -115,8 +115,12 @@ def test_fill_refuses_what_it_cannot_paint(display):
 
 
 def test_fill_of_nothing():
+    whole = surface_of(9, 9)
+    before = words(whole)
     for size in ((0, 0), (0, 5), (5, 0), (1, 1)):
-        assert larkspur.fill_translucent(pygame.Surface(size, 0, 32), 0, 0, 9, 9, 0, 9) is None
+        part = whole.subsurface((2, 2) + size)
+        assert larkspur.fill_translucent(part, 0, 0, 9, 9, 0, 9) is None
+    assert_same_words(words(whole), before, "nothing-filled")
 
 
 # ---- fast_draw_rectangle_color

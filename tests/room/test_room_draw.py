@@ -683,9 +683,12 @@ def test_visible_views_are_drawn_in_order(host, visible, views):
 
 def test_without_a_visible_view_nothing_is_drawn(host):
     log = []
+    host.game.backgrounds.append(make_background(patterned((16, 16), 9)))
     room = make_view_room(views=0, drawn_objects=[Drawable(log, "a")], tiles=[make_tile()])
+    before = host.screen.copy()
     draw_frame(room, host.screen)
     assert host.calls == [] and log == []
+    assert_same_picture(host.screen, before, "no-visible-view")
 
 
 def test_views_draw_no_tiles_and_call_no_draw_method(host):

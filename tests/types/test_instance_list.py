@@ -564,25 +564,53 @@ def changes(target):
     ]
 
 
+def changes_of_model(model):
+    """The same changes of a ModelList."""
+    def empty():
+        del model.items[:]
+
+    def forget():
+        model.registry = {}
+    return [empty, lambda: model.items.extend(range(100)), empty, empty, forget]
+
+
+def failure_of(operation, *arguments):
+    try:
+        operation(*arguments)
+    except (SystemError, KeyError) as failure:
+        return type(failure)
+
+
 @pytest.mark.parametrize("change", range(5))
-@pytest.mark.parametrize("operation", [
-    lambda target, value: target.append(value),
-    lambda target, value: target.insert(1, value),
-    lambda target, value: target.remove(value),
-    lambda target, value: operator.setitem(target, 2, value),
-    lambda target, value: target.__setstate__([value for _ in "ab" if int(value)])],
-    ids=["append", "insert", "remove", "item", "__setstate__"])
-def test_conversion_may_change_the_list(host, registry, operation, change):
-    target = new_list(registry[7], registry[8], registry[9])
+@pytest.mark.parametrize("name, operation", [
+    ("append", lambda target, value: target.append(value)),
+    ("insert", lambda target, value: target.insert(1, value)),
+    ("remove", lambda target, value: target.remove(value)),
+    ("set", lambda target, value: operator.setitem(target, 2, value))],
+    ids=["append", "insert", "remove", "item"])
+def test_conversion_may_change_the_list(host, registry, name, operation, change):
+    model = ModelList(registry, Instance)
+    model.items = [registry[7], registry[8], registry[9]]
+    target = new_list(*model.items)
     value = ConvertsTo(8, changes(target)[change])
     lend_references(value, 1)  # insert() takes one
-    try:
-        operation(target, value)
-    except (SystemError, KeyError):
-        pass
-    for item in target:
-        assert sys.getrefcount(item) > 1
+    arguments = {"insert": (1,), "set": (2,)}.get(name, ())
+    expected = failure_of(getattr(model, name),
+                          *arguments + (ConvertsTo(8, changes_of_model(model)[change]),))
+    assert failure_of(operation, target, value) == expected
+    assert target == model.items
     host.register(larkspur)
+
+
+@pytest.mark.parametrize("change", range(4))
+def test_reading_a_state_may_change_the_list(registry, change):
+    def items():
+        yield 5
+        changes(target)[change]()
+        yield 6
+    target = new_list(1, 2, 3)
+    target.__setstate__(items())
+    assert target[:2] == [5, 6]
 
 
 @pytest.mark.parametrize("change", range(4))

@@ -137,9 +137,11 @@ def test_names_are_converted_to_strings():
 
 @pytest.mark.parametrize("arguments", records.NO_STATES)
 def test_setstate_refuses_what_is_no_state(arguments):
+    room = make_room()
     with pytest.raises(TypeError) as failure:
-        make_room().__setstate__(*arguments)
+        room.__setstate__(*arguments)
     assert "GMRoom.__setstate__()" in str(failure.value)
+    assert_is_full(room)
 
 
 @pytest.mark.parametrize("no_pair", [(), ("id",), 5, None, "id", {"id": 1}])
