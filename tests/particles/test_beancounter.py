@@ -1,4 +1,6 @@
 """Beancounter: how many living particles hold it."""
+import sys
+
 import larkspur
 import pytest
 
@@ -64,10 +66,12 @@ def test_attaching_the_same_counter_again_changes_nothing():
 
 
 def test_particle_keeps_its_counter_alive():
-    particle = new_particle()
+    particle, counter = new_particle(), larkspur.Beancounter()
+    before = sys.getrefcount(counter)
+    larkspur.CParticle_attach_beancounter(particle, counter)
+    assert sys.getrefcount(counter) == before + 1
     larkspur.CParticle_attach_beancounter(particle, larkspur.Beancounter())
-    larkspur.CParticle_attach_beancounter(particle, larkspur.Beancounter())
-    assert larkspur.CParticle_step(particle) == 29
+    assert sys.getrefcount(counter) == before
 
 
 @pytest.mark.parametrize("wrong", [None, 1, object(), larkspur.Beancounter])
@@ -79,6 +83,7 @@ def test_what_is_no_counter_is_refused_and_the_old_one_stays(wrong):
         larkspur.CParticle_attach_beancounter(particle, wrong)
     assert "CParticle_attach_beancounter() needs a Beancounter, got " in str(failure.value)
     assert int(counter) == 1
+    assert particles.particle_record(particle).beancounter == id(counter)
 
 
 def test_counters_do_not_leak():
