@@ -100,6 +100,28 @@ TEST(Zoom, OfASizeThatIsRefusedIsNull) {
     EXPECT_STREQ(SDL_GetError(), "Out of memory");
 }
 
+// SDL_gfx counts sides in ints, those of turned pictures by their halves. Up to the end of the ints
+// a side is too large; one beyond it is no number to SDL_gfx, which makes its smallest picture.
+TEST(Zoom, RefusesSidesUpToTheEndOfTheIntegers) {
+    const SurfacePtr surface = surface_of(2, 2);
+    constexpr double kHalfOfIntEnd = 1073741824;
+    EXPECT_EQ(zoomed(surface.get(), kHalfOfIntEnd - 1, 1, false), nullptr);
+    EXPECT_EQ(zoomed(surface.get(), 1, kHalfOfIntEnd - 1, false), nullptr);
+    EXPECT_NE(zoomed(surface.get(), kHalfOfIntEnd, kHalfOfIntEnd, false), nullptr);
+    for (const double angle_degrees : {90.0, 180.0}) {  // the long side lies, and stands
+        EXPECT_EQ(rotozoomed_xy(surface.get(), angle_degrees, 1, 2 * kHalfOfIntEnd - 1, false),
+                  nullptr)
+            << angle_degrees;
+    }
+    EXPECT_NE(rotozoomed(surface.get(), 90, 2 * kHalfOfIntEnd + 1, false), nullptr);
+}
+
+// 65000 rows are allowed, with the 600 columns on top they would not be.
+TEST(Zoom, MeasuresEachSideOfATurnedPictureByItself) {
+    EXPECT_NE(rotozoomed(surface_of(6, 650, 8).get(), 180, 100, false), nullptr);
+    EXPECT_NE(rotozoomed(surface_of(650, 6, 8).get(), 90, 100, false), nullptr);
+}
+
 // SDL_gfx makes each picture two rows higher than it says.
 TEST(Zoom, IsDrawnInItsOwnHeightAlone) {
     for (const int depth : {8, 16, 32}) {
