@@ -1,0 +1,100 @@
+"""The build tree in which clang-tidy checks units, with a stand-in for it and two units."""
+
+import os
+import shutil
+
+import pytest
+from support.scripts import TREE, run, write_command
+
+CMAKE_LISTS = """
+cmake_minimum_required(VERSION 3.18)
+project(linted LANGUAGES CXX)
+list(APPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_SOURCE_DIR}/cmake)
+include(LarkspurLint)
+add_library(units OBJECT src/one.cpp src/two.cpp)
+add_library(again OBJECT src/one.cpp)
+set_target_properties(again PROPERTIES CXX_CLANG_TIDY "")
+"""
+
+# Finds fault with what holds the word, also in a header, and writes down what it was called for.
+CLANG_TIDY = """
+[ "$1" != --version ] || { cat "$0.version"; exit; }
+while [ $# -gt 0 ]; do
+    case $1 in
+        *.cpp) unit=$1 ;;
+    esac
+    shift
+done
+basename "$unit" >>"$0.checked"
+if cat "$unit" "${unit%/*}/common.h" | grep -q faulty; then
+    echo "$unit:1:1: error: a fault [checks]"
+    exit 1
+fi
+"""
+
+
+@pytest.fixture
+def linted(tmpdir):
+    """Checks a tree; gives its status and the units that were checked."""
+    shutil.copytree(os.path.join(TREE, "cmake"), str(tmpdir.join("cmake")))
+    tmpdir.join("CMakeLists.txt").write(CMAKE_LISTS)
+    tmpdir.join(".clang-tidy").write("Checks: one\n")
+    tmpdir.join("src", "common.h").write("// fine\n", ensure=True)
+    tmpdir.join("src", "one.cpp").write('#include "common.h"\n')
+    tmpdir.join("src", "two.cpp").write('#include "common.h"\n')
+    write_command(tmpdir.join("clang-tidy"), CLANG_TIDY)
+    tmpdir.join("clang-tidy.version").write("14\n")
+    configure = ["cmake", "-S", ".", "-B", "build", "-G", "Ninja", "-DLARKSPUR_LINT=ON"]
+    configure.append("-DLARKSPUR_CLANG_TIDY=%s" % tmpdir.join("clang-tidy"))
+    status, output = run(configure, tmpdir)
+    assert status == 0, output
+
+    def check():
+        record = tmpdir.join("clang-tidy.checked")
+        record.write("")
+        status, output = run(["ninja", "-C", "build", "-k", "0"], tmpdir)
+        assert (status == 0) == ("error: a fault" not in output), output
+        return status, sorted(record.read().split())
+
+    return check
+
+
+def write_later(path, text):
+    """Writes a file as of a time after all that was built."""
+    path.write(text)
+    path.setmtime(path.mtime() + 10)
+
+
+BOTH = ["one.cpp", "two.cpp"]
+
+
+def test_each_unit_is_checked_once(linted):
+    assert linted() == (0, BOTH)
+    assert linted() == (0, [])
+
+
+def test_unit_with_a_finding_is_checked_until_it_is_mended(linted, tmpdir):
+    assert linted() == (0, BOTH)
+    write_later(tmpdir.join("src", "two.cpp"), '#include "common.h"\n// faulty\n')
+    assert linted() == (1, ["two.cpp"])
+    assert linted() == (1, ["two.cpp"])
+    write_later(tmpdir.join("src", "two.cpp"), '#include "common.h"\n')
+    assert linted() == (0, ["two.cpp"])
+
+
+def test_finding_in_a_header_is_one_of_all_units_that_include_it(linted, tmpdir):
+    write_later(tmpdir.join("src", "common.h"), "// faulty\n")
+    assert linted() == (1, BOTH)
+    write_later(tmpdir.join("src", "common.h"), "// fine\n")
+    assert linted() == (0, BOTH)
+    write_later(tmpdir.join("src", "common.h"), "// faulty again\n")
+    assert linted() == (1, BOTH)
+
+
+def test_other_checks_or_another_clang_tidy_check_all_again(linted, tmpdir):
+    assert linted() == (0, BOTH)
+    write_later(tmpdir.join(".clang-tidy"), "Checks: two\n")
+    assert linted() == (0, BOTH)
+    tmpdir.join("clang-tidy.version").write("15\n")
+    write_later(tmpdir.join("clang-tidy"), tmpdir.join("clang-tidy").read())
+    assert linted() == (0, BOTH)
