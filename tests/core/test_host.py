@@ -194,11 +194,13 @@ def test_what_a_native_caller_stores_counts_from_the_next_use(host, store):
     sprite.__setstate__([0] * 15 + ["second", 0])
     assert host.gmapi.first is sprite and game_globals.keys() == ["second"]
 
+    push_self = native.function("PushSelf", ctypes.c_int, ctypes.py_object)
+    push_self("first")
     other = Plain()
-    other.self = "saved"
+    other.self = None
     store("gmapi", other)
-    assert native.function("PushSelf", ctypes.c_int, ctypes.py_object)("current") == 0
-    assert other.self == "current" and host.gmapi.self is None
+    push_self("second")
+    assert host.gmapi.self == "first" and other.self == "second"
 
 
 def test_recording_host_offers_all_that_is_fetched(host):
