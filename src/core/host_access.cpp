@@ -1,6 +1,5 @@
 #include "core/host_access.h"
 
-#include <algorithm>
 #include <climits>
 
 #include "base/console.h"
@@ -33,10 +32,16 @@ Py_ssize_t position_in_game_list(PyObject* object, const char* list_name) noexce
     return kNotFound;
 }
 
-// Number of saved `self` objects; -1 when there is no list to save them in.
-Py_ssize_t saved_self_count() noexcept {
+// The list of the saved `self` objects, borrowed; null when there is none. It is never released,
+// even when another one is registered.
+PyObject* self_stack() noexcept {
     PyObject* stack = host_object(HostObject::kSelfStack);
-    return stack != nullptr && PyList_Check(stack) ? PyList_GET_SIZE(stack) : -1;
+    return stack != nullptr && PyList_Check(stack) ? stack : nullptr;
+}
+
+Py_ssize_t saved_self_count() noexcept {
+    PyObject* stack = self_stack();
+    return stack != nullptr ? PyList_GET_SIZE(stack) : 0;
 }
 
 // One channel of a colour; -1 with its exception when it does not convert. Another channel's
@@ -119,22 +124,21 @@ PyRef first_instance(PyObject* object) noexcept {
 }
 
 bool push_self(PyObject* instance) noexcept {
-    if (gmapi_module() == nullptr || saved_self_count() < 0) {
+    PyObject* stack = self_stack();
+    if (gmapi_module() == nullptr || stack == nullptr) {
         PyErr_SetString(
             PyExc_RuntimeError,
             "gmapi.py_self_stack must be a list when RegisterInstancesDict() is called");
         return false;
     }
-    // Never released, even when another one is registered.
-    PyObject* stack = host_object(HostObject::kSelfStack);
     const PyRef current = PyRef::steal(PyObject_GetAttrString(gmapi_module(), "self"));
     return current && PyList_Append(stack, current.get()) == 0 &&
            PyObject_SetAttrString(gmapi_module(), "self", instance) == 0;
 }
 
 bool pop_self() noexcept {
-    PyObject* stack = host_object(HostObject::kSelfStack);
-    const Py_ssize_t last = std::max(saved_self_count(), Py_ssize_t{0}) - 1;
+    PyObject* stack = self_stack();
+    const Py_ssize_t last = saved_self_count() - 1;
     if (last < 0) {
         write_stderr("Error in PyList_GetItem %d\n", static_cast<int>(last));
         return false;
