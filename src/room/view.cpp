@@ -93,6 +93,7 @@ std::optional<View> read_view(const RoomObject& room, int index) noexcept {
     return view;
 }
 
+// REQUIRES: read_view() has just found the room's lists to be what they should.
 void write_position(RoomObject& room, int index, AxisPair position) noexcept {
     reinterpret_cast<FloatListObject*>(room.view_xview)->values[index] = position.x;
     reinterpret_cast<FloatListObject*>(room.view_yview)->values[index] = position.y;
