@@ -89,7 +89,7 @@ CLASS = Kind("a class derived from object", lambda value: isinstance(value, type
 DICT = Kind("a dict", lambda value: isinstance(value, dict))
 LIST = Kind("a list", lambda value: isinstance(value, list))
 NUMBER = Kind("a number", lambda value: hasattr(value, "__float__"))
-SEQUENCE = Kind("a list or another sequence", operator.isSequenceType)
+SEQUENCE = Kind("a list or another sequence", lambda value: operator.isSequenceType(value))
 NAMESPACE = Kind("a module or a dict",
                  lambda value: isinstance(value, (types.ModuleType, dict)))
 
@@ -308,8 +308,8 @@ def _environment():
         import pygame
         import pygame.surface
     except Exception as error:
-        yield _row("pygame", WRONG, *about, found=_error_text(error),
-                   file=getattr(pygame, "__file__", None))
+        path = getattr(pygame, "__file__", None)
+        yield _row("pygame", WRONG, *about, found=_error_text(error), file=path)
         pygame = None
     else:
         yield _pygame_row(pygame)
@@ -434,8 +434,8 @@ def _sdl_of(ctypes, library):
         kind = "SDL 1.2 as a layer over SDL 2"
     else:
         kind = "SDL 1.2"
-    return Sdl("%d.%d.%d" % (version.major, version.minor, version.patch), kind,
-               *_place_and_file(ctypes, symbol))
+    number = "%d.%d.%d" % (version.major, version.minor, version.patch)
+    return Sdl(number, kind, *_place_and_file(ctypes, symbol))
 
 
 def _sdl_text(sdl, library):

@@ -9,9 +9,12 @@ import gmapi
 import larkspur
 
 from engine import resources
-from engine.resources import (  # noqa: F401  (the two loaders are larkspur's to call)
-    BackgroundData_load_images, SpriteData_load_images, game)
+from engine.resources import game
 from engine import drawing, instances, particles
+
+# For larkspur to call.
+BackgroundData_load_images = resources.BackgroundData_load_images
+SpriteData_load_images = resources.SpriteData_load_images
 
 view_xscale = 1
 view_yscale = 1

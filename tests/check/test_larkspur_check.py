@@ -394,7 +394,7 @@ def test_another_python_is_told():
     ("raise SystemExit(3)", "SystemExit: 3"),
     ("import os; os._exit(0)", "ended the process with status 0"),
     ("import os; os.kill(os.getpid(), 9)", "crashed: the process was killed by signal 9"),
-    ("raise ValueError('\\xff')", u"ValueError: \ufffd"),
+    ("raise ValueError('\\xff')", "ValueError: " + unichr(0xFFFD)),
 ])
 def test_failing_import_is_a_finding(tmpdir, code, found):
     name = engine(tmpdir, code)

@@ -73,7 +73,7 @@ def test_in_a_window_it_plays():
     ({"SDL_VIDEODRIVER": "dummy", "before":
       "depths = [32, 16]; real = pygame.display.set_mode\n"
       "pygame.display.get_driver = lambda: 'x11'\n"
-      "pygame.display.set_mode = lambda size, flags, depth: real(size, flags, depths.pop())"},
+      "pygame.display.set_mode = lambda size, flags, _: real(size, flags, depths.pop())"},
      "x11: 16 bits a pixel, not 32"),
 ], ids=str)
 def test_without_a_window_it_says_why_and_renders(tmpdir, environment, reason):
@@ -82,7 +82,7 @@ def test_without_a_window_it_says_why_and_renders(tmpdir, environment, reason):
     lines = [line for line in output.splitlines() if "No window can be opened" in line]
     assert len(lines) == 1 and reason in lines[0] and "rendering pictures instead" in lines[0]
     assert len(tmpdir.listdir()) == 9
-    assert len(output + errors) < 4000 and u"\x1b" not in output + errors
+    assert len(output + errors) < 4000 and "\x1b" not in output + errors
     assert "Traceback" not in errors
 
 

@@ -18,10 +18,10 @@ DOCSTRINGS = {
     "CParticle_new_size_color": "Create a new particle of a given size and color.",
     "CParticle_step": "Per-particle step function.",
     "CParticle_dec_ttl": "Decrement the particle TTL and return the new value.",
-    "CParticle_attach_beancounter":
+    "CParticle_attach_beancounter": (
         "Attach a beancounter to the particle.  The beancounter will be increased.  Destroying "
         "the particle will decrease it.  If there is a preexisting beancounter, it will be "
-        "decreased."}
+        "decreased.")}
 
 
 def make_type(**settings):

@@ -61,7 +61,8 @@ DOCSTRINGS = {
     "part_type_size": "Set min/max/incr/wiggle for particle size.",
     "part_type_scale": "Set the x and y scale factors for the particle type.",
     "part_type_orientation":
-        "Set the orientation min/max/incr/wiggle/relativity for this particle type.",
+        ("Set the orientation min/max/incr/wiggle/relativity "
+         "for this particle type."),
     "part_type_life": "Set the particle minimum and maximum lifespan in frames.",
     "part_type_gravity": "Set the gravity strength and angle.",
     "part_type_direction": "Set the direction min/max/incr/wiggle.",

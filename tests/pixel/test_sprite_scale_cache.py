@@ -16,8 +16,8 @@ from support.surfaces import (ABGR, ARGB, XRGB, buffer_of, encoded_surface, prin
 WHITE = 0xFFFFFF
 KEY = ("walk", 3)
 
-_add = native.function("sprite_scalecache_add", ctypes.c_void_p, ctypes.py_object, ctypes.py_object,
-                       *[ctypes.c_int] * 8)
+_arguments = [ctypes.py_object] * 2 + [ctypes.c_int] * 8
+_add = native.function("sprite_scalecache_add", ctypes.c_void_p, *_arguments)
 
 
 def add(sprite, key=KEY, subimage=0, width=None, height=None, angle=0, colour=WHITE, alpha=255,
@@ -364,8 +364,9 @@ def test_a_closed_display(display, capfd):
 def test_exceptions_are_left_as_they_were(display, capfd):
     sprite = sprite_of(soft_image())
     for arguments in [dict(key=[]), dict(subimage=9, width=1, height=1), dict(width=30000)]:
-        outcome = pending.call(add, sprite, *[arguments.get(name, default) for name, default in [
-            ("key", KEY), ("subimage", 0), ("width", 32), ("height", 32)]])
+        defaults = [("key", KEY), ("subimage", 0), ("width", 32), ("height", 32)]
+        values = [arguments.get(name, default) for name, default in defaults]
+        outcome = pending.call(add, sprite, *values)
         assert outcome.succeeded and outcome.result is None and outcome.exception is None
     printed(capfd)
 

@@ -432,8 +432,10 @@ def test_number_that_can_not_be_stored_fails(host, capfd):
 # --- Particle systems ----------------------------------------------------------------------------
 
 def make_system(log, automatic=1, **attributes):
-    return ParticleSystem(py_automatic_draw=automatic,
-                          py_RealDraw=lambda *arguments: log.append(arguments), **attributes)
+    def draw(*arguments):
+        log.append(arguments)
+
+    return ParticleSystem(py_automatic_draw=automatic, py_RealDraw=draw, **attributes)
 
 
 @pytest.mark.parametrize("x, y", [(0, 0), (10.9, 20.9), (-10.9, -20.9), (800, 2.0 ** 40)])

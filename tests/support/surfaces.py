@@ -15,9 +15,9 @@ RGBA = (0xFF000000, 0xFF0000, 0xFF00, 0xFF)
 ARGB_MIDDLE = (0xFF000000, 0xFF, 0xFF00, 0xFF0000)  # alpha in the third byte
 ALL_MASKS = (XRGB, ARGB, ABGR, RGBA, ARGB_MIDDLE)
 
+_create_arguments = [ctypes.c_void_p] + [ctypes.c_int] * 4 + [ctypes.c_uint32] * 4
 create_surface_from = native.function(
-    "SDL_CreateRGBSurfaceFrom", ctypes.c_void_p, ctypes.c_void_p, ctypes.c_int, ctypes.c_int,
-    ctypes.c_int, ctypes.c_int, *[ctypes.c_uint32] * 4)
+    "SDL_CreateRGBSurfaceFrom", ctypes.c_void_p, *_create_arguments)
 free_surface = native.function("SDL_FreeSurface", None, ctypes.c_void_p)
 _fflush = ctypes.CDLL(None).fflush
 

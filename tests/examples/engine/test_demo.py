@@ -170,7 +170,7 @@ def window(game, monkeypatch):
 
 
 QUIT = pygame.event.Event(pygame.QUIT)
-ESCAPE = pygame.event.Event(pygame.KEYDOWN, key=pygame.K_ESCAPE, mod=0, unicode=u"")
+ESCAPE = pygame.event.Event(pygame.KEYDOWN, key=pygame.K_ESCAPE, mod=0, unicode=unicode())
 
 
 def play_with_events(window, monkeypatch, events, share):
@@ -190,7 +190,7 @@ def play_with_events(window, monkeypatch, events, share):
 
 @pytest.mark.parametrize("event, reason", [(QUIT, "window closed"), (ESCAPE, "Escape")])
 def test_game_is_left(window, capsys, monkeypatch, event, reason):
-    keys = [pygame.event.Event(kind, key=pygame.K_RIGHT, mod=0, unicode=u"")
+    keys = [pygame.event.Event(kind, key=pygame.K_RIGHT, mod=0, unicode=unicode())
             for kind in (pygame.KEYDOWN, pygame.KEYUP)]
     assert play_with_events(window, monkeypatch, keys + [event], 1.0) == 0
     assert reason + ": 1 frames" in capsys.readouterr().out
