@@ -102,11 +102,11 @@ constexpr double kRefusedBytes = 2147483648.0;
 /// not asked, which could move the picture into video memory.
 inline SurfacePtr converted(SDL_Surface* surface, SDL_PixelFormat* format, Uint32 flags) noexcept {
     const Uint32 kept = surface->flags & (SDL_SRCCOLORKEY | SDL_SRCALPHA);
-    SurfacePtr copy(SDL_ConvertSurface(surface, format, flags));
-    if (copy != nullptr && format->Amask == 0 && (kept & ~copy->flags) != 0) {
-        copy.reset(SDL_ConvertSurface(surface, format, flags | kept));
+    auto result = SurfacePtr(SDL_ConvertSurface(surface, format, flags));
+    if (result != nullptr && format->Amask == 0 && (kept & ~result->flags) != 0) {
+        result = SurfacePtr(SDL_ConvertSurface(surface, format, flags | kept));
     }
-    return copy;
+    return result;
 }
 
 /// True when the pixel buffers of two surfaces overlap.

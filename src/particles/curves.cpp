@@ -9,7 +9,7 @@ namespace {
 
 // Type and particle hold the three colours under the same names.
 template <typename Record>
-std::uint32_t tint_of(const Record& record, float t) {
+std::uint32_t tint_of(const Record& record, float t) noexcept {
     const auto color1 = static_cast<std::uint32_t>(record.color1);
     const auto color2 = static_cast<std::uint32_t>(record.color2);
     const auto color3 = static_cast<std::uint32_t>(record.color3);
@@ -22,7 +22,7 @@ std::uint32_t tint_of(const Record& record, float t) {
 
 }  // namespace
 
-std::int32_t desired_alpha(const particle_type_record& type, float t) {
+std::int32_t desired_alpha(const particle_type_record& type, float t) noexcept {
     // Extended precision throughout: a product of two single-precision numbers is exact in it, so
     // nothing is rounded before the truncation that could cross a whole number.
     const long double life = t;
@@ -40,11 +40,11 @@ std::int32_t desired_alpha(const particle_type_record& type, float t) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(truncate_to_int64(alpha * 255.0L)));
 }
 
-std::uint32_t desired_tint(const particle_type_record& type, float t) {
+std::uint32_t desired_tint(const particle_type_record& type, float t) noexcept {
     return tint_of(type, t);
 }
 
-std::uint32_t desired_tint(const particle_record& particle, float t) {
+std::uint32_t desired_tint(const particle_record& particle, float t) noexcept {
     return tint_of(particle, t);
 }
 

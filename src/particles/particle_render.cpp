@@ -25,7 +25,6 @@ namespace larkspur {
 namespace {
 
 constexpr std::uint32_t kNoTint = 0xFFFFFF;  // white by the literal, whatever the display's white
-constexpr std::int32_t kOpaque = 255;
 constexpr std::int32_t kScaledAngleMask = 0xFF0;  // whole sixteens of degrees, in twelve bits
 constexpr Py_ssize_t kScaledCacheBound = 100;     // entries
 
@@ -75,7 +74,7 @@ Picture picture_for(const Look& look, bool scaled) noexcept {
     if (scaled) {
         return Picture::kScaled;
     }
-    if (look.alpha != kOpaque) {
+    if (look.alpha != pixel::kOpaque) {
         return Picture::kFaded;
     }
     return look.colour == kNoTint ? Picture::kShape : Picture::kTinted;
@@ -293,7 +292,7 @@ SurfacePtr ParticleDrawing::make_scaled(SDL_Surface* shape, const SDL_Surface& d
         return nullptr;
     }
     // A negative alpha counts as a large one.
-    if (static_cast<std::uint32_t>(look_.alpha) < static_cast<std::uint32_t>(kOpaque)) {
+    if (static_cast<std::uint32_t>(look_.alpha) < static_cast<std::uint32_t>(pixel::kOpaque)) {
         if (look_.blend != 0) {
             picture = in_display_format(picture.get(), display);
         }
