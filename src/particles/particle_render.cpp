@@ -26,7 +26,9 @@ namespace {
 
 constexpr std::uint32_t kNoTint = 0xFFFFFF;  // white by the literal, whatever the display's white
 constexpr std::int32_t kScaledAngleMask = 0xFF0;  // whole sixteens of degrees, in twelve bits
-constexpr Py_ssize_t kScaledCacheBound = 100;     // entries
+// With more entries than this, a new scaled picture empties the cache first; nothing else bounds
+// it.
+constexpr Py_ssize_t kScaledCacheBound = 100;
 
 // Which picture of its type's shape shows a particle.
 enum class Picture : std::uint8_t {
@@ -34,7 +36,7 @@ enum class Picture : std::uint8_t {
     kShape,   // the shape itself: natural size, full alpha, no tint; never turned
     kTinted,  // natural size, full alpha; never turned
     kFaded,   // natural size; turned by whole degrees
-    kScaled,  // any other size; turned by whole sixteens of degrees
+    kScaled,  // another size, or one that wiggles; turned by whole sixteens of degrees
 };
 
 // How a particle looks and where it is, taken from particle and type before anything runs that
@@ -140,6 +142,7 @@ class ParticleDrawing {
 
  private:
     const SDL_Surface* shape_surface() noexcept;
+    bool draw_new(const PictureKey& wanted) noexcept;
     void centre(const SDL_Surface& picture) noexcept;
     bool show(PyObject* picture) noexcept;
 
@@ -172,8 +175,8 @@ bool ParticleDrawing::look_at(const particle_record& particle, int x_offset,
     return true;
 }
 
-// Finds the picture in the type's cache, or makes it and keeps it there, and shows it. False with
-// an exception when something can't be used; a picture that SDL refuses to make is no failure.
+// Shows the picture that the type's cache has, or a new one. False with an exception when something
+// can't be used.
 bool ParticleDrawing::draw() noexcept {
     if (look_.picture == Picture::kNone) {
         return true;
@@ -182,27 +185,28 @@ bool ParticleDrawing::draw() noexcept {
         return show(shape_.get());
     }
     const PictureKey wanted = key();
-    PyRef picture = wanted.find_in(type_.cache);
-    if (!picture) {
-        if (PyErr_Occurred() != nullptr) {
-            return false;
-        }
-        if (look_.picture == Picture::kScaled && PyDict_Size(type_.cache) > kScaledCacheBound) {
-            PyDict_Clear(type_.cache);
-        }
-        picture = make();
-        if (!picture) {
-            return PyErr_Occurred() == nullptr;
-        }
-        // A tinted picture shows twice when it first appears, once before it is kept.
-        if (look_.picture == Picture::kTinted && !show(picture.get())) {
-            return false;
-        }
-        if (!wanted.store_in(type_.cache, picture.get())) {
-            return false;
-        }
+    const PyRef picture = wanted.find_in(type_.cache);
+    if (picture) {
+        return show(picture.get());
     }
-    return show(picture.get());
+    return PyErr_Occurred() == nullptr && draw_new(wanted);
+}
+
+// Makes the picture, keeps it in the cache and shows it. False with an exception when something
+// can't be used; a picture that SDL refuses to make is no failure.
+bool ParticleDrawing::draw_new(const PictureKey& wanted) noexcept {
+    if (look_.picture == Picture::kScaled && PyDict_Size(type_.cache) > kScaledCacheBound) {
+        PyDict_Clear(type_.cache);
+    }
+    const PyRef picture = make();
+    if (!picture) {
+        return PyErr_Occurred() == nullptr;
+    }
+    // A tinted picture shows twice when it first appears, before and after it is kept.
+    if (look_.picture == Picture::kTinted && !show(picture.get())) {
+        return false;
+    }
+    return wanted.store_in(type_.cache, picture.get()) && show(picture.get());
 }
 
 // The surface of the type's shape, for its size; null with an exception, TypeError when the shape
