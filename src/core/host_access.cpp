@@ -138,7 +138,7 @@ bool push_self(PyObject* instance) noexcept {
 
 bool pop_self() noexcept {
     PyObject* stack = self_stack();
-    const Py_ssize_t last = saved_self_count() - 1;
+    const Py_ssize_t last = stack != nullptr ? PyList_GET_SIZE(stack) - 1 : -1;
     if (last < 0) {
         write_stderr("Error in PyList_GetItem %d\n", static_cast<int>(last));
         return false;
