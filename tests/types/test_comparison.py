@@ -94,7 +94,7 @@ def test_the_line_is_written_once_when_neither_converts(game, capfd):
 def test_a_conversion_that_raises_raises_and_writes_its_line(host, game, capfd):
     del host.gm6.game
     with pytest.raises(AttributeError):
-        game.backgrounds[0] == game.backgrounds[1]
+        game.backgrounds[0] == game.backgrounds[1]  # noqa: B015
     with pytest.raises(AttributeError):
         cmp(game.tiles[0], game.rooms[1])
     assert capfd.readouterr() == ("", MESSAGE * 2)
@@ -121,7 +121,8 @@ class OldStyleCoercing:
 
 
 @pytest.mark.parametrize("foreign, equal", [
-    (1, False), (1L, False), (1.0, False), ("1", False), (None, False), ([1], False), (1j, False),
+    (1, False), (long(1), False), (1.0, False), ("1", False), (None, False), ([1], False),
+    (1j, False),
     (True, False), (Convertible(1), False), (ByCmp(), True), (ByRich(), "equal"),
     (OldStyle(), True), (OldStyleCoercing(), True)])
 def test_other_types_are_compared_the_interpreter_s_way(game, capfd, foreign, equal):
@@ -193,7 +194,7 @@ def test_the_left_operand_is_converted_first(game):
     sprite = game.sprites[2]
     assert sprite == Convertible(2, empty)
     with pytest.raises(SystemError):
-        sprite == 2
+        sprite == 2  # noqa: B015
 
 
 # --- Both ----------------------------------------------------------------------------------------
@@ -211,12 +212,12 @@ def test_comparing_keeps_the_counts(game):
     absent, number, text = larkspur.GMSprite(), 123456789, "text"
 
     def compare():
-        background < room, tile == room, cmp(background, tile)
-        sprite < number, sprite == background, sprite != sprite
+        answers = [background < room, tile == room, cmp(background, tile)]
+        answers += [sprite < number, sprite == background, sprite != sprite]  # noqa: PLR0124
         with pytest.raises(ValueError):
-            sprite == text
+            sprite == text  # noqa: B015
         with pytest.raises(SystemError):
-            absent == number
+            absent == number  # noqa: B015
     leaks.assert_counts_unchanged(compare, sprite, background, room, tile, absent, number, text,
                                   True, False)
 
@@ -258,7 +259,7 @@ def test_a_left_operand_that_does_not_convert_ends_the_comparison(game, capfd):
     assert compare(larkspur.BackgroundData(), other) == -1
     assert capfd.readouterr() == ("", MESSAGE)
     with pytest.raises(SystemError):
-        larkspur.GMSprite() == other
+        larkspur.GMSprite() == other  # noqa: B015
     assert converted == []
     assert game.sprites[1] == other and compare(game.tiles[1], other) == 0
     assert converted == [1, 1]
