@@ -90,11 +90,12 @@ def open_window(pygame, size):
     obstacles = ["{}={}".format(variable, os.environ[variable])
                  for variable in ("DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER")
                  if os.environ.get(variable)]
-    for driver in window_drivers(os.environ):
-        os.environ["SDL_VIDEODRIVER"] = driver
+    for wanted in window_drivers(os.environ):
+        driver = os.environ["SDL_VIDEODRIVER"] = wanted
         try:
             screen = open_display(pygame, size)
-            if pygame.display.get_driver() in DRIVERS_WITHOUT_WINDOW:
+            driver = pygame.display.get_driver()
+            if driver in DRIVERS_WITHOUT_WINDOW:
                 raise pygame.error("this driver shows nothing")
             if screen.get_bitsize() != 32:
                 raise pygame.error("{} bits a pixel, not 32".format(screen.get_bitsize()))
