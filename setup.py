@@ -85,9 +85,15 @@ class BuildWithCMake(build_ext):
         if os.path.exists(missing):
             os.remove(missing)
         commands = (
-            [cmake, HERE, "-DCMAKE_BUILD_TYPE=Release", "-DLARKSPUR_TESTS=OFF",
-             "-DPython2_EXECUTABLE=" + sys.executable,
-             "-DPython2_INCLUDE_DIR=" + get_python_inc()] + generator_options(),
+            [
+                cmake,
+                HERE,
+                "-DCMAKE_BUILD_TYPE=Release",
+                "-DLARKSPUR_TESTS=OFF",
+                "-DPython2_EXECUTABLE=" + sys.executable,
+                "-DPython2_INCLUDE_DIR=" + get_python_inc(),
+            ]
+            + generator_options(),
             [cmake, "--build", ".", "--parallel", str(multiprocessing.cpu_count())],
             [cmake, "--install", ".", "--prefix", target],
         )
@@ -114,8 +120,11 @@ def source_date():
         if not os.path.exists(os.path.join(HERE, ".git")):
             raise OSError("this is no clone")
         # A clone may belong to somebody else, such as its host's user inside of a container.
-        return int(subprocess.check_output(
-            ["git", "-c", "safe.directory=*", "log", "-1", "--format=%ct"], cwd=HERE))
+        return int(
+            subprocess.check_output(
+                ["git", "-c", "safe.directory=*", "log", "-1", "--format=%ct"], cwd=HERE
+            )
+        )
     except (OSError, subprocess.CalledProcessError) as error:
         log.warn("the package is dated today, for git tells no commit's date here: %s", error)
         return int(time.time())
@@ -170,6 +179,7 @@ try:
 except ImportError:
     pass  # pip installs without making a wheel where there is no `wheel`
 else:
+
     class Wheel(bdist_wheel):
         def run(self):
             # The dates in a wheel are taken from there.

@@ -32,8 +32,11 @@ def main(arguments=None):
     try:
         pygame, game = import_game()
     except (ImportError, RuntimeError) as error:  # also a pygame that does not fit larkspur
-        print("demo: {}.\nRun script/demo, which builds what is missing, or put the folder of the "
-              "built larkspur.so on PYTHONPATH.".format(error), file=sys.stderr)
+        print(
+            "demo: {}.\nRun script/demo, which builds what is missing, or put the folder of the "
+            "built larkspur.so on PYTHONPATH.".format(error),
+            file=sys.stderr,
+        )
         return 1
     try:
         if not options.headless and not options.check:
@@ -51,14 +54,26 @@ def main(arguments=None):
 
 def parse(arguments):
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--headless", action="store_true",
-                        help="open no window; write pictures instead")
-    parser.add_argument("--frames", type=positive, metavar="N",
-                        help="stop after N frames (default: 600 headless, no end in a window)")
-    parser.add_argument("--check", action="store_true",
-                        help="as --headless, then look whether the pictures show what they should")
-    parser.add_argument("--output", default=PICTURES, metavar="FOLDER",
-                        help="where the pictures go (default: build/demo)")
+    parser.add_argument(
+        "--headless", action="store_true", help="open no window; write pictures instead"
+    )
+    parser.add_argument(
+        "--frames",
+        type=positive,
+        metavar="N",
+        help="stop after N frames (default: 600 headless, no end in a window)",
+    )
+    parser.add_argument(
+        "--check",
+        action="store_true",
+        help="as --headless, then look whether the pictures show what they should",
+    )
+    parser.add_argument(
+        "--output",
+        default=PICTURES,
+        metavar="FOLDER",
+        help="where the pictures go (default: build/demo)",
+    )
     return parser.parse_args(arguments)
 
 
@@ -71,9 +86,10 @@ def positive(text):
 
 def import_game():
     """Import pygame, larkspur and the game; an ImportError says which is missing."""
-    import pygame
     import gm6  # noqa: F401  (the engine comes before larkspur, which it imports)
+    import pygame
     from evening import game
+
     return pygame, game
 
 
@@ -87,9 +103,11 @@ def window_drivers(environment):
 
 def open_window(pygame, size):
     """(the window's surface, None), or (None, why there can't be a window)."""
-    obstacles = ["{}={}".format(variable, os.environ[variable])
-                 for variable in ("DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER")
-                 if os.environ.get(variable)]
+    obstacles = [
+        "{}={}".format(variable, os.environ[variable])
+        for variable in ("DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER")
+        if os.environ.get(variable)
+    ]
     for wanted in window_drivers(os.environ):
         driver = os.environ["SDL_VIDEODRIVER"] = wanted
         try:
@@ -145,6 +163,7 @@ class Progress(object):
 
 # --- In a window ---------------------------------------------------------------------------------
 
+
 def play(pygame, game, screen, frames):
     """Play until Escape, a closed window or the given number of frames."""
     print(game.KEYS)
@@ -171,9 +190,14 @@ def play(pygame, game, screen, frames):
         evening.shown()
         clock.tick(FRAMES_PER_SECOND)
         count += 1
-    print("{}: {} frames, {:.1f} a second, {:.1f} ms of processor time each.".format(
-        reason or "all frames drawn", count, count / (time.time() - started),
-        1000 * (time.clock() - processor) / count))
+    print(
+        "{}: {} frames, {:.1f} a second, {:.1f} ms of processor time each.".format(
+            reason or "all frames drawn",
+            count,
+            count / (time.time() - started),
+            1000 * (time.clock() - processor) / count,
+        )
+    )
     return 0
 
 
@@ -183,6 +207,7 @@ def load_in_window(pygame, evening, screen):
     None, or why the user left before it was done.
     """
     from evening.loading import LoadingPicture
+
     picture = LoadingPicture(screen)
     progress = Progress()
     for share, what in evening.load():
@@ -208,6 +233,7 @@ def reason_to_leave(pygame, event):
 
 # --- Without one ---------------------------------------------------------------------------------
 
+
 class Run(object):
     """What a run without a window leaves: (path, room name) of each picture."""
 
@@ -218,12 +244,26 @@ class Run(object):
 
 def script_of_keys(pygame, frames):
     """{frame: [(down, key), ...]}: right over the crates, into the garden, around, and back."""
-    moments = ((0.02, 1, pygame.K_RIGHT), (0.12, 1, pygame.K_SPACE), (0.14, 0, pygame.K_SPACE),
-               (0.24, 1, pygame.K_SPACE), (0.26, 0, pygame.K_SPACE), (0.36, 1, pygame.K_SPACE),
-               (0.38, 0, pygame.K_SPACE), (0.46, 1, pygame.K_SPACE), (0.48, 0, pygame.K_SPACE),
-               (0.56, 0, pygame.K_RIGHT), (0.58, 1, pygame.K_TAB), (0.60, 1, pygame.K_UP),
-               (0.70, 0, pygame.K_UP), (0.70, 1, pygame.K_LEFT), (0.80, 0, pygame.K_LEFT),
-               (0.84, 1, pygame.K_TAB), (0.86, 1, pygame.K_LEFT), (0.96, 0, pygame.K_LEFT))
+    moments = (
+        (0.02, 1, pygame.K_RIGHT),
+        (0.12, 1, pygame.K_SPACE),
+        (0.14, 0, pygame.K_SPACE),
+        (0.24, 1, pygame.K_SPACE),
+        (0.26, 0, pygame.K_SPACE),
+        (0.36, 1, pygame.K_SPACE),
+        (0.38, 0, pygame.K_SPACE),
+        (0.46, 1, pygame.K_SPACE),
+        (0.48, 0, pygame.K_SPACE),
+        (0.56, 0, pygame.K_RIGHT),
+        (0.58, 1, pygame.K_TAB),
+        (0.60, 1, pygame.K_UP),
+        (0.70, 0, pygame.K_UP),
+        (0.70, 1, pygame.K_LEFT),
+        (0.80, 0, pygame.K_LEFT),
+        (0.84, 1, pygame.K_TAB),
+        (0.86, 1, pygame.K_LEFT),
+        (0.96, 0, pygame.K_LEFT),
+    )
     script = {}
     for share, down, key in moments:
         script.setdefault(int(share * frames), []).append((down, key))
@@ -263,11 +303,17 @@ def render(pygame, game, screen, frames, folder):
     pygame.image.save(contact_sheet(pygame, [path for path, _ in run.pictures], game.SIZE), sheet)
     for name, (count, seconds, processor) in sorted(spent.items(), reverse=True):
         if count:
-            print("{}: {} frames, {:.1f} frames per second, {:.1f} ms of processor time "
-                  "each".format(name, count, count / seconds, 1000 * processor / count))
+            print(
+                "{}: {} frames, {:.1f} frames per second, {:.1f} ms of processor time each".format(
+                    name, count, count / seconds, 1000 * processor / count
+                )
+            )
     print("Most living particles: {}".format(run.most_particles))
-    print("{} pictures and {} are in {}".format(len(run.pictures), os.path.basename(sheet),
-                                                os.path.abspath(folder)))
+    print(
+        "{} pictures and {} are in {}".format(
+            len(run.pictures), os.path.basename(sheet), os.path.abspath(folder)
+        )
+    )
     return run
 
 
@@ -275,21 +321,29 @@ def contact_sheet(pygame, paths, size):
     """All pictures at half their size on one."""
     width, height, gap = size[0] // 2, size[1] // 2, 6
     rows = -(-len(paths) // SHEET_COLUMNS)
-    sheet = pygame.Surface((SHEET_COLUMNS * (width + gap) + gap, rows * (height + gap) + gap), 0,
-                           32)
+    sheet = pygame.Surface(
+        (SHEET_COLUMNS * (width + gap) + gap, rows * (height + gap) + gap), 0, 32
+    )
     sheet.fill((20, 20, 28))
     for number, path in enumerate(paths):
         small = pygame.transform.smoothscale(pygame.image.load(path).convert(), (width, height))
-        sheet.blit(small, (gap + number % SHEET_COLUMNS * (width + gap),
-                           gap + number // SHEET_COLUMNS * (height + gap)))
+        sheet.blit(
+            small,
+            (
+                gap + number % SHEET_COLUMNS * (width + gap),
+                gap + number // SHEET_COLUMNS * (height + gap),
+            ),
+        )
     return sheet
 
 
 # --- Looking at what came out --------------------------------------------------------------------
 
+
 def check(pygame, run):
     """Look for what every picture must show; prints what is wrong and returns the exit status."""
     from evening import checks
+
     faults = checks.faults(pygame, run.pictures, run.most_particles)
     for fault in faults:
         print("check: " + fault, file=sys.stderr)

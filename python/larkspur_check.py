@@ -54,14 +54,18 @@ DISPLAY_DEPTH = 32
 
 ONE_SDL = "larkspur and pygame hand each other SDL's surfaces, so both must use the same SDL 1.2"
 
-GET_LARKSPUR = """\
+GET_LARKSPUR = (
+    """\
 in larkspur's source tree: %s -m pip install .
 What building it needs:
 Debian, Ubuntu: apt-get install cmake g++ make pkg-config libsdl1.2-dev libsdl-gfx1.2-dev
 Fedora: dnf install cmake gcc-c++ make pkgconf-pkg-config SDL-devel SDL_gfx-devel
-Arch: pacman -S cmake gcc make pkgconf sdl12-compat sdl_gfx""" % sys.executable
+Arch: pacman -S cmake gcc make pkgconf sdl12-compat sdl_gfx"""
+    % sys.executable
+)
 
-GET_PYGAME = """\
+GET_PYGAME = (
+    """\
 %s -m pip install --force-reinstall --no-binary pygame pygame==1.9.6
 builds pygame against the system's SDL 1.2 (its wheels bring an SDL of their own). It needs:
 Debian, Ubuntu: apt-get install gcc libsdl1.2-dev libsdl-image1.2-dev libsdl-mixer1.2-dev \
@@ -71,7 +75,9 @@ libX11-devel freetype-devel libjpeg-turbo-devel libpng-devel
 Arch: pacman -S base-devel sdl12-compat sdl_image sdl_mixer sdl_ttf portmidi libx11 freetype2 \
 libjpeg-turbo libpng
 Where it fails with GCC 14 or on the SDL 1.2 that is a layer over SDL 2, script/setup in larkspur's
-sources knows how.""" % sys.executable
+sources knows how."""
+    % sys.executable
+)
 
 GET_HEADER = """\
 larkspur.h was not found. `pip install` of larkspur puts it among the headers of the environment;
@@ -90,8 +96,7 @@ DICT = Kind("a dict", lambda value: isinstance(value, dict))
 LIST = Kind("a list", lambda value: isinstance(value, list))
 NUMBER = Kind("a number", lambda value: hasattr(value, "__float__"))
 SEQUENCE = Kind("a list or another sequence", lambda value: operator.isSequenceType(value))
-NAMESPACE = Kind("a module or a dict",
-                 lambda value: isinstance(value, (types.ModuleType, dict)))
+NAMESPACE = Kind("a module or a dict", lambda value: isinstance(value, (types.ModuleType, dict)))
 
 WHEN_LOADED = "; if the engine does so when it loads a game, name a module that loads one"
 
@@ -100,40 +105,68 @@ Name = collections.namedtuple("Name", "name kind required purpose remedy")
 
 
 def _room_function(method, parameters, purpose):
-    return Name("gm6.Room_" + method, CALLABLE, True,
-                "GMRoom.%s() calls it: %s" % (method, purpose),
-                "define in gm6: def Room_%s(%s)" % (method, parameters))
+    return Name(
+        "gm6.Room_" + method,
+        CALLABLE,
+        True,
+        "GMRoom.%s() calls it: %s" % (method, purpose),
+        "define in gm6: def Room_%s(%s)" % (method, parameters),
+    )
 
 
 def _resource_list(name, kind):
-    return Name("gm6.game." + name, LIST, True,
-                "the number of a %s (int, str, comparison) is its position in it" % kind,
-                "make it a list, and append each " + kind)
+    return Name(
+        "gm6.game." + name,
+        LIST,
+        True,
+        "the number of a %s (int, str, comparison) is its position in it" % kind,
+        "make it a list, and append each " + kind,
+    )
 
 
 def _view_scale(axis, direction):
-    return Name("gm6.view_%sscale" % axis, NUMBER, False,
-                "larkspur writes a view's %s scale into it" % direction,
-                "set it to 1, for code that reads it before the first view is drawn")
+    return Name(
+        "gm6.view_%sscale" % axis,
+        NUMBER,
+        False,
+        "larkspur writes a view's %s scale into it" % direction,
+        "set it to 1, for code that reads it before the first view is drawn",
+    )
 
 
 ENGINE_NAMES = (
-    Name("gm6.game", ANYTHING, True, "holds the lists of the game's resources",
-         "set it to an object with the lists sprites, backgrounds, rooms and objects"
-         + WHEN_LOADED),
+    Name(
+        "gm6.game",
+        ANYTHING,
+        True,
+        "holds the lists of the game's resources",
+        "set it to an object with the lists sprites, backgrounds, rooms and objects" + WHEN_LOADED,
+    ),
     _resource_list("sprites", "GMSprite"),
     _resource_list("backgrounds", "BackgroundData"),
     _resource_list("rooms", "GMRoom"),
-    Name("gm6.game.objects", SEQUENCE, True,
-         "a view follows the first instance of the object whose number is its view_object",
-         "make it a list of the game's objects, each with the lists instances and children"),
-    Name("gm6.SpriteData_load_images", CALLABLE, True,
-         "loads the pictures of a GMSprite that is unpickled",
-         "define in gm6: def SpriteData_load_images(sprite, name, count), which fills"
-         " sprite.subimages"),
-    Name("gm6.BackgroundData_load_images", CALLABLE, True,
-         "loads the picture of a BackgroundData that is unpickled",
-         "define in gm6: def BackgroundData_load_images(background), which sets its surf, w and h"),
+    Name(
+        "gm6.game.objects",
+        SEQUENCE,
+        True,
+        "a view follows the first instance of the object whose number is its view_object",
+        "make it a list of the game's objects, each with the lists instances and children",
+    ),
+    Name(
+        "gm6.SpriteData_load_images",
+        CALLABLE,
+        True,
+        "loads the pictures of a GMSprite that is unpickled",
+        "define in gm6: def SpriteData_load_images(sprite, name, count), which fills"
+        " sprite.subimages",
+    ),
+    Name(
+        "gm6.BackgroundData_load_images",
+        CALLABLE,
+        True,
+        "loads the picture of a BackgroundData that is unpickled",
+        "define in gm6: def BackgroundData_load_images(background), which sets its surf, w and h",
+    ),
     _room_function("Compile", "room", "compile the room's creation code"),
     _room_function("Create", "room", "enter the room"),
     _room_function("InitializeBackgrounds", "room", "fill the lists of the background slots"),
@@ -145,8 +178,11 @@ ENGINE_NAMES = (
     _room_function("MoveInstances", "room", "move the instances by a step"),
     _room_function("HandleCollisions", "room", "run the collision events of a step"),
     _room_function("StepEvents", "room", "run the step events"),
-    _room_function("DrawBackgrounds", "room, surface, xview, yview",
-                   "draw the backgrounds; Room_Draw() has it called first in each frame and view"),
+    _room_function(
+        "DrawBackgrounds",
+        "room, surface, xview, yview",
+        "draw the backgrounds; Room_Draw() has it called first in each frame and view",
+    ),
     _room_function("RenderBackground", "room", "prepare a picture of the backgrounds"),
     _room_function("Leave", "room", "leave the room"),
     _room_function("MouseButtonDown", "room, button", "a mouse button went down"),
@@ -155,52 +191,126 @@ ENGINE_NAMES = (
     _room_function("HandleKeypress", "room, key", "a key was pressed"),
     _view_scale("x", "horizontal"),
     _view_scale("y", "vertical"),
-    Name("gmapi.__dict__", DICT, True,
-         "compiled draw code runs in it; unpickled sprites and backgrounds are entered in it",
-         "let gmapi be an ordinary module"),
-    Name("gmapi.__builtins__", NAMESPACE, True,
-         "draw code finds len, True and all other built-in names through it",
-         "import __builtin__; gmapi.__builtins__ = __builtin__ (a gmapi that is imported from a"
-         " file has it)"),
-    Name("gmapi.game", ANYTHING, True, "Room_Draw() finds the pictures of tiles through it",
-         "set gmapi.game = gm6.game" + WHEN_LOADED),
-    Name("gmapi.game.backgrounds", SEQUENCE, True,
-         "a tile's picture is that of the background with its background_idx",
-         "set gmapi.game = gm6.game, with a list of BackgroundData as backgrounds"),
-    Name("gmapi.self", ANYTHING, True,
-         "the instance whose code runs; larkspur saves it, sets it and puts it back",
-         "set it to None until code of an instance runs" + WHEN_LOADED),
-    Name("gmapi.py_self_stack", LIST, True, "keeps the outer `self` while draw code runs",
-         "set it to an empty list before RegisterInstancesDict() is called"),
-    Name("gmapi.py_ParticleSystem", CLASS, True,
-         "objects of exactly this class are drawn as particle systems, all others as instances",
-         "define in gmapi: class py_ParticleSystem(object); its objects have py_automatic_draw and"
-         " py_RealDraw"),
-    Name("gmapi.draw_sprite_ext", CALLABLE, True, "draws an instance that has no draw code",
-         "define in gmapi: def draw_sprite_ext(sprite, subimage, x, y, xscale, yscale, angle,"
-         " color, alpha)"),
-    Name("gmapi.py_draw_props", ANYTHING, True,
-         "the drawing properties that draw_rectangle() draws with",
-         "set it to an object with the attributes alpha and color"),
-    Name("gmapi.py_draw_props.alpha", NUMBER, True, "how opaque draw_rectangle() draws",
-         "set it to a float, 0.0 to 1.0"),
-    Name("gmapi.py_draw_props.color", ANYTHING, True, "the colour that draw_rectangle() draws with",
-         "set it to a colour that pygame's Surface.fill() takes"),
-    Name("gmapi.__color_to_int", CALLABLE, True,
-         "turns py_draw_props.color into a pixel value, for translucent draw_rectangle()",
-         "define in gmapi: def __color_to_int(color), which returns an int"),
-    Name("gmapi.pygame", ANYTHING, True, "RegisterInstancesDict() takes pygame from it",
-         "import pygame in gmapi"),
-    Name("gmapi.pygame.draw.rect", CALLABLE, True, "draws the outlines of draw_rectangle()",
-         "import pygame in gmapi, and leave pygame.draw.rect as it is"),
-    Name("gmapi.pygame.Surface", CLASS, True, "the class that native code knows surfaces by",
-         "import pygame in gmapi, and leave pygame.Surface as it is"),
-    Name("gmapi.fps", NUMBER, False, "larkspur writes the frames of the last second into it",
-         "set it to 0, for code that reads it before the first frame is drawn"),
+    Name(
+        "gmapi.__dict__",
+        DICT,
+        True,
+        "compiled draw code runs in it; unpickled sprites and backgrounds are entered in it",
+        "let gmapi be an ordinary module",
+    ),
+    Name(
+        "gmapi.__builtins__",
+        NAMESPACE,
+        True,
+        "draw code finds len, True and all other built-in names through it",
+        "import __builtin__; gmapi.__builtins__ = __builtin__ (a gmapi that is imported from a"
+        " file has it)",
+    ),
+    Name(
+        "gmapi.game",
+        ANYTHING,
+        True,
+        "Room_Draw() finds the pictures of tiles through it",
+        "set gmapi.game = gm6.game" + WHEN_LOADED,
+    ),
+    Name(
+        "gmapi.game.backgrounds",
+        SEQUENCE,
+        True,
+        "a tile's picture is that of the background with its background_idx",
+        "set gmapi.game = gm6.game, with a list of BackgroundData as backgrounds",
+    ),
+    Name(
+        "gmapi.self",
+        ANYTHING,
+        True,
+        "the instance whose code runs; larkspur saves it, sets it and puts it back",
+        "set it to None until code of an instance runs" + WHEN_LOADED,
+    ),
+    Name(
+        "gmapi.py_self_stack",
+        LIST,
+        True,
+        "keeps the outer `self` while draw code runs",
+        "set it to an empty list before RegisterInstancesDict() is called",
+    ),
+    Name(
+        "gmapi.py_ParticleSystem",
+        CLASS,
+        True,
+        "objects of exactly this class are drawn as particle systems, all others as instances",
+        "define in gmapi: class py_ParticleSystem(object); its objects have py_automatic_draw and"
+        " py_RealDraw",
+    ),
+    Name(
+        "gmapi.draw_sprite_ext",
+        CALLABLE,
+        True,
+        "draws an instance that has no draw code",
+        "define in gmapi: def draw_sprite_ext(sprite, subimage, x, y, xscale, yscale, angle,"
+        " color, alpha)",
+    ),
+    Name(
+        "gmapi.py_draw_props",
+        ANYTHING,
+        True,
+        "the drawing properties that draw_rectangle() draws with",
+        "set it to an object with the attributes alpha and color",
+    ),
+    Name(
+        "gmapi.py_draw_props.alpha",
+        NUMBER,
+        True,
+        "how opaque draw_rectangle() draws",
+        "set it to a float, 0.0 to 1.0",
+    ),
+    Name(
+        "gmapi.py_draw_props.color",
+        ANYTHING,
+        True,
+        "the colour that draw_rectangle() draws with",
+        "set it to a colour that pygame's Surface.fill() takes",
+    ),
+    Name(
+        "gmapi.__color_to_int",
+        CALLABLE,
+        True,
+        "turns py_draw_props.color into a pixel value, for translucent draw_rectangle()",
+        "define in gmapi: def __color_to_int(color), which returns an int",
+    ),
+    Name(
+        "gmapi.pygame",
+        ANYTHING,
+        True,
+        "RegisterInstancesDict() takes pygame from it",
+        "import pygame in gmapi",
+    ),
+    Name(
+        "gmapi.pygame.draw.rect",
+        CALLABLE,
+        True,
+        "draws the outlines of draw_rectangle()",
+        "import pygame in gmapi, and leave pygame.draw.rect as it is",
+    ),
+    Name(
+        "gmapi.pygame.Surface",
+        CLASS,
+        True,
+        "the class that native code knows surfaces by",
+        "import pygame in gmapi, and leave pygame.Surface as it is",
+    ),
+    Name(
+        "gmapi.fps",
+        NUMBER,
+        False,
+        "larkspur writes the frames of the last second into it",
+        "set it to 0, for code that reads it before the first frame is drawn",
+    ),
 )
 
 
 # --- Rows, and probes that run in a process of their own -----------------------------------------
+
 
 def _text(value):
     """A value as it can go into JSON: names of files and messages may be bytes of any kind."""
@@ -212,8 +322,15 @@ def _row(name, status, purpose, remedy=None, found=None, version=None, file=None
         file = os.path.abspath(file)
         if file.endswith((".pyc", ".pyo")):
             file = file[:-1]  # the same whether the compiled file was there before or not
-    row = {"name": name, "status": status, "purpose": purpose, "found": found, "version": version,
-           "file": file, "remedy": None if status == OK else remedy}
+    row = {
+        "name": name,
+        "status": status,
+        "purpose": purpose,
+        "found": found,
+        "version": version,
+        "file": file,
+        "remedy": None if status == OK else remedy,
+    }
     return {key: _text(value) for key, value in row.items()}
 
 
@@ -291,12 +408,18 @@ def _end_of(child):
 
 # --- The environment -----------------------------------------------------------------------------
 
+
 def _python_row():
     version = "%d.%d.%d" % sys.version_info[:3]
     status = OK if sys.version_info[:2] == (2, 7) else WRONG
-    return _row("Python", status, "larkspur is an extension of Python 2.7",
-                "run this with the Python 2.7 of the engine: python2.7 -m larkspur_check",
-                version=version, file=sys.executable)
+    return _row(
+        "Python",
+        status,
+        "larkspur is an extension of Python 2.7",
+        "run this with the Python 2.7 of the engine: python2.7 -m larkspur_check",
+        version=version,
+        file=sys.executable,
+    )
 
 
 def _environment():
@@ -322,8 +445,13 @@ def _environment():
     try:
         import ctypes
     except ImportError as error:
-        yield _row("one SDL", NOTE, ONE_SDL, "build this Python with libffi's headers",
-                   found="can't be looked at without ctypes (%s)" % error)
+        yield _row(
+            "one SDL",
+            NOTE,
+            ONE_SDL,
+            "build this Python with libffi's headers",
+            found="can't be looked at without ctypes (%s)" % error,
+        )
     else:
         yield _about_to("larkspur", *about)
         try:
@@ -345,8 +473,13 @@ def _environment():
     except Exception as error:
         yield _row("larkspur", WRONG, *about, found=_error_text(error), file=path)
         return
-    yield _row("larkspur", OK, about[0], version=getattr(larkspur, "__version__", None),
-               file=larkspur.__file__)
+    yield _row(
+        "larkspur",
+        OK,
+        about[0],
+        version=getattr(larkspur, "__version__", None),
+        file=larkspur.__file__,
+    )
     if pygame is None:
         return
     about = ("set_SDL_screen() takes a display of pygame's", GET_PYGAME)
@@ -363,15 +496,20 @@ def _environment():
 
 def _pygame_row(pygame):
     version = pygame.version.ver
-    return _row("pygame", OK if version in PYGAME_VERSIONS else NOTE,
-                "larkspur draws on pygame's Surfaces",
-                "larkspur is tested with pygame %s" % " and ".join(PYGAME_VERSIONS),
-                version=version, file=pygame.__file__)
+    return _row(
+        "pygame",
+        OK if version in PYGAME_VERSIONS else NOTE,
+        "larkspur draws on pygame's Surfaces",
+        "larkspur is tested with pygame %s" % " and ".join(PYGAME_VERSIONS),
+        version=version,
+        file=pygame.__file__,
+    )
 
 
 def _find_larkspur():
     """The module's file; None when there is none. It is not imported."""
     import imp  # newer interpreters than ours have none
+
     try:
         return os.path.abspath(imp.find_module("larkspur")[1])
     except ImportError:
@@ -380,10 +518,13 @@ def _find_larkspur():
 
 def _depth_row(name, surface, remark=""):
     depth = surface.get_bitsize()
-    return _row(name, OK if depth == DISPLAY_DEPTH else WRONG,
-                "larkspur's pixel routines work on %d bits a pixel" % DISPLAY_DEPTH,
-                "open it with pygame.display.set_mode(size, 0, %d)" % DISPLAY_DEPTH,
-                found="%d bits a pixel%s" % (depth, remark))
+    return _row(
+        name,
+        OK if depth == DISPLAY_DEPTH else WRONG,
+        "larkspur's pixel routines work on %d bits a pixel" % DISPLAY_DEPTH,
+        "open it with pygame.display.set_mode(size, 0, %d)" % DISPLAY_DEPTH,
+        found="%d bits a pixel%s" % (depth, remark),
+    )
 
 
 # --- SDL: which one a library uses ---------------------------------------------------------------
@@ -404,9 +545,14 @@ def _find_symbol(ctypes, library, name):
 
 def _place_and_file(ctypes, symbol):
     """Address and path of the library in which a symbol lies."""
+
     class Info(ctypes.Structure):
-        _fields_ = [("path", ctypes.c_char_p), ("base", ctypes.c_void_p),
-                    ("symbol_name", ctypes.c_char_p), ("symbol", ctypes.c_void_p)]
+        _fields_ = [
+            ("path", ctypes.c_char_p),
+            ("base", ctypes.c_void_p),
+            ("symbol_name", ctypes.c_char_p),
+            ("symbol", ctypes.c_void_p),
+        ]
 
     info = Info()
     ctypes.CDLL(None).dladdr(ctypes.cast(symbol, ctypes.c_void_p), ctypes.byref(info))
@@ -415,6 +561,7 @@ def _place_and_file(ctypes, symbol):
 
 def _sdl_of(ctypes, library):
     """The SDL that a library uses; None when it uses no shared one."""
+
     class Version(ctypes.Structure):
         _fields_ = [(name, ctypes.c_uint8) for name in ("major", "minor", "patch")]
 
@@ -451,8 +598,16 @@ def _sdl_rows(ctypes, pygame, library):
     def look(name, native):
         sdl = _sdl_of(ctypes, native)
         if sdl is not None:
-            rows.append(_row(name, OK, "opens the display and draws", found=sdl.kind,
-                             version=sdl.version, file=sdl.file))
+            rows.append(
+                _row(
+                    name,
+                    OK,
+                    "opens the display and draws",
+                    found=sdl.kind,
+                    version=sdl.version,
+                    file=sdl.file,
+                )
+            )
         return sdl
 
     if pygame is None:
@@ -462,22 +617,31 @@ def _sdl_rows(ctypes, pygame, library):
         of_pygame = look("SDL of pygame", surface_library)
         of_larkspur = look("SDL of larkspur", library)
         one = None not in (of_pygame, of_larkspur) and of_pygame.place == of_larkspur.place
-        found = "yes" if one else "no: pygame uses %s, larkspur uses %s" % (
-            _sdl_text(of_pygame, surface_library._name), _sdl_text(of_larkspur, library._name))
+        found = (
+            "yes"
+            if one
+            else "no: pygame uses %s, larkspur uses %s"
+            % (_sdl_text(of_pygame, surface_library._name), _sdl_text(of_larkspur, library._name))
+        )
         rows.append(_row("one SDL", OK if one else WRONG, ONE_SDL, GET_PYGAME, found=found))
     zoom = _find_symbol(ctypes, library, "zoomSurface")
     if zoom is not None:
-        rows.append(_row("SDL_gfx", OK, "scales and rotates",
-                         file=_place_and_file(ctypes, zoom)[1]))
+        rows.append(
+            _row("SDL_gfx", OK, "scales and rotates", file=_place_and_file(ctypes, zoom)[1])
+        )
     return rows
 
 
 # --- The engine ----------------------------------------------------------------------------------
 
+
 def _engine(module):
     name = "import " + module
-    about = ("registers gm6 and gmapi", "name a module that only imports the engine, and run this"
-             " where the engine runs; what is wrong above comes first")
+    about = (
+        "registers gm6 and gmapi",
+        "name a module that only imports the engine, and run this"
+        " where the engine runs; what is wrong above comes first",
+    )
     yield _about_to(name, *about)
     try:
         __import__(module)
@@ -486,9 +650,11 @@ def _engine(module):
         yield _row(name, WRONG, *about, found="fails:\n" + "\n".join(lines))
         return
     yield _row(name, OK, about[0], file=getattr(sys.modules[module], "__file__", None))
-    yield _about_to("gm6 and gmapi", "larkspur reads their attributes",
-                    "read the names in ENGINE_NAMES of larkspur_check.py one by one to see which"
-                    " it is")
+    yield _about_to(
+        "gm6 and gmapi",
+        "larkspur reads their attributes",
+        "read the names in ENGINE_NAMES of larkspur_check.py one by one to see which it is",
+    )
     modules = {}
     for host in ("gm6", "gmapi"):
         row = _module_row(host, module)
@@ -521,8 +687,13 @@ def _module_row(name, importer):
         remedy = "leave it in sys.modules as it was when larkspur was imported"
     else:
         return _row(name, OK, "a module of the engine", file=getattr(module, "__file__", None))
-    return _row(name, WRONG, "a module of the engine; larkspur takes it from sys.modules when it is"
-                " imported", remedy, found=found)
+    return _row(
+        name,
+        WRONG,
+        "a module of the engine; larkspur takes it from sys.modules when it is imported",
+        remedy,
+        found=found,
+    )
 
 
 def _namespace(module):
@@ -534,6 +705,7 @@ def _is_bound(larkspur, name, module):
     """Whether the variable of that name that larkspur exports is the module."""
     try:
         import ctypes
+
         library = ctypes.CDLL(os.path.abspath(larkspur.__file__))
         return ctypes.c_void_p.in_dll(library, name).value == id(module)
     except (ImportError, OSError, AttributeError, TypeError, ValueError):
@@ -546,8 +718,7 @@ def _type_text(value):
 
 def check_names(modules):
     """Rows for all of ENGINE_NAMES that belong to `modules`, a dict from name to module."""
-    return [_name_row(name, modules) for name in ENGINE_NAMES
-            if name.name.split(".")[0] in modules]
+    return [_name_row(name, modules) for name in ENGINE_NAMES if name.name.split(".")[0] in modules]
 
 
 def _name_row(name, modules):
@@ -557,8 +728,9 @@ def _name_row(name, modules):
         if name.kind.fits(value):
             return _row(name.name, OK, name.purpose, found=found)
         failure = "%s instead of %s" % (found, name.kind.text)
-    return _row(name.name, WRONG if name.required else NOTE, name.purpose, name.remedy,
-                found=failure)
+    return _row(
+        name.name, WRONG if name.required else NOTE, name.purpose, name.remedy, found=failure
+    )
 
 
 def _look_up(parts, modules):
@@ -568,7 +740,7 @@ def _look_up(parts, modules):
         try:
             value = getattr(value, parts[i])
         except AttributeError:
-            missing = ".".join(parts[:i + 1])
+            missing = ".".join(parts[: i + 1])
             return None, "missing" if i + 1 == len(parts) else "missing, as %s is" % missing
         except Exception as error:
             return None, "reading it raises " + _error_text(error)
@@ -576,6 +748,7 @@ def _look_up(parts, modules):
 
 
 # --- The header ----------------------------------------------------------------------------------
+
 
 def _header_candidates():
     """Where larkspur.h may lie: what the installed package lists, then the usual places."""
@@ -585,18 +758,22 @@ def _header_candidates():
                 for row in csv.reader(rows):
                     if row:
                         yield os.path.join(folder, row[0])
-        for listing in glob.glob(os.path.join(folder, "larkspur-*.egg-info",
-                                              "installed-files.txt")):
+        for listing in glob.glob(
+            os.path.join(folder, "larkspur-*.egg-info", "installed-files.txt")
+        ):
             with open(listing) as lines:
                 for line in lines:
                     yield os.path.join(os.path.dirname(listing), line.strip())
-    from distutils import sysconfig
     import site
+    from distutils import sysconfig
+
     version = "python%d.%d" % sys.version_info[:2]
-    for folder in (os.path.join(sys.prefix, "include", "site", version),
-                   os.path.join(sys.prefix, "local", "include", version),
-                   os.path.join(getattr(site, "USER_BASE", None) or sys.prefix, "include", version),
-                   sysconfig.get_python_inc()):
+    for folder in (
+        os.path.join(sys.prefix, "include", "site", version),
+        os.path.join(sys.prefix, "local", "include", version),
+        os.path.join(getattr(site, "USER_BASE", None) or sys.prefix, "include", version),
+        sysconfig.get_python_inc(),
+    ):
         yield os.path.join(folder, "larkspur", "larkspur.h")
 
 
@@ -609,6 +786,7 @@ def find_include_directory():
 
 
 # --- The command ---------------------------------------------------------------------------------
+
 
 def check(module=None):
     """All rows; see the top of this file."""
@@ -637,11 +815,14 @@ def _indented(text):
 
 
 def _summary(rows, module, wrong):
-    result = "%d of %d wrong" % (wrong, len(rows)) if wrong else (
-        "all %d checks passed" % len(rows))
+    result = (
+        "%d of %d wrong" % (wrong, len(rows)) if wrong else ("all %d checks passed" % len(rows))
+    )
     if module is None:
-        result = ("gm6 and gmapi were not checked: name the module of the engine that imports them,"
-                  " as in\n    python2.7 -m larkspur_check gm6\n") + result
+        result = (
+            "gm6 and gmapi were not checked: name the module of the engine that imports them,"
+            " as in\n    python2.7 -m larkspur_check gm6\n"
+        ) + result
     return result
 
 
@@ -653,13 +834,21 @@ def _print(text):
 def main(arguments=None):
     parser = argparse.ArgumentParser(
         prog="larkspur_check",
-        description="Check whether larkspur, pygame, SDL and the engine's modules fit together.")
-    parser.add_argument("module", nargs="?", metavar="MODULE",
-                        help="the module of the engine that imports gm6 and gmapi; without it only"
-                        " the environment is checked")
+        description="Check whether larkspur, pygame, SDL and the engine's modules fit together.",
+    )
+    parser.add_argument(
+        "module",
+        nargs="?",
+        metavar="MODULE",
+        help="the module of the engine that imports gm6 and gmapi; without it only"
+        " the environment is checked",
+    )
     parser.add_argument("--json", action="store_true", help="print one JSON object, no table")
-    parser.add_argument("--include", action="store_true",
-                        help="print the folder of the installed larkspur.h, and check nothing")
+    parser.add_argument(
+        "--include",
+        action="store_true",
+        help="print the folder of the installed larkspur.h, and check nothing",
+    )
     options = parser.parse_args(arguments)
     if options.include:
         if options.json or options.module:
@@ -674,9 +863,20 @@ def main(arguments=None):
     rows = check(options.module)
     wrong = sum(row["status"] == WRONG for row in rows)
     if options.json:
-        print(json.dumps({"format": 1, "module": _text(options.module), "passed": wrong == 0,
-                          "checked": len(rows), "wrong": wrong, "checks": rows},
-                         indent=2, sort_keys=True))
+        print(
+            json.dumps(
+                {
+                    "format": 1,
+                    "module": _text(options.module),
+                    "passed": wrong == 0,
+                    "checked": len(rows),
+                    "wrong": wrong,
+                    "checks": rows,
+                },
+                indent=2,
+                sort_keys=True,
+            )
+        )
     else:
         _print(_table(rows) + "\n\n" + _summary(rows, options.module, wrong))
     return 1 if wrong else 0

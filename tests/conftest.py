@@ -3,6 +3,7 @@
 Run with the built module on PYTHONPATH; script/test does all of it. Native test helpers are looked
 for in LARKSPUR_BUILD_DIR.
 """
+
 import os
 import sys
 
@@ -28,6 +29,7 @@ if os.environ.get("CI"):
     hypothesis.settings.load_profile("repeatable")
 
 pytest_plugins = ["support.first_failures"]
+
 
 def pytest_report_header(config):
     line = "dispatch levels of kernels that this machine can't run and so not test: "

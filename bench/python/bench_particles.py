@@ -10,6 +10,7 @@ over: by larkspur, by a plain Python class with a dictionary of pictures, and by
 that draws the same. All three must draw the same picture. Ratios are of times taken in turns within
 one process; each is a median with its quartiles.
 """
+
 from __future__ import division, print_function
 
 import argparse
@@ -44,8 +45,10 @@ def load_empty_calls():
     try:
         import empty_calls
     except ImportError:
-        sys.exit("empty_calls.so is not there: set LARKSPUR_BUILD_DIR, and build with "
-                 "-DLARKSPUR_BENCH=ON")
+        sys.exit(
+            "empty_calls.so is not there: set LARKSPUR_BUILD_DIR, and build with "
+            "-DLARKSPUR_BENCH=ON"
+        )
     return empty_calls
 
 
@@ -70,10 +73,12 @@ def make_type(shape, life, **settings):
 
 # ---- single calls
 
+
 def repeated(function, *arguments):
     """An action of CALLS calls."""
     text = "def action():\n for _ in calls: function(%s)" % ", ".join(
-        "a%d" % i for i in range(len(arguments)))
+        "a%d" % i for i in range(len(arguments))
+    )
     names = dict(("a%d" % i, argument) for i, argument in enumerate(arguments))
     # Globals would cost more than the locals that a game's loop uses.
     defaults = ", ".join("%s=%s" % (name, name) for name in ["function", "calls"] + sorted(names))
@@ -85,11 +90,12 @@ def repeated(function, *arguments):
 def single_calls(screen, rounds):
     empty = load_empty_calls()
     render, shape = larkspur.CParticle_dec_ttl_and_render, soft_disc(16)
-    life = 2 ** 30
+    life = 2**30
 
     def particle(x, blend=0, **settings):
-        kind = make_type(soft_disc(8) if "scale" in settings else shape, life, blend=(blend,),
-                         **settings)
+        kind = make_type(
+            soft_disc(8) if "scale" in settings else shape, life, blend=(blend,), **settings
+        )
         return larkspur.CParticle_new(kind, x, 100)
 
     found = particle(100, scale=(2, 2), color3=COLOURS)
@@ -107,35 +113,53 @@ def single_calls(screen, rounds):
     }
     times = measuring.times_in_turns(actions, rounds)
     print("One call, nanoseconds")
-    for name in ("hit", "blit", "hit without blit", "seven ints", "additive",
-                 "blit with BLEND_ADD", "step", "one object"):
+    for name in (
+        "hit",
+        "blit",
+        "hit without blit",
+        "seven ints",
+        "additive",
+        "blit with BLEND_ADD",
+        "step",
+        "one object",
+    ):
         nanoseconds = [seconds / CALLS * 1e9 for seconds in measuring.quartiles(times[name])]
         print("  %-38s %s" % (name, measuring.as_text(nanoseconds, "%.0f")))
     for title, above, below, wanted in [
-            ("drawing, times one Surface.blit", "hit", "blit", "at most 1.15"),
-            ("without its blit, times an empty call", "hit without blit", "seven ints",
-             "at most 1.25"),
-            ("additive, times faster than BLEND_ADD", "blit with BLEND_ADD", "additive",
-             "at least 7.5"),
-            ("step, times an empty call", "step", "one object", "at most 1.30")]:
-        print("  %-38s %s, wanted: %s" % (
-            title, measuring.as_text(measuring.ratios(times[above], times[below])), wanted))
+        ("drawing, times one Surface.blit", "hit", "blit", "at most 1.15"),
+        ("without its blit, times an empty call", "hit without blit", "seven ints", "at most 1.25"),
+        (
+            "additive, times faster than BLEND_ADD",
+            "blit with BLEND_ADD",
+            "additive",
+            "at least 7.5",
+        ),
+        ("step, times an empty call", "step", "one object", "at most 1.30"),
+    ]:
+        print(
+            "  %-38s %s, wanted: %s"
+            % (title, measuring.as_text(measuring.ratios(times[above], times[below])), wanted)
+        )
 
 
 # ---- frames
 
+
 def places(count):
     source = random.Random(count)
-    return [(source.randrange(10, DISPLAY[0] - 10), source.randrange(10, DISPLAY[1] - LIFE - 10))
-            for _ in range(count)]
+    return [
+        (source.randrange(10, DISPLAY[0] - 10), source.randrange(10, DISPLAY[1] - LIFE - 10))
+        for _ in range(count)
+    ]
 
 
 class LarkspurFrames(object):
     """Particles of a type that falls by a pixel per step; their ages are spread evenly."""
 
     def __init__(self, count):
-        self.kind = make_type(soft_disc(8), LIFE, scale=(2, 2), color3=COLOURS, alpha3=ALPHAS,
-                              speed=(1, 1, 0, 0))
+        self.kind = make_type(
+            soft_disc(8), LIFE, scale=(2, 2), color3=COLOURS, alpha3=ALPHAS, speed=(1, 1, 0, 0)
+        )
         self.places = places(count)
         self.living = [self.born(i) for i in range(count)]
         for i, particle in enumerate(self.living):
@@ -159,14 +183,17 @@ class LarkspurFrames(object):
         as_void_ptr = ctypes.pythonapi.PyCObject_AsVoidPtr
         as_void_ptr.argtypes, as_void_ptr.restype = [ctypes.py_object], ctypes.c_void_p
         cache_field = as_void_ptr(self.kind) + 168  # the last field of the public record
-        return dict(ctypes.cast(ctypes.c_void_p.from_address(cache_field).value,
-                                ctypes.py_object).value)
+        return dict(
+            ctypes.cast(ctypes.c_void_p.from_address(cache_field).value, ctypes.py_object).value
+        )
 
 
 def blend(first, second, share):
     weight = int(256 * share)
-    return sum(((first >> place & 255) * weight + (second >> place & 255) * (256 - weight) >> 8)
-               << place for place in (0, 8, 16))
+    return sum(
+        ((first >> place & 255) * weight + (second >> place & 255) * (256 - weight) >> 8) << place
+        for place in (0, 8, 16)
+    )
 
 
 class Particle(object):
@@ -199,10 +226,16 @@ class Particle(object):
             alpha = share * ALPHAS[1] + (1 - share) * ALPHAS[2]
         width = int(self.shape_size * self.size * self.xscale)
         height = int(self.shape_size * self.size * self.yscale)
-        picture = self.pictures[width, height, colour, int(alpha * 255),
-                                int(self.orientation) & 0xFF0]
-        self.screen.blit(picture, (int(self.x + x_offset) - picture.get_width() // 2,
-                                   int(self.y + y_offset) - picture.get_height() // 2))
+        picture = self.pictures[
+            width, height, colour, int(alpha * 255), int(self.orientation) & 0xFF0
+        ]
+        self.screen.blit(
+            picture,
+            (
+                int(self.x + x_offset) - picture.get_width() // 2,
+                int(self.y + y_offset) - picture.get_height() // 2,
+            ),
+        )
 
 
 class PythonFrames(object):
@@ -228,8 +261,7 @@ class LeanFrames(object):
     def __init__(self, screen, picture_of_age, count):
         self.blit, self.pictures = screen.blit, picture_of_age
         self.places = [(x - 8, y - 8) for x, y in places(count)]
-        self.living = [[x, y + i % LIFE, LIFE - i % LIFE]
-                       for i, (x, y) in enumerate(self.places)]
+        self.living = [[x, y + i % LIFE, LIFE - i % LIFE] for i, (x, y) in enumerate(self.places)]
 
     def frame(self):
         blit, pictures, starts, living = self.blit, self.pictures, self.places, self.living
@@ -248,6 +280,7 @@ class LeanFrames(object):
 
 def pictures_by_age(screen, pictures):
     """The picture that the plain Python class draws at each remaining life."""
+
     class Screen(object):
         @staticmethod
         def blit(picture, _):
@@ -263,9 +296,11 @@ def pictures_by_age(screen, pictures):
 def frames(screen, rounds):
     own = LarkspurFrames(FRAME_PARTICLES)
     pictures = own.pictures()
-    ways = {"larkspur": own, "plain Python": PythonFrames(screen, pictures, FRAME_PARTICLES),
-            "leanest Python": LeanFrames(screen, pictures_by_age(screen, pictures),
-                                         FRAME_PARTICLES)}
+    ways = {
+        "larkspur": own,
+        "plain Python": PythonFrames(screen, pictures, FRAME_PARTICLES),
+        "leanest Python": LeanFrames(screen, pictures_by_age(screen, pictures), FRAME_PARTICLES),
+    }
     for _ in range(LIFE + 1):
         drawn = set()
         for way in ways.values():
@@ -280,9 +315,14 @@ def frames(screen, rounds):
         milliseconds = [seconds * 1000 for seconds in measuring.quartiles(times[name])]
         print("  %-38s %s ms" % (name, measuring.as_text(milliseconds)))
     for name, wanted in (("plain Python", 6), ("leanest Python", 2)):
-        print("  %-38s %s, wanted: at least %d" % (
-            "times faster than the " + name,
-            measuring.as_text(measuring.ratios(times[name], times["larkspur"])), wanted))
+        print(
+            "  %-38s %s, wanted: at least %d"
+            % (
+                "times faster than the " + name,
+                measuring.as_text(measuring.ratios(times[name], times["larkspur"])),
+                wanted,
+            )
+        )
 
 
 def flatness(rounds):
@@ -292,8 +332,10 @@ def flatness(rounds):
     for count in COUNTS:
         per_particle = [seconds / count for seconds in times[count]]
         reference = [seconds / FRAME_PARTICLES for seconds in times[FRAME_PARTICLES]]
-        print("  %-38d %s, wanted: 0.85 to 1.15" % (
-            count, measuring.as_text(measuring.ratios(per_particle, reference))))
+        print(
+            "  %-38d %s, wanted: 0.85 to 1.15"
+            % (count, measuring.as_text(measuring.ratios(per_particle, reference)))
+        )
 
 
 def main():

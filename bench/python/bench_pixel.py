@@ -15,6 +15,7 @@ machine counts little, taken in turns within one process:
 Each is a median with its quartiles; a target stands behind the row's name, and a star where a
 median falls short of it.
 """
+
 from __future__ import division, print_function
 
 import argparse
@@ -52,8 +53,9 @@ class Row(object):
              that takes a number of rounds and returns seconds, and a dictionary of such
     """
 
-    def __init__(self, name, kernel=None, scalar=None, roof=None, pygame=None, gfx=None,
-                 calls=None):
+    def __init__(
+        self, name, kernel=None, scalar=None, roof=None, pygame=None, gfx=None, calls=None
+    ):
         self.name = name
         self.kernel = kernel or name
         self.targets = {"x scalar": scalar, "roof": roof, "x pygame": pygame, "x gfx": gfx}
@@ -68,14 +70,17 @@ def target_at(targets, width):
 
 # ---- calls
 
+
 def in_python(function, *arguments):
     """A Python call, looped in Python."""
+
     def seconds(rounds):
         numbers = range(rounds)
         begin = time.clock()
         for _ in numbers:
             function(*arguments)
         return time.clock() - begin
+
     return seconds
 
 
@@ -103,8 +108,7 @@ class NativeLoops(object):
 
 
 in_native = NativeLoops()
-POINTER, WORD, NUMBER, INTEGER = (
-    ctypes.c_void_p, ctypes.c_uint32, ctypes.c_double, ctypes.c_int)
+POINTER, WORD, NUMBER, INTEGER = (ctypes.c_void_p, ctypes.c_uint32, ctypes.c_double, ctypes.c_int)
 
 
 def exported(name):
@@ -133,9 +137,13 @@ def fill_calls(width, height):
         third.fill((155, 155, 155), None, pygame.BLEND_RGB_MULT)
         third.fill((25, 50, 78), None, pygame.BLEND_RGB_ADD)
 
-    return (in_python(larkspur.fill_translucent, surface, 0, 0, width, height, 0x4080C8, 100),
-            {"blit of a kept translucent Surface": in_python(twin.blit, cover, (0, 0)),
-             "fill with BLEND_RGB_MULT, then ADD": in_python(multiply_and_add)})
+    return (
+        in_python(larkspur.fill_translucent, surface, 0, 0, width, height, 0x4080C8, 100),
+        {
+            "blit of a kept translucent Surface": in_python(twin.blit, cover, (0, 0)),
+            "fill with BLEND_RGB_MULT, then ADD": in_python(multiply_and_add),
+        },
+    )
 
 
 TOP, BOTTOM = (32, 255, 64), (128, 16, 255)  # of every gradient
@@ -146,8 +154,12 @@ def gm_colour(colour):
 
 
 def mixed_colours(first, second, count, share=1.0):
-    return [tuple(int((near * (count - i) + far * i) / count * share)
-                  for near, far in zip(first, second)) for i in range(count)]
+    return [
+        tuple(
+            int((near * (count - i) + far * i) / count * share) for near, far in zip(first, second)
+        )
+        for i in range(count)
+    ]
 
 
 def line(colours, upright):
@@ -194,29 +206,63 @@ def layered_rivals(width, height, gradients, constants, keep):
             cover.set_alpha(opacity)
             twin.blit(cover, (0, 0))
 
-    return {"column stretched, blitted with set_alpha": in_python(stretch_and_blit),
-            "fill with BLEND_RGB_MULT, ADD by rows": in_python(multiply_and_add_rows),
-            "row filled, blitted with set_alpha": in_python(row_blits)}
+    return {
+        "column stretched, blitted with set_alpha": in_python(stretch_and_blit),
+        "fill with BLEND_RGB_MULT, ADD by rows": in_python(multiply_and_add_rows),
+        "row filled, blitted with set_alpha": in_python(row_blits),
+    }
 
 
 def gradient_calls(width, height):
     surface = picture(width, height)
-    return (in_python(larkspur.fast_draw_gradient_v, surface, 0, 0, width, height, gm_colour(TOP),
-                      gm_colour(BOTTOM), 100),
-            layered_rivals(width, height, [100], [], 155))
+    return (
+        in_python(
+            larkspur.fast_draw_gradient_v,
+            surface,
+            0,
+            0,
+            width,
+            height,
+            gm_colour(TOP),
+            gm_colour(BOTTOM),
+            100,
+        ),
+        layered_rivals(width, height, [100], [], 155),
+    )
 
 
 def layers_calls(width, height):
     surface = picture(width, height)
     top, bottom = gm_colour(TOP), gm_colour(BOTTOM)
-    return (in_python(larkspur.fast_draw_gradients_vcvvc, surface, 0, 0, width, height,
-                      top, bottom, 0.2, 0x203040, 0.1, bottom, top, 0.2, top, bottom, 0.1,
-                      0x402010, 0.1),
-            layered_rivals(width, height, [50, 50, 25], [25, 25], 106))
+    return (
+        in_python(
+            larkspur.fast_draw_gradients_vcvvc,
+            surface,
+            0,
+            0,
+            width,
+            height,
+            top,
+            bottom,
+            0.2,
+            0x203040,
+            0.1,
+            bottom,
+            top,
+            0.2,
+            top,
+            bottom,
+            0.1,
+            0x402010,
+            0.1,
+        ),
+        layered_rivals(width, height, [50, 50, 25], [25, 25], 106),
+    )
 
 
 def opaque_calls(upright):
     """An opaque gradient over the display; pygame gets the colours worked out."""
+
     def calls(width, height):
         display, twin, third = (picture(width, height) for _ in range(3))
         larkspur.set_SDL_screen(display)
@@ -232,10 +278,13 @@ def opaque_calls(upright):
         def stretch():
             pygame.transform.scale(line(colours, upright), (width, height), third)
 
-        return (in_python(larkspur.fast_draw_rectangle_color, 0, 0, width, height,
-                          *(corners + (1.0, 0))),
-                {"fill by lines": in_python(fill_lines),
-                 "line stretched": in_python(stretch)})
+        return (
+            in_python(
+                larkspur.fast_draw_rectangle_color, 0, 0, width, height, *(corners + (1.0, 0))
+            ),
+            {"fill by lines": in_python(fill_lines), "line stretched": in_python(stretch)},
+        )
+
     return calls
 
 
@@ -243,34 +292,62 @@ def fading_calls(masks):
     def calls(width, height):
         surface, twin = (picture(width, height, pygame.SRCALPHA, masks) for _ in range(2))
         keep = surface
-        loop = in_native("time_fading", [POINTER, POINTER, ctypes.c_uint8],
-                         exported("Translucentify"), surface_address(surface), 200)
-        return (lambda rounds, keep=keep: loop(rounds),
-                {"fill with BLEND_RGBA_MULT": in_python(
-                    twin.fill, (255, 255, 255, 200), None, pygame.BLEND_RGBA_MULT)})
+        loop = in_native(
+            "time_fading",
+            [POINTER, POINTER, ctypes.c_uint8],
+            exported("Translucentify"),
+            surface_address(surface),
+            200,
+        )
+        return (
+            lambda rounds, keep=keep: loop(rounds),
+            {
+                "fill with BLEND_RGBA_MULT": in_python(
+                    twin.fill, (255, 255, 255, 200), None, pygame.BLEND_RGBA_MULT
+                )
+            },
+        )
+
     return calls
 
 
 def tint_calls(width, height):
     surface, twin = (picture(width, height) for _ in range(2))
-    loop = in_native("time_tinting", [POINTER, POINTER, WORD], exported("Tint_Surface"),
-                     surface_address(surface), 0xE0F0C0)
-    return (lambda rounds, keep=surface: loop(rounds),
-            {"fill with BLEND_RGB_SUB": in_python(
-                twin.fill, (63, 15, 31), None, pygame.BLEND_RGB_SUB)})
+    loop = in_native(
+        "time_tinting",
+        [POINTER, POINTER, WORD],
+        exported("Tint_Surface"),
+        surface_address(surface),
+        0xE0F0C0,
+    )
+    return (
+        lambda rounds, keep=surface: loop(rounds),
+        {"fill with BLEND_RGB_SUB": in_python(twin.fill, (63, 15, 31), None, pygame.BLEND_RGB_SUB)},
+    )
 
 
 def satusub_calls(width, height):
     surface, twin = (picture(width, height, pygame.SRCALPHA, ARGB) for _ in range(2))
-    loop = in_native("time_subtracting", [POINTER, POINTER, WORD], exported("satusub"),
-                     surface_address(surface), 0x20202020)
-    return (lambda rounds, keep=surface: loop(rounds),
-            {"fill with BLEND_RGBA_SUB": in_python(
-                twin.fill, (32, 32, 32, 32), None, pygame.BLEND_RGBA_SUB)})
+    loop = in_native(
+        "time_subtracting",
+        [POINTER, POINTER, WORD],
+        exported("satusub"),
+        surface_address(surface),
+        0x20202020,
+    )
+    return (
+        lambda rounds, keep=surface: loop(rounds),
+        {
+            "fill with BLEND_RGBA_SUB": in_python(
+                twin.fill, (32, 32, 32, 32), None, pygame.BLEND_RGBA_SUB
+            )
+        },
+    )
 
 
 def additive_calls(target_flags, target_masks):
     """A picture with alpha, as a particle is, added to a target of the given format."""
+
     def calls(width, height):
         source = picture(width, height, pygame.SRCALPHA, ARGB)
         # Bytes of 0 and 255 in no order: whether a sum is cut off stays as unforeseeable in the
@@ -279,70 +356,147 @@ def additive_calls(target_flags, target_masks):
         source.get_buffer().write((switches * 255).astype(numpy.uint8).tostring(), 0)
         # A source that touches the right edge is not drawn.
         surface, twin = (picture(width + 1, height, target_flags, target_masks) for _ in range(2))
-        loop = in_native("time_blitting", [POINTER, POINTER, POINTER, INTEGER],
-                         exported("flagged_blit"), surface_address(source),
-                         surface_address(surface), 1)
+        loop = in_native(
+            "time_blitting",
+            [POINTER, POINTER, POINTER, INTEGER],
+            exported("flagged_blit"),
+            surface_address(source),
+            surface_address(surface),
+            1,
+        )
         others = {"blit with BLEND_RGBA_ADD": pygame.BLEND_RGBA_ADD}
         if not target_masks[3]:  # nobody sees the fourth byte
             others["blit with BLEND_RGB_ADD"] = pygame.BLEND_RGB_ADD
-        return (lambda rounds, keep=(source, surface): loop(rounds),
-                {name: in_python(twin.blit, source, (0, 0), None, flag)
-                 for name, flag in others.items()})
+        return (
+            lambda rounds, keep=(source, surface): loop(rounds),
+            {
+                name: in_python(twin.blit, source, (0, 0), None, flag)
+                for name, flag in others.items()
+            },
+        )
+
     return calls
 
 
 def flip_calls(name, across, down):
     def calls(width, height):
         surface = picture(width, height)
-        return (in_python(getattr(larkspur, name), surface),
-                {"transform.flip": in_python(pygame.transform.flip, surface, across, down)})
+        return (
+            in_python(getattr(larkspur, name), surface),
+            {"transform.flip": in_python(pygame.transform.flip, surface, across, down)},
+        )
+
     return calls
 
 
 def scale_calls(width, height):
     surface = picture(width, height)
     loop = in_native("time_zoom", [POINTER, NUMBER, NUMBER], surface_address(surface), 1.5, 0.75)
-    return (in_python(larkspur.scale, surface, 1.5, 0.75),
-            {"zoomSurface": lambda rounds, keep=surface: loop(rounds)})
+    return (
+        in_python(larkspur.scale, surface, 1.5, 0.75),
+        {"zoomSurface": lambda rounds, keep=surface: loop(rounds)},
+    )
 
 
 def rotoscale_calls(width, height):
     surface = picture(width, height)
-    loop = in_native("time_rotozoom", [POINTER, NUMBER, NUMBER], surface_address(surface), ANGLE,
-                     1.0)
-    return (in_python(larkspur.rotoscale, surface, 1.0, 1.0, ANGLE),
-            {"rotozoomSurface": lambda rounds, keep=surface: loop(rounds)})
+    loop = in_native(
+        "time_rotozoom", [POINTER, NUMBER, NUMBER], surface_address(surface), ANGLE, 1.0
+    )
+    return (
+        in_python(larkspur.rotoscale, surface, 1.0, 1.0, ANGLE),
+        {"rotozoomSurface": lambda rounds, keep=surface: loop(rounds)},
+    )
 
 
 ROWS = [
-    Row("translucent fill", scalar=[(64, 5), (320, 8)], roof=[(640, 0.55)],
-        pygame=[(64, 6), (320, 11)], calls=fill_calls),
-    Row("gradient_v", scalar=[(64, 4), (320, 7.5)], roof=[(640, 0.53)],
-        pygame=[(64, 13), (320, 20)], calls=gradient_calls),
-    Row("vcvvc", scalar=[(64, 2.8), (320, 6.5)], roof=[(640, 0.47)], pygame=[(64, 30), (320, 80)],
-        calls=layers_calls),
-    Row("opaque vertical gradient", scalar=[(64, 2.6), (320, 4.2)], roof=[(640, 0.9)],
-        pygame=[(64, 16), (320, 11), (1920, 5)], calls=opaque_calls(True)),
-    Row("horizontal gradient", scalar=[(320, 8), (640, 25)], roof=[(640, 0.8)],
-        pygame=[(64, 15), (320, 22)], calls=opaque_calls(False)),
-    Row("Translucentify, top byte", scalar=[(64, 7), (320, 6)], roof=[(640, 0.75)],
-        pygame=[(64, 70)], calls=fading_calls(ARGB)),
-    Row("Translucentify, low byte", scalar=[(64, 7), (320, 6)], roof=[(640, 0.75)],
-        pygame=[(64, 70)], calls=fading_calls(RGBA)),
-    Row("Tint_Surface", scalar=[(64, 25), (320, 17)], roof=[(640, 0.88)], pygame=[(64, 50)],
-        calls=tint_calls),
-    Row("satusub", scalar=[(64, 9)], roof=[(640, 0.45)], pygame=[(64, 36), (320, 40)],
-        calls=satusub_calls),
-    Row("additive blit", scalar=[(64, 9)], roof=[(640, 0.45)], pygame=[(64, 36), (320, 40)],
-        calls=additive_calls(0, XRGB)),
+    Row(
+        "translucent fill",
+        scalar=[(64, 5), (320, 8)],
+        roof=[(640, 0.55)],
+        pygame=[(64, 6), (320, 11)],
+        calls=fill_calls,
+    ),
+    Row(
+        "gradient_v",
+        scalar=[(64, 4), (320, 7.5)],
+        roof=[(640, 0.53)],
+        pygame=[(64, 13), (320, 20)],
+        calls=gradient_calls,
+    ),
+    Row(
+        "vcvvc",
+        scalar=[(64, 2.8), (320, 6.5)],
+        roof=[(640, 0.47)],
+        pygame=[(64, 30), (320, 80)],
+        calls=layers_calls,
+    ),
+    Row(
+        "opaque vertical gradient",
+        scalar=[(64, 2.6), (320, 4.2)],
+        roof=[(640, 0.9)],
+        pygame=[(64, 16), (320, 11), (1920, 5)],
+        calls=opaque_calls(True),
+    ),
+    Row(
+        "horizontal gradient",
+        scalar=[(320, 8), (640, 25)],
+        roof=[(640, 0.8)],
+        pygame=[(64, 15), (320, 22)],
+        calls=opaque_calls(False),
+    ),
+    Row(
+        "Translucentify, top byte",
+        scalar=[(64, 7), (320, 6)],
+        roof=[(640, 0.75)],
+        pygame=[(64, 70)],
+        calls=fading_calls(ARGB),
+    ),
+    Row(
+        "Translucentify, low byte",
+        scalar=[(64, 7), (320, 6)],
+        roof=[(640, 0.75)],
+        pygame=[(64, 70)],
+        calls=fading_calls(RGBA),
+    ),
+    Row(
+        "Tint_Surface",
+        scalar=[(64, 25), (320, 17)],
+        roof=[(640, 0.88)],
+        pygame=[(64, 50)],
+        calls=tint_calls,
+    ),
+    Row(
+        "satusub",
+        scalar=[(64, 9)],
+        roof=[(640, 0.45)],
+        pygame=[(64, 36), (320, 40)],
+        calls=satusub_calls,
+    ),
+    Row(
+        "additive blit",
+        scalar=[(64, 9)],
+        roof=[(640, 0.45)],
+        pygame=[(64, 36), (320, 40)],
+        calls=additive_calls(0, XRGB),
+    ),
     # pygame has a loop of its own for two formats that are the same.
     Row("additive blit, one format", calls=additive_calls(pygame.SRCALPHA, ARGB)),
-    Row("flip_h", scalar=[(64, 2.8), (320, 2.4)], roof=[(640, 0.72)], pygame=[(64, 2.2)],
-        calls=flip_calls("flip_h", True, False)),
-    Row("flip_vh", scalar=[(64, 2.8), (320, 2.4)], roof=[(640, 0.72)], pygame=[(64, 2.2)],
-        calls=flip_calls("flip_vh", True, True)),
-    Row("flip_v", roof=[(640, 0.85)], pygame=[(64, 0.95)],
-        calls=flip_calls("flip_v", False, True)),
+    Row(
+        "flip_h",
+        scalar=[(64, 2.8), (320, 2.4)],
+        roof=[(640, 0.72)],
+        pygame=[(64, 2.2)],
+        calls=flip_calls("flip_h", True, False),
+    ),
+    Row(
+        "flip_vh",
+        scalar=[(64, 2.8), (320, 2.4)],
+        roof=[(640, 0.72)],
+        pygame=[(64, 2.2)],
+        calls=flip_calls("flip_vh", True, True),
+    ),
+    Row("flip_v", roof=[(640, 0.85)], pygame=[(64, 0.95)], calls=flip_calls("flip_v", False, True)),
     Row("flip_v at stalling distance"),
     Row("rotoscale", gfx=[(64, 1 / 1.05)], calls=rotoscale_calls),
     Row("scale", gfx=[(64, 1 / 1.05)], calls=scale_calls),
@@ -350,6 +504,7 @@ ROWS = [
 
 
 # ---- measuring
+
 
 def measured_calls(row, size, rounds):
     """Ratio of the best other call to ours, and that call's name; (None, None) without any."""
@@ -371,10 +526,16 @@ def measured_calls(row, size, rounds):
 
 def measured_kernels(rounds):
     """Times of all kernels: {(kernel, kind, "WxH"): [seconds, ...]}."""
-    output = subprocess.check_output([
-        build_path("bench", "pixel", "bench_pixel"), "--benchmark_format=json",
-        "--benchmark_min_time=%g" % SECONDS_PER_SAMPLE, "--benchmark_repetitions=%d" % rounds,
-        "--benchmark_enable_random_interleaving=true"], stderr=open(os.devnull, "w"))
+    output = subprocess.check_output(
+        [
+            build_path("bench", "pixel", "bench_pixel"),
+            "--benchmark_format=json",
+            "--benchmark_min_time=%g" % SECONDS_PER_SAMPLE,
+            "--benchmark_repetitions=%d" % rounds,
+            "--benchmark_enable_random_interleaving=true",
+        ],
+        stderr=open(os.devnull, "w"),
+    )
     times = {}
     for run in json.loads(output.decode("ascii"))["benchmarks"]:
         if run["run_type"] == "iteration":
@@ -408,6 +569,7 @@ def measured_table(sizes, rounds):
 
 # ---- showing
 
+
 def wanted(row, kind):
     """A row's targets as text: "9", or "5/8" with the least width's first."""
     ratios = [ratio for _, ratio in row.targets[kind] or ()]
@@ -424,8 +586,9 @@ def figure(value):
 
 
 def print_table(lines, rivals, sizes):
-    head = ["%-27s %-9s %-10s" % ("", "", "target")] + ["%21s" % ("%d x %d" % size)
-                                                       for size in sizes]
+    head = ["%-27s %-9s %-10s" % ("", "", "target")] + [
+        "%21s" % ("%d x %d" % size) for size in sizes
+    ]
     print(" ".join(head))
     for row, kind, ratios in lines:
         cells = []
@@ -434,11 +597,21 @@ def print_table(lines, rivals, sizes):
                 cells.append("")
                 continue
             low, median, high = ratios[size]
-            cells.append("%s%s (%s-%s)" % (
-                "*" if falls_short(row, kind, size, median) else "", figure(median), figure(low),
-                figure(high)))
-        print(" ".join(["%-27s %-9s %-10s" % (row.name, kind, wanted(row, kind))] +
-                       ["%21s" % cell for cell in cells]))
+            cells.append(
+                "%s%s (%s-%s)"
+                % (
+                    "*" if falls_short(row, kind, size, median) else "",
+                    figure(median),
+                    figure(low),
+                    figure(high),
+                )
+            )
+        print(
+            " ".join(
+                ["%-27s %-9s %-10s" % (row.name, kind, wanted(row, kind))]
+                + ["%21s" % cell for cell in cells]
+            )
+        )
     print("\nThe best calls of pygame, by size:")
     for row, _, _ in [line for line in lines if line[1] == "x pygame"]:
         names = [rivals[row.name][size] for size in sizes]
@@ -480,8 +653,9 @@ def draw_table(lines, sizes, path):
             canvas.fill(FAINT, (left, top, BAR_PIXELS, LINE_PIXELS - 8))
             canvas.fill(colour, (left, top, int(BAR_PIXELS * median / full), LINE_PIXELS - 8))
             if mark:
-                canvas.fill(INK, (left + int((BAR_PIXELS - 2) * mark / full), top - 2, 2,
-                                  LINE_PIXELS - 4))
+                canvas.fill(
+                    INK, (left + int((BAR_PIXELS - 2) * mark / full), top - 2, 2, LINE_PIXELS - 4)
+                )
             write(figure(median), left + 4, top + 6)
     directory = os.path.dirname(path)
     if not os.path.isdir(directory):
@@ -502,8 +676,10 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--quick", action="store_true", help="two sizes, few rounds")
     parser.add_argument("--rounds", type=int, default=11, help="samples of each figure")
-    parser.add_argument("--picture", help="where the picture goes (default: build/bench/pixel.png "
-                                          "beside the sources)")
+    parser.add_argument(
+        "--picture",
+        help="where the picture goes (default: build/bench/pixel.png beside the sources)",
+    )
     options = parser.parse_args()
     root = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
     path = options.picture or os.path.join(root, "build", "bench", "pixel.png")

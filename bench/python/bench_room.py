@@ -9,6 +9,7 @@ and by a native loop that makes just the same SDL blits and Python calls: once w
 which Room_Draw() copies by itself, and once with tiles that it leaves to SDL like everyone else.
 Ratios are of times taken in turns within one process; each is a median with its quartiles.
 """
+
 from __future__ import division, print_function
 
 import argparse
@@ -38,8 +39,12 @@ MOST_RATIO_TO_BARE_LOOP = 1.1
 
 
 class Rect(ctypes.Structure):
-    _fields_ = [("x", ctypes.c_int16), ("y", ctypes.c_int16),
-                ("w", ctypes.c_uint16), ("h", ctypes.c_uint16)]
+    _fields_ = [
+        ("x", ctypes.c_int16),
+        ("y", ctypes.c_int16),
+        ("w", ctypes.c_uint16),
+        ("h", ctypes.c_uint16),
+    ]
 
 
 class Blit(ctypes.Structure):
@@ -61,12 +66,14 @@ def set_up_host(screen, background):
     gm6.game = gmapi.game = types.ModuleType("game")
     gmapi.game.backgrounds = [background]
     gm6.Room_DrawBackgrounds = draw_backgrounds
-    names = ("Room_Compile Room_Create Room_InitializeBackgrounds Room_AddInstance "
-             "Room_AddDrawnInstance Room_ResortDrawnObjects Room_SetBackgroundIndex "
-             "Room_StepAlarms Room_MoveInstances Room_HandleCollisions Room_StepEvents "
-             "Room_RenderBackground Room_Leave Room_MouseButtonDown Room_MouseButtonUp "
-             "Room_HandleKeyrelease Room_HandleKeypress SpriteData_load_images "
-             "BackgroundData_load_images").split()
+    names = (
+        "Room_Compile Room_Create Room_InitializeBackgrounds Room_AddInstance "
+        "Room_AddDrawnInstance Room_ResortDrawnObjects Room_SetBackgroundIndex "
+        "Room_StepAlarms Room_MoveInstances Room_HandleCollisions Room_StepEvents "
+        "Room_RenderBackground Room_Leave Room_MouseButtonDown Room_MouseButtonUp "
+        "Room_HandleKeyrelease Room_HandleKeypress SpriteData_load_images "
+        "BackgroundData_load_images"
+    ).split()
     for name in names:
         setattr(gm6, name, None)
     for name in "draw_sprite_ext py_ParticleSystem py_draw_props".split():
@@ -106,8 +113,11 @@ def frame_of_pygame(room, screen):
         gm6.Room_DrawBackgrounds(room, screen, 0, 0)
         backgrounds = gmapi.game.backgrounds
         for tile in room.tiles:
-            screen.blit(backgrounds[tile.background_idx].surf, (tile.x, tile.y),
-                        (tile.tilex, tile.tiley, tile.w, tile.h))
+            screen.blit(
+                backgrounds[tile.background_idx].surf,
+                (tile.x, tile.y),
+                (tile.tilex, tile.tiley, tile.w, tile.h),
+            )
         room.view_current = 0
         for drawn in list(room.drawn_objects):
             drawn.Draw()
@@ -120,19 +130,27 @@ def bare_frame(room, screen, sheet):
     directory = os.environ.get("LARKSPUR_BUILD_DIR")
     path = os.path.join(directory or "", "bench", "room", "bench_frame.so")
     if not directory or not os.path.exists(path):
-        sys.exit("%s is not there: set LARKSPUR_BUILD_DIR, and build with -DLARKSPUR_BENCH=ON"
-                 % path)
+        sys.exit(
+            "%s is not there: set LARKSPUR_BUILD_DIR, and build with -DLARKSPUR_BENCH=ON" % path
+        )
     function = ctypes.PyDLL(path).bare_frame
     function.restype = ctypes.py_object
     function.argtypes = [ctypes.c_void_p, ctypes.c_int, ctypes.c_void_p] + [ctypes.py_object] * 3
-    blits = (Blit * len(room.tiles))(*[
-        Blit(surface_address(sheet), Rect(tile.tilex, tile.tiley, tile.w, tile.h),
-             Rect(tile.x, tile.y))
-        for tile in room.tiles])
+    blits = (Blit * len(room.tiles))(
+        *[
+            Blit(
+                surface_address(sheet),
+                Rect(tile.tilex, tile.tiley, tile.w, tile.h),
+                Rect(tile.x, tile.y),
+            )
+            for tile in room.tiles
+        ]
+    )
     arguments = (room, screen, 0, 0)
     target = surface_address(screen)
-    return lambda: function(blits, len(blits), target, draw_backgrounds, arguments,
-                            room.drawn_objects)
+    return lambda: function(
+        blits, len(blits), target, draw_backgrounds, arguments, room.drawn_objects
+    )
 
 
 def same_pictures(screen, actions):
@@ -149,8 +167,10 @@ def make_sheet(colour_key):
     """256 tiles; with a colour key one of them is left out when it is drawn."""
     sheet = pygame.Surface((16 * TILE, 16 * TILE), 0, 32)
     for place in range(256):
-        sheet.fill((place, place * 7 % 256, place * 3 % 256),
-                   (place % 16 * TILE, place // 16 * TILE, TILE, TILE))
+        sheet.fill(
+            (place, place * 7 % 256, place * 3 % 256),
+            (place % 16 * TILE, place // 16 * TILE, TILE, TILE),
+        )
     if colour_key:
         sheet.set_colorkey(sheet.get_at((0, 0)))
     return sheet
@@ -160,26 +180,39 @@ def report(kind, screen, sheet, rounds, least_ratio_to_pygame=None):
     """Measures and prints the frame with the tiles of one sheet."""
     gmapi.game.backgrounds[0].surf = sheet
     room = make_room(sheet)
-    actions = {"Room_Draw()": lambda: larkspur.Room_Draw(room, screen),
-               "pygame": frame_of_pygame(room, screen),
-               "bare loop": bare_frame(room, screen, sheet)}
+    actions = {
+        "Room_Draw()": lambda: larkspur.Room_Draw(room, screen),
+        "pygame": frame_of_pygame(room, screen),
+        "bare loop": bare_frame(room, screen, sheet),
+    }
     if not same_pictures(screen, actions):
         sys.exit("the ways to draw the frame do not draw the same picture")
     times = measuring.times_in_turns(actions, rounds)
 
-    print("%d %s tiles of %d x %d and %d objects that draw nothing" % (
-        TILES, kind, TILE, TILE, OBJECTS))
+    print(
+        "%d %s tiles of %d x %d and %d objects that draw nothing"
+        % (TILES, kind, TILE, TILE, OBJECTS)
+    )
     for name in ("Room_Draw()", "pygame", "bare loop"):
         milliseconds = [seconds * 1000 for seconds in measuring.quartiles(times[name])]
         print("  %-34s %s ms" % (name, measuring.as_text(milliseconds, "%.3f")))
     wanted = ", wanted: at least %.1f" % least_ratio_to_pygame if least_ratio_to_pygame else ""
-    print("  %-34s %s%s" % (
-        "frames per second, times pygame's",
-        measuring.as_text(measuring.ratios(times["pygame"], times["Room_Draw()"])), wanted))
-    print("  %-34s %s, wanted: at most %.1f" % (
-        "time, times the bare loop's",
-        measuring.as_text(measuring.ratios(times["Room_Draw()"], times["bare loop"])),
-        MOST_RATIO_TO_BARE_LOOP))
+    print(
+        "  %-34s %s%s"
+        % (
+            "frames per second, times pygame's",
+            measuring.as_text(measuring.ratios(times["pygame"], times["Room_Draw()"])),
+            wanted,
+        )
+    )
+    print(
+        "  %-34s %s, wanted: at most %.1f"
+        % (
+            "time, times the bare loop's",
+            measuring.as_text(measuring.ratios(times["Room_Draw()"], times["bare loop"])),
+            MOST_RATIO_TO_BARE_LOOP,
+        )
+    )
 
 
 def main():
@@ -190,8 +223,7 @@ def main():
     pygame.display.init()
     screen = pygame.display.set_mode(DISPLAY, 0, 32)
     set_up_host(screen, larkspur.BackgroundData())
-    report("opaque", screen, make_sheet(colour_key=False), options.rounds,
-           LEAST_RATIO_TO_PYGAME)
+    report("opaque", screen, make_sheet(colour_key=False), options.rounds, LEAST_RATIO_TO_PYGAME)
     report("colour-keyed", screen, make_sheet(colour_key=True), options.rounds)
 
 

@@ -8,6 +8,7 @@ straightforward Python class (with __slots__ and a flat list; a list subclass fo
 on plain values. Ratios are of times taken in turns within one process; each is a median with its
 quartiles. Ends with status 1 when a median misses its target.
 """
+
 from __future__ import division, print_function
 
 import argparse
@@ -33,6 +34,7 @@ MOST_RATIO_TO_PLAIN = 2.2
 
 class Variable(object):
     """A game variable in straightforward Python."""
+
     __slots__ = ("width", "height", "items")
 
     def __init__(self, value):
@@ -69,8 +71,9 @@ class Variable(object):
     def grow(self, width, height):
         items = [0] * (width * height)
         for j in range(self.height):
-            items[j * width:j * width + self.width] = \
-                self.items[j * self.width:(j + 1) * self.width]
+            items[j * width : j * width + self.width] = self.items[
+                j * self.width : (j + 1) * self.width
+            ]
         self.width, self.height, self.items = width, height, items
 
 
@@ -103,7 +106,9 @@ def grid(variable):
 def loop(operation, **names):
     """A function that does one operation STEPS times, in a loop of bytecode."""
     code = "def run(%s):\n    for _ in numbers:\n        %s\n" % (
-        ", ".join("%s=%s" % (name, name) for name in ["numbers"] + sorted(names)), operation)
+        ", ".join("%s=%s" % (name, name) for name in ["numbers"] + sorted(names)),
+        operation,
+    )
     names["numbers"] = range(STEPS)
     exec(code, names)
     return names["run"]
@@ -111,19 +116,23 @@ def loop(operation, **names):
 
 def filling(make, value):
     """A function that makes a list and appends STEPS values to it."""
+
     def run(numbers=range(STEPS)):
         append = make().append
         for _ in numbers:
             append(value)
+
     return run
 
 
 def growing(make):
     """A function that makes a variable and grows it by GROWTH_STEPS single columns."""
+
     def run(numbers=range(GROWTH_STEPS)):
         variable = make(0)
         for i in numbers:
             variable[i] = i
+
     return run
 
 
@@ -131,16 +140,36 @@ def actions():
     """name -> (loop on ours, loop to compare with, least ratio or None, most ratio or None)."""
     table = []
     for operation in ("v + 1", "v < 3", "v[3]", "v[3, 4]", "v[3, 4] = 5", "v += 1"):
-        table.append((operation + ", class / GMVar", loop(operation, v=grid(Variable(5))),
-                      loop(operation, v=grid(GMVar(5))), LEAST_RATIO_TO_CLASS, None))
+        table.append(
+            (
+                operation + ", class / GMVar",
+                loop(operation, v=grid(Variable(5))),
+                loop(operation, v=grid(GMVar(5))),
+                LEAST_RATIO_TO_CLASS,
+                None,
+            )
+        )
     for operation in ("v + 1", "v < 3", "v += 1"):
         most = MOST_RATIO_TO_PLAIN if operation == "v + 1" else None
-        table.append((operation + ", GMVar / int", loop(operation, v=GMVar(5)),
-                      loop(operation, v=5), None, most))
+        table.append(
+            (
+                operation + ", GMVar / int",
+                loop(operation, v=GMVar(5)),
+                loop(operation, v=5),
+                None,
+                most,
+            )
+        )
     for name, value in (("id", 7), ("instance", INSTANCES[7])):
-        table.append(("append(%s), list subclass / InstanceList" % name,
-                      filling(ConvertingList, value), filling(larkspur.InstanceList, value),
-                      LEAST_RATIO_TO_CLASS if name == "id" else None, None))
+        table.append(
+            (
+                "append(%s), list subclass / InstanceList" % name,
+                filling(ConvertingList, value),
+                filling(larkspur.InstanceList, value),
+                LEAST_RATIO_TO_CLASS if name == "id" else None,
+                None,
+            )
+        )
     return table
 
 
@@ -174,12 +203,29 @@ def main():
         target = "at least %.1f" % least if least else "at most %.1f" % most if most else ""
         fails = (least and median < least) or (most and median > most)
         missed = missed or fails
-        print("%-44s %-20s %-22s %s%s" % (
-            name, measuring.as_text(quartiles),
-            measuring.as_text([value * 1e9 / STEPS for value in measuring.quartiles(ours)], "%.0f"),
-            target, " *" if fails else ""))
-    print("%-44s %-20s %s" % ("growth by one column", "", measuring.as_text(
-        [value * 1e9 / GROWTH_STEPS for value in measuring.quartiles(times["growth"])], "%.0f")))
+        print(
+            "%-44s %-20s %-22s %s%s"
+            % (
+                name,
+                measuring.as_text(quartiles),
+                measuring.as_text(
+                    [value * 1e9 / STEPS for value in measuring.quartiles(ours)], "%.0f"
+                ),
+                target,
+                " *" if fails else "",
+            )
+        )
+    print(
+        "%-44s %-20s %s"
+        % (
+            "growth by one column",
+            "",
+            measuring.as_text(
+                [value * 1e9 / GROWTH_STEPS for value in measuring.quartiles(times["growth"])],
+                "%.0f",
+            ),
+        )
+    )
     return 1 if missed else 0
 
 

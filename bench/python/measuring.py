@@ -1,4 +1,5 @@
 """Timing several ways to do the same thing, in turns, within one process."""
+
 from __future__ import division
 
 import ctypes

@@ -38,16 +38,18 @@ class Canvas(object):
         pygame.draw.circle(self.surface, color, _grown((x, y)), max(1, int(radius * OVERSIZE)))
 
     def ellipse(self, color, x, y, width, height):
-        pygame.draw.ellipse(self.surface, color,
-                            pygame.Rect(_grown((x, y)), _grown((width, height))))
+        pygame.draw.ellipse(
+            self.surface, color, pygame.Rect(_grown((x, y)), _grown((width, height)))
+        )
 
     def line(self, color, start, end, width):
         """A thick line with round ends."""
         (x1, y1), (x2, y2) = start, end
         length = math.hypot(x2 - x1, y2 - y1) or 1.0
         dx, dy = (y1 - y2) / length * width / 2.0, (x2 - x1) / length * width / 2.0
-        self.polygon(color, [(x1 + dx, y1 + dy), (x2 + dx, y2 + dy),
-                             (x2 - dx, y2 - dy), (x1 - dx, y1 - dy)])
+        self.polygon(
+            color, [(x1 + dx, y1 + dy), (x2 + dx, y2 + dy), (x2 - dx, y2 - dy), (x1 - dx, y1 - dy)]
+        )
         self.circle(color, x1, y1, width / 2.0)
         self.circle(color, x2, y2, width / 2.0)
 
@@ -63,9 +65,11 @@ def _grown(point):
 
 def mixed(first, second, share):
     """The colour `share` (0.0 to 1.0) of the way from first to second."""
-    return (int(first[0] + (second[0] - first[0]) * share),
-            int(first[1] + (second[1] - first[1]) * share),
-            int(first[2] + (second[2] - first[2]) * share))
+    return (
+        int(first[0] + (second[0] - first[0]) * share),
+        int(first[1] + (second[1] - first[1]) * share),
+        int(first[2] + (second[2] - first[2]) * share),
+    )
 
 
 def run_length_encoded(surface):
@@ -76,17 +80,23 @@ def run_length_encoded(surface):
 
 # --- The evening's backgrounds -------------------------------------------------------------------
 
+
 def sky(width, height):
     """Night blue above, the last light at the horizon, stars between."""
-    stops = ((0.0, (10, 12, 38)), (0.32, (36, 30, 82)), (0.54, (112, 62, 116)),
-             (0.70, (222, 112, 98)), (0.82, (250, 178, 112)), (1.0, (255, 208, 150)))
+    stops = (
+        (0.0, (10, 12, 38)),
+        (0.32, (36, 30, 82)),
+        (0.54, (112, 62, 116)),
+        (0.70, (222, 112, 98)),
+        (0.82, (250, 178, 112)),
+        (1.0, (255, 208, 150)),
+    )
     surface = pygame.Surface((width, height), pygame.SRCALPHA, 32)
     for y in range(height):
         share = y / float(height - 1)
         for (low, first), (high, second) in zip(stops, stops[1:]):
             if share <= high:
-                surface.fill(mixed(first, second, (share - low) / (high - low)),
-                             (0, y, width, 1))
+                surface.fill(mixed(first, second, (share - low) / (high - low)), (0, y, width, 1))
                 break
     rng = random.Random(4)
     for _ in range(130):
@@ -96,14 +106,20 @@ def sky(width, height):
         surface.set_at((x, y), mixed(base[:3], (255, 250, 235), glow / 255.0))
         if glow > 200:
             for dx, dy in ((1, 0), (-1, 0), (0, 1), (0, -1)):
-                surface.set_at(((x + dx) % width, max(0, y + dy)),
-                               mixed(base[:3], (255, 250, 235), 0.25))
+                surface.set_at(
+                    ((x + dx) % width, max(0, y + dy)), mixed(base[:3], (255, 250, 235), 0.25)
+                )
     return surface.convert()
 
 
 # Offsets and sizes in radii.
-MOON_SPOTS = ((-0.35, -0.25, 0.42), (0.25, -0.42, 0.30), (0.05, 0.28, 0.46), (-0.45, 0.4, 0.25),
-              (0.55, 0.2, 0.28))
+MOON_SPOTS = (
+    (-0.35, -0.25, 0.42),
+    (0.25, -0.42, 0.30),
+    (0.05, 0.28, 0.46),
+    (-0.45, 0.4, 0.25),
+    (0.55, 0.2, 0.28),
+)
 
 
 def moon(diameter):
@@ -117,9 +133,15 @@ def moon(diameter):
             solid = min(1.0, max(0.0, disk - distance + 0.5))
             color = mixed((255, 226, 190), (255, 248, 232), solid)
             if solid:
-                dark = sum(max(0.0, 1.0 - math.hypot(x - middle - dx * disk,
-                                                     y - middle - dy * disk) / (size * disk))
-                           for dx, dy, size in MOON_SPOTS)
+                dark = sum(
+                    max(
+                        0.0,
+                        1.0
+                        - math.hypot(x - middle - dx * disk, y - middle - dy * disk)
+                        / (size * disk),
+                    )
+                    for dx, dy, size in MOON_SPOTS
+                )
                 color = mixed(color, (206, 188, 178), min(1.0, dark) * 0.6)
             surface.set_at((x, y), color + (int(255 * max(haze, solid)),))
     return surface.convert_alpha()
@@ -137,8 +159,11 @@ def clouds(width, height):
             w, h = rng.randrange(60, 150), rng.randrange(5, 13)
             puff = pygame.Surface((w, h), pygame.SRCALPHA, 32)
             puff.fill((236, 170, 160, 0))
-            pygame.draw.ellipse(puff, mixed((190, 130, 160), (255, 206, 176), rng.random()) +
-                                (rng.randrange(14, 34),), puff.get_rect())
+            pygame.draw.ellipse(
+                puff,
+                mixed((190, 130, 160), (255, 206, 176), rng.random()) + (rng.randrange(14, 34),),
+                puff.get_rect(),
+            )
             for shift in (-width, 0, width):
                 surface.blit(puff, (int(x - w / 2) + shift, int(y - h / 2)))
     # A round trip through half the size melts the edges.
@@ -149,9 +174,11 @@ def clouds(width, height):
 def _ridge(width, height, seed, waves, base):
     """Heights of a ridge for x from 0 to width, the same at both ends."""
     rng = random.Random(seed)
-    parts = [(n, rng.uniform(0.4, 1.0) / n ** 0.9, rng.uniform(0, 6.28)) for n in waves]
-    values = [sum(a * math.sin(2 * math.pi * n * x / width + p) for n, a, p in parts)
-              for x in range(width + 1)]
+    parts = [(n, rng.uniform(0.4, 1.0) / n**0.9, rng.uniform(0, 6.28)) for n in waves]
+    values = [
+        sum(a * math.sin(2 * math.pi * n * x / width + p) for n, a, p in parts)
+        for x in range(width + 1)
+    ]
     low, high = min(values), max(values)
     return [height - base - (value - low) / (high - low) * (height - base) for value in values]
 
@@ -191,8 +218,10 @@ def hills(width, height, seed, near):
     top, foot = ((40, 40, 78), (58, 56, 98)) if near else ((72, 62, 112), (112, 88, 132))
     canvas = Canvas(width, height, top)
     ridge = [y + 24 for y in _ridge(width, height - 24, seed, (1, 2, 3, 5), 60)]
-    canvas.polygon(mixed(top, foot, 0.5), [(0, height)] +
-                   [(x, ridge[x] + 22) for x in range(0, width + 1, 4)] + [(width, height)])
+    canvas.polygon(
+        mixed(top, foot, 0.5),
+        [(0, height)] + [(x, ridge[x] + 22) for x in range(0, width + 1, 4)] + [(width, height)],
+    )
     rng = random.Random(seed)
     step = 9 if near else 6
     for x in range(0, width, step):
@@ -201,8 +230,14 @@ def hills(width, height, seed, near):
         for shift in (-width, 0, width):
             _tree_shape(canvas, color, x + shift, ridge[x] + 26 + rng.uniform(0, 8), size)
     for row in range(4):
-        band = [(0, height)] + [(x, ridge[x] + 44 + row * 26 + 6 * math.sin(x * 0.02 + row))
-                                for x in range(0, width + 1, 4)] + [(width, height)]
+        band = (
+            [(0, height)]
+            + [
+                (x, ridge[x] + 44 + row * 26 + 6 * math.sin(x * 0.02 + row))
+                for x in range(0, width + 1, 4)
+            ]
+            + [(width, height)]
+        )
         canvas.polygon(mixed(mixed(top, foot, 0.7), (150, 140, 186), 0.10 * (row + 1)), band)
     return run_length_encoded(canvas.finish())
 
@@ -217,17 +252,33 @@ def ground(width, height):
     """Trodden snow that joins its own other end."""
     canvas = Canvas(width, height, SNOW)
     rng = random.Random(8)
-    crest = [5 + 2.4 * math.sin(2 * math.pi * 3 * x / width) +
-             1.6 * math.sin(2 * math.pi * 7 * x / width + 1) for x in range(width + 1)]
-    for band, color in ((0, SNOW), (7, (208, 214, 238)), (20, (182, 188, 222)),
-                        (38, (148, 152, 196)), (60, (112, 114, 164))):
-        canvas.polygon(color, [(0, height)] + [(x, crest[x] + band * (1 + 0.12 * math.sin(
-            2 * math.pi * 2 * x / width + band))) for x in range(0, width + 1, 4)] +
-            [(width, height)])
+    crest = [
+        5
+        + 2.4 * math.sin(2 * math.pi * 3 * x / width)
+        + 1.6 * math.sin(2 * math.pi * 7 * x / width + 1)
+        for x in range(width + 1)
+    ]
+    for band, color in (
+        (0, SNOW),
+        (7, (208, 214, 238)),
+        (20, (182, 188, 222)),
+        (38, (148, 152, 196)),
+        (60, (112, 114, 164)),
+    ):
+        canvas.polygon(
+            color,
+            [(0, height)]
+            + [
+                (x, crest[x] + band * (1 + 0.12 * math.sin(2 * math.pi * 2 * x / width + band)))
+                for x in range(0, width + 1, 4)
+            ]
+            + [(width, height)],
+        )
     for _ in range(60):
         x, y = rng.randrange(10, width - 20), rng.randrange(12, height - 6)
-        canvas.ellipse(mixed(SNOW_SHADE, (104, 106, 158), y / float(height)), x, y,
-                       rng.randrange(5, 14), 2.2)
+        canvas.ellipse(
+            mixed(SNOW_SHADE, (104, 106, 158), y / float(height)), x, y, rng.randrange(5, 14), 2.2
+        )
     for _ in range(50):
         x, y = rng.randrange(4, width - 4), rng.randrange(8, 30)
         canvas.circle((248, 250, 255), x, y, 0.7)
@@ -235,6 +286,7 @@ def ground(width, height):
 
 
 # --- The evening's things ------------------------------------------------------------------------
+
 
 def pine(seed):
     """A snow-laden tree, 110 x 170."""
@@ -245,15 +297,26 @@ def pine(seed):
     for tier in range(5):
         top, bottom = 6 + tier * 27, 46 + tier * 28
         half = 15 + tier * 9.2
-        canvas.polygon(PINE_DARK, [(55 - half, bottom), (55, top), (55 + half, bottom),
-                                   (55 + half * 0.5, bottom - 5), (55, bottom + 3),
-                                   (55 - half * 0.5, bottom - 5)])
+        canvas.polygon(
+            PINE_DARK,
+            [
+                (55 - half, bottom),
+                (55, top),
+                (55 + half, bottom),
+                (55 + half * 0.5, bottom - 5),
+                (55, bottom + 3),
+                (55 - half * 0.5, bottom - 5),
+            ],
+        )
         canvas.polygon(PINE, [(55 - half, bottom), (55, top), (55 + half * 0.25, bottom - 2)])
-        canvas.polygon(PINE_LIGHT, [(55 - half, bottom), (55 - 2, top + 8),
-                                    (55 - half * 0.45, bottom - 6)])
+        canvas.polygon(
+            PINE_LIGHT, [(55 - half, bottom), (55 - 2, top + 8), (55 - half * 0.45, bottom - 6)]
+        )
         snow = [(55 - half * 0.72, bottom - 11), (55, top), (55 + half * 0.66, bottom - 12)]
-        teeth = [(55 + half * share, bottom - 12 - rng.uniform(4, 13) * (1 - abs(share)))
-                 for share in (0.4, 0.15, -0.1, -0.4)]
+        teeth = [
+            (55 + half * share, bottom - 12 - rng.uniform(4, 13) * (1 - abs(share)))
+            for share in (0.4, 0.15, -0.1, -0.4)
+        ]
         canvas.polygon(SNOW_SHADE, snow + teeth)
         canvas.polygon(SNOW, [snow[0], (55, top)] + [(x - 3, y - 2) for x, y in teeth[1:]])
     return canvas.finish()
@@ -276,10 +339,26 @@ def house(seed, wall):
         canvas.rect(light, 28, 105.4 + plank * 9, 174, 0.8)
     canvas.rect(dark, 190, 86, 12, 94)
     canvas.polygon(dark, [(8, 98), (60, 34), (170, 34), (222, 98)])
-    canvas.polygon(SNOW_SHADE, [(4, 98), (58, 28), (172, 28), (226, 98), (212, 100), (190, 92),
-                                (166, 99), (140, 92), (110, 99), (80, 92), (52, 99), (26, 93)])
-    canvas.polygon(SNOW, [(4, 96), (58, 26), (172, 26), (204, 66), (170, 58), (120, 66),
-                          (80, 58), (44, 70)])
+    canvas.polygon(
+        SNOW_SHADE,
+        [
+            (4, 98),
+            (58, 28),
+            (172, 28),
+            (226, 98),
+            (212, 100),
+            (190, 92),
+            (166, 99),
+            (140, 92),
+            (110, 99),
+            (80, 92),
+            (52, 99),
+            (26, 93),
+        ],
+    )
+    canvas.polygon(
+        SNOW, [(4, 96), (58, 26), (172, 26), (204, 66), (170, 58), (120, 66), (80, 58), (44, 70)]
+    )
     canvas.rect(WOOD_DARK, 100, 122, 34, 58)
     canvas.rect(WOOD, 103, 125, 28, 55)
     canvas.rect(WOOD_LIGHT, 106, 128, 9, 50)
@@ -405,7 +484,7 @@ def gate():
     for x, y in ((30, 74), (64, 70), (34, 92), (63, 96), (28, 110), (68, 114)):
         canvas.circle((240, 120, 150), x, y, 2.4)
     for x in range(14, 86, 7):
-        lift = math.sqrt(max(0.0, 44 ** 2 - (x - 48) ** 2))
+        lift = math.sqrt(max(0.0, 44**2 - (x - 48) ** 2))
         canvas.circle(SNOW, x, 49 - lift, 5)
     return canvas.finish()
 
@@ -461,8 +540,16 @@ def _hero(phase):
     return canvas.finish()
 
 
-STAR_COLORS = ((255, 206, 84), (120, 208, 255), (255, 132, 160), (150, 236, 150),
-               (206, 160, 255), (255, 160, 84), (240, 240, 255), (110, 236, 214))
+STAR_COLORS = (
+    (255, 206, 84),
+    (120, 208, 255),
+    (255, 132, 160),
+    (150, 236, 150),
+    (206, 160, 255),
+    (255, 160, 84),
+    (240, 240, 255),
+    (110, 236, 214),
+)
 
 
 def star_frames(color):
@@ -476,8 +563,9 @@ def star_frames(color):
             for corner in range(10):
                 length = radius if corner % 2 == 0 else radius * 0.46
                 angle = math.pi * corner / 5
-                points.append((14 + math.sin(angle) * length * width,
-                               14 - math.cos(angle) * length))
+                points.append(
+                    (14 + math.sin(angle) * length * width, 14 - math.cos(angle) * length)
+                )
             canvas.polygon(shade, points)
         canvas.circle(mixed(color, (255, 255, 255), 0.75), 14 - 2 * width, 11, 2.2)
         frames.append(canvas.finish())
@@ -524,18 +612,49 @@ def far_flake():
 
 TILE = 32
 # Tile numbers; each is a column of the tile picture.
-(GRASS, GRASS_TUFT, GRASS_CLOVER, PATH, WALL_TOP, WALL_FRONT, HEDGE, FLOWERS_ROSE, FLOWERS_BLUE,
- FLOWERS_GOLD, POND_NW, POND_NE, POND_SW, POND_SE, LILY, STEPS) = range(16)
+(
+    GRASS,
+    GRASS_TUFT,
+    GRASS_CLOVER,
+    PATH,
+    WALL_TOP,
+    WALL_FRONT,
+    HEDGE,
+    FLOWERS_ROSE,
+    FLOWERS_BLUE,
+    FLOWERS_GOLD,
+    POND_NW,
+    POND_NE,
+    POND_SW,
+    POND_SE,
+    LILY,
+    STEPS,
+) = range(16)
 
 
 def garden_tiles():
     """The garden's tiles, 16 in a row of 32 x 32 each, with alpha where water shows through."""
     strip = pygame.Surface((16 * TILE, TILE), pygame.SRCALPHA, 32)
-    for number, paint in enumerate((_grass(1, 0), _grass(2, 9), _grass(3, 5), _path, _wall_top,
-                                    _wall_front, _hedge, _flowers((232, 96, 128)),
-                                    _flowers((118, 146, 244)), _flowers((250, 204, 84)),
-                                    _pond(1, 1), _pond(0, 1), _pond(1, 0), _pond(0, 0), _lily,
-                                    _steps)):
+    for number, paint in enumerate(
+        (
+            _grass(1, 0),
+            _grass(2, 9),
+            _grass(3, 5),
+            _path,
+            _wall_top,
+            _wall_front,
+            _hedge,
+            _flowers((232, 96, 128)),
+            _flowers((118, 146, 244)),
+            _flowers((250, 204, 84)),
+            _pond(1, 1),
+            _pond(0, 1),
+            _pond(1, 0),
+            _pond(0, 0),
+            _lily,
+            _steps,
+        )
+    ):
         canvas = Canvas(TILE, TILE, (70, 112, 64))
         paint(canvas)
         strip.blit(_opaque_copy(canvas.finish()), (number * TILE, 0))
@@ -560,14 +679,22 @@ def _grass(seed, tufts):
             x, y = rng.uniform(4, 28), rng.uniform(6, 29)
             canvas.line((122, 172, 92), (x, y), (x - 2, y - 4), 1.0)
             canvas.line((122, 172, 92), (x, y), (x + 2, y - 4), 1.0)
+
     return paint
 
 
 def _path(canvas):
     rng = random.Random(6)
     canvas.rect((176, 156, 120), 0, 0, TILE, TILE)
-    for x, y, width, height in ((1, 1, 14, 9), (17, 1, 14, 13), (1, 12, 9, 10), (12, 16, 10, 15),
-                                (24, 16, 7, 8), (1, 24, 9, 7), (24, 26, 7, 5)):
+    for x, y, width, height in (
+        (1, 1, 14, 9),
+        (17, 1, 14, 13),
+        (1, 12, 9, 10),
+        (12, 16, 10, 15),
+        (24, 16, 7, 8),
+        (1, 24, 9, 7),
+        (24, 26, 7, 5),
+    ):
         canvas.rect(mixed((200, 182, 146), (160, 142, 112), rng.random()), x, y, width, height)
 
 
@@ -583,8 +710,13 @@ def _wall_front(canvas):
     canvas.rect((58, 54, 76), 0, 0, TILE, TILE)
     for row in range(4):
         for column in range(-1, 3):
-            canvas.rect(mixed(STONE_DARK, STONE, rng.random()), column * 12 + (row % 2) * 6,
-                        row * 8 + 1, 11, 6.6)
+            canvas.rect(
+                mixed(STONE_DARK, STONE, rng.random()),
+                column * 12 + (row % 2) * 6,
+                row * 8 + 1,
+                11,
+                6.6,
+            )
     canvas.rect((40, 36, 56), 0, 29, TILE, 3)
 
 
@@ -605,16 +737,19 @@ def _flowers(color):
             for dx, dy in ((-2, 0), (2, 0), (0, -2), (0, 2)):
                 canvas.circle(color, x + dx, y + dy, 1.9)
             canvas.circle((255, 240, 190), x, y, 1.4)
+
     return paint
 
 
 def _pond(right, bottom):
     """A corner of the pond: the water lies to the given sides, open (transparent) there."""
+
     def paint(canvas):
         _grass(5, 2)(canvas)
         center = right * TILE, bottom * TILE
         canvas.circle((132, 124, 110), center[0], center[1], 30)
         pygame.draw.circle(canvas.surface, (60, 110, 150, 0), _grown(center), 26 * OVERSIZE)
+
     return paint
 
 
@@ -640,10 +775,14 @@ def water(size):
     turn = 2 * math.pi / size
     for y in range(size):
         for x in range(size):
-            wave = (math.sin(turn * (2 * x + y)) + math.sin(turn * (3 * y - x) + 1.3) +
-                    0.7 * math.sin(turn * (5 * x + 4 * y)))
-            surface.set_at((x, y), mixed((42, 92, 132), (92, 160, 190),
-                                         max(0.0, min(1.0, 0.35 + wave * 0.22))))
+            wave = (
+                math.sin(turn * (2 * x + y))
+                + math.sin(turn * (3 * y - x) + 1.3)
+                + 0.7 * math.sin(turn * (5 * x + 4 * y))
+            )
+            surface.set_at(
+                (x, y), mixed((42, 92, 132), (92, 160, 190), max(0.0, min(1.0, 0.35 + wave * 0.22)))
+            )
     return surface.convert()
 
 

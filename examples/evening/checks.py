@@ -1,7 +1,8 @@
 """What the demo's pictures must show, whatever the random numbers were."""
 
-from evening import art, hud, village
 from engine.colors import color_to_rgb
+
+from evening import art, hud, village
 
 MOST_PARTICLES_AT_LEAST = 2000
 
@@ -13,8 +14,9 @@ def faults(pygame, pictures, most_particles):
     if rooms != {"room_village", "room_garden"}:
         found.append("pictures of both rooms are wanted, there are " + ", ".join(sorted(rooms)))
     if most_particles < MOST_PARTICLES_AT_LEAST:
-        found.append("{} particles lived at once, not {}".format(most_particles,
-                                                                 MOST_PARTICLES_AT_LEAST))
+        found.append(
+            "{} particles lived at once, not {}".format(most_particles, MOST_PARTICLES_AT_LEAST)
+        )
     seen = {}
     for path, room in pictures:
         surface = pygame.image.load(path)
@@ -39,17 +41,20 @@ class Picture(object):
 
     def pixel(self, x, y):
         start = 3 * (y * self.width + x)
-        return tuple(ord(part) for part in self.data[start:start + 3])
+        return tuple(ord(part) for part in self.data[start : start + 3])
 
     def colors(self):
         """How many different colours every third pixel has."""
-        return len(set(self.data[start:start + 3] for start in range(0, len(self.data), 9)))
+        return len(set(self.data[start : start + 3] for start in range(0, len(self.data), 9)))
 
     def share(self, area, question):
         """The share of every third pixel of (x, y, width, height) for which question(r, g, b)."""
         left, top, width, height = area
-        asked = [question(*self.pixel(x, y)) for y in range(top, top + height, 3)
-                 for x in range(left, left + width, 3)]
+        asked = [
+            question(*self.pixel(x, y))
+            for y in range(top, top + height, 3)
+            for x in range(left, left + width, 3)
+        ]
         return sum(asked) / float(len(asked))
 
 
@@ -70,16 +75,21 @@ def _map_shows_land(picture):
 
 
 def _hero_is_on_the_map(picture):
-    return any(picture.pixel(x, y) == (230, 60, 70)
-               for y in range(MAP[1], MAP[1] + MAP[3]) for x in range(MAP[0], MAP[0] + MAP[2]))
+    return any(
+        picture.pixel(x, y) == (230, 60, 70)
+        for y in range(MAP[1], MAP[1] + MAP[3])
+        for x in range(MAP[0], MAP[0] + MAP[2])
+    )
 
 
 def _panel_fades(picture):
     """The score panel's upper edge is brighter than its lower part, and both are bluish; nearly
     everywhere, because a flake can fall on any place of it."""
+
     def fades_at(x):
         top, bottom = picture.pixel(x, 18), picture.pixel(x, 69)
         return sum(top) > sum(bottom) + 40 and top[2] > top[0] and bottom[2] > bottom[0]
+
     places = range(20, 220, 5)
     return sum(fades_at(x) for x in places) > 0.7 * len(places)
 
@@ -101,27 +111,43 @@ VILLAGE_CHECKS = (
     ("the map shows no snow on the ground", _map_shows_land),
     ("the hero is not on the map", _hero_is_on_the_map),
     ("the score panel is no gradient", _panel_fades),
-    ("the inventory panel is not blue",
-     lambda picture: picture.share(INVENTORY, lambda r, g, b: b > r + 8) > 0.5),
-    ("nothing burns or is lit",
-     lambda picture: picture.share(WHOLE, lambda r, g, b: r > 225 and g > 130 and b < 170) >
-     0.001),
-    ("no snow lies or falls",
-     lambda picture: picture.share(WHOLE, lambda r, g, b: min(r, g, b) > 190) > 0.01),
-    ("there is no night sky",
-     lambda picture: picture.share((330, 0, 200, 60), lambda r, g, b: r + g + b < 330) > 0.8),
+    (
+        "the inventory panel is not blue",
+        lambda picture: picture.share(INVENTORY, lambda r, g, b: b > r + 8) > 0.5,
+    ),
+    (
+        "nothing burns or is lit",
+        lambda picture: (
+            picture.share(WHOLE, lambda r, g, b: r > 225 and g > 130 and b < 170) > 0.001
+        ),
+    ),
+    (
+        "no snow lies or falls",
+        lambda picture: picture.share(WHOLE, lambda r, g, b: min(r, g, b) > 190) > 0.01,
+    ),
+    (
+        "there is no night sky",
+        lambda picture: picture.share((330, 0, 200, 60), lambda r, g, b: r + g + b < 330) > 0.8,
+    ),
 )
 GARDEN_CHECKS = (
     ("the flames are one flat yellow", _flames_have_shades),
     ("there are too few colours", lambda picture: picture.colors() > 1500),
     ("the score panel is no gradient", _panel_fades),
-    ("there is too little grass",
-     lambda picture: picture.share(WHOLE, lambda r, g, b: g > r + 15 and g > b + 8) > 0.25),
-    ("the wall does not stand",
-     lambda picture: picture.share((32 * 10, 0, 32 * 8, art.TILE), _of(art.STONE, 130)) > 0.6),
-    ("there is no water in the pond",
-     lambda picture: picture.share((32 * 20, 32 * 5, 64, 32), lambda r, g, b: b > r + 30) > 0.4),
-    ("the path is not paved",
-     lambda picture: picture.share((32 * 2, 32 * 8, 32 * 8, 64), _of((108, 98, 96), 110)) >
-     0.8),
+    (
+        "there is too little grass",
+        lambda picture: picture.share(WHOLE, lambda r, g, b: g > r + 15 and g > b + 8) > 0.25,
+    ),
+    (
+        "the wall does not stand",
+        lambda picture: picture.share((32 * 10, 0, 32 * 8, art.TILE), _of(art.STONE, 130)) > 0.6,
+    ),
+    (
+        "there is no water in the pond",
+        lambda picture: picture.share((32 * 20, 32 * 5, 64, 32), lambda r, g, b: b > r + 30) > 0.4,
+    ),
+    (
+        "the path is not paved",
+        lambda picture: picture.share((32 * 2, 32 * 8, 32 * 8, 64), _of((108, 98, 96), 110)) > 0.8,
+    ),
 )

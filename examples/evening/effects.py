@@ -1,17 +1,27 @@
 """The demo's particle types. Colours are given from birth over half life to death."""
 
 import gmapi
-from evening import art
 from gmapi import make_color_rgb as rgb
+
+from evening import art
 
 types = {}
 
 
 def make_types():
     """Create all particle types; the display must be there, for their shapes."""
-    types.update(fire=_fire(), torch_fire=_torch_fire(), smoke=_smoke(), spark=_spark(),
-                 snow=_snow(gmapi.pt_shape_snow, 1.9, 3.1), drift=_snow(art.far_flake(), 1.0, 2.0),
-                 twinkle=_twinkle(), spray=_spray(), firefly=_firefly(), petal=_petal())
+    types.update(
+        fire=_fire(),
+        torch_fire=_torch_fire(),
+        smoke=_smoke(),
+        spark=_spark(),
+        snow=_snow(gmapi.pt_shape_snow, 1.9, 3.1),
+        drift=_snow(art.far_flake(), 1.0, 2.0),
+        twinkle=_twinkle(),
+        spray=_spray(),
+        firefly=_firefly(),
+        petal=_petal(),
+    )
 
 
 def _additive(shape, colors, alphas, life, speed, direction):
@@ -43,8 +53,14 @@ def _flame(diameter, light, alphas, life, speed, direction):
     Fading takes the same from every channel. That is little light, so a little less alpha is
     enough, and what is left of it as it cools is red.
     """
-    return _additive(gmapi.soft_disk(diameter, 1.2, light, light=True), (gmapi.c_white,) * 3,
-                     alphas, life, speed, direction)
+    return _additive(
+        gmapi.soft_disk(diameter, 1.2, light, light=True),
+        (gmapi.c_white,) * 3,
+        alphas,
+        life,
+        speed,
+        direction,
+    )
 
 
 def _smoke():
@@ -61,9 +77,14 @@ def _smoke():
 
 def _spark():
     """A short streak, turned every way; drawn larger than its shape, so that it is turned."""
-    made = _additive(gmapi.pt_shape_spark,
-                     (rgb(255, 250, 220), rgb(255, 190, 80), rgb(220, 70, 30)),
-                     (1.0, 0.9, 0.0), (20, 44), (1.2, 4.2), (130, 230))
+    made = _additive(
+        gmapi.pt_shape_spark,
+        (rgb(255, 250, 220), rgb(255, 190, 80), rgb(220, 70, 30)),
+        (1.0, 0.9, 0.0),
+        (20, 44),
+        (1.2, 4.2),
+        (130, 230),
+    )
     gmapi.part_type_scale(made, 1.3, 1.0)
     gmapi.part_type_orientation(made, 0, 360, 9, 0, 0)
     return made
@@ -79,21 +100,36 @@ def _snow(shape, slowest, fastest):
 
 
 def _twinkle():
-    return _additive(gmapi.pt_shape_ember,
-                     (rgb(255, 255, 255), rgb(255, 226, 130), rgb(255, 140, 80)),
-                     (1.0, 0.9, 0.0), (18, 36), (0.8, 3.2), (0, 360))
+    return _additive(
+        gmapi.pt_shape_ember,
+        (rgb(255, 255, 255), rgb(255, 226, 130), rgb(255, 140, 80)),
+        (1.0, 0.9, 0.0),
+        (18, 36),
+        (0.8, 3.2),
+        (0, 360),
+    )
 
 
 def _spray():
-    return _additive(gmapi.pt_shape_ember,
-                     (rgb(210, 240, 255), rgb(120, 190, 240), rgb(60, 120, 200)),
-                     (0.8, 0.6, 0.0), (20, 30), (0.7, 1.6), (0, 360))
+    return _additive(
+        gmapi.pt_shape_ember,
+        (rgb(210, 240, 255), rgb(120, 190, 240), rgb(60, 120, 200)),
+        (0.8, 0.6, 0.0),
+        (20, 30),
+        (0.7, 1.6),
+        (0, 360),
+    )
 
 
 def _firefly():
-    return _additive(gmapi.pt_shape_ember,
-                     (rgb(70, 110, 20), rgb(230, 255, 120), rgb(40, 70, 10)),
-                     (0.3, 1.0, 0.0), (90, 190), (0.1, 0.6), (0, 360))
+    return _additive(
+        gmapi.pt_shape_ember,
+        (rgb(70, 110, 20), rgb(230, 255, 120), rgb(40, 70, 10)),
+        (0.3, 1.0, 0.0),
+        (90, 190),
+        (0.1, 0.6),
+        (0, 360),
+    )
 
 
 def _petal():

@@ -6,15 +6,18 @@ import time
 
 import gm6
 import gmapi
+
 from evening import effects, garden, hud, village
 
 SIZE = village.VIEW_WIDTH, village.VIEW_HEIGHT
-KEYS = ("arrow keys: walk   space: jump   Tab: village / walled garden   "
-        "i: inventory   m: map   mouse: tickle a snowman   Escape: quit")
+KEYS = (
+    "arrow keys: walk   space: jump   Tab: village / walled garden   "
+    "i: inventory   m: map   mouse: tickle a snowman   Escape: quit"
+)
 
-WARM_UP_STEPS = 150         # of each room
-WARM_UP_PART = 30           # of them at a time
-PIECES = 25                 # that loading consists of
+WARM_UP_STEPS = 150  # of each room
+WARM_UP_PART = 30  # of them at a time
+PIECES = 25  # that loading consists of
 
 
 class Evening(object):
@@ -44,8 +47,10 @@ class Evening(object):
             for what in build():
                 yield what
         self.village, self.garden = gmapi.room_village, gmapi.room_garden
-        for room, what in ((self.garden, "fireflies in the garden"),
-                           (self.village, "snow in the air")):
+        for room, what in (
+            (self.garden, "fireflies in the garden"),
+            (self.village, "snow in the air"),
+        ):
             yield what
             gm6.goto_room(room)
             for _ in range(WARM_UP_STEPS // WARM_UP_PART):

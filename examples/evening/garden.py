@@ -2,8 +2,15 @@
 
 import gmapi
 import larkspur
-from engine.resources import (BackgroundSlot, EVENT_COLLISION, EVENT_CREATE, EVENT_DRAW,
-                              EVENT_STEP, Placement)
+from engine.resources import (
+    EVENT_COLLISION,
+    EVENT_CREATE,
+    EVENT_DRAW,
+    EVENT_STEP,
+    BackgroundSlot,
+    Placement,
+)
+
 from evening import art, effects, village
 
 WIDTH, HEIGHT = village.VIEW_WIDTH, village.VIEW_HEIGHT
@@ -29,10 +36,24 @@ PLAN = (
     "TgHHggggggHHggPPPggHHyyyggHHHT",
     "TTTTTTTTTTTTTTTTTTTTTTTTTTTTTT",
 )
-LEGEND = {"g": art.GRASS, ",": art.GRASS_TUFT, "c": art.GRASS_CLOVER, "P": art.PATH,
-          "T": art.WALL_TOP, "W": art.WALL_FRONT, "H": art.HEDGE, "r": art.FLOWERS_ROSE,
-          "b": art.FLOWERS_BLUE, "y": art.FLOWERS_GOLD, "1": art.POND_NW, "2": art.POND_NE,
-          "3": art.POND_SW, "4": art.POND_SE, "L": art.LILY, "S": art.STEPS}
+LEGEND = {
+    "g": art.GRASS,
+    ",": art.GRASS_TUFT,
+    "c": art.GRASS_CLOVER,
+    "P": art.PATH,
+    "T": art.WALL_TOP,
+    "W": art.WALL_FRONT,
+    "H": art.HEDGE,
+    "r": art.FLOWERS_ROSE,
+    "b": art.FLOWERS_BLUE,
+    "y": art.FLOWERS_GOLD,
+    "1": art.POND_NW,
+    "2": art.POND_NE,
+    "3": art.POND_SW,
+    "4": art.POND_SE,
+    "L": art.LILY,
+    "S": art.STEPS,
+}
 SOLID = "TWH1234~L"
 
 
@@ -51,16 +72,22 @@ def build():
     fountain.on(EVENT_CREATE, fountain_create)
     brazier = add("obj_brazier", sprite=gmapi.spr_brazier, depth=8, still=True, parent=wall)
     brazier.on(EVENT_CREATE, brazier_create)
-    brazier.on(EVENT_DRAW, "draw_sprite(self.sprite_index, 0, self.x, self.y)\n"
-                           "draw_glow(self, spr_glow_fire, 0, -44)")
+    brazier.on(
+        EVENT_DRAW,
+        "draw_sprite(self.sprite_index, 0, self.x, self.y)\ndraw_glow(self, spr_glow_fire, 0, -44)",
+    )
     dusk = add("obj_dusk", depth=9, still=True)
-    dusk.on(EVENT_DRAW, "draw_set_color(make_color_rgb(14, 18, 62))\n"
-                        "draw_set_alpha(0.34)\n"
-                        "draw_rectangle(0, 0, room_garden.room_width, room_garden.room_height)\n"
-                        "draw_set_alpha(1)")
+    dusk.on(
+        EVENT_DRAW,
+        "draw_set_color(make_color_rgb(14, 18, 62))\n"
+        "draw_set_alpha(0.34)\n"
+        "draw_rectangle(0, 0, room_garden.room_width, room_garden.room_height)\n"
+        "draw_set_alpha(1)",
+    )
     walker = add("obj_walker", sprite=gmapi.spr_hero, depth=0)
-    walker.on(EVENT_CREATE, "self.image_speed = 0\nself.ride = 0.0\n"
-                            "self.sparkle = part_system_create(-6)")
+    walker.on(
+        EVENT_CREATE, "self.image_speed = 0\nself.ride = 0.0\nself.sparkle = part_system_create(-6)"
+    )
     walker.on(EVENT_STEP, walker_step)
     walker.on(EVENT_COLLISION, walker_collect, key="obj_star")
     air = add("obj_garden_air", visible=False)
@@ -73,14 +100,22 @@ def build():
     room.tiles = _lay_tiles(tiles)
     room.tile_w = room.tile_h = art.TILE
     room.instances = [
-        Placement(gmapi.obj_walker, 496, 470), Placement(gmapi.obj_hud, 0, 0),
-        Placement(gmapi.obj_fountain, 480, 296), Placement(gmapi.obj_dusk, 0, 0),
-        Placement(gmapi.obj_garden_air, 0, 0)]
-    room.instances += [Placement(gmapi.obj_brazier, x, y) for x, y in
-                       ((420, 110), (572, 110), (420, 490), (572, 490))]
-    room.instances += [Placement(getattr(gmapi, "obj_star_%d" % number), x, y)
-                       for number, (x, y) in enumerate(((240, 300), (720, 300), (300, 180),
-                                                        (800, 440), (180, 430), (860, 220)))]
+        Placement(gmapi.obj_walker, 496, 470),
+        Placement(gmapi.obj_hud, 0, 0),
+        Placement(gmapi.obj_fountain, 480, 296),
+        Placement(gmapi.obj_dusk, 0, 0),
+        Placement(gmapi.obj_garden_air, 0, 0),
+    ]
+    room.instances += [
+        Placement(gmapi.obj_brazier, x, y)
+        for x, y in ((420, 110), (572, 110), (420, 490), (572, 490))
+    ]
+    room.instances += [
+        Placement(getattr(gmapi, "obj_star_%d" % number), x, y)
+        for number, (x, y) in enumerate(
+            ((240, 300), (720, 300), (300, 180), (800, 440), (180, 430), (860, 220))
+        )
+    ]
 
 
 def _lay_tiles(background):
@@ -103,8 +138,7 @@ def _lay_tiles(background):
 def walkable(x, y):
     """Whether a point is on a tile that can be walked on."""
     column, row = int(x) // art.TILE, int(y) // art.TILE
-    return (0 <= row < len(PLAN) and 0 <= column < len(PLAN[0]) and
-            PLAN[row][column] not in SOLID)
+    return 0 <= row < len(PLAN) and 0 <= column < len(PLAN[0]) and PLAN[row][column] not in SOLID
 
 
 def walker_step(self):

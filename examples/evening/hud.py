@@ -3,6 +3,7 @@
 import gmapi
 from engine import drawing
 from engine.resources import EVENT_CREATE, EVENT_DRAW
+
 from evening import village
 
 PANEL_TOP, PANEL_BOTTOM = gmapi.make_color_rgb(86, 96, 168), gmapi.make_color_rgb(24, 22, 58)
@@ -86,9 +87,11 @@ def _draw_score():
     gmapi.draw_panel(14, 14, 210, 58, PANEL_TOP, PANEL_BOTTOM)
     gmapi.draw_sprite(gmapi.spr_star_0, 0, *_on_screen(38, 38))
     _write(60, 22, "Score %d" % int(gmapi.score), 26, FRAME)
-    found = sum(int(gmapi.inventory[column, row])
-                for column in range(village.INVENTORY_COLUMNS)
-                for row in range(village.INVENTORY_ROWS))
+    found = sum(
+        int(gmapi.inventory[column, row])
+        for column in range(village.INVENTORY_COLUMNS)
+        for row in range(village.INVENTORY_ROWS)
+    )
     x, y = _on_screen(60, 50)
     gmapi.draw_set_color(gmapi.c_black)
     gmapi.draw_set_alpha(0.5)
@@ -96,8 +99,9 @@ def _draw_score():
     gmapi.draw_set_alpha(1)
     if found:
         gold, rose = gmapi.make_color_rgb(255, 214, 96), gmapi.make_color_rgb(255, 96, 128)
-        gmapi.draw_rectangle_color(x, y, x + 150 * min(1.0, found / float(STARS)), y + 10, rose,
-                                   gold, gold, rose)
+        gmapi.draw_rectangle_color(
+            x, y, x + 150 * min(1.0, found / float(STARS)), y + 10, rose, gold, gold, rose
+        )
 
 
 def _draw_inventory():
@@ -112,16 +116,18 @@ def _draw_inventory():
             x, y = left + 10 + column * SLOT, top + 28 + row * SLOT
             room_x, room_y = _on_screen(x, y)
             gmapi.draw_set_alpha(0.6)
-            gmapi.draw_rectangle_color(room_x, room_y, room_x + SLOT - 4, room_y + SLOT - 4,
-                                       dark, dark, blue, blue)
+            gmapi.draw_rectangle_color(
+                room_x, room_y, room_x + SLOT - 4, room_y + SLOT - 4, dark, dark, blue, blue
+            )
             gmapi.draw_set_alpha(1)
             count = int(gmapi.inventory[column, row])
             number = column + row * columns
             sprite = gmapi.game.sprites[int(getattr(gmapi, "spr_star_%d" % number))]
             color = gmapi.c_white if count else gmapi.c_black
             middle = SLOT // 2 - 2
-            gmapi.draw_sprite_ext(sprite, 0, room_x + middle, room_y + middle, 1, 1, 0, color,
-                                  1.0 if count else 0.35)
+            gmapi.draw_sprite_ext(
+                sprite, 0, room_x + middle, room_y + middle, 1, 1, 0, color, 1.0 if count else 0.35
+            )
             if count:
                 _write(x + SLOT - 14, y + SLOT - 19, count, 20)
 

@@ -1,6 +1,7 @@
 """The picture that is in the window while the game is made."""
 
 from engine import drawing
+
 from evening import art
 
 TITLE, LINE, BAR = (236, 214, 160), (206, 200, 226), (58, 50, 96)
@@ -29,5 +30,7 @@ class LoadingPicture(object):
 
     def _write(self, y, text, height, color):
         picture = drawing.text_font(height).render(text, True, color)
-        self._screen.blit(picture, ((self._screen.get_width() - picture.get_width()) // 2,
-                                    y - picture.get_height() // 2))
+        self._screen.blit(
+            picture,
+            ((self._screen.get_width() - picture.get_width()) // 2, y - picture.get_height() // 2),
+        )

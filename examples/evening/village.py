@@ -4,9 +4,20 @@ import math
 import random
 
 import gmapi
-from engine.resources import (BackgroundSlot, EVENT_ALARM, EVENT_COLLISION, EVENT_CREATE,
-                              EVENT_DRAW, EVENT_KEYPRESS, EVENT_MOUSE, EVENT_STEP,
-                              MOUSE_LEFT_PRESS, Placement, set_view)
+from engine.resources import (
+    EVENT_ALARM,
+    EVENT_COLLISION,
+    EVENT_CREATE,
+    EVENT_DRAW,
+    EVENT_KEYPRESS,
+    EVENT_MOUSE,
+    EVENT_STEP,
+    MOUSE_LEFT_PRESS,
+    BackgroundSlot,
+    Placement,
+    set_view,
+)
+
 from evening import art, effects
 
 WIDTH, HEIGHT = 3200, 720
@@ -32,8 +43,14 @@ def build():
     for what in _hang_backgrounds(room):
         yield what
     hero = gmapi.obj_hero
-    set_view(room, 0, (0, HEIGHT - VIEW_HEIGHT, VIEW_WIDTH, VIEW_HEIGHT),
-             (0, 0, VIEW_WIDTH, VIEW_HEIGHT), hero, (VIEW_WIDTH * 0.42, 396))
+    set_view(
+        room,
+        0,
+        (0, HEIGHT - VIEW_HEIGHT, VIEW_WIDTH, VIEW_HEIGHT),
+        (0, 0, VIEW_WIDTH, VIEW_HEIGHT),
+        hero,
+        (VIEW_WIDTH * 0.42, 396),
+    )
     set_view(room, 1, (0, 0, WIDTH, HEIGHT), (MAP_X, MAP_Y, MAP_WIDTH, MAP_HEIGHT))
     room.instances = _placements()
 
@@ -45,17 +62,21 @@ def _hang_backgrounds(room):
     yield "the moon"
     room.bg1 = BackgroundSlot(add("bg_moon", art.moon(210)), x=420, y=196, parallax=0.97)
     yield "clouds"
-    room.bg2 = BackgroundSlot(add("bg_clouds", art.clouds(1280, 240)), y=190, htiled=True,
-                              hspeed=0.25, parallax=0.9)
+    room.bg2 = BackgroundSlot(
+        add("bg_clouds", art.clouds(1280, 240)), y=190, htiled=True, hspeed=0.25, parallax=0.9
+    )
     yield "mountains"
-    room.bg3 = BackgroundSlot(add("bg_mountains", art.mountains(1600, 300)), y=330, htiled=True,
-                              parallax=0.8)
+    room.bg3 = BackgroundSlot(
+        add("bg_mountains", art.mountains(1600, 300)), y=330, htiled=True, parallax=0.8
+    )
     yield "far hills"
-    room.bg4 = BackgroundSlot(add("bg_hills_far", art.hills(1280, 250, 31, False)), y=430,
-                              htiled=True, parallax=0.6)
+    room.bg4 = BackgroundSlot(
+        add("bg_hills_far", art.hills(1280, 250, 31, False)), y=430, htiled=True, parallax=0.6
+    )
     yield "near hills"
-    room.bg5 = BackgroundSlot(add("bg_hills_near", art.hills(1600, 250, 37, True)), y=476,
-                              htiled=True, parallax=0.35)
+    room.bg5 = BackgroundSlot(
+        add("bg_hills_near", art.hills(1600, 250, 37, True)), y=476, htiled=True, parallax=0.35
+    )
     yield "snow on the ground"
     room.bg6 = BackgroundSlot(add("bg_ground", art.ground(800, 90)), y=GROUND - 14, htiled=True)
 
@@ -81,35 +102,54 @@ def _make_sprites():
         gmapi.game.add_sprite("spr_star_%d" % number, art.star_frames(color), (14, 14))
     gmapi.game.add_sprite("spr_crow", art.crow_frames(), (20, 14))
     yield "the light of lamps and fires"
-    for name, diameter, color in (("lamp", 150, (255, 196, 110)), ("fire", 260, (255, 150, 70)),
-                                  ("lantern", 90, (255, 220, 150)), ("star", 60, (255, 255, 220))):
-        gmapi.game.add_sprite("spr_glow_" + name, [art.glow(diameter, color)],
-                              (diameter // 2, diameter // 2))
+    for name, diameter, color in (
+        ("lamp", 150, (255, 196, 110)),
+        ("fire", 260, (255, 150, 70)),
+        ("lantern", 90, (255, 220, 150)),
+        ("star", 60, (255, 255, 220)),
+    ):
+        gmapi.game.add_sprite(
+            "spr_glow_" + name, [art.glow(diameter, color)], (diameter // 2, diameter // 2)
+        )
 
 
 # --- Things --------------------------------------------------------------------------------------
 
+
 def _make_objects():
     add = gmapi.game.add_object
     for number in range(3):
-        add("obj_pine_%d" % number, sprite=getattr(gmapi, "spr_pine_%d" % number), depth=60,
-            still=True)
-        house = add("obj_house_%d" % number, sprite=getattr(gmapi, "spr_house_%d" % number),
-                    depth=50, still=True)
+        add(
+            "obj_pine_%d" % number,
+            sprite=getattr(gmapi, "spr_pine_%d" % number),
+            depth=60,
+            still=True,
+        )
+        house = add(
+            "obj_house_%d" % number,
+            sprite=getattr(gmapi, "spr_house_%d" % number),
+            depth=50,
+            still=True,
+        )
         house.on(EVENT_CREATE, house_create)
     add("obj_fence", sprite=gmapi.spr_fence, depth=40, still=True)
     add("obj_gate", sprite=gmapi.spr_gate, depth=45, still=True)
 
     lamp = add("obj_lamp", sprite=gmapi.spr_lamp, depth=30, still=True)
-    lamp.on(EVENT_DRAW, "draw_sprite(self.sprite_index, 0, self.x, self.y)\n"
-                        "draw_glow(self, spr_glow_lamp, 0, -104)")
+    lamp.on(
+        EVENT_DRAW,
+        "draw_sprite(self.sprite_index, 0, self.x, self.y)\n"
+        "draw_glow(self, spr_glow_lamp, 0, -104)",
+    )
     torch = add("obj_torch", sprite=gmapi.spr_torch, depth=20, still=True)
     torch.on(EVENT_CREATE, torch_create)
     campfire = add("obj_campfire", sprite=gmapi.spr_campfire, depth=18, still=True)
     campfire.on(EVENT_CREATE, campfire_create)
     campfire.on(EVENT_ALARM, campfire_crackle, key=0)
-    campfire.on(EVENT_DRAW, "draw_glow(self, spr_glow_fire, 0, -30)\n"
-                            "draw_sprite(self.sprite_index, 0, self.x, self.y)")
+    campfire.on(
+        EVENT_DRAW,
+        "draw_glow(self, spr_glow_fire, 0, -30)\ndraw_sprite(self.sprite_index, 0, self.x, self.y)",
+    )
     gmapi.__dict__["draw_glow"] = draw_glow
 
     solid = add("obj_solid", visible=False, solid=True, still=True)
@@ -126,12 +166,18 @@ def _make_objects():
 
     star = add("obj_star", depth=5)
     star.on(EVENT_CREATE, star_create)
-    star.on(EVENT_STEP, "self.y = self.ystart + 5 * math.sin(self.turn + self.x * 0.02)\n"
-                        "self.turn += 0.06")
+    star.on(
+        EVENT_STEP,
+        "self.y = self.ystart + 5 * math.sin(self.turn + self.x * 0.02)\nself.turn += 0.06",
+    )
     star.on(EVENT_DRAW, star_draw)
     for number in range(len(art.STAR_COLORS)):
-        add("obj_star_%d" % number, sprite=getattr(gmapi, "spr_star_%d" % number), depth=5,
-            parent=star)
+        add(
+            "obj_star_%d" % number,
+            sprite=getattr(gmapi, "spr_star_%d" % number),
+            depth=5,
+            parent=star,
+        )
 
     hero = add("obj_hero", sprite=gmapi.spr_hero, depth=0)
     hero.on(EVENT_CREATE, hero_create)
@@ -150,8 +196,9 @@ def draw_glow(self, sprite, dx, dy):
     """A flickering halo; too small to see on the map."""
     if gmapi.view.number == 0:
         flicker = 0.84 + 0.16 * random.random()
-        gmapi.draw_sprite_ext(sprite, 0, self.x + dx, self.y + dy, 1, 1, 0, gmapi.c_white,
-                              int(flicker * 12) / 12.0)
+        gmapi.draw_sprite_ext(
+            sprite, 0, self.x + dx, self.y + dy, 1, 1, 0, gmapi.c_white, int(flicker * 12) / 12.0
+        )
 
 
 def house_create(self):
@@ -235,9 +282,10 @@ def star_draw(self):
 
 # --- The hero ------------------------------------------------------------------------------------
 
+
 def hero_create(self):
     self.image_speed = 0
-    self.ride = 0.0     # how far the steps have carried it, in pictures of the walk
+    self.ride = 0.0  # how far the steps have carried it, in pictures of the walk
     self.facing = 1
     self.grounded = False
     self.sparkle = gmapi.part_system_create(-6)
@@ -295,8 +343,17 @@ def take_star(self, star):
 def hero_draw(self):
     if gmapi.view.number == 0:
         draw_glow(self, gmapi.spr_glow_lantern, 12 * self.facing, -14)
-        gmapi.draw_sprite_ext(self.sprite_index, self.image_index, self.x, self.y,
-                              self.image_xscale, 1, 0, gmapi.c_white, 1)
+        gmapi.draw_sprite_ext(
+            self.sprite_index,
+            self.image_index,
+            self.x,
+            self.y,
+            self.image_xscale,
+            1,
+            0,
+            gmapi.c_white,
+            1,
+        )
     else:
         gmapi.draw_set_color(gmapi.c_white)
         gmapi.draw_rectangle(self.x - 36, self.y - 70, self.x + 36, self.y)
@@ -305,6 +362,7 @@ def hero_draw(self):
 
 
 # --- Snow ----------------------------------------------------------------------------------------
+
 
 def weather_create(self):
     self.system = gmapi.part_system_create(-8)
@@ -328,10 +386,14 @@ def weather_step(self):
 
 # --- Where everything stands ---------------------------------------------------------------------
 
+
 def _placements():
     rng = random.Random(2)
-    placed = [Placement(gmapi.obj_hero, 1330, GROUND), Placement(gmapi.obj_weather, 0, 0),
-              Placement(gmapi.obj_hud, 0, 0)]
+    placed = [
+        Placement(gmapi.obj_hero, 1330, GROUND),
+        Placement(gmapi.obj_weather, 0, 0),
+        Placement(gmapi.obj_hud, 0, 0),
+    ]
 
     def put(kind, x, y=GROUND, **settings):
         placed.append(Placement(getattr(gmapi, kind), x, y, **settings))
@@ -341,9 +403,13 @@ def _placements():
     for x in range(40, WIDTH, 62):
         if not any(abs(x - house) < 150 for house in (640, 1240, 1560, 1990, 2560, 2990)):
             size = rng.uniform(0.62, 1.0)
-            put("obj_pine_%d" % rng.randrange(3), x + rng.randrange(-18, 18),
-                GROUND + rng.randrange(-4, 3), image_xscale=size * rng.choice((-1, 1)),
-                image_yscale=size)
+            put(
+                "obj_pine_%d" % rng.randrange(3),
+                x + rng.randrange(-18, 18),
+                GROUND + rng.randrange(-4, 3),
+                image_xscale=size * rng.choice((-1, 1)),
+                image_yscale=size,
+            )
     for x in (180, 470, 860, 1070, 1400, 1800, 2200, 2400, 2760, 3080):
         put("obj_lamp", x)
     for x in (440, 1450, 1670, 2330, 2920, 3060):
@@ -359,12 +425,37 @@ def _placements():
     for x, levels in ((930, 1), (976, 2), (1720, 1), (2370, 1), (2416, 2), (2462, 1)):
         for level in range(levels):
             put("obj_crate", x, GROUND - 44 * level)
-    for x, y in ((540, 560), (1120, 520), (1300, 440), (1500, 400), (1900, 500), (2080, 420),
-                 (2560, 430), (2740, 520)):
+    for x, y in (
+        (540, 560),
+        (1120, 520),
+        (1300, 440),
+        (1500, 400),
+        (1900, 500),
+        (2080, 420),
+        (2560, 430),
+        (2740, 520),
+    ):
         put("obj_ledge", x, y)
-    stars = [(540, 510), (420, 600), (976, 520), (1120, 470), (1300, 390), (1500, 350),
-             (1660, 580), (1900, 450), (2080, 370), (2200, 600), (2416, 520), (2560, 380),
-             (2740, 470), (2860, 590), (3120, 590), (740, 470), (1800, 600), (1360, 600)]
+    stars = [
+        (540, 510),
+        (420, 600),
+        (976, 520),
+        (1120, 470),
+        (1300, 390),
+        (1500, 350),
+        (1660, 580),
+        (1900, 450),
+        (2080, 370),
+        (2200, 600),
+        (2416, 520),
+        (2560, 380),
+        (2740, 470),
+        (2860, 590),
+        (3120, 590),
+        (740, 470),
+        (1800, 600),
+        (1360, 600),
+    ]
     for number, (x, y) in enumerate(stars):
         put("obj_star_%d" % (number % len(art.STAR_COLORS)), x, y)
     for _ in range(9):

@@ -7,10 +7,8 @@ moment it is imported, so both are registered before: importing either brings in
 
 import gmapi
 import larkspur
-
-from engine import resources
+from engine import drawing, instances, particles, resources
 from engine.resources import game
-from engine import drawing, instances, particles
 
 # For larkspur to call.
 BackgroundData_load_images = resources.BackgroundData_load_images
@@ -19,9 +17,9 @@ SpriteData_load_images = resources.SpriteData_load_images
 view_xscale = 1
 view_yscale = 1
 
-screen = None           # the display surface that start() was given
+screen = None  # the display surface that start() was given
 current_room = None
-image_directory = "."   # where sprites and backgrounds are loaded from after unpickling
+image_directory = "."  # where sprites and backgrounds are loaded from after unpickling
 keys_held = set()
 
 # Which of a room's lists an instance joins: those of the events that its kind has.
@@ -39,10 +37,17 @@ _LISTS_BY_BUTTON = (
     ("mouse_rightpressed_objects", resources.MOUSE_RIGHT_PRESS),
 )
 _INSTANCE_LISTS = tuple(name for name, _ in _LISTS_BY_EVENT + _LISTS_BY_BUTTON) + (
-    "all_objects", "drawn_objects", "deactivated_objects", "moving_objects", "animated_objects")
+    "all_objects",
+    "drawn_objects",
+    "deactivated_objects",
+    "moving_objects",
+    "animated_objects",
+)
 
-_MOUSE_PRESSES = {1: ("mouse_leftpressed_objects", resources.MOUSE_LEFT_PRESS),
-                  3: ("mouse_rightpressed_objects", resources.MOUSE_RIGHT_PRESS)}
+_MOUSE_PRESSES = {
+    1: ("mouse_leftpressed_objects", resources.MOUSE_LEFT_PRESS),
+    3: ("mouse_rightpressed_objects", resources.MOUSE_RIGHT_PRESS),
+}
 _MOUSE_RELEASES = {1: resources.MOUSE_LEFT_RELEASE, 3: resources.MOUSE_RIGHT_RELEASE}
 
 
@@ -52,8 +57,9 @@ def start(display):
     screen = display
     larkspur.set_SDL_screen(display)
     # The third kind of object that a list of instances takes as it is: there are only two here.
-    larkspur.RegisterInstancesDict(instances.registry, instances.Instance,
-                                   particles.py_ParticleSystem, instances.Instance)
+    larkspur.RegisterInstancesDict(
+        instances.registry, instances.Instance, particles.py_ParticleSystem, instances.Instance
+    )
 
 
 def goto_room(room):
@@ -85,6 +91,7 @@ def draw():
 
 # --- What larkspur.GMRoom's methods forward to ---------------------------------------------------
 
+
 def Room_Compile(room):
     room.creation_code_compiled = compile(room.creation_code or "", "<%s>" % room.name, "exec")
 
@@ -98,8 +105,7 @@ def Room_Create(room):
     room.InitializeBackgrounds()
     room.created = 1
     for placement in room.instances:
-        create_instance(room, placement.game_object, placement.x, placement.y,
-                        **placement.settings)
+        create_instance(room, placement.game_object, placement.x, placement.y, **placement.settings)
     if room.creation_code_compiled is None:
         room.Compile()
     exec(room.creation_code_compiled, gmapi.__dict__)
@@ -160,8 +166,10 @@ def Room_InitializeBackgrounds(room):
     room.background_visible = [slot is not None for slot in slots]
     room.background_x, room.background_y = values("x", 0), values("y", 0)
     room.background_hspeed, room.background_vspeed = values("hspeed", 0), values("vspeed", 0)
-    room.background_htiled, room.background_vtiled = (values("htiled", False),
-                                                      values("vtiled", False))
+    room.background_htiled, room.background_vtiled = (
+        values("htiled", False),
+        values("vtiled", False),
+    )
     room.background_blend = values("blend", gmapi.c_white)
     room.background_alpha = values("alpha", 1.0)
     room.background_index = [-1] * 8
@@ -233,7 +241,8 @@ def Room_StepEvents(room):
         sprite = instance.sprite_index
         if type(sprite) is larkspur.GMSprite and len(sprite.subimages) > 1:
             instance.image_index = (instance.image_index + instance.image_speed) % len(
-                sprite.subimages)
+                sprite.subimages
+            )
     for drawn in list(room.drawn_objects):
         if type(drawn) is particles.py_ParticleSystem:
             drawn.step()
@@ -296,6 +305,7 @@ def Room_HandleKeyrelease(room, key):
 
 # --- Instances -----------------------------------------------------------------------------------
 
+
 def create_instance(room, kind, x, y, **settings):
     """Make an instance in a room, run its create event and return it.
 
@@ -341,7 +351,8 @@ def activate_instance(instance):
 
 def _leave_lists(room, instance):
     for members in [getattr(room, name) for name in _INSTANCE_LISTS] + [
-            instance.object_index.instances]:
+        instance.object_index.instances
+    ]:
         if any(member is instance for member in members):
             members.remove(instance)
 

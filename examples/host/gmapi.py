@@ -9,10 +9,9 @@ calls `draw_sprite_ext`, tells particle systems by `py_ParticleSystem` and write
 import math
 import random
 
-import pygame
-
 import gm6
 import larkspur
+import pygame
 from engine import instances, resources  # noqa: F401
 from engine.colors import *  # noqa: F403
 from engine.colors import color_to_pixel
@@ -23,8 +22,8 @@ from engine.particles import *  # noqa: F403
 from engine.particles import py_ParticleSystem, shape
 from engine.resources import game
 
-self = None             # the instance whose code runs
-other = None            # in a collision event, the instance that was hit
+self = None  # the instance whose code runs
+other = None  # in a collision event, the instance that was hit
 py_self_stack = []
 fps = 0
 
@@ -33,8 +32,12 @@ score = GMVar(0)
 health = GMVar(100)
 
 vk_left, vk_right, vk_up, vk_down = (pygame.K_LEFT, pygame.K_RIGHT, pygame.K_UP, pygame.K_DOWN)
-vk_space, vk_tab, vk_enter, vk_escape = (pygame.K_SPACE, pygame.K_TAB, pygame.K_RETURN,
-                                         pygame.K_ESCAPE)
+vk_space, vk_tab, vk_enter, vk_escape = (
+    pygame.K_SPACE,
+    pygame.K_TAB,
+    pygame.K_RETURN,
+    pygame.K_ESCAPE,
+)
 
 
 def __color_to_int(color):
@@ -42,6 +45,7 @@ def __color_to_int(color):
 
 
 # --- Instances -----------------------------------------------------------------------------------
+
 
 def instance_create(x, y, kind):
     """Make an instance (in front of its depth) in the current room and return its id."""
@@ -69,8 +73,10 @@ def instance_number(kind):
 
 def instance_nearest(x, y, kind):
     """The id of the kind's instance nearest to a point; -1 when there is none."""
-    found = [((instance.x - x) ** 2 + (instance.y - y) ** 2, instance.id)
-             for instance in kind.all_instances()]
+    found = [
+        ((instance.x - x) ** 2 + (instance.y - y) ** 2, instance.id)
+        for instance in kind.all_instances()
+    ]
     return min(found)[1] if found else -1
 
 
@@ -84,6 +90,7 @@ def instance_activate(which):
 
 # --- Collisions ----------------------------------------------------------------------------------
 
+
 def collision_list(box, kind):
     """An InstanceList of the kind's instances (children too) that touch (left, top, right, bottom).
 
@@ -94,8 +101,9 @@ def collision_list(box, kind):
 
 def _touches(box, instance):
     its = instance.box()
-    return bool(its) and (its[0] < box[2] and its[2] > box[0] and
-                          its[1] < box[3] and its[3] > box[1])
+    return bool(its) and (
+        its[0] < box[2] and its[2] > box[0] and its[1] < box[3] and its[3] > box[1]
+    )
 
 
 def _box_at(x, y):
@@ -118,7 +126,10 @@ def place_free(x, y):
     box = _box_at(x, y)
     return box is None or not any(
         hit is not self and hit.solid and _touches(box, hit)
-        for kind in game.objects if kind.solid for hit in kind.instances)
+        for kind in game.objects
+        if kind.solid
+        for hit in kind.instances
+    )
 
 
 def position_meeting(x, y, instance):
@@ -128,6 +139,7 @@ def position_meeting(x, y, instance):
 
 
 # --- Input ---------------------------------------------------------------------------------------
+
 
 def keyboard_check(key):
     """Whether a key is held."""
@@ -147,6 +159,7 @@ def mouse_y():
 
 
 # --- Rooms ---------------------------------------------------------------------------------------
+
 
 def room_goto(room):
     """Go to a room (itself, its number or a GMVar)."""
@@ -186,8 +199,7 @@ def part_system_create(depth=0):
 
 def particle_systems():
     """The particle systems of the current room."""
-    return [drawn for drawn in gm6.current_room.drawn_objects
-            if type(drawn) is py_ParticleSystem]
+    return [drawn for drawn in gm6.current_room.drawn_objects if type(drawn) is py_ParticleSystem]
 
 
 def part_system_destroy(system):
@@ -197,6 +209,7 @@ def part_system_destroy(system):
 
 
 # --- Small helpers -------------------------------------------------------------------------------
+
 
 def irandom(most):
     """A whole number from 0 to `most`."""

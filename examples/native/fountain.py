@@ -4,6 +4,7 @@
 Needs the built modules larkspur and sparks on PYTHONPATH: the build puts them into its top folder
 and into examples/native. Without a display it runs as fast as it can; --picture saves frame 30.
 """
+
 from __future__ import print_function
 
 import argparse
@@ -39,8 +40,8 @@ def main():
         os.environ["SDL_VIDEODRIVER"] = "dummy"
     for name in ("gm6", "gmapi"):  # larkspur looks for its host's modules when it is imported
         sys.modules[name] = types.ModuleType(name)
-    import pygame
     import larkspur
+    import pygame
     import sparks
 
     screen = pygame.display.set_mode(SIZE, 0, 32)
@@ -65,8 +66,10 @@ def main():
         pygame.display.flip()
         if not headless:
             clock.tick(FRAMES_PER_SECOND)
-    print("%d frames, at most %d sparks, %d at the end, %d kept picture" % (
-        options.frames, most, burning, len(sprite.scalecache)))
+    print(
+        "%d frames, at most %d sparks, %d at the end, %d kept picture"
+        % (options.frames, most, burning, len(sprite.scalecache))
+    )
 
 
 if __name__ == "__main__":

@@ -1,11 +1,11 @@
 """The floors of the house: who may include whom, and which headers each floor can reach at all."""
+
 import io
 import json
 import os
 import re
 
 import pytest
-
 from support import native, subprocess_python
 
 ROOT = os.path.dirname(subprocess_python.TESTS)
@@ -35,8 +35,7 @@ def upward_includes(unit, text):
     """What a unit includes from a floor above its own, or from none."""
     order = floors()
     height = order.index(os.path.dirname(unit))
-    return [path for path in included_by(text)
-            if os.path.dirname(path) not in order[:height + 1]]
+    return [path for path in included_by(text) if os.path.dirname(path) not in order[: height + 1]]
 
 
 def test_every_folder_with_units_is_a_floor():
@@ -55,16 +54,19 @@ def test_unit_includes_nothing_from_above(unit):
         assert upward_includes(unit, source.read()) == []
 
 
-@pytest.mark.parametrize("line, upward", [
-    ('#include "room/view.h"', ["room/view.h"]),
-    ('  #  include "room/view.h"  // why', ["room/view.h"]),
-    ('#include "types/room.h"', ["types/room.h"]),
-    ('#include "nowhere/room.h"', ["nowhere/room.h"]),
-    ('#include "core/python.h"', []),
-    ('#include "base/surface.h"', []),
-    ('#include "larkspur.h"', []),
-    ("#include <sys/types.h>", []),
-])
+@pytest.mark.parametrize(
+    "line, upward",
+    [
+        ('#include "room/view.h"', ["room/view.h"]),
+        ('  #  include "room/view.h"  // why', ["room/view.h"]),
+        ('#include "types/room.h"', ["types/room.h"]),
+        ('#include "nowhere/room.h"', ["nowhere/room.h"]),
+        ('#include "core/python.h"', []),
+        ('#include "base/surface.h"', []),
+        ('#include "larkspur.h"', []),
+        ("#include <sys/types.h>", []),
+    ],
+)
 def test_upward_include_is_noticed(line, upward):
     assert upward_includes("core/display.cpp", "#pragma once\n%s\n" % line) == upward
 
@@ -74,19 +76,26 @@ def header_folders(floor):
     with open(native.build_path("../../compile_commands.json")) as database:
         commands = json.load(database)
     here = os.path.join(SOURCES, floor)
-    return {os.path.basename(entry["file"]): re.findall(r"-(?:I|isystem) *(\S+)", entry["command"])
-            for entry in commands if os.path.dirname(entry["file"]) == here}
+    return {
+        os.path.basename(entry["file"]): re.findall(r"-(?:I|isystem) *(\S+)", entry["command"])
+        for entry in commands
+        if os.path.dirname(entry["file"]) == here
+    }
 
 
-@pytest.mark.parametrize("floor, is_without", [
-    ("base", ("Python.h",)),
-    ("pixel/kernels", ("Python.h", "SDL.h")),
-    ("pixel/surface", ("Python.h",)),
-])
+@pytest.mark.parametrize(
+    "floor, is_without",
+    [
+        ("base", ("Python.h",)),
+        ("pixel/kernels", ("Python.h", "SDL.h")),
+        ("pixel/surface", ("Python.h",)),
+    ],
+)
 def test_floor_is_compiled_without_headers_in_reach(floor, is_without):
     by_unit = header_folders(floor)
-    assert len(by_unit) == len([unit for unit in units()
-                                if os.path.dirname(unit) == floor and unit.endswith(".cpp")])
+    assert len(by_unit) == len(
+        [unit for unit in units() if os.path.dirname(unit) == floor and unit.endswith(".cpp")]
+    )
     for folders in by_unit.values():
         assert SOURCES in folders
         for header in is_without:

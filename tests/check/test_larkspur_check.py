@@ -1,4 +1,5 @@
 """The command that checks whether larkspur, pygame, SDL and the engine fit together."""
+
 import imp
 import json
 import os
@@ -24,9 +25,12 @@ def command(arguments, cwd, before="", **variables):
 
     Tests of what is missing take folders from sys.path in `before`.
     """
-    code = ("import runpy, sys\nsys.path.insert(1, %r)\n" % os.path.dirname(CHECK) + before +
-            "\nsys.argv = ['larkspur_check'] + %r\n" % (list(arguments),) +
-            "runpy.run_module('larkspur_check', run_name='__main__', alter_sys=True)\n")
+    code = (
+        "import runpy, sys\nsys.path.insert(1, %r)\n" % os.path.dirname(CHECK)
+        + before
+        + "\nsys.argv = ['larkspur_check'] + %r\n" % (list(arguments),)
+        + "runpy.run_module('larkspur_check', run_name='__main__', alter_sys=True)\n"
+    )
     return subprocess_python.run(code, cwd=str(cwd), **variables)
 
 
@@ -58,32 +62,45 @@ def engine(folder, code, name="engine_module"):
 # it is for; a word of what to do.
 CALLABLES = {
     "gm6.SpriteData_load_images": ("unpickled", "def SpriteData_load_images(sprite, name, count)"),
-    "gm6.BackgroundData_load_images": ("unpickled",
-                                       "def BackgroundData_load_images(background)"),
+    "gm6.BackgroundData_load_images": ("unpickled", "def BackgroundData_load_images(background)"),
     "gm6.Room_Compile": ("GMRoom.Compile()", "def Room_Compile(room)"),
     "gm6.Room_Create": ("GMRoom.Create()", "def Room_Create(room)"),
-    "gm6.Room_InitializeBackgrounds": ("GMRoom.InitializeBackgrounds()",
-                                       "def Room_InitializeBackgrounds(room)"),
+    "gm6.Room_InitializeBackgrounds": (
+        "GMRoom.InitializeBackgrounds()",
+        "def Room_InitializeBackgrounds(room)",
+    ),
     "gm6.Room_AddInstance": ("GMRoom.AddInstance()", "def Room_AddInstance(room, instance)"),
-    "gm6.Room_AddDrawnInstance": ("GMRoom.AddDrawnInstance()",
-                                  "def Room_AddDrawnInstance(room, instance)"),
-    "gm6.Room_ResortDrawnObjects": ("GMRoom.ResortDrawnObjects()",
-                                    "def Room_ResortDrawnObjects(room)"),
-    "gm6.Room_SetBackgroundIndex": ("GMRoom.SetBackgroundIndex()",
-                                    "def Room_SetBackgroundIndex(room, slot, index)"),
+    "gm6.Room_AddDrawnInstance": (
+        "GMRoom.AddDrawnInstance()",
+        "def Room_AddDrawnInstance(room, instance)",
+    ),
+    "gm6.Room_ResortDrawnObjects": (
+        "GMRoom.ResortDrawnObjects()",
+        "def Room_ResortDrawnObjects(room)",
+    ),
+    "gm6.Room_SetBackgroundIndex": (
+        "GMRoom.SetBackgroundIndex()",
+        "def Room_SetBackgroundIndex(room, slot, index)",
+    ),
     "gm6.Room_StepAlarms": ("GMRoom.StepAlarms()", "def Room_StepAlarms(room)"),
     "gm6.Room_MoveInstances": ("GMRoom.MoveInstances()", "def Room_MoveInstances(room)"),
     "gm6.Room_HandleCollisions": ("GMRoom.HandleCollisions()", "def Room_HandleCollisions(room)"),
     "gm6.Room_StepEvents": ("GMRoom.StepEvents()", "def Room_StepEvents(room)"),
-    "gm6.Room_DrawBackgrounds": ("Room_Draw()",
-                                 "def Room_DrawBackgrounds(room, surface, xview, yview)"),
+    "gm6.Room_DrawBackgrounds": (
+        "Room_Draw()",
+        "def Room_DrawBackgrounds(room, surface, xview, yview)",
+    ),
     "gm6.Room_RenderBackground": ("GMRoom.RenderBackground()", "def Room_RenderBackground(room)"),
     "gm6.Room_Leave": ("GMRoom.Leave()", "def Room_Leave(room)"),
-    "gm6.Room_MouseButtonDown": ("GMRoom.MouseButtonDown()",
-                                 "def Room_MouseButtonDown(room, button)"),
+    "gm6.Room_MouseButtonDown": (
+        "GMRoom.MouseButtonDown()",
+        "def Room_MouseButtonDown(room, button)",
+    ),
     "gm6.Room_MouseButtonUp": ("GMRoom.MouseButtonUp()", "def Room_MouseButtonUp(room, button)"),
-    "gm6.Room_HandleKeyrelease": ("GMRoom.HandleKeyrelease()",
-                                  "def Room_HandleKeyrelease(room, key)"),
+    "gm6.Room_HandleKeyrelease": (
+        "GMRoom.HandleKeyrelease()",
+        "def Room_HandleKeyrelease(room, key)",
+    ),
     "gm6.Room_HandleKeypress": ("GMRoom.HandleKeypress()", "def Room_HandleKeypress(room, key)"),
     "gmapi.draw_sprite_ext": ("without draw code|no draw code", "def draw_sprite_ext(sprite,"),
     "gmapi.__color_to_int": ("draw_rectangle()", "def __color_to_int(color)"),
@@ -98,8 +115,11 @@ OTHERS = {
     "gmapi.game.backgrounds": ("{}", "tile", "gm6.game"),
     "gmapi.self": (None, "instance", "None"),
     "gmapi.py_self_stack": ("()", "`self`", "an empty list"),
-    "gmapi.py_ParticleSystem": ("types.ClassType('Old', (), {})", "particle systems",
-                                "class py_ParticleSystem(object)"),
+    "gmapi.py_ParticleSystem": (
+        "types.ClassType('Old', (), {})",
+        "particle systems",
+        "class py_ParticleSystem(object)",
+    ),
     "gmapi.py_draw_props.alpha": ("'1.0'", "opaque", "float"),
     "gmapi.py_draw_props.color": (None, "colour", "colour"),
     "gmapi.pygame.Surface": ("5", "surfaces", "import pygame"),
@@ -121,8 +141,14 @@ EXPECTED = {name: texts for table in (CALLABLES, PARENTS) for name, texts in tab
 EXPECTED.update({name: texts[1:] for table in (OTHERS, WRITTEN) for name, texts in table.items()})
 
 WRONG_VALUES = {name: "5" for name in CALLABLES}
-WRONG_VALUES.update({name: texts[0] for table in (OTHERS, WRITTEN)
-                     for name, texts in table.items() if texts[0] is not None})
+WRONG_VALUES.update(
+    {
+        name: texts[0]
+        for table in (OTHERS, WRITTEN)
+        for name, texts in table.items()
+        if texts[0] is not None
+    }
+)
 
 # Each round changes the stand-in engine, asks, and puts everything back.
 ROUNDS = """
@@ -153,7 +179,9 @@ def missing(*names):
 
 
 SEVERAL = missing("gm6.Room_Leave", "gmapi.self", "gmapi.py_draw_props.alpha", "gmapi.fps") + [
-    ("gm6.game.rooms", "5"), ("gmapi.draw_sprite_ext", "'text'")]
+    ("gm6.game.rooms", "5"),
+    ("gmapi.draw_sprite_ext", "'text'"),
+]
 ALL_ROUNDS = {name: missing(name) for name in EXPECTED}
 ALL_ROUNDS.update({(name, "wrong"): [(name, value)] for name, value in WRONG_VALUES.items()})
 ALL_ROUNDS.update({"nothing": [], "several": SEVERAL})
@@ -226,14 +254,17 @@ def test_module_whose_dict_is_no_dict():
 
 
 def test_engine_whose_module_hides_its_dict(tmpdir):
-    name = engine(tmpdir, "import gm6, gmapi, sys, types\n"
-                          "class Odd(types.ModuleType):\n"
-                          "    __dict__ = property(lambda self: 5)\n"
-                          "odd = Odd('gmapi')\n"
-                          "for name, value in vars(gmapi).items():\n"
-                          "    setattr(odd, name, value)\n"
-                          "sys.modules['gmapi'] = odd\n"
-                          "sys.modules.pop('larkspur')\n")
+    name = engine(
+        tmpdir,
+        "import gm6, gmapi, sys, types\n"
+        "class Odd(types.ModuleType):\n"
+        "    __dict__ = property(lambda self: 5)\n"
+        "odd = Odd('gmapi')\n"
+        "for name, value in vars(gmapi).items():\n"
+        "    setattr(odd, name, value)\n"
+        "sys.modules['gmapi'] = odd\n"
+        "sys.modules.pop('larkspur')\n",
+    )
     assert wrong(findings([name], tmpdir)) == ["gmapi.__dict__"]
 
 
@@ -250,8 +281,9 @@ def test_attribute_that_raises_is_told():
 
     rows = {row["name"]: row for row in larkspur_check.check_names({"gm6": Raising("gm6")})}
     assert rows["gm6.Room_Leave"]["status"] == "WRONG"
-    assert rows["gm6.Room_Leave"]["found"] == ("reading it raises ZeroDivisionError:"
-                                               " from a property")
+    assert rows["gm6.Room_Leave"]["found"] == (
+        "reading it raises ZeroDivisionError: from a property"
+    )
 
 
 def test_subclasses_callable_objects_and_other_sequences_are_right():
@@ -274,17 +306,35 @@ def test_subclasses_callable_objects_and_other_sequences_are_right():
     gm6.Room_Leave = Callable()
     gmapi.py_self_stack = List()
     gmapi.fps = larkspur.GMVar(30)
-    rows = {row["name"]: row["status"]
-            for row in larkspur_check.check_names({"gm6": gm6, "gmapi": gmapi})}
-    for name in ("gm6.game.sprites", "gm6.game.backgrounds", "gm6.game.rooms", "gm6.game.objects",
-                 "gm6.Room_Leave", "gmapi.game.backgrounds", "gmapi.py_self_stack", "gmapi.fps"):
+    rows = {
+        row["name"]: row["status"]
+        for row in larkspur_check.check_names({"gm6": gm6, "gmapi": gmapi})
+    }
+    for name in (
+        "gm6.game.sprites",
+        "gm6.game.backgrounds",
+        "gm6.game.rooms",
+        "gm6.game.objects",
+        "gm6.Room_Leave",
+        "gmapi.game.backgrounds",
+        "gmapi.py_self_stack",
+        "gmapi.fps",
+    ):
         assert rows[name] == "ok", name
 
 
 # --- The command ---------------------------------------------------------------------------------
 
-ENVIRONMENT = ["Python", "pygame", "SDL of pygame", "SDL of larkspur", "one SDL", "SDL_gfx",
-               "larkspur", "display"]
+ENVIRONMENT = [
+    "Python",
+    "pygame",
+    "SDL of pygame",
+    "SDL of larkspur",
+    "one SDL",
+    "SDL_gfx",
+    "larkspur",
+    "display",
+]
 
 
 @pytest.mark.parametrize("module", ["gm6", "gmapi"])
@@ -312,7 +362,8 @@ def test_report_of_the_environment(tmpdir):
         assert rows[name]["file"] == loaded_file("libSDL-1.2")
     layer = pygame.get_sdl_version()[2] >= 50
     assert rows["SDL of larkspur"]["found"] == (
-        "SDL 1.2 as a layer over SDL 2" if layer else "SDL 1.2")
+        "SDL 1.2 as a layer over SDL 2" if layer else "SDL 1.2"
+    )
     assert rows["SDL_gfx"]["file"] == loaded_file("libSDL_gfx")
     assert rows["display"]["found"] == "32 bits a pixel, tried without a window"
 
@@ -344,32 +395,37 @@ def test_rows_of_the_report_have_the_documented_keys(tmpdir):
 
 
 def test_every_mistake_of_an_engine_is_in_the_table(tmpdir):
-    module = engine(tmpdir, """
+    module = engine(
+        tmpdir,
+        """
 import gm6, gmapi
 print "what the engine prints"
 del gm6.Room_Leave
 gmapi.py_self_stack = {}
 del gmapi.fps
-""")
+""",
+    )
     status, out, err = command([module], tmpdir)
     lines = [" ".join(line.split()) for line in out.splitlines()]
     assert status == 1
     assert "what the engine prints" in err and "what the engine prints" not in out
     for expected in (
-            "WRONG gm6.Room_Leave missing",
-            "for: GMRoom.Leave() calls it: leave the room",
-            "do: define in gm6: def Room_Leave(room)",
-            "WRONG gmapi.py_self_stack a dict instead of a list",
-            "for: keeps the outer `self` while draw code runs",
-            "do: set it to an empty list before RegisterInstancesDict() is called",
-            "note gmapi.fps missing",
-            "do: set it to 0, for code that reads it before the first frame is drawn"):
+        "WRONG gm6.Room_Leave missing",
+        "for: GMRoom.Leave() calls it: leave the room",
+        "do: define in gm6: def Room_Leave(room)",
+        "WRONG gmapi.py_self_stack a dict instead of a list",
+        "for: keeps the outer `self` while draw code runs",
+        "do: set it to an empty list before RegisterInstancesDict() is called",
+        "note gmapi.fps missing",
+        "do: set it to 0, for code that reads it before the first frame is drawn",
+    ):
         assert expected in lines
     assert lines[-1].startswith("2 of ") and lines[-1].endswith(" wrong")
 
 
-@pytest.mark.parametrize("arguments", [["gm6", "gmapi"], ["--fast"], ["--include", "gm6"],
-                                       ["--include", "--json"]])
+@pytest.mark.parametrize(
+    "arguments", [["gm6", "gmapi"], ["--fast"], ["--include", "gm6"], ["--include", "--json"]]
+)
 def test_wrong_usage(tmpdir, arguments):
     status, out, err = command(arguments, tmpdir)
     assert (status, out) == (2, "")
@@ -377,8 +433,9 @@ def test_wrong_usage(tmpdir, arguments):
 
 
 def test_another_python_is_told():
-    process = subprocess.Popen(["/usr/bin/python3", CHECK], stdout=subprocess.PIPE,
-                               env=dict(os.environ, LD_PRELOAD=""))
+    process = subprocess.Popen(
+        ["/usr/bin/python3", CHECK], stdout=subprocess.PIPE, env=dict(os.environ, LD_PRELOAD="")
+    )
     out = process.communicate()[0]
     assert process.returncode == 1
     assert "WRONG  Python  3." in out
@@ -388,14 +445,18 @@ def test_another_python_is_told():
 
 # --- Importing the engine ------------------------------------------------------------------------
 
-@pytest.mark.parametrize("code,found", [
-    ("import gm6\nraise ValueError('broken here')", "ValueError: broken here"),
-    ("import nowhere_to_be_found", "ImportError: No module named nowhere_to_be_found"),
-    ("raise SystemExit(3)", "SystemExit: 3"),
-    ("import os; os._exit(0)", "ended the process with status 0"),
-    ("import os; os.kill(os.getpid(), 9)", "crashed: the process was killed by signal 9"),
-    ("raise ValueError('\\xff')", "ValueError: " + unichr(0xFFFD)),
-])
+
+@pytest.mark.parametrize(
+    "code,found",
+    [
+        ("import gm6\nraise ValueError('broken here')", "ValueError: broken here"),
+        ("import nowhere_to_be_found", "ImportError: No module named nowhere_to_be_found"),
+        ("raise SystemExit(3)", "SystemExit: 3"),
+        ("import os; os._exit(0)", "ended the process with status 0"),
+        ("import os; os.kill(os.getpid(), 9)", "crashed: the process was killed by signal 9"),
+        ("raise ValueError('\\xff')", "ValueError: " + unichr(0xFFFD)),
+    ],
+)
 def test_failing_import_is_a_finding(tmpdir, code, found):
     name = engine(tmpdir, code)
     rows = findings([name], tmpdir)
@@ -411,7 +472,9 @@ def test_import_that_never_ends_is_given_up(tmpdir):
     status, out, err = subprocess_python.run(
         "import imp, sys\ncheck = imp.load_source('larkspur_check', %r)\n"
         "check.LIMIT_SECONDS = 2\ncheck._environment = lambda: iter(())\n"
-        "sys.exit(check.main([%r]))" % (CHECK, name), cwd=str(tmpdir))
+        "sys.exit(check.main([%r]))" % (CHECK, name),
+        cwd=str(tmpdir),
+    )
     assert status == 1, err
     assert "did not come to an end in 2 seconds" in out
 
@@ -434,9 +497,12 @@ def test_engine_that_fills_the_modules_larkspur_made(tmpdir):
 
 
 def test_module_replaced_after_larkspur_took_it(tmpdir):
-    name = engine(tmpdir, "import gm6, gmapi, types\n"
-                          "copy = types.ModuleType('gm6')\nvars(copy).update(vars(gm6))\n"
-                          "sys.modules['gm6'] = copy")
+    name = engine(
+        tmpdir,
+        "import gm6, gmapi, types\n"
+        "copy = types.ModuleType('gm6')\nvars(copy).update(vars(gm6))\n"
+        "sys.modules['gm6'] = copy",
+    )
     rows = findings([name], tmpdir)
     assert wrong(rows) == ["gm6"]
     assert "another module than the one" in rows["gm6"]["found"]
@@ -459,8 +525,10 @@ def test_engine_that_is_no_module(tmpdir):
 
 @pytest.mark.parametrize("depth,status", [(16, "WRONG"), (32, "ok")])
 def test_depth_of_the_display_that_the_engine_opened(tmpdir, depth, status):
-    name = engine(tmpdir, "import gm6, pygame\npygame.display.init()\n"
-                          "pygame.display.set_mode((8, 8), 0, %d)" % depth)
+    name = engine(
+        tmpdir,
+        "import gm6, pygame\npygame.display.init()\npygame.display.set_mode((8, 8), 0, %d)" % depth,
+    )
     row = findings([name], tmpdir)["display of the engine"]
     assert row["status"] == status
     assert row["found"] == "%d bits a pixel" % depth
@@ -519,8 +587,9 @@ def copy_patched(source, target, changes):
 
 
 def test_missing_sdl(tmpdir):
-    copy_patched(larkspur.__file__, tmpdir.join("larkspur.so"),
-                 [(b"libSDL-1.2.so.0", b"libSDL-0.0.so.0")])
+    copy_patched(
+        larkspur.__file__, tmpdir.join("larkspur.so"), [(b"libSDL-1.2.so.0", b"libSDL-0.0.so.0")]
+    )
     rows = findings([], tmpdir)
     assert wrong(rows) == ["larkspur"]
     assert "libSDL-0.0.so.0: cannot open shared object file" in rows["larkspur"]["found"]
@@ -592,8 +661,9 @@ def test_pygame_with_an_sdl_inside(tmpdir):
 
 
 def test_larkspur_that_can_not_be_imported(tmpdir):
-    shutil.copy(native.build_path("helpers/pygame_on_no_sdl/surface.so"),
-                str(tmpdir.join("larkspur.so")))
+    shutil.copy(
+        native.build_path("helpers/pygame_on_no_sdl/surface.so"), str(tmpdir.join("larkspur.so"))
+    )
     rows = findings([], tmpdir, before=hide(["pygame"]))
     assert wrong(rows) == ["larkspur", "pygame"]
     assert rows["larkspur"]["found"].startswith("ImportError: dynamic module does not define init")
@@ -601,8 +671,12 @@ def test_larkspur_that_can_not_be_imported(tmpdir):
 
 
 def test_display_that_can_not_be_opened(tmpdir):
-    rows = findings([], tmpdir, before="import pygame; pygame.display.set_mode = None",
-                    PYGAME_HIDE_SUPPORT_PROMPT="1")
+    rows = findings(
+        [],
+        tmpdir,
+        before="import pygame; pygame.display.set_mode = None",
+        PYGAME_HIDE_SUPPORT_PROMPT="1",
+    )
     assert wrong(rows) == ["display"]
     assert rows["display"]["found"] == "TypeError: 'NoneType' object is not callable"
     assert REBUILD in rows["display"]["remedy"]
@@ -634,6 +708,7 @@ def test_python_without_ctypes(tmpdir):
 
 # --- The header ----------------------------------------------------------------------------------
 
+
 def header(folder):
     """Writes a larkspur.h into `folder`, a py.path."""
     path = folder.join("larkspur.h")
@@ -641,12 +716,19 @@ def header(folder):
     return path
 
 
-@pytest.mark.parametrize("listing,text", [
-    ("larkspur-9.9.dist-info/RECORD",
-     'larkspur.so,sha256=x,1\n"../odd, place/larkspur/larkspur.h",sha256=x,1\n'),
-    ("larkspur-9.9-py2.7.egg-info/installed-files.txt",
-     "../larkspur.so\n../../odd, place/larkspur/larkspur.h\nPKG-INFO\n"),
-])
+@pytest.mark.parametrize(
+    "listing,text",
+    [
+        (
+            "larkspur-9.9.dist-info/RECORD",
+            'larkspur.so,sha256=x,1\n"../odd, place/larkspur/larkspur.h",sha256=x,1\n',
+        ),
+        (
+            "larkspur-9.9-py2.7.egg-info/installed-files.txt",
+            "../larkspur.so\n../../odd, place/larkspur/larkspur.h\nPKG-INFO\n",
+        ),
+    ],
+)
 def test_include_is_the_folder_that_the_package_lists(tmpdir, listing, text):
     path = header(tmpdir.join("odd, place", "larkspur"))
     tmpdir.join("site", listing).write(text, ensure=True)
@@ -663,8 +745,11 @@ def test_include_is_looked_for_in_the_usual_places(tmpdir, place):
 
 
 def test_missing_header_is_told(tmpdir):
-    status, out, err = command(["--include"], tmpdir,
-                               before="sys.prefix = %r\nsys.path[2:] = [p for p in sys.path[2:]"
-                               " if 'site-packages' not in p]" % str(tmpdir))
+    status, out, err = command(
+        ["--include"],
+        tmpdir,
+        before="sys.prefix = %r\nsys.path[2:] = [p for p in sys.path[2:]"
+        " if 'site-packages' not in p]" % str(tmpdir),
+    )
     assert (status, out) == (1, "")
     assert "include/larkspur.h in larkspur's\nsource tree" in err

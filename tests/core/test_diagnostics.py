@@ -1,11 +1,11 @@
 """Log files, the debugger's hook and the deliberate exit."""
+
 import ctypes
 import os
 import stat
 
 import larkspur
 import pytest
-
 from support import native, subprocess_python
 
 
@@ -63,7 +63,9 @@ def test_dump_opens_its_file_for_reading_too(directory):
         "from support import host, native\n"
         "signal.signal(signal.SIGALRM, signal.SIG_DFL)  # it may have been ignored by a parent\n"
         "signal.alarm(20)\n"
-        "assert native.library.dump('x') == 0\n", cwd=str(directory))
+        "assert native.library.dump('x') == 0\n",
+        cwd=str(directory),
+    )
     assert status == 0, err
 
 
@@ -96,6 +98,8 @@ def test_crasher_dumps_and_ends_the_process_well(directory):
         "print 'before'\n"
         "import sys; sys.stdout.flush()\n"
         "native.library.crasher()\n"
-        "print 'after'\n", cwd=str(directory))
+        "print 'after'\n",
+        cwd=str(directory),
+    )
     assert status == 0 and out.splitlines()[-1] == "before", err
     assert directory.join("logfile.txt").read() == "crasher called.\n"

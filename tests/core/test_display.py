@@ -1,10 +1,10 @@
 """set_SDL_screen(), init_subsystems(), and following pygame's display."""
+
 import ctypes
 
 import larkspur
 import pygame
 import pytest
-
 from support import leaks, native, pending
 from support.rooms import make_view_room, set_view
 
@@ -21,6 +21,7 @@ def open_display(display):
 
 
 # --- set_SDL_screen ------------------------------------------------------------------------------
+
 
 def test_returns_none(display):
     assert larkspur.set_SDL_screen(display) is None
@@ -47,12 +48,17 @@ def test_surface_and_white_are_published(display):
     assert WHITE.value == 0xFFFFFF
 
 
-@pytest.mark.parametrize("depth, masks, white", [
-    (32, (0xFF0000, 0xFF00, 0xFF, 0), 0xFFFFFF),
-    (32, (0xFF0000, 0xFF00, 0xFF, 0xFF000000), 0xFFFFFF),
-    (32, (0xFF000000, 0xFF0000, 0xFF00, 0xFF), 0xFFFFFF00),
-    (16, (0xF800, 0x7E0, 0x1F, 0), 0xFFFF), (16, (0x7C00, 0x3E0, 0x1F, 0), 0x7FFF),
-    (24, (0xFF0000, 0xFF00, 0xFF, 0), 0xFFFFFF)])
+@pytest.mark.parametrize(
+    "depth, masks, white",
+    [
+        (32, (0xFF0000, 0xFF00, 0xFF, 0), 0xFFFFFF),
+        (32, (0xFF0000, 0xFF00, 0xFF, 0xFF000000), 0xFFFFFF),
+        (32, (0xFF000000, 0xFF0000, 0xFF00, 0xFF), 0xFFFFFF00),
+        (16, (0xF800, 0x7E0, 0x1F, 0), 0xFFFF),
+        (16, (0x7C00, 0x3E0, 0x1F, 0), 0x7FFF),
+        (24, (0xFF0000, 0xFF00, 0xFF, 0), 0xFFFFFF),
+    ],
+)
 def test_white_is_the_masks_without_alpha(depth, masks, white):
     surface = pygame.Surface((4, 4), 0, depth, masks)
     larkspur.set_SDL_screen(surface)
@@ -88,6 +94,7 @@ def test_closed_display_is_refused(display):
 
 
 # --- Following pygame ----------------------------------------------------------------------------
+
 
 def test_new_mode_is_followed_by_the_next_use(display):
     pygame.display.set_mode((64, 48), 0, 16)
@@ -158,6 +165,7 @@ def test_scaled_view_needs_a_display_and_a_direct_one_does_not(host, capfd):
 
 
 # --- init_subsystems -----------------------------------------------------------------------------
+
 
 @pytest.mark.parametrize("arguments", [(), (1,), ("x", None, [])])
 def test_video_is_initialised_whatever_is_given(arguments):

@@ -1,18 +1,20 @@
 """RegisterInstancesDict() and draw_sprite_ext()."""
+
 import ctypes
 import json
 
 import larkspur
 import pygame
 import pytest
-
 from support import leaks, native, pending, subprocess_python
 from support.host import LOADERS, ROOM_FUNCTIONS, Instance, ParticleSystem, Plain, RecordingHost
 
 # Exported variable -> where its value comes from.
 FETCHED = dict(("gm6_" + name, ("gm6", name)) for name in ROOM_FUNCTIONS)
-FETCHED.update(("gmapi_" + name, ("gmapi", name)) for name in (
-    "draw_sprite_ext", "py_ParticleSystem", "py_draw_props", "py_self_stack"))
+FETCHED.update(
+    ("gmapi_" + name, ("gmapi", name))
+    for name in ("draw_sprite_ext", "py_ParticleSystem", "py_draw_props", "py_self_stack")
+)
 
 
 def held(name):
@@ -89,17 +91,29 @@ def test_attributes_are_fetched_in_order_though_some_are_missing():
     assert status == 0, err
     asked, succeeded, error, text = json.loads(out.splitlines()[-1])
     assert asked == ["gm6." + name for name in LOADERS + ROOM_FUNCTIONS] + [
-        "gmapi.draw_sprite_ext", "gmapi.py_ParticleSystem", "gmapi.py_draw_props",
-        "gmapi.py_self_stack", "gmapi.pygame", "pygame.draw", "draw.rect", "pygame.Surface"]
+        "gmapi.draw_sprite_ext",
+        "gmapi.py_ParticleSystem",
+        "gmapi.py_draw_props",
+        "gmapi.py_self_stack",
+        "gmapi.pygame",
+        "pygame.draw",
+        "draw.rect",
+        "pygame.Surface",
+    ]
     assert succeeded and error == "AttributeError" and "py_self_stack" in text
 
 
-@pytest.mark.parametrize("module, attribute, emptied", [
-    ("gm6", "Room_Leave", ["gm6_Room_Leave"]),
-    ("gmapi", "py_self_stack", ["gmapi_py_self_stack"]),
-    ("gmapi", "pygame", ["pygame_draw_rect", "pygame_Surface"])])
+@pytest.mark.parametrize(
+    "module, attribute, emptied",
+    [
+        ("gm6", "Room_Leave", ["gm6_Room_Leave"]),
+        ("gmapi", "py_self_stack", ["gmapi_py_self_stack"]),
+        ("gmapi", "pygame", ["pygame_draw_rect", "pygame_Surface"]),
+    ],
+)
 def test_failed_fetch_empties_its_variable_and_leaves_its_exception(
-        host, module, attribute, emptied):
+    host, module, attribute, emptied
+):
     delattr(getattr(host, module), attribute)
     outcome = pending.call(larkspur.RegisterInstancesDict, {}, int, str, float)
     assert outcome.succeeded and outcome.result is None
@@ -152,6 +166,7 @@ def test_each_call_takes_one_reference_on_every_callable_and_gives_none_back(hos
 
 def test_registering_may_register(host):
     """What the old registry runs when it goes is no harm; the outer call has the last word."""
+
     class Dying(object):
         def __del__(self):
             larkspur.RegisterInstancesDict(inner, int, str, float)
@@ -172,6 +187,7 @@ def store():
         variable = native.variable(ctypes.c_void_p, name)
         stored.append((variable, variable.value, value))
         variable.value = id(value)
+
     yield store
     for variable, before, _ in reversed(stored):
         variable.value = before
@@ -215,6 +231,10 @@ def test_draw_sprite_ext_says_that_it_is_not_the_way(capfd, arguments):
     outcome = pending.call(larkspur.draw_sprite_ext, *arguments)
     assert not outcome.succeeded
     assert type(outcome.exception) is SystemError  # the interpreter's, when a failure has none
-    assert capfd.readouterr() == ("", (
-        "This does not behave properly on Mac, and does not provide the desired speed boost on "
-        "Linux.\n"))
+    assert capfd.readouterr() == (
+        "",
+        (
+            "This does not behave properly on Mac, and does not provide the desired speed boost on "
+            "Linux.\n"
+        ),
+    )

@@ -1,10 +1,10 @@
 """Native access to the host's objects: lists, instances, self, calls and colours."""
+
 import ctypes
 
 import larkspur
 import pygame
 import pytest
-
 from support import leaks, native, pending
 from support.host import Instance, Plain, Raising
 
@@ -30,13 +30,17 @@ class Equal(object):
 
 # --- Resource lists ------------------------------------------------------------------------------
 
+
 @pytest.mark.parametrize("list_name", ["sprites", "backgrounds", "rooms", "objects"])
 def test_index_is_the_position_in_the_named_list(host, list_name):
     resources = [object() for _ in range(3)]
     setattr(host.game, list_name, resources)
     for position, resource in enumerate(resources):
-        for function, kind, expected in ((INDEX, int, position), (INDEX_F, float, position),
-                                         (INDEX_S, str, "%d" % position)):
+        for function, kind, expected in (
+            (INDEX, int, position),
+            (INDEX_F, float, position),
+            (INDEX_S, str, "%d" % position),
+        ):
             found = native.new_reference(function(resource, list_name))
             assert type(found) is kind and found == expected
 
@@ -109,20 +113,25 @@ def test_lookups_keep_no_references(host, function):
     wanted = object()
     host.game.sprites = [None, wanted]
     leaks.assert_counts_unchanged(
-        lambda: native.new_reference(function(wanted, "sprites")), wanted, host.game,
-        host.game.sprites)
+        lambda: native.new_reference(function(wanted, "sprites")),
+        wanted,
+        host.game,
+        host.game.sprites,
+    )
     leaks.assert_counts_unchanged(
-        lambda: native.new_reference(function(host, "sprites")), host, host.game,
-        host.game.sprites)
+        lambda: native.new_reference(function(host, "sprites")), host, host.game, host.game.sprites
+    )
 
 
 # --- seqi ----------------------------------------------------------------------------------------
 
-@pytest.mark.parametrize("kind", [list, tuple, type("Kind", (list,), {}),
-                                  type("TupleKind", (tuple,), {})])
+
+@pytest.mark.parametrize(
+    "kind", [list, tuple, type("Kind", (list,), {}), type("TupleKind", (tuple,), {})]
+)
 def test_seqi_reads_lists_and_tuples(kind):
-    values = kind([5, -7, 3.9, long(8), True, 2 ** 31 - 1, -2 ** 31])
-    assert [SEQI(values, i) for i in range(7)] == [5, -7, 3, 8, 1, 2 ** 31 - 1, -2 ** 31]
+    values = kind([5, -7, 3.9, long(8), True, 2**31 - 1, -(2**31)])
+    assert [SEQI(values, i) for i in range(7)] == [5, -7, 3, 8, 1, 2**31 - 1, -(2**31)]
 
 
 def test_seqi_takes_magical_variables():
@@ -130,10 +139,21 @@ def test_seqi_takes_magical_variables():
     assert SEQI((variable,), 0) == 12
 
 
-@pytest.mark.parametrize("sequence, i, error", [
-    ((), 0, IndexError), ([1], 1, IndexError), ([1], -1, IndexError), ((1,), -1, IndexError),
-    (None, 0, TypeError), ("12", 0, TypeError), ({0: 1}, 0, TypeError), (["x"], 0, TypeError),
-    ([Raising()], 0, ZeroDivisionError), ([2 ** 70], 0, OverflowError)])
+@pytest.mark.parametrize(
+    "sequence, i, error",
+    [
+        ((), 0, IndexError),
+        ([1], 1, IndexError),
+        ([1], -1, IndexError),
+        ((1,), -1, IndexError),
+        (None, 0, TypeError),
+        ("12", 0, TypeError),
+        ({0: 1}, 0, TypeError),
+        (["x"], 0, TypeError),
+        ([Raising()], 0, ZeroDivisionError),
+        ([2**70], 0, OverflowError),
+    ],
+)
 def test_seqi_raises_on_what_it_can_not_read(sequence, i, error):
     with pytest.raises(error):
         SEQI(sequence, i)
@@ -151,6 +171,7 @@ def test_seqi_survives_an_element_that_empties_its_list():
 
 # --- First instance ------------------------------------------------------------------------------
 
+
 def resource(instances=(), *children):
     return Plain(instances=list(instances), children=list(children))
 
@@ -166,8 +187,9 @@ def test_own_instance_comes_before_the_childrens(host):
 
 def test_children_are_searched_depth_first_in_order(host):
     grandchild, second = Instance(), Instance()
-    tree = resource([], resource(), resource([], resource(), resource([grandchild])),
-                    resource([second]))
+    tree = resource(
+        [], resource(), resource([], resource(), resource([grandchild])), resource([second])
+    )
     assert first(tree) is grandchild
 
 
@@ -186,12 +208,19 @@ def test_any_sequences_will_do(host):
     assert first(Plain(instances=(), children=(resource([instance]),))) is instance
 
 
-@pytest.mark.parametrize("bad, error", [
-    (None, AttributeError), (Plain(), AttributeError), (Plain(instances=[]), AttributeError),
-    (Plain(instances=None, children=[]), TypeError), (Plain(instances=[], children=7), TypeError),
-    (Plain(instances=Raising(), children=[]), ZeroDivisionError),
-    (Plain(instances=[], children=Raising()), ZeroDivisionError),
-    (resource([], Plain()), AttributeError)])
+@pytest.mark.parametrize(
+    "bad, error",
+    [
+        (None, AttributeError),
+        (Plain(), AttributeError),
+        (Plain(instances=[]), AttributeError),
+        (Plain(instances=None, children=[]), TypeError),
+        (Plain(instances=[], children=7), TypeError),
+        (Plain(instances=Raising(), children=[]), ZeroDivisionError),
+        (Plain(instances=[], children=Raising()), ZeroDivisionError),
+        (resource([], Plain()), AttributeError),
+    ],
+)
 def test_failing_search_gives_its_exception(host, bad, error):
     with pytest.raises(error):
         FIRST_INSTANCE(bad)
@@ -243,6 +272,7 @@ def test_search_keeps_no_references(host):
 
 
 # --- self ----------------------------------------------------------------------------------------
+
 
 def test_push_saves_self_and_pop_puts_it_back(host):
     outer, inner, innermost = Instance(), Instance(), Instance()
@@ -348,6 +378,7 @@ def test_pop_whose_store_runs_code_that_registers_another_stack(host):
 
 # --- Calls ---------------------------------------------------------------------------------------
 
+
 def test_invoke_passes_its_arguments(host):
     seen = []
 
@@ -368,8 +399,9 @@ def test_invoke_passes_a_tuple_as_one_argument(host):
     assert seen == [(1, 2)]
 
 
-@pytest.mark.parametrize("callee, error", [
-    (Raising(), ZeroDivisionError), (7, TypeError), (lambda: None, TypeError)])
+@pytest.mark.parametrize(
+    "callee, error", [(Raising(), ZeroDivisionError), (7, TypeError), (lambda: None, TypeError)]
+)
 def test_failing_call_gives_its_exception(host, callee, error):
     with pytest.raises(error):
         INVOKE(id(callee), None)
@@ -391,20 +423,42 @@ def test_calls_keep_no_references(host):
         return result
 
     leaks.assert_counts_unchanged(
-        lambda: (native.new_reference(INVOKE(id(answer), argument)),
-                 native.new_reference(INVOKE_4(id(answer), *[argument] * 4))),
-        answer, argument, result)
+        lambda: (
+            native.new_reference(INVOKE(id(answer), argument)),
+            native.new_reference(INVOKE_4(id(answer), *[argument] * 4)),
+        ),
+        answer,
+        argument,
+        result,
+    )
 
 
 # --- Colours -------------------------------------------------------------------------------------
 
-@pytest.mark.parametrize("colour, value", [
-    ((255, 0, 0), 0xFF0000), ((0, 255, 0), 0xFF00), ((0, 0, 255), 0xFF), ([1, 2, 3], 0x010203),
-    ((1, 2, 3, 255), 0x010203), ((1, 2, 3, 4, 5), 0x010203), ((1, 2), 0xFFFFFF), ((), 0xFFFFFF),
-    ("a", 0xFFFFFF), (123, 123), (0xFFFFFFFF, 0xFFFFFFFF), (-1, 0xFFFFFFFF), (5.9, 5),
-    # Parts are shifted and added as they are, without a mask.
-    ((256, 0, 0), 0x1000000), ((0, 256, 0), 0x10000), ((1, 256, -1), 0x1FFFF),
-    ((1.9, 2.9, 3.9), 0x010203)])
+
+@pytest.mark.parametrize(
+    "colour, value",
+    [
+        ((255, 0, 0), 0xFF0000),
+        ((0, 255, 0), 0xFF00),
+        ((0, 0, 255), 0xFF),
+        ([1, 2, 3], 0x010203),
+        ((1, 2, 3, 255), 0x010203),
+        ((1, 2, 3, 4, 5), 0x010203),
+        ((1, 2), 0xFFFFFF),
+        ((), 0xFFFFFF),
+        ("a", 0xFFFFFF),
+        (123, 123),
+        (0xFFFFFFFF, 0xFFFFFFFF),
+        (-1, 0xFFFFFFFF),
+        (5.9, 5),
+        # Parts are shifted and added as they are, without a mask.
+        ((256, 0, 0), 0x1000000),
+        ((0, 256, 0), 0x10000),
+        ((1, 256, -1), 0x1FFFF),
+        ((1.9, 2.9, 3.9), 0x010203),
+    ],
+)
 def test_colours_as_pixel_values(host, colour, value):
     assert COLOR(colour) == value
 
@@ -415,14 +469,21 @@ def test_colours_follow_the_displays_shifts(host):
     assert COLOR((1, 2, 3)) == 0x030201
     small = pygame.Surface((4, 4), 0, 16, (0xF800, 0x7E0, 0x1F, 0))
     larkspur.set_SDL_screen(small)
-    assert COLOR((31, 63, 31)) == 0xFFFF       # the format's losses do not matter
+    assert COLOR((31, 63, 31)) == 0xFFFF  # the format's losses do not matter
     assert COLOR((1,)) == 0xFFFF
 
 
-@pytest.mark.parametrize("colour, error, parts", [
-    (("x", 2, 3), TypeError, 3), ((1, None, 3), TypeError, 3),
-    ((1, 2, Raising()), ZeroDivisionError, 3), (Raising(), ZeroDivisionError, 0),
-    (None, TypeError, 0), ((2 ** 70, 0, 0), OverflowError, 3)])
+@pytest.mark.parametrize(
+    "colour, error, parts",
+    [
+        (("x", 2, 3), TypeError, 3),
+        ((1, None, 3), TypeError, 3),
+        ((1, 2, Raising()), ZeroDivisionError, 3),
+        (Raising(), ZeroDivisionError, 0),
+        (None, TypeError, 0),
+        ((2**70, 0, 0), OverflowError, 3),
+    ],
+)
 def test_colour_that_does_not_convert_gives_its_exception(host, colour, error, parts):
     with pytest.raises(error):
         COLOR(colour)
@@ -430,6 +491,7 @@ def test_colour_that_does_not_convert_gives_its_exception(host, colour, error, p
 
 def test_parts_that_do_not_convert_count_as_minus_one(host):
     """And do not disturb the conversion of the others; the last failure stays pending."""
+
     class Looping(object):
         def __int__(self):
             return sum(1 for _ in "ab")  # a loop would stop at a pending exception
@@ -438,9 +500,9 @@ def test_parts_that_do_not_convert_count_as_minus_one(host):
         return pending.color_as_int(parts)
 
     value, error = colour_of("x", Looping(), 3)
-    assert value == (-0x10000 + 0x0203) % 2 ** 32 and isinstance(error, TypeError)
+    assert value == (-0x10000 + 0x0203) % 2**32 and isinstance(error, TypeError)
     value, error = colour_of(Raising(), 0, "x")
-    assert value == (-0x10000 - 1) % 2 ** 32 and isinstance(error, TypeError)
+    assert value == (-0x10000 - 1) % 2**32 and isinstance(error, TypeError)
     assert colour_of(1, Looping(), 3) == (0x010203, None)
 
 

@@ -1,10 +1,10 @@
 """The module: its functions and types, their order, and what importing it does."""
+
 import ctypes
 import os
 
 import larkspur
 import pytest
-
 from support import native, subprocess_python
 
 FUNCTIONS = [
@@ -12,8 +12,10 @@ FUNCTIONS = [
     ("fast_draw_gradient_v", "Draw a vertical gradient, with alpha blending."),
     ("fast_draw_gradients_vc", "Draw a vertical translucent gradient, then fill translucently."),
     ("fast_draw_gradients_vv", "Draw two vertical translucent gradients."),
-    ("fast_draw_gradients_vcv",
-     "Draw a vertical gradient, a constant, and another vgrad, each alphablent."),
+    (
+        "fast_draw_gradients_vcv",
+        "Draw a vertical gradient, a constant, and another vgrad, each alphablent.",
+    ),
     ("fast_draw_gradients_vcvvc", "More complex gradients."),
     ("fast_draw_rectangle_color", "C core for draw_rectangle_color."),
     ("draw_rectangle", "Draw a rectangle."),
@@ -23,13 +25,16 @@ FUNCTIONS = [
     ("CParticle_new_size_color", "Create a new particle of a given size and color."),
     ("CParticle_step", "Per-particle step function."),
     ("CParticle_dec_ttl", "Decrement the particle TTL and return the new value."),
-    ("CParticle_dec_ttl_and_render",
-     "Decrement the particle TTL and render if the particle still should exist."),
-    ("CParticle_attach_beancounter",
-     "Attach a beancounter to the particle.  The beancounter will be increased.  Destroying the "
-     "particle will decrease it.  If there is a preexisting beancounter, it will be decreased."),
-    ("CParticle_type_cache_clear",
-     "Remove cache of prerendered particle surfaces for this type."),
+    (
+        "CParticle_dec_ttl_and_render",
+        "Decrement the particle TTL and render if the particle still should exist.",
+    ),
+    (
+        "CParticle_attach_beancounter",
+        "Attach a beancounter to the particle.  The beancounter will be increased.  Destroying the "
+        "particle will decrease it.  If there is a preexisting beancounter, it will be decreased.",
+    ),
+    ("CParticle_type_cache_clear", "Remove cache of prerendered particle surfaces for this type."),
     ("flip_vh", "Flip a surface."),
     ("flip_v", "Flip a surface."),
     ("flip_h", "Flip a surface."),
@@ -41,8 +46,10 @@ FUNCTIONS = [
     ("part_type_direction", "Set the direction min/max/incr/wiggle."),
     ("part_type_gravity", "Set the gravity strength and angle."),
     ("part_type_life", "Set the particle minimum and maximum lifespan in frames."),
-    ("part_type_orientation",
-     "Set the orientation min/max/incr/wiggle/relativity for this particle type."),
+    (
+        "part_type_orientation",
+        "Set the orientation min/max/incr/wiggle/relativity for this particle type.",
+    ),
     ("part_type_scale", "Set the x and y scale factors for the particle type."),
     ("part_type_shape", "Set the shape of a particle type."),
     ("part_type_size", "Set min/max/incr/wiggle for particle size."),
@@ -71,8 +78,12 @@ TYPES = [
 
 
 class MethodDefinition(ctypes.Structure):
-    _fields_ = [("name", ctypes.c_char_p), ("function", ctypes.c_void_p),
-                ("flags", ctypes.c_int), ("doc", ctypes.c_char_p)]
+    _fields_ = [
+        ("name", ctypes.c_char_p),
+        ("function", ctypes.c_void_p),
+        ("flags", ctypes.c_int),
+        ("doc", ctypes.c_char_p),
+    ]
 
 
 def method_table():
@@ -100,7 +111,8 @@ def test_functions_take_positional_arguments():
 def test_module_holds_its_functions_types_and_version_and_nothing_else():
     of_every_module = set(["__doc__", "__file__", "__name__", "__package__"])
     assert set(vars(larkspur)) - of_every_module == set(
-        [name for name, _ in FUNCTIONS] + [name for name, _, _ in TYPES] + ["__version__"])
+        [name for name, _ in FUNCTIONS] + [name for name, _, _ in TYPES] + ["__version__"]
+    )
 
 
 def test_version_is_that_of_the_tree():
@@ -115,8 +127,9 @@ def test_module_has_no_text_of_its_own():
 
 @pytest.mark.parametrize("attribute, name, message", TYPES)
 def test_types_have_their_names(attribute, name, message):
-    assert ctypes.c_char_p.from_address(
-        id(getattr(larkspur, attribute)) + 24).value == name  # tp_name, after the variable head
+    assert (
+        ctypes.c_char_p.from_address(id(getattr(larkspur, attribute)) + 24).value == name
+    )  # tp_name, after the variable head
 
 
 REFUSED_TYPE = """
@@ -160,7 +173,7 @@ def test_all_types_are_readied_in_order():
 def test_type_that_can_not_be_readied_ends_the_types_and_not_the_import(position):
     _, refused, message = TYPES[position]
     readied, added, err = import_with_refused_type(refused)
-    assert readied == [name for _, name, _ in TYPES[:position + 1]]
+    assert readied == [name for _, name, _ in TYPES[: position + 1]]
     assert added == sorted(attribute for attribute, _, _ in TYPES[:position])
     assert err == message
 
@@ -175,7 +188,8 @@ def test_import_makes_missing_host_modules():
         "    bound = ctypes.py_object.in_dll(library, name).value\n"
         "    print bound is sys.modules[name], sorted(vars(bound))\n"
         "dictionary = ctypes.py_object.in_dll(library, 'gmapi__dict__').value\n"
-        "print dictionary is vars(sys.modules['gmapi'])\n")
+        "print dictionary is vars(sys.modules['gmapi'])\n"
+    )
     assert status == 0, err
     assert out.splitlines()[-3:] == ["True ['__doc__', '__name__', '__package__']"] * 2 + ["True"]
 
@@ -186,7 +200,8 @@ def test_import_leaves_missing_callables_to_registration():
         "from support import pending\n"
         "outcome = pending.call(larkspur.RegisterInstancesDict, {}, int, int, int)\n"
         "print outcome.succeeded, outcome.result, type(outcome.exception).__name__\n"
-        "print outcome.exception\n")
+        "print outcome.exception\n"
+    )
     assert status == 0, err
     assert out.splitlines()[-2] == "True None AttributeError"
 
@@ -205,7 +220,8 @@ def test_variables_begin_empty():
         "names = ['g_screen', 'gm6_Room_DrawView', 'gmapi_draw_sprite_ext', 'pygame_Surface',\n"
         "         'gmapi_py_ParticleSystem', 'gmapi_py_draw_props', 'gmapi_py_self_stack',\n"
         "         'pygame_draw_rect'] + ['gm6_' + name for name in host.ROOM_FUNCTIONS]\n"
-        "print set(ctypes.c_void_p.in_dll(library, name).value for name in names)\n")
+        "print set(ctypes.c_void_p.in_dll(library, name).value for name in names)\n"
+    )
     assert status == 0, err
     assert out.splitlines()[-2:] == ["[0L, 0.0, 0.0, -1]", "set([None])"]
 
@@ -218,7 +234,8 @@ def test_import_keeps_its_references_to_the_host():
         "kept = (gm6, gmapi, vars(gmapi))\n"
         "before = leaks.counts(kept)\n"
         "import larkspur\n"
-        "print leaks.growth(kept, before)\n")
+        "print leaks.growth(kept, before)\n"
+    )
     assert status == 0, err
     assert out.splitlines()[-1] == "[1, 2, 1]"
 
@@ -241,7 +258,8 @@ print json.dumps([ctypes.c_int.in_dll(probe, "seed_calls").value,
 def seed_of(**settings):
     """(calls of srand48, its argument) during an import under these circumstances."""
     status, out, err = subprocess_python.run(
-        SEEDED % settings, preload=[native.build_path("helpers/seed_probe.so")])
+        SEEDED % settings, preload=[native.build_path("helpers/seed_probe.so")]
+    )
     assert status == 0, err
     calls, seed, left_open = eval(out.splitlines()[-1])
     assert left_open == 0
@@ -249,11 +267,13 @@ def seed_of(**settings):
 
 
 def signed(value):
-    return (value + 2 ** 31) % 2 ** 32 - 2 ** 31
+    return (value + 2**31) % 2**32 - 2**31
 
 
-@pytest.mark.parametrize("entropy, process, parent", [
-    (0x12345678, 4242, 17), (-1, 4242, 4241), (1, 99999, 70000), (-2 ** 31, 1, 0x12345)])
+@pytest.mark.parametrize(
+    "entropy, process, parent",
+    [(0x12345678, 4242, 17), (-1, 4242, 4241), (1, 99999, 70000), (-(2**31), 1, 0x12345)],
+)
 def test_seed_mixes_entropy_and_processes(entropy, process, parent):
     calls, seed = seed_of(fake_entropy=entropy, fake_process=process, fake_parent=parent)
     assert calls == 1

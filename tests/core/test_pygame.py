@@ -1,10 +1,10 @@
 """pygame's native tables: where they are found, and Surfaces made and checked with them."""
+
 import ctypes
 
 import larkspur
 import pygame
 import pytest
-
 from support import leaks, native, pending, sdl, subprocess_python
 from support.rooms import make_view_room, set_view
 
@@ -112,7 +112,8 @@ def test_import_without_pygame():
         "    wrap(None)\n"
         "except RuntimeError as error:\n"
         "    print 'RuntimeError', 'pygame' in str(error)\n"
-        "print larkspur.breakable(), larkspur.GMRoom().id\n")
+        "print larkspur.breakable(), larkspur.GMRoom().id\n"
+    )
     assert status == 0, err
     assert out.splitlines()[:3] == ["RuntimeError True"] * 3
     assert out.splitlines()[-1] == "None 0"
@@ -120,7 +121,9 @@ def test_import_without_pygame():
 
 # --- The tables of room drawing ------------------------------------------------------------------
 
-OWN_TABLE = CONTAINERS + """
+OWN_TABLE = (
+    CONTAINERS
+    + """
 from support import host
 host.install_modules()
 import larkspur
@@ -148,6 +151,7 @@ print pending.draw_view(room, screen, 0, ()), len(made)
 flipped = larkspur.flip_v(pygame.Surface((4, 4), 0, 32))
 print type(flipped).__name__, len(made)
 """
+)
 
 
 def test_room_drawing_reads_a_table_of_its_own():
@@ -160,6 +164,7 @@ def test_room_drawing_reads_a_table_of_its_own():
 def test_room_drawing_keeps_its_table_when_there_is_no_other_one(host, capfd):
     """Reading anew leaves no exception, whatever it finds."""
     import sys
+
     saved = sys.modules["pygame.surface"]
     sys.modules["pygame.surface"] = None
     try:
@@ -173,6 +178,7 @@ def test_room_drawing_keeps_its_table_when_there_is_no_other_one(host, capfd):
 
 
 # --- Wrapping ------------------------------------------------------------------------------------
+
 
 def sdl_surface(size=(7, 5)):
     return SDL.SDL_CreateRGBSurface(0, size[0], size[1], 32, 0xFF0000, 0xFF00, 0xFF, 0)
@@ -197,11 +203,11 @@ def test_no_surface_can_not_be_wrapped(display):
 
 
 def test_wrapping_keeps_no_references(display):
-    leaks.assert_counts_unchanged(lambda: native.new_reference(WRAP(sdl_surface())),
-                                  pygame.Surface)
+    leaks.assert_counts_unchanged(lambda: native.new_reference(WRAP(sdl_surface())), pygame.Surface)
 
 
 # --- Checking ------------------------------------------------------------------------------------
+
 
 def test_part_of_a_display_that_was_closed_is_refused(host):
     part = host.screen.subsurface((10, 10, 20, 20))
@@ -213,11 +219,14 @@ def test_part_of_a_display_that_was_closed_is_refused(host):
     assert "closed" in str(outcome.exception)
 
 
-@pytest.mark.parametrize("rectangle, new_size", [
-    pytest.param((200, 100, 50, 50), (320, 60), id="past the new end"),
-    pytest.param((5, 6, 20, 20), (640, 480), id="rows of another length")])
-def test_part_whose_pixels_are_elsewhere_on_a_new_display_is_refused(
-        display, rectangle, new_size):
+@pytest.mark.parametrize(
+    "rectangle, new_size",
+    [
+        pytest.param((200, 100, 50, 50), (320, 60), id="past the new end"),
+        pytest.param((5, 6, 20, 20), (640, 480), id="rows of another length"),
+    ],
+)
+def test_part_whose_pixels_are_elsewhere_on_a_new_display_is_refused(display, rectangle, new_size):
     part = display.subsurface(rectangle)
     pygame.display.set_mode(new_size, 0, 32)
     outcome = pending.call(larkspur.flip_v, part)
@@ -234,8 +243,10 @@ def test_part_of_a_display_that_was_replaced_is_found_again(host):
     del kept
     host.screen.set_at((5, 6), (1, 2, 3))
     if sdl.is_layer() and native.sdl_surface(host.screen).pixels != before:
-        for outcome in (pending.call(larkspur.flip_v, part),
-                        pending.call(larkspur.Room_Draw, make_view_room(), part)):
+        for outcome in (
+            pending.call(larkspur.flip_v, part),
+            pending.call(larkspur.Room_Draw, make_view_room(), part),
+        ):
             assert not outcome.succeeded and isinstance(outcome.exception, RuntimeError)
             assert "make it again" in str(outcome.exception)
         assert part.get_locks() == ()

@@ -1,13 +1,13 @@
 """What all record types have in common: members, garbage collection, creation."""
+
 import ctypes
 import gc
 import sys
 import threading
 import weakref
 
-import pytest
-
 import larkspur
+import pytest
 from support import leaks, records
 from support.host import Plain
 
@@ -18,17 +18,27 @@ def named(record):
 
 def with_members(kind, candidates=records.ALL):
     """Parametrises over all members of one kind: (record type, member name)."""
-    return pytest.mark.parametrize("record, name", [
-        pytest.param(record, member.name, id="%s-%s" % (record.name, member.name))
-        for record in candidates for member in record.members if member.kind == kind])
+    return pytest.mark.parametrize(
+        "record, name",
+        [
+            pytest.param(record, member.name, id="%s-%s" % (record.name, member.name))
+            for record in candidates
+            for member in record.members
+            if member.kind == kind
+        ],
+    )
 
 
 every_record = pytest.mark.parametrize("record", records.ALL, ids=named)
 every_collected = pytest.mark.parametrize("record", records.COLLECTED, ids=named)
 
 MEMBER_CODES = {"int": 1, "float": 3, "lenient": 6, "strict": 16}
-WORDS = {"int": ctypes.c_int32, "float": ctypes.c_float, "lenient": ctypes.c_void_p,
-         "strict": ctypes.c_void_p}
+WORDS = {
+    "int": ctypes.c_int32,
+    "float": ctypes.c_float,
+    "lenient": ctypes.c_void_p,
+    "strict": ctypes.c_void_p,
+}
 HEAD = [("refcount", ctypes.c_void_p), ("type", ctypes.c_void_p)]
 
 
@@ -61,17 +71,19 @@ def test_flags(record):
 
 @every_record
 def test_member_table_order_kinds_and_docstrings(record):
-    found = [(row.name, row.type, row.flags, row.doc)
-             for row in records.member_table(record.type)]
-    assert found == [(member.name, MEMBER_CODES[member.kind], 0, member.doc)
-                     for member in record.members]
+    found = [(row.name, row.type, row.flags, row.doc) for row in records.member_table(record.type)]
+    assert found == [
+        (member.name, MEMBER_CODES[member.kind], 0, member.doc) for member in record.members
+    ]
 
 
 @pytest.mark.parametrize("record", [record for record in records.ALL if record.members], ids=named)
 def test_fields_lie_in_storage_order_without_others_between(record):
     class Layout(ctypes.Structure):
-        _fields_ = HEAD + [(member.name, WORDS[member.kind])
-                           for member in records.storage_members(record)]
+        _fields_ = HEAD + [
+            (member.name, WORDS[member.kind]) for member in records.storage_members(record)
+        ]
+
     for row in records.member_table(record.type):
         assert row.offset == getattr(Layout, row.name).offset, row.name
     assert record.type.__basicsize__ == ctypes.sizeof(Layout)
@@ -81,7 +93,7 @@ def test_fields_lie_in_storage_order_without_others_between(record):
 def test_int_members_start_at_0_and_hold_32_bits(record, name):
     instance = record.type()
     assert getattr(instance, name) == 0
-    for value in (2 ** 31 - 1, -2 ** 31, 7):
+    for value in (2**31 - 1, -(2**31), 7):
         setattr(instance, name, value)
         assert getattr(instance, name) == value
     with pytest.raises(TypeError):
@@ -146,6 +158,7 @@ def test_assigning_an_object_member_keeps_the_counts(record):
             for value in values:
                 setattr(instance, name, value)
             delattr(instance, name)
+
     leaks.assert_counts_unchanged(assign_all, *values)
 
 
@@ -163,8 +176,11 @@ def test_death_releases_what_is_released_and_keeps_the_rest(record):
         setattr(instance, name, values[name])
     before = dict((name, sys.getrefcount(values[name])) for name in values)
     del instance
-    released = [name for name in records.object_names(record)
-                if sys.getrefcount(values[name]) == before[name] - 1]
+    released = [
+        name
+        for name in records.object_names(record)
+        if sys.getrefcount(values[name]) == before[name] - 1
+    ]
     assert sorted(released) == sorted(record.releases)
 
 
@@ -192,8 +208,11 @@ def test_clear_unsets_each_member_before_its_release_in_order(record):
 @every_collected
 def test_clear_leaves_what_is_kept_and_the_numbers(record):
     instance = record.type()
-    kept = [member.name for member in record.members
-            if member.kind in ("lenient", "strict") and not member.released]
+    kept = [
+        member.name
+        for member in record.members
+        if member.kind in ("lenient", "strict") and not member.released
+    ]
     values = dict((name, object()) for name in kept)
     for name in kept:
         setattr(instance, name, values[name])
@@ -272,6 +291,7 @@ def test_traverse_stops_at_the_first_refusal_and_returns_it(record):
         def visit(value):
             seen.append(value.number)
             return 40 + last if value.number == last else 0
+
         assert records.traverse(instance, visit) == 40 + last
         assert seen == list(range(last + 1))
 
@@ -283,18 +303,29 @@ def tie_cycle(record, name):
     return weakref.ref(partner)
 
 
-@pytest.mark.parametrize("record, name", [
-    pytest.param(record, member.name, id="%s-%s" % (record.name, member.name))
-    for record in records.COLLECTED for member in record.members if member.visited])
+@pytest.mark.parametrize(
+    "record, name",
+    [
+        pytest.param(record, member.name, id="%s-%s" % (record.name, member.name))
+        for record in records.COLLECTED
+        for member in record.members
+        if member.visited
+    ],
+)
 def test_cycles_through_visited_members_are_collected(record, name):
     partner = tie_cycle(record, name)
     gc.collect()
     assert partner() is None
 
 
-@pytest.mark.parametrize("name", [
-    member.name for member in records.ROOM.members
-    if member.kind == "lenient" and not member.visited])
+@pytest.mark.parametrize(
+    "name",
+    [
+        member.name
+        for member in records.ROOM.members
+        if member.kind == "lenient" and not member.visited
+    ],
+)
 def test_cycles_through_other_members_are_not(name):
     partner = tie_cycle(records.ROOM, name)
     gc.collect()
@@ -307,6 +338,7 @@ def test_garbage_collection_may_run_while_a_record_dies(record):
     class Collecting(object):
         def __del__(self):
             collected.append(gc.collect())
+
     collected = []
     instance = record.type()
     for name in record.releases:
@@ -333,6 +365,7 @@ def test_a_long_chain_of_records_dies_without_deep_recursion(record):
             setattr(link, name, chain)
             chain = link
         done.append(True)
+
     done = []
     usual_size = threading.stack_size(256 * 1024)
     try:
@@ -353,6 +386,7 @@ def test_a_replaced_object_may_look_at_and_change_the_record(record):
         def __del__(self):
             seen.append(getattr(instance, name))
             setattr(instance, name, "from the destructor")
+
     seen = []
     setattr(instance, name, Meddler())
     setattr(instance, name, "new")

@@ -1,11 +1,11 @@
 """pygame on another SDL than larkspur's is refused, when larkspur is imported and when it is given
 its screen; nothing of larkspur can be used then, and nothing crashes."""
+
 import ctypes
 import os
 import sys
 
 import pytest
-
 from support import native, subprocess_python
 
 OTHER_SDLS = {"other_sdl1": "1.2.99", "other_sdl2": "2.34.5"}
@@ -54,11 +54,13 @@ def our_sdl():
 
 def refusal(version, path, release="7.8.9"):
     """The whole message about a pygame on an SDL of this version, in this file."""
-    return ("pygame %s uses SDL %s (%s), larkspur uses SDL %s (%s): they can't share surfaces. "
-            "Build pygame against larkspur's SDL, with the development packages of SDL 1.2 "
-            "installed: %s -m pip install --force-reinstall --no-binary pygame pygame==1.9.6. "
-            "Where that fails on a newer system, script/setup in larkspur's sources knows how"
-            % ((release, version, path) + our_sdl() + (sys.executable,)))
+    return (
+        "pygame %s uses SDL %s (%s), larkspur uses SDL %s (%s): they can't share surfaces. "
+        "Build pygame against larkspur's SDL, with the development packages of SDL 1.2 "
+        "installed: %s -m pip install --force-reinstall --no-binary pygame pygame==1.9.6. "
+        "Where that fails on a newer system, script/setup in larkspur's sources knows how"
+        % ((release, version, path) + our_sdl() + (sys.executable,))
+    )
 
 
 def refusal_of(sdl, release="7.8.9"):
@@ -67,6 +69,7 @@ def refusal_of(sdl, release="7.8.9"):
 
 
 # --- At import -----------------------------------------------------------------------------------
+
 
 @pytest.mark.parametrize("sdl", sorted(OTHER_SDLS))
 def test_import_beside_another_sdl_is_refused_each_time(sdl):
@@ -77,22 +80,32 @@ def test_import_beside_another_sdl_is_refused_each_time(sdl):
 
 def test_import_beside_larkspurs_sdl():
     assert lines_of(stand_in("our_sdl") + USE_STAND_IN + SHOW_IMPORT) == [
-        "imported A hook for GDB."]
+        "imported A hook for GDB."
+    ]
 
 
 def test_import_works_once_pygame_is_replaced():
-    code = (stand_in("other_sdl2") + USE_STAND_IN + SHOW_IMPORT +
-            "for name in [name for name in sys.modules if name.split('.')[0] == 'pygame']:\n"
-            "    del sys.modules[name]\n"
-            "import pygame\n" + SHOW_IMPORT +
-            "screen = pygame.display.set_mode((8, 8), 0, 32)\n"
-            "print larkspur.set_SDL_screen(screen), larkspur.flip_v(screen).get_size()\n")
+    code = (
+        stand_in("other_sdl2")
+        + USE_STAND_IN
+        + SHOW_IMPORT
+        + "for name in [name for name in sys.modules if name.split('.')[0] == 'pygame']:\n"
+        "    del sys.modules[name]\n"
+        "import pygame\n" + SHOW_IMPORT + "screen = pygame.display.set_mode((8, 8), 0, 32)\n"
+        "print larkspur.set_SDL_screen(screen), larkspur.flip_v(screen).get_size()\n"
+    )
     assert lines_of(code) == [
-        refusal_of("other_sdl2") + " False", "imported A hook for GDB.", "None (8, 8)"]
+        refusal_of("other_sdl2") + " False",
+        "imported A hook for GDB.",
+        "None (8, 8)",
+    ]
 
 
 def test_refused_imports_leave_nothing_behind():
-    code = stand_in("other_sdl1") + USE_STAND_IN + """
+    code = (
+        stand_in("other_sdl1")
+        + USE_STAND_IN
+        + """
 from support import leaks
 import pygame.surface
 def refused():
@@ -106,12 +119,18 @@ print leaks.count_changes(refused, [
     pygame.__version__, sys.executable, RuntimeError, None], rounds=200)
 print leaks.object_growth(refused, rounds=200)
 """
+    )
     assert lines_of(code) == [str([0.0] * 8), "0"]
 
 
-@pytest.mark.parametrize("release, shown", [
-    ("del pygame.__version__", "of unknown version"),
-    ("pygame.__version__ = 3", "of unknown version"), ("pygame.__version__ = '2.x'", "2.x")])
+@pytest.mark.parametrize(
+    "release, shown",
+    [
+        ("del pygame.__version__", "of unknown version"),
+        ("pygame.__version__ = 3", "of unknown version"),
+        ("pygame.__version__ = '2.x'", "2.x"),
+    ],
+)
 def test_pygames_release_is_told_when_it_is_known(release, shown):
     code = stand_in("other_sdl1") + release + "\n" + USE_STAND_IN + SHOW_IMPORT
     assert lines_of(code) == [refusal_of("other_sdl1", shown) + " False"]
@@ -131,21 +150,27 @@ MADE_VISIBLE_LATER = [
 
 @pytest.mark.parametrize("code", MADE_VISIBLE_LATER)
 def test_sdl_that_all_see_after_pygame_was_loaded_is_not_pygames(code):
-    lines = lines_of(stand_in("other_sdl1") + USE_STAND_IN + "import pygame.surface\n" + code +
-                     SHOW_IMPORT)
+    lines = lines_of(
+        stand_in("other_sdl1") + USE_STAND_IN + "import pygame.surface\n" + code + SHOW_IMPORT
+    )
     assert lines == [refusal_of("other_sdl1") + " False"]
 
 
 def test_pygame_is_imported_when_the_module_is_there():
     """What importing pygame runs may import larkspur again."""
-    code = stand_in("our_sdl") + USE_STAND_IN + """
+    code = (
+        stand_in("our_sdl")
+        + USE_STAND_IN
+        + """
 class Hook(object):
     def find_module(self, name, path=None):
         if name == "pygame.surface":
             import larkspur
             print "import of pygame sees", len(vars(larkspur)) > 40
 sys.meta_path.insert(0, Hook())
-""" + SHOW_IMPORT
+"""
+        + SHOW_IMPORT
+    )
     assert lines_of(code) == ["import of pygame sees True", "imported A hook for GDB."]
 
 
@@ -158,19 +183,32 @@ def test_preloaded_sdl_is_everyones():
 
 # --- An SDL inside pygame ------------------------------------------------------------------------
 
+
 @pytest.mark.parametrize("told", ["(2, 0, 7)", "(1, 2, 3)", "(0, 2, 15)"])
 def test_sdl_inside_pygame_is_known_by_its_version(told):
-    code = (stand_in("no_sdl") + "pygame.get_sdl_version = lambda: %s\n" % told + USE_STAND_IN +
-            SHOW_IMPORT)
+    code = (
+        stand_in("no_sdl")
+        + "pygame.get_sdl_version = lambda: %s\n" % told
+        + USE_STAND_IN
+        + SHOW_IMPORT
+    )
     path = os.path.realpath(native.build_path("helpers/pygame_on_no_sdl/surface.so"))
     assert lines_of(code) == [refusal(".".join(map(str, eval(told))), path) + " False"]
 
 
-@pytest.mark.parametrize("tell", [
-    "pass", "pygame.get_sdl_version = None", "pygame.get_sdl_version = lambda: 1 / 0",
-    "pygame.get_sdl_version = lambda: 'xyz'", "pygame.get_sdl_version = lambda: (2, 0)",
-    "pygame.get_sdl_version = lambda: (2, 0, -1)", "pygame.get_sdl_version = lambda: (2, 0, 256)",
-    "pygame.get_sdl_version = lambda: %r" % (tuple(map(int, our_sdl()[0].split("."))),)])
+@pytest.mark.parametrize(
+    "tell",
+    [
+        "pass",
+        "pygame.get_sdl_version = None",
+        "pygame.get_sdl_version = lambda: 1 / 0",
+        "pygame.get_sdl_version = lambda: 'xyz'",
+        "pygame.get_sdl_version = lambda: (2, 0)",
+        "pygame.get_sdl_version = lambda: (2, 0, -1)",
+        "pygame.get_sdl_version = lambda: (2, 0, 256)",
+        "pygame.get_sdl_version = lambda: %r" % (tuple(map(int, our_sdl()[0].split("."))),),
+    ],
+)
 def test_pygame_is_taken_when_nothing_speaks_against_it(tell):
     code = stand_in("no_sdl") + tell + "\n" + USE_STAND_IN + SHOW_IMPORT + "print sys.exc_info()\n"
     assert lines_of(code) == ["imported A hook for GDB.", "(None, None, None)"]
@@ -178,11 +216,16 @@ def test_pygame_is_taken_when_nothing_speaks_against_it(tell):
 
 # --- pygame that came or changed later -----------------------------------------------------------
 
-LATER = """
+LATER = (
+    """
 sys.modules["pygame"] = None
-""" + SHOW_IMPORT + """
+"""
+    + SHOW_IMPORT
+    + """
 
-""" + USE_STAND_IN
+"""
+    + USE_STAND_IN
+)
 
 # Calls that reach a Surface, and after them every function with whatever arguments.
 EVERY_FUNCTION = """
@@ -246,7 +289,9 @@ stand_in = imp.load_dynamic(%r, %r)
 def test_pygame_that_changed_is_refused_with_the_screen(module):
     """The screen that was set stays."""
     path = native.build_path("helpers/pygame_on_other_sdl2/surface.so")
-    lines = lines_of(CHANGED % (module, module, path) + """
+    lines = lines_of(
+        CHANGED % (module, module, path)
+        + """
 for surface in (other, stand_in.Surface(), None):
     try:
         larkspur.set_SDL_screen(surface)
@@ -254,7 +299,9 @@ for surface in (other, stand_in.Surface(), None):
         print error, kept.value == before
 sys.modules[%r] = real
 print larkspur.set_SDL_screen(other)
-""" % module)
+"""
+        % module
+    )
     release = lines_of("import pygame; print pygame.__version__")[0]
     assert lines == [refusal_of("other_sdl2", release) + " True"] * 3 + ["None"]
 
@@ -262,7 +309,9 @@ print larkspur.set_SDL_screen(other)
 def test_room_drawing_takes_no_tables_of_a_pygame_that_changed():
     """It goes on with those that it has, and leaves no exception."""
     path = native.build_path("helpers/pygame_on_other_sdl1/surface.so")
-    lines = lines_of(CHANGED % ("pygame.surface", "pygame.surface", path) + """
+    lines = lines_of(
+        CHANGED % ("pygame.surface", "pygame.surface", path)
+        + """
 native.library.larkspur_init_rooms()
 seen = []
 recording.gm6.Room_DrawBackgrounds = lambda room, surface, x, y: seen.append(surface)
@@ -270,5 +319,6 @@ recording.register(larkspur)
 room = rooms.make_view_room()
 rooms.set_view(room, 0, xport=2)
 print pending.draw_view(room, screen, 0, ()), type(seen[0]) is pygame.Surface
-""")
+"""
+    )
     assert lines == ["(1, None) True"]

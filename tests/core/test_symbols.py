@@ -1,15 +1,17 @@
 """What native callers see: these names and no others, and nothing that stands in for them."""
+
 import os
 import re
 
 import larkspur
-
 from support import elf, native, subprocess_python
 from support.host import ROOM_FUNCTIONS
 
-VARIABLES = ("gm6 gmapi gmapi__dict__ g_screen COLOR_WHITE g_view_xscale g_view_yscale this_second "
-             "gm6_Room_DrawView gmapi_draw_sprite_ext gmapi_py_ParticleSystem gmapi_py_draw_props "
-             "gmapi_py_self_stack pygame_draw_rect pygame_Surface").split()
+VARIABLES = (
+    "gm6 gmapi gmapi__dict__ g_screen COLOR_WHITE g_view_xscale g_view_yscale this_second "
+    "gm6_Room_DrawView gmapi_draw_sprite_ext gmapi_py_ParticleSystem gmapi_py_draw_props "
+    "gmapi_py_self_stack pygame_draw_rect pygame_Surface"
+).split()
 VARIABLES += ["gm6_" + name for name in ROOM_FUNCTIONS]
 
 FUNCTIONS = (
@@ -31,7 +33,8 @@ FUNCTIONS = (
     "Translucentify Tint_Surface flagged_blit additive_blit flip_v flip_h flip_vh clone_surface "
     "RGBA_copy satusub satusub_head satusub_body subtractor_for startptr_for "
     # Sprites
-    "sprite_scalecache_add").split()
+    "sprite_scalecache_add"
+).split()
 
 
 def exported_names(path):
@@ -79,7 +82,8 @@ native.library.crasher()             # calls dump()
 
 def test_own_functions_are_called_though_others_have_their_names(tmpdir):
     status, out, err = subprocess_python.run(
-        FOREIGN_NAMES, preload=[native.build_path("helpers/common_names.so")], cwd=str(tmpdir))
+        FOREIGN_NAMES, preload=[native.build_path("helpers/common_names.so")], cwd=str(tmpdir)
+    )
     assert status == 0, err
     assert out.splitlines()[-2:] == ["breakable", "1"]
     assert tmpdir.join("logfile.txt").read() == "crasher called.\n"

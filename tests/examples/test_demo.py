@@ -1,12 +1,14 @@
 """The demo as a command."""
+
 import os
 import subprocess
 import sys
 
 import pytest
 
-EXAMPLES = os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, os.pardir,
-                        "examples")
+EXAMPLES = os.path.join(
+    os.path.dirname(os.path.abspath(__file__)), os.pardir, os.pardir, "examples"
+)
 
 
 DISPLAY_SETTINGS = "DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"
@@ -20,12 +22,20 @@ def run(*arguments, **environment):
     for name in DISPLAY_SETTINGS:
         settings.pop(name, None)
     settings.update(environment)
-    command = ["-c", "import sys; sys.path.insert(0, {!r}); import demo, pygame; {}\n"
-               "sys.exit(demo.main(sys.argv[1:]))".format(EXAMPLES, before)]
+    command = [
+        "-c",
+        "import sys; sys.path.insert(0, {!r}); import demo, pygame; {}\n"
+        "sys.exit(demo.main(sys.argv[1:]))".format(EXAMPLES, before),
+    ]
     process = subprocess.Popen(
-        [sys.executable] + (command if before else [os.path.join(EXAMPLES, "demo.py")]) +
-        list(arguments), stdin=open(os.devnull), stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-        env=settings)
+        [sys.executable]
+        + (command if before else [os.path.join(EXAMPLES, "demo.py")])
+        + list(arguments),
+        stdin=open(os.devnull),
+        stdout=subprocess.PIPE,
+        stderr=subprocess.PIPE,
+        env=settings,
+    )
     output, errors = process.communicate()
     return process.returncode, output.decode("utf-8"), errors.decode("utf-8")
 
@@ -39,9 +49,15 @@ def test_check_writes_right_pictures(tmpdir):
     assert status == 0, output + errors
     files = sorted(path.basename for path in tmpdir.listdir())
     assert files[0] == "contact_sheet.png" and len(files) == 9
-    for text in ("100 %  40 of 40 frames", "room_village:", "room_garden:", "frames per second",
-                 "ms of processor time",
-                 str(tmpdir), "check: all 8 pictures show what they should"):
+    for text in (
+        "100 %  40 of 40 frames",
+        "room_village:",
+        "room_garden:",
+        "frames per second",
+        "ms of processor time",
+        str(tmpdir),
+        "check: all 8 pictures show what they should",
+    ):
         assert text in output
 
 
@@ -52,30 +68,38 @@ def test_without_a_display_it_renders(tmpdir):
 
 
 def test_in_a_window_it_plays():
-    status, output, errors = run("--frames", "8", SDL_VIDEODRIVER="dummy",
-                                 before="pygame.display.get_driver = lambda: 'x11'")
+    status, output, errors = run(
+        "--frames", "8", SDL_VIDEODRIVER="dummy", before="pygame.display.get_driver = lambda: 'x11'"
+    )
     assert status == 0, output + errors
     assert "arrow keys" in output and "all frames drawn: 8 frames" in output
     assert "100 %  loading: ready" in output
 
 
-@pytest.mark.parametrize("environment, reason", [
-    ({"DISPLAY": ":987"}, "DISPLAY=:987; x11: "),
-    ({"DISPLAY": "nonsense"}, "DISPLAY=nonsense; x11: "),
-    ({"DISPLAY": ""}, "there is no DISPLAY"),
-    ({"DISPLAY": ":987", "SDL_VIDEODRIVER": "x11"},
-     "DISPLAY=:987; SDL_VIDEODRIVER=x11; x11: "),
-    ({"DISPLAY": ":987", "SDL_VIDEODRIVER": ""}, "DISPLAY=:987; x11: "),
-    ({"SDL_VIDEODRIVER": "nonsense"}, "SDL_VIDEODRIVER=nonsense; nonsense: "),
-    ({"SDL_VIDEODRIVER": "dummy"}, "dummy: this driver shows nothing"),
-    ({"WAYLAND_DISPLAY": "none-987"}, "WAYLAND_DISPLAY=none-987; wayland: "),
-    ({"DISPLAY": ":987", "WAYLAND_DISPLAY": "none-987"}, "; wayland: "),
-    ({"SDL_VIDEODRIVER": "dummy", "before":
-      "depths = [32, 16]; real = pygame.display.set_mode\n"
-      "pygame.display.get_driver = lambda: 'x11'\n"
-      "pygame.display.set_mode = lambda size, flags, _: real(size, flags, depths.pop())"},
-     "x11: 16 bits a pixel, not 32"),
-], ids=str)
+@pytest.mark.parametrize(
+    "environment, reason",
+    [
+        ({"DISPLAY": ":987"}, "DISPLAY=:987; x11: "),
+        ({"DISPLAY": "nonsense"}, "DISPLAY=nonsense; x11: "),
+        ({"DISPLAY": ""}, "there is no DISPLAY"),
+        ({"DISPLAY": ":987", "SDL_VIDEODRIVER": "x11"}, "DISPLAY=:987; SDL_VIDEODRIVER=x11; x11: "),
+        ({"DISPLAY": ":987", "SDL_VIDEODRIVER": ""}, "DISPLAY=:987; x11: "),
+        ({"SDL_VIDEODRIVER": "nonsense"}, "SDL_VIDEODRIVER=nonsense; nonsense: "),
+        ({"SDL_VIDEODRIVER": "dummy"}, "dummy: this driver shows nothing"),
+        ({"WAYLAND_DISPLAY": "none-987"}, "WAYLAND_DISPLAY=none-987; wayland: "),
+        ({"DISPLAY": ":987", "WAYLAND_DISPLAY": "none-987"}, "; wayland: "),
+        (
+            {
+                "SDL_VIDEODRIVER": "dummy",
+                "before": "depths = [32, 16]; real = pygame.display.set_mode\n"
+                "pygame.display.get_driver = lambda: 'x11'\n"
+                "pygame.display.set_mode = lambda size, flags, _: real(size, flags, depths.pop())",
+            },
+            "x11: 16 bits a pixel, not 32",
+        ),
+    ],
+    ids=str,
+)
 def test_without_a_window_it_says_why_and_renders(tmpdir, environment, reason):
     status, output, errors = run("--frames", "8", "--output", str(tmpdir), **environment)
     assert status == 0, output + errors

@@ -3,6 +3,7 @@
 larkspur binds gm6 and gmapi once, when it is imported; in this interpreter they are the recording
 host.
 """
+
 import ast
 import os
 import subprocess
@@ -22,8 +23,11 @@ def names():
         if file_name.startswith("test_") and file_name.endswith(".py"):
             with open(os.path.join(ENGINE_TESTS, file_name)) as source:
                 tree = ast.parse(source.read(), file_name)
-            found += [(file_name[:-3], node.name) for node in tree.body
-                      if isinstance(node, ast.FunctionDef) and node.name.startswith("test_")]
+            found += [
+                (file_name[:-3], node.name)
+                for node in tree.body
+                if isinstance(node, ast.FunctionDef) and node.name.startswith("test_")
+            ]
     return found
 
 
@@ -32,16 +36,32 @@ def results(tmp_path_factory):
     """(file stem, test name) -> list of failure texts, and what the run printed."""
     report = str(tmp_path_factory.mktemp("engine") / "report.xml")
     process = subprocess.Popen(
-        [sys.executable, "-m", "pytest", "-q", "-p", "no:cacheprovider",
-         "--confcutdir", ENGINE_TESTS, "--junitxml", report, ENGINE_TESTS],
-        stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        [
+            sys.executable,
+            "-m",
+            "pytest",
+            "-q",
+            "-p",
+            "no:cacheprovider",
+            "--confcutdir",
+            ENGINE_TESTS,
+            "--junitxml",
+            report,
+            ENGINE_TESTS,
+        ],
+        stdout=subprocess.PIPE,
+        stderr=subprocess.STDOUT,
+    )
     output = process.communicate()[0].decode("utf-8", "replace")
     outcomes = {}
     if os.path.exists(report):
         for case in ElementTree.parse(report).getroot().iter("testcase"):
             key = case.get("classname").split(".")[-1], case.get("name").split("[")[0]
-            faults = [child.text or child.get("message") for child in case
-                      if child.tag in ("failure", "error", "skipped")]
+            faults = [
+                child.text or child.get("message")
+                for child in case
+                if child.tag in ("failure", "error", "skipped")
+            ]
             outcomes.setdefault(key, []).extend(faults)
     return outcomes, output
 

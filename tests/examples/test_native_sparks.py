@@ -1,4 +1,5 @@
 """The example of a native caller, run as its users run it."""
+
 import imp
 import os
 import subprocess
@@ -8,7 +9,6 @@ import larkspur
 import numpy
 import pygame
 import pytest
-
 from support import leaks
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
@@ -20,8 +20,9 @@ def run(*arguments):
     environment = dict(os.environ, PYTHONPATH=os.pathsep.join(folders + sys.path))
     environment.pop("DISPLAY", None)
     command = [sys.executable, os.path.join(ROOT, "examples", "native", "fountain.py")]
-    return subprocess.check_output(command + list(arguments), env=environment,
-                                   stderr=subprocess.STDOUT)
+    return subprocess.check_output(
+        command + list(arguments), env=environment, stderr=subprocess.STDOUT
+    )
 
 
 @pytest.fixture(scope="module")
@@ -29,8 +30,7 @@ def picture(tmpdir_factory):
     """Red, green and blue [y][x] of a frame in which most sparks burn."""
     path = str(tmpdir_factory.mktemp("sparks").join("sparks.png"))
     output = run("--frames", "100", "--picture", path)
-    assert output.splitlines()[-1] == \
-        "100 frames, at most 320 sparks, 0 at the end, 1 kept picture"
+    assert output.splitlines()[-1] == "100 frames, at most 320 sparks, 0 at the end, 1 kept picture"
     return pygame.surfarray.array3d(pygame.image.load(path)).swapaxes(0, 1).astype(int)
 
 

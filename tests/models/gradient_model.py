@@ -3,9 +3,10 @@
 Written from the rules and sharing nothing with the module: every pixel a rule speaks of is worked
 out on its own, and those outside the picture are dropped when they would be set.
 """
+
 import numpy
 
-SMALLEST_INT = -2 ** 31
+SMALLEST_INT = -(2**31)
 
 
 def single(value):
@@ -14,7 +15,7 @@ def single(value):
 
 def truncated(value):
     """Toward zero; what does not fit 32 bits is the smallest integer."""
-    if numpy.isnan(value) or not SMALLEST_INT <= value < 2 ** 31:
+    if numpy.isnan(value) or not SMALLEST_INT <= value < 2**31:
         return SMALLEST_INT
     return int(value)
 
@@ -45,8 +46,9 @@ class Picture(object):
 
     def mapped(self, colour):
         """The word of a GM colour, 0x00BBGGRR."""
-        return self.alpha | sum((colour >> place & 255) << shift
-                                for place, shift in zip((0, 8, 16), self.shifts))
+        return self.alpha | sum(
+            (colour >> place & 255) << shift for place, shift in zip((0, 8, 16), self.shifts)
+        )
 
     def words(self):
         return numpy.array(self.rows, numpy.uint32).reshape(self.height, self.width)
@@ -58,8 +60,10 @@ def multalpha(word, alpha):
 
 def between(first, second, weight):
     """Both GM colours mixed, `first` with weight 256ths."""
-    return sum(((first >> place & 255) * weight + (second >> place & 255) * (256 - weight)) // 256
-               << place for place in (0, 8, 16))
+    return sum(
+        ((first >> place & 255) * weight + (second >> place & 255) * (256 - weight)) // 256 << place
+        for place in (0, 8, 16)
+    )
 
 
 def gradient_word(picture, first, second, t):
@@ -114,8 +118,9 @@ def vcv_weights(opacities):
     coverage = single(last + middle_share)
     first_share = single(single(one - coverage) * first)
     total = single(coverage + first_share)
-    weights = [truncated(single(share * scale)) % 256
-               for share in (first_share, middle_share, last)]
+    weights = [
+        truncated(single(share * scale)) % 256 for share in (first_share, middle_share, last)
+    ]
     return weights, (255 - truncated(single(total * scale))) % 256
 
 
@@ -126,7 +131,7 @@ def draw_layers(picture, letters, rectangle, values):
     for letter in letters:
         count = 2 if letter == "v" else 1
         layers.append((values[:count], values[count]))
-        del values[:count + 1]
+        del values[: count + 1]
     assert not values
     with numpy.errstate(all="ignore"):
         weigh = vcv_weights if letters == "vcv" else over_weights
@@ -144,8 +149,11 @@ def draw_weighed(picture, rectangle, weighed, keep):
     for y, columns, t in rows_of_gradient(picture, *rectangle):
         added = 0
         for colours, weight in weighed:
-            word = gradient_word(picture, colours[0], colours[1], t) if len(colours) == 2 \
+            word = (
+                gradient_word(picture, colours[0], colours[1], t)
+                if len(colours) == 2
                 else colours[0]
+            )
             added += multalpha(word, weight)
         for x in columns:
             picture.change(x, y, laid_over(added, keep))

@@ -1,9 +1,9 @@
 """The rules of instance lists, in plain Python on a plain list."""
+
 import larkspur
 
 
 class ModelList(object):
-
     def __init__(self, registry, instance_type):
         self.registry = registry
         self.instance_type = instance_type

@@ -3,6 +3,7 @@
 Fields are numpy.float32, sums of a random draw are made in Python's doubles and rounded once when
 they are stored, and the random numbers come from an own generator with drand48's recurrence.
 """
+
 import math
 
 import numpy
@@ -20,22 +21,25 @@ class Drand48(object):
         self.draws = 0
 
     def __call__(self):
-        self.state = (self.state * 0x5DEECE66D + 0xB) % 2 ** 48
+        self.state = (self.state * 0x5DEECE66D + 0xB) % 2**48
         self.draws += 1
-        return self.state / float(2 ** 48)
+        return self.state / float(2**48)
 
 
 class TypeModel(object):
     """A particle type; the methods are the settings, by the names of the module's functions."""
 
     def __init__(self, white=0xFFFFFF):
-        for name in ("size_range size_incr size_wiggle speed_min speed_max speed_range speed_incr "
-                     "speed_wiggle dir_min dir_max dir_range dir_incr dir_wiggle gravity_amount "
-                     "gravity_dir orient_min orient_max orient_incr orient_wiggle "
-                     "orient_relative").split():
+        for name in (
+            "size_range size_incr size_wiggle speed_min speed_max speed_range speed_incr "
+            "speed_wiggle dir_min dir_max dir_range dir_incr dir_wiggle gravity_amount "
+            "gravity_dir orient_min orient_max orient_incr orient_wiggle "
+            "orient_relative"
+        ).split():
             setattr(self, name, single(0))
-        for name in ("size_min size_max xscale yscale alpha_start alpha_half alpha_end "
-                     "reserved_float").split():
+        for name in (
+            "size_min size_max xscale yscale alpha_start alpha_half alpha_end reserved_float"
+        ).split():
             setattr(self, name, single(1))
         self.blend = self.animate = self.stretch = self.reserved_int = self.life_range = 0
         self.life_min = self.life_max = 30
@@ -126,8 +130,9 @@ class ParticleModel(object):
     def reset_velocities(self):
         angle = float(self.direction) * (math.pi / 180) + math.pi / 2
         # Python raises for an infinite angle, which has no direction.
-        cosine, sine = (float("nan"),) * 2 if math.isinf(angle) else (
-            math.cos(angle), math.sin(angle))
+        cosine, sine = (
+            (float("nan"),) * 2 if math.isinf(angle) else (math.cos(angle), math.sin(angle))
+        )
         self.vx, self.vy = single(float(self.speed) * cosine), single(float(self.speed) * sine)
 
     def step(self, kind, random):
@@ -203,14 +208,15 @@ class Look(object):
             u = single(2) * fraction
             colours = particle.color2, particle.color3
             alpha = u * kind.alpha_half + (single(1) - u) * kind.alpha_end
-        self.colour = pixel_model.blend(colours[0] % 2 ** 32, colours[1] % 2 ** 32,
-                                        to_int(256.0 * float(u)))
+        self.colour = pixel_model.blend(
+            colours[0] % 2**32, colours[1] % 2**32, to_int(256.0 * float(u))
+        )
         self.alpha = signed(to_int(alpha * single(255), 64), 32)
 
 
 def signed(number, bits):
     """The low bits of a number as a signed integer."""
-    return (int(number) + 2 ** (bits - 1)) % 2 ** bits - 2 ** (bits - 1)
+    return (int(number) + 2 ** (bits - 1)) % 2**bits - 2 ** (bits - 1)
 
 
 def low_16_bits(number):
@@ -220,6 +226,6 @@ def low_16_bits(number):
 def to_int(number, bits=32):
     """Truncated; what does not fit is the smallest integer, as the processor has it."""
     value = float(number)
-    if not -2.0 ** (bits - 1) <= value < 2.0 ** (bits - 1):
-        return -2 ** (bits - 1)
+    if not -(2.0 ** (bits - 1)) <= value < 2.0 ** (bits - 1):
+        return -(2 ** (bits - 1))
     return int(value)

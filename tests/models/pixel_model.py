@@ -3,11 +3,12 @@
 Written from the rules and sharing nothing with the module. Words and buffers are numpy arrays;
 buffers are bytes.
 """
+
 import fractions
 
 import numpy
 
-WORD = 2 ** 32
+WORD = 2**32
 
 
 def channels(word):
@@ -28,7 +29,7 @@ def blend(a, b, weight):
     for place, mask in ((0, WORD - 1), (8, 0xFF00), (16, 0xFF0000)):
         part = (a & 255 << place) * weight + (b & 255 << place) * (256 - weight)
         spilling += part % WORD // 256 & mask
-    return spilling % 2 ** 24
+    return spilling % 2**24
 
 
 def mapped(colour, masks):
@@ -41,14 +42,14 @@ def mapped(colour, masks):
 
 def faded(buffer, alpha, masks):
     """Every word of the buffer with its alpha scaled."""
-    words = buffer[:len(buffer) // 4 * 4].view(numpy.uint32).astype(numpy.uint64)
+    words = buffer[: len(buffer) // 4 * 4].view(numpy.uint32).astype(numpy.uint64)
     colour = words & sum(masks[:3])
     if masks[3] == 0xFF000000:
         scaled = (words // 256 * alpha) % WORD & masks[3]
     else:
         scaled = (words & masks[3]) * alpha // 256 & masks[3]
     result = buffer.copy()
-    result[:len(words) * 4] = (scaled + colour).astype(numpy.uint32).view(numpy.uint8)
+    result[: len(words) * 4] = (scaled + colour).astype(numpy.uint32).view(numpy.uint8)
     return result
 
 
@@ -67,8 +68,9 @@ def tinted(buffer, tint, masks):
     bytes, and what remains with the bytes of the word the other way round."""
     loss = word_bytes(mapped(0xFFFFFF - (tint & 0xFFFFFF), masks) & ~masks[3])
     steps = len(buffer) // 8 * 8
-    return numpy.concatenate([subtracted(buffer[:steps], loss),
-                              subtracted(buffer[steps:], loss[::-1])])
+    return numpy.concatenate(
+        [subtracted(buffer[:steps], loss), subtracted(buffer[steps:], loss[::-1])]
+    )
 
 
 def added(source, target, x, y):
@@ -78,14 +80,15 @@ def added(source, target, x, y):
     target_height, target_width = target.shape
     if x + width >= target_width:
         return result  # touches or crosses the right edge
-    source = source[:, max(-x, 0):]
+    source = source[:, max(-x, 0) :]
     x, y = max(x, 0), max(y, 0)
     rows = min(len(source), max(target_height - y, 0))
     if not rows or not source.shape[1]:
         return result
-    place = result[y:y + rows, x:x + source.shape[1]]
-    sums = (numpy.ascontiguousarray(source[:rows]).view(numpy.uint8).astype(int) +
-            numpy.ascontiguousarray(place).view(numpy.uint8))
+    place = result[y : y + rows, x : x + source.shape[1]]
+    sums = numpy.ascontiguousarray(source[:rows]).view(numpy.uint8).astype(
+        int
+    ) + numpy.ascontiguousarray(place).view(numpy.uint8)
     place[...] = numpy.minimum(sums, 255).astype(numpy.uint8).view(numpy.uint32)
     return result
 

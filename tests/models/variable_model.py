@@ -14,7 +14,6 @@ def is_sequence(value):
 
 
 class ModelVariable(object):
-
     def __init__(self, value):
         self.width = self.height = 1
         self.cells = {(0, 0): value}
@@ -48,5 +47,4 @@ class ModelVariable(object):
 
     def flat(self):
         """What every position of the stored array reads as."""
-        return [self.cells.get((i, j), 0)
-                for j in range(self.height) for i in range(self.width)]
+        return [self.cells.get((i, j), 0) for j in range(self.height) for i in range(self.width)]

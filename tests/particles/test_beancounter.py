@@ -1,9 +1,9 @@
 """Beancounter: how many living particles hold it."""
+
 import sys
 
 import larkspur
 import pytest
-
 from support import leaks, particles
 
 
@@ -61,7 +61,8 @@ def test_attaching_the_same_counter_again_changes_nothing():
     particle = new_particle()
     larkspur.CParticle_attach_beancounter(particle, counter)
     leaks.assert_counts_unchanged(
-        lambda: larkspur.CParticle_attach_beancounter(particle, counter), counter, particle)
+        lambda: larkspur.CParticle_attach_beancounter(particle, counter), counter, particle
+    )
     assert int(counter) == 1
 
 

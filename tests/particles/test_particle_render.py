@@ -1,4 +1,5 @@
 """Drawing of particles: paths, keys, pictures and pixels, composed step by step by the side."""
+
 import ctypes
 import gc
 import itertools
@@ -9,7 +10,6 @@ import larkspur
 import numpy
 import pygame
 import pytest
-
 from models import particle_model, pixel_model
 from support import leaks, native, particles, pending, sdl
 from support.pictures import assert_same_words, put_words, words
@@ -19,10 +19,16 @@ NAN, INFINITE = float("nan"), float("inf")
 WHITE = 0xFFFFFF
 CENTRE = (160, 120)
 
-render_low = native.function("particle_render_low", None, ctypes.POINTER(particles.ParticleRecord),
-                             ctypes.c_int, ctypes.c_int)
-desired_alpha = native.function("DesiredAlpha", ctypes.c_int32,
-                                ctypes.POINTER(particles.TypeRecord), ctypes.c_float)
+render_low = native.function(
+    "particle_render_low",
+    None,
+    ctypes.POINTER(particles.ParticleRecord),
+    ctypes.c_int,
+    ctypes.c_int,
+)
+desired_alpha = native.function(
+    "DesiredAlpha", ctypes.c_int32, ctypes.POINTER(particles.TypeRecord), ctypes.c_float
+)
 
 
 class Scene(object):
@@ -92,8 +98,11 @@ class Scene(object):
         return look
 
     def scaled(self, look):
-        picture = sdl.zoomed(self.shape, float(look.width) / self.shape.get_width(),
-                             float(look.height) / self.shape.get_height())
+        picture = sdl.zoomed(
+            self.shape,
+            float(look.width) / self.shape.get_width(),
+            float(look.height) / self.shape.get_height(),
+        )
         if picture is None:
             return None
         if look.colour != WHITE:
@@ -113,8 +122,10 @@ class Scene(object):
 
     def blit(self, picture, look):
         width, height = picture.get_size()
-        place = (particle_model.low_16_bits(look.x - width // 2),
-                 particle_model.low_16_bits(look.y - height // 2))
+        place = (
+            particle_model.low_16_bits(look.x - width // 2),
+            particle_model.low_16_bits(look.y - height // 2),
+        )
         return self.blit_at(picture, place)
 
     def blit_at(self, picture, place):
@@ -164,8 +175,9 @@ def apply_to_buffer(surface, change, value):
 
 def fade(surface, alpha, blend):
     if blend:
-        apply_to_buffer(surface, lambda buffer, value, _: pixel_model.subtracted(buffer, [value]),
-                        ~alpha & 255)
+        apply_to_buffer(
+            surface, lambda buffer, value, _: pixel_model.subtracted(buffer, [value]), ~alpha & 255
+        )
     else:
         apply_to_buffer(surface, pixel_model.faded, alpha & 255)
 
@@ -189,17 +201,25 @@ def key_coloured():
     return surface
 
 
-SHAPES = [("alpha", soft_shape), ("opaque", lambda: surface_of(15, 9, XRGB, seed=4)),
-          ("other order", lambda: surface_of(7, 7, RGBA, seed=6)), ("colour key", key_coloured),
-          ("encoded", lambda: encoded_surface(14, 11)), ("part", lambda: part_of(soft_shape())),
-          ("one pixel", lambda: surface_of(1, 1, ARGB, seed=7))]
+SHAPES = [
+    ("alpha", soft_shape),
+    ("opaque", lambda: surface_of(15, 9, XRGB, seed=4)),
+    ("other order", lambda: surface_of(7, 7, RGBA, seed=6)),
+    ("colour key", key_coloured),
+    ("encoded", lambda: encoded_surface(14, 11)),
+    ("part", lambda: part_of(soft_shape())),
+    ("one pixel", lambda: surface_of(1, 1, ARGB, seed=7)),
+]
 
 
 # ---- paths and keys
 
+
 def test_docstring():
-    assert larkspur.CParticle_dec_ttl_and_render.__doc__ == \
-        "Decrement the particle TTL and render if the particle still should exist."
+    assert (
+        larkspur.CParticle_dec_ttl_and_render.__doc__
+        == "Decrement the particle TTL and render if the particle still should exist."
+    )
 
 
 def test_plain_path_draws_the_shape_and_keeps_nothing(display):
@@ -220,24 +240,34 @@ def test_tinted_path_has_a_key_of_four_and_ignores_the_orientation(display):
 
 
 def test_faded_path_truncates_the_orientation(display):
-    scene = Scene(display, soft_shape(), orientation=(-360, 360, 0, 0, 0),
-                  alpha3=(0.5, 0.5, 0.5))
+    scene = Scene(display, soft_shape(), orientation=(-360, 360, 0, 0, 0), alpha3=(0.5, 0.5, 0.5))
     scene.check_draw(scene.particle(orientation=37.9), "faded", (16, 16, WHITE, 127, 37))
     scene.check_draw(scene.particle(orientation=-37.9), "faded", (16, 16, WHITE, 127, -37))
     scene.check_draw(scene.particle(orientation=0.9), "faded", (16, 16, WHITE, 127, 0))
 
 
-@pytest.mark.parametrize("orientation, angle", [
-    (37.9, 32), (15.9, 0), (16, 16), (360, 352), (-5, 4080), (-0.9, 0), (-17, 4064), (4096, 0),
-    (NAN, 0), (1e20, 0)])
+@pytest.mark.parametrize(
+    "orientation, angle",
+    [
+        (37.9, 32),
+        (15.9, 0),
+        (16, 16),
+        (360, 352),
+        (-5, 4080),
+        (-0.9, 0),
+        (-17, 4064),
+        (4096, 0),
+        (NAN, 0),
+        (1e20, 0),
+    ],
+)
 def test_scaled_path_quantises_the_orientation(display, orientation, angle):
-    scene = Scene(display, soft_shape(), scale=(1.5, 0.5),
-                  orientation=(-1e30, 1e30, 0, 0, 0))
+    scene = Scene(display, soft_shape(), scale=(1.5, 0.5), orientation=(-1e30, 1e30, 0, 0, 0))
     scene.check_draw(scene.particle(orientation=orientation), "scaled", (24, 8, WHITE, 255, angle))
 
 
 def test_a_size_wiggle_takes_the_scaled_path_at_natural_size(display):
-    scene = Scene(display, soft_shape(), size=(1, 1 + 2.0 ** -23, 0, 0.5))
+    scene = Scene(display, soft_shape(), size=(1, 1 + 2.0**-23, 0, 0.5))
     scene.check_draw(scene.particle(), "scaled", (16, 16, WHITE, 255, 0))
     scene = Scene(display, soft_shape())
     record = particles.type_record(scene.handle)
@@ -263,7 +293,7 @@ def test_factors_are_multiplied_in_single_precision_in_their_order(display):
         if int(single(10) * size * scale) == int(single(10) * scale * size):
             continue
         found += 1
-        for wiggle in (0.0, 2.0 ** -20):
+        for wiggle in (0.0, 2.0**-20):
             scene = Scene(display, soft_shape(10, 10), scale=(float(scale), float(scale)))
             record = particles.type_record(scene.handle)
             record.size_wiggle = wiggle
@@ -297,10 +327,13 @@ def test_alpha_is_truncated(display):
         scene.check_draw(scene.particle(), "faded", (16, 16, WHITE, kept, 0))
 
 
-@pytest.mark.parametrize("alphas, ttl, life, drawn, exact", [
-    ((0.2, 0.2, 0.2), 1, 20, 50, 51), ((1.0, 0.8, 0.0), 25, 30, 238, 237)])
+@pytest.mark.parametrize(
+    "alphas, ttl, life, drawn, exact",
+    [((0.2, 0.2, 0.2), 1, 20, 50, 51), ((1.0, 0.8, 0.0), 25, 30, 238, 237)],
+)
 def test_drawn_alpha_is_rounded_at_each_step_and_the_exported_curve_is_not(
-        display, alphas, ttl, life, drawn, exact):
+    display, alphas, ttl, life, drawn, exact
+):
     scene = Scene(display, soft_shape(), alpha3=alphas)
     scene.check_draw(scene.particle(ttl=ttl + 1, life=life), "faded", (16, 16, WHITE, drawn, 0))
     numbers = [float(particle_model.single(number)) for number in alphas + (ttl / float(life),)]
@@ -308,14 +341,16 @@ def test_drawn_alpha_is_rounded_at_each_step_and_the_exported_curve_is_not(
     assert desired_alpha(particles.type_record(scene.handle), numbers[-1]) == exact
 
 
-@pytest.mark.parametrize("alpha, kept", [
-    (-1.0, -255), (2.0, 510), (2.0 ** 24, 255 * 2 ** 24 - 2 ** 32), (1e30, 0), (NAN, 0)])
+@pytest.mark.parametrize(
+    "alpha, kept", [(-1.0, -255), (2.0, 510), (2.0**24, 255 * 2**24 - 2**32), (1e30, 0), (NAN, 0)]
+)
 def test_alpha_outside_its_range(display, alpha, kept):
     for blend, scale in itertools.product((0, 1), (1, 2)):
         scene = Scene(display, soft_shape(), alpha3=(alpha,) * 3, scale=(scale, scale), blend=blend)
         size = 16 * scale
-        scene.check_draw(scene.particle(), "faded" if scale == 1 else "scaled",
-                         (size, size, WHITE, kept, 0))
+        scene.check_draw(
+            scene.particle(), "faded" if scale == 1 else "scaled", (size, size, WHITE, kept, 0)
+        )
 
 
 @pytest.mark.parametrize("width, height", [(0.05, 1), (1, 0.05), (0, 0), (-0.05, 1)])
@@ -329,19 +364,28 @@ def test_a_size_of_no_pixel_draws_nothing(display, width, height):
 @pytest.mark.parametrize("scale", [(-1, 1), (1, -1.5), (-2, -0.5)])
 def test_negative_sizes_mirror(display, scale):
     scene = Scene(display, soft_shape(), scale=scale)
-    scene.check_draw(scene.particle(), "scaled",
-                     (int(16 * scale[0]), int(16 * scale[1]), WHITE, 255, 0))
+    scene.check_draw(
+        scene.particle(), "scaled", (int(16 * scale[0]), int(16 * scale[1]), WHITE, 255, 0)
+    )
 
 
 # ---- pictures and pixels
+
 
 @pytest.mark.parametrize("name, make_shape", SHAPES)
 @pytest.mark.parametrize("blend", [0, 1, 128])
 def test_every_kind_of_picture(display, name, make_shape, blend):
     for scale, alpha, colour, turn in itertools.product(
-            [(1, 1), (1.7, 0.6), (-1.25, 2)], [1.0, 0.4], [WHITE, 0x20C060], [0, 200]):
-        scene = Scene(display, make_shape(), scale=scale, alpha3=(alpha,) * 3, blend=blend,
-                      orientation=(turn, turn, 0, 0, 0))
+        [(1, 1), (1.7, 0.6), (-1.25, 2)], [1.0, 0.4], [WHITE, 0x20C060], [0, 200]
+    ):
+        scene = Scene(
+            display,
+            make_shape(),
+            scale=scale,
+            alpha3=(alpha,) * 3,
+            blend=blend,
+            orientation=(turn, turn, 0, 0, 0),
+        )
         colours = dict(color1=colour, color2=colour, color3=colour)
         for _ in range(3):  # made, and then found twice
             scene.draw(scene.particle(orientation=turn, **colours))
@@ -354,15 +398,23 @@ def test_pictures_for_a_screen_with_alpha(display, blend):
     screen = pygame.Surface((320, 240), pygame.SRCALPHA, 32, ARGB)
     larkspur.set_SDL_screen(screen)
     for scale, turn in itertools.product((1, 2), (0, 50)):
-        scene = Scene(screen, soft_shape(), scale=(scale, scale), alpha3=(0.4,) * 3, blend=blend,
-                      orientation=(turn, turn, 0, 0, 0))
+        scene = Scene(
+            screen,
+            soft_shape(),
+            scale=(scale, scale),
+            alpha3=(0.4,) * 3,
+            blend=blend,
+            orientation=(turn, turn, 0, 0, 0),
+        )
         for _ in range(2):
             scene.draw(scene.particle(orientation=turn, color1=0x20C060, color2=0x20C060))
             scene.check()
 
 
-@pytest.mark.parametrize("position", itertools.product(
-    [-3, 0, 5, 160, 311.5, 312.5, 317, 320, 330], [-3.5, 0, 5, 233, 238.9, 250]))
+@pytest.mark.parametrize(
+    "position",
+    itertools.product([-3, 0, 5, 160, 311.5, 312.5, 317, 320, 330], [-3.5, 0, 5, 233, 238.9, 250]),
+)
 def test_edges_of_the_display(display, position):
     for blend, scale, colour in itertools.product((0, 1), (1, 2), (WHITE, 0x808080)):
         scene = Scene(display, soft_shape(), scale=(scale, scale), blend=blend)
@@ -371,12 +423,25 @@ def test_edges_of_the_display(display, position):
 
 
 def test_offsets_are_added_in_single_precision_and_cut_to_sixteen_bits(display):
-    for position, offset in [(-0.75, 0), (10.25, -11), (2.0 ** 24, 1), (65536 + 50, 3), (-1e10, 7),
-                             (NAN, 20), (INFINITE, 5), (33000, 0), (-33000, 0), (3.5, 2 ** 31 - 1)]:
+    for position, offset in [
+        (-0.75, 0),
+        (10.25, -11),
+        (2.0**24, 1),
+        (65536 + 50, 3),
+        (-1e10, 7),
+        (NAN, 20),
+        (INFINITE, 5),
+        (33000, 0),
+        (-33000, 0),
+        (3.5, 2**31 - 1),
+    ]:
         for colour in (WHITE, 0x123456):
             scene = Scene(display, soft_shape())
-            scene.draw(scene.particle((position, 100), color1=colour, color2=colour, color3=colour),
-                       offset, offset)
+            scene.draw(
+                scene.particle((position, 100), color1=colour, color2=colour, color3=colour),
+                offset,
+                offset,
+            )
             scene.check()
 
 
@@ -433,16 +498,24 @@ def test_white_is_the_literal_on_a_display_whose_white_differs(display):
 def test_whole_lives_of_many_particles(display, seed):
     random = numpy.random.RandomState(seed)
     make_shape = SHAPES[seed % len(SHAPES)][1]
-    scene = Scene(display, make_shape(), blend=seed % 3 and 1,
-                  size=tuple(random.uniform(0.3, 2, 2)) + (0.05, (0, 0.1)[seed % 2]),
-                  alpha3=tuple(random.uniform(0, 1, 3)),
-                  orientation=(-90, 400, (0, 7)[seed % 2], (0, 9)[seed % 4 == 1], 0),
-                  speed=(-4, 4, 0, 0), direction=(0, 360, 0, 0), life=(1, 20),
-                  color3=tuple(int(value) for value in random.randint(0, 2 ** 24, 3)))
+    scene = Scene(
+        display,
+        make_shape(),
+        blend=seed % 3 and 1,
+        size=tuple(random.uniform(0.3, 2, 2)) + (0.05, (0, 0.1)[seed % 2]),
+        alpha3=tuple(random.uniform(0, 1, 3)),
+        orientation=(-90, 400, (0, 7)[seed % 2], (0, 9)[seed % 4 == 1], 0),
+        speed=(-4, 4, 0, 0),
+        direction=(0, 360, 0, 0),
+        life=(1, 20),
+        color3=tuple(int(value) for value in random.randint(0, 2**24, 3)),
+    )
     if seed % 2 == 0:
         scene.set(size=(1, 1, 0, 0))
-    living = [larkspur.CParticle_new(scene.handle, random.randint(320), random.randint(240))
-              for _ in range(12)]
+    living = [
+        larkspur.CParticle_new(scene.handle, random.randint(320), random.randint(240))
+        for _ in range(12)
+    ]
     for _ in range(10):
         for particle in living:
             if larkspur.CParticle_dec_ttl_and_render(particle, 3, -2) > 0:
@@ -451,6 +524,7 @@ def test_whole_lives_of_many_particles(display, seed):
 
 
 # ---- the call
+
 
 def test_steps_as_step_does_and_draws_only_while_life_is_left(display):
     scene = Scene(display, soft_shape(), size=(1, 3, 0.1, 0.1), orientation=(0, 360, 10, 10, 0))
@@ -469,12 +543,14 @@ def test_steps_as_step_does_and_draws_only_while_life_is_left(display):
         changed.append(bool((words(display) != before).any()))
     assert remaining == [2, 1, 0, -1] and changed == [True, True, False, False]
     assert type(remaining[0]) is int
-    assert particles.values(particles.particle_record(drawn)) == \
-        particles.values(particles.particle_record(stepped))
+    assert particles.values(particles.particle_record(drawn)) == particles.values(
+        particles.particle_record(stepped)
+    )
 
 
-@pytest.mark.parametrize("arguments", [(), (1,), (1, 2), (1, 2, 3, 4), (None, "x", 0),
-                                       (None, 0, None), (None, 1.5, 0)])
+@pytest.mark.parametrize(
+    "arguments", [(), (1,), (1, 2), (1, 2, 3, 4), (None, "x", 0), (None, 0, None), (None, 1.5, 0)]
+)
 def test_wrong_arguments(display, arguments):
     scene = Scene(display, soft_shape())
     particle = scene.particle()
@@ -488,22 +564,25 @@ def test_wrong_arguments(display, arguments):
 def test_offsets_that_do_not_fit(display):
     particle = Scene(display, soft_shape()).particle()
     with pytest.raises(OverflowError):
-        larkspur.CParticle_dec_ttl_and_render(particle, 2 ** 31, 0)
+        larkspur.CParticle_dec_ttl_and_render(particle, 2**31, 0)
     with pytest.raises(OverflowError):
-        larkspur.CParticle_dec_ttl_and_render(particle, 0, -2 ** 40)
+        larkspur.CParticle_dec_ttl_and_render(particle, 0, -(2**40))
     assert larkspur.CParticle_dec_ttl_and_render(particle, long(2), True) == 100
 
 
-@pytest.mark.parametrize("wrong", [None, 5, larkspur.part_type_create(),
-                                   particles.foreign_cobject(), larkspur.Beancounter()])
+@pytest.mark.parametrize(
+    "wrong",
+    [None, 5, larkspur.part_type_create(), particles.foreign_cobject(), larkspur.Beancounter()],
+)
 def test_what_is_no_particle_is_refused(display, wrong):
     with pytest.raises(TypeError) as failure:
         larkspur.CParticle_dec_ttl_and_render(wrong, 0, 0)
     assert str(failure.value).startswith("CParticle_dec_ttl_and_render() needs a particle, got ")
 
 
-@pytest.mark.parametrize("shape, name", [(None, "NoneType"), (5, "int"),
-                                         (larkspur.GMSprite(), "larkspur.GMSprite")])
+@pytest.mark.parametrize(
+    "shape, name", [(None, "NoneType"), (5, "int"), (larkspur.GMSprite(), "larkspur.GMSprite")]
+)
 def test_a_shape_that_is_no_surface(display, shape, name):
     scene = Scene(display, soft_shape())
     larkspur.part_type_sprite(scene.handle, shape, 0, 0, 0)
@@ -513,7 +592,8 @@ def test_a_shape_that_is_no_surface(display, shape, name):
         larkspur.CParticle_dec_ttl_and_render(particle, 0, 0)
     assert str(failure.value) == (
         "CParticle_dec_ttl_and_render() needs a particle type whose shape is a pygame Surface, got "
-        "%s; set one with part_type_shape()" % name)
+        "%s; set one with part_type_shape()" % name
+    )
     assert particles.particle_record(particle).ttl == 100  # the step has been made
     render_low(particles.particle_record(particle), 0, 0)
     assert_same_words(words(display), before, "nothing drawn")
@@ -539,6 +619,7 @@ def test_native_drawing_does_not_step(display):
 
 # ---- the cache
 
+
 def scaled_scene(display):
     return Scene(display, soft_shape(), scale=(2, 2))
 
@@ -554,9 +635,14 @@ def test_a_found_picture_is_drawn_as_it_is(display):
     assert drawn.min(axis=0).tolist() == [59, 49] and drawn.max(axis=0).tolist() == [61, 51]
 
 
-@pytest.mark.parametrize("key", [
-    (32.0, 32, WHITE, 255, 0), (long(32), long(32), long(WHITE), long(255), long(0)),
-    (32, 32, WHITE, 255, False)])
+@pytest.mark.parametrize(
+    "key",
+    [
+        (32.0, 32, WHITE, 255, 0),
+        (long(32), long(32), long(WHITE), long(255), long(0)),
+        (32, 32, WHITE, 255, False),
+    ],
+)
 def test_an_equal_key_is_found_whatever_its_types(display, key):
     scene = scaled_scene(display)
     picture = pygame.Surface((3, 3), 0, 32, XRGB)
@@ -601,9 +687,13 @@ def test_a_foreign_key_of_the_same_hash_is_passed_over(display):
     assert_same_words(words(display), words(scene.screen), "particles")
 
 
-@pytest.mark.parametrize("make_key", [
-    lambda equal: Key((32, 32, WHITE, 255, 0), equal),
-    lambda equal: (Key(32, equal), 32, WHITE, 255, 0)])
+@pytest.mark.parametrize(
+    "make_key",
+    [
+        lambda equal: Key((32, 32, WHITE, 255, 0), equal),
+        lambda equal: (Key(32, equal), 32, WHITE, 255, 0),
+    ],
+)
 def test_a_foreign_key_before_ours_is_asked_each_time(display, make_key):
     scene = scaled_scene(display)
     wanted, claims = (32, 32, WHITE, 255, 0), []
@@ -623,8 +713,16 @@ def test_a_foreign_key_before_ours_is_asked_each_time(display, make_key):
 def test_keys_of_other_lengths_and_values_are_passed_over(display):
     scene = scaled_scene(display)
     cache = particles.cache_of(scene.handle)
-    for key in [(), (32,), (32, 32, WHITE, 255), (32, 32, WHITE, 255, 16), (32, 32, WHITE, 254, 0),
-                "text", None, 32]:
+    for key in [
+        (),
+        (32,),
+        (32, 32, WHITE, 255),
+        (32, 32, WHITE, 255, 16),
+        (32, 32, WHITE, 254, 0),
+        "text",
+        None,
+        32,
+    ]:
         cache[key] = None
     particles.cache_of(scene.handle).pop("text")
     scene.draw(scene.particle())
@@ -634,8 +732,9 @@ def test_keys_of_other_lengths_and_values_are_passed_over(display):
 
 def test_looking_up_follows_every_collision(display):
     """Hundreds of keys, with removals between them, are each found again as the dictionary does."""
-    scene = Scene(display, surface_of(2, 2, ARGB), alpha3=(0.5,) * 3,
-                  orientation=(-1000, 1000, 0, 0, 0))
+    scene = Scene(
+        display, surface_of(2, 2, ARGB), alpha3=(0.5,) * 3, orientation=(-1000, 1000, 0, 0, 0)
+    )
     cache = particles.cache_of(scene.handle)
     particle = scene.particle((10, 10))
     record = particles.particle_record(particle)
@@ -706,7 +805,7 @@ def test_the_cache_keeps_the_only_reference(display):
         particle = scene.particle(color1=1, color2=1, color3=1)
         for _ in range(3):
             larkspur.CParticle_dec_ttl_and_render(particle, 0, 0)
-            (key, picture), = particles.cache_of(scene.handle).items()
+            ((key, picture),) = particles.cache_of(scene.handle).items()
             gc.collect()
             assert sys.getrefcount(picture) == 3  # the dictionary, the name and the argument
             assert sys.getrefcount(key) == 3
@@ -717,14 +816,21 @@ def test_the_shape_does_not_change(display):
     for blend, scale, alpha, turn in itertools.product((0, 1), (1, 2), (1.0, 0.5), (0, 90)):
         shape = soft_shape()
         before, flags = words(shape), shape.get_flags()
-        scene = Scene(display, shape, blend=blend, scale=(scale, scale), alpha3=(alpha,) * 3,
-                      orientation=(turn, turn, 0, 0, 0))
+        scene = Scene(
+            display,
+            shape,
+            blend=blend,
+            scale=(scale, scale),
+            alpha3=(alpha,) * 3,
+            orientation=(turn, turn, 0, 0, 0),
+        )
         larkspur.CParticle_dec_ttl_and_render(scene.particle(color1=5, color2=5, color3=5), 0, 0)
         assert_same_words(words(shape), before, "shape")
         assert shape.get_flags() == flags
 
 
 # ---- odd sizes, surfaces and displays
+
 
 @pytest.mark.parametrize("size", [NAN, INFINITE, -INFINITE, 1e6, -1e6, 1e9, -1e9, 1e30])
 def test_sizes_that_sdl_refuses_draw_and_keep_nothing(display, size):
@@ -734,14 +840,16 @@ def test_sizes_that_sdl_refuses_draw_and_keep_nothing(display, size):
     assert larkspur.CParticle_dec_ttl_and_render(particle, 0, 0) == 100
     kept = particles.cache_of(scene.handle)
     for key in kept:  # numbers that are no size come out of SDL_gfx as a single pixel
-        assert key[:2] == (-2 ** 31, -2 ** 31) and kept[key].get_size() == (1, 1)
+        assert key[:2] == (-(2**31), -(2**31)) and kept[key].get_size() == (1, 1)
     if not kept:
         assert_same_words(words(display), before, "nothing drawn")
     render_low(particles.particle_record(particle), 0, 0)
 
 
-@pytest.mark.parametrize("scale, turn", [((900, 900), 0), ((900, 900), 45), ((400, 400), 48),
-                                         ((900, 4000), 0), ((0.1, 2000), 48)])
+@pytest.mark.parametrize(
+    "scale, turn",
+    [((900, 900), 0), ((900, 900), 45), ((400, 400), 48), ((900, 4000), 0), ((0.1, 2000), 48)],
+)
 def test_absurdly_large_pictures_are_not_made(display, scale, turn):
     scene = Scene(display, soft_shape(), scale=scale, orientation=(turn, turn, 0, 0, 0))
     peak_kilobytes = resource.getrusage(resource.RUSAGE_SELF).ru_maxrss
@@ -756,9 +864,15 @@ def test_absurdly_large_pictures_are_not_made(display, scale, turn):
 def test_shapes_of_other_depths(display, bits):
     shape = pygame.Surface((6, 6), 0, bits)
     shape.fill((200, 100, 50))
-    for settings in [dict(), dict(scale=(2, 2)), dict(scale=(-2, 2)), dict(alpha3=(0.5,) * 3),
-                     dict(blend=1), dict(blend=1, scale=(2, 2)),
-                     dict(blend=1, scale=(2, 2), alpha3=(0.5,) * 3)]:
+    for settings in [
+        dict(),
+        dict(scale=(2, 2)),
+        dict(scale=(-2, 2)),
+        dict(alpha3=(0.5,) * 3),
+        dict(blend=1),
+        dict(blend=1, scale=(2, 2)),
+        dict(blend=1, scale=(2, 2), alpha3=(0.5,) * 3),
+    ]:
         for colour in (WHITE, 0x808080):
             scene = Scene(display, shape, **settings)
             particle = scene.particle(color1=colour, color2=colour, color3=colour)
@@ -796,8 +910,12 @@ def test_a_failed_conversion_is_reported(display, capfd):
 
 def all_paths(display):
     """A particle on each path, its picture not yet made."""
-    for settings, colour in [(dict(), WHITE), (dict(), 5), (dict(scale=(2, 2)), WHITE),
-                             (dict(alpha3=(0.5,) * 3), WHITE)]:
+    for settings, colour in [
+        (dict(), WHITE),
+        (dict(), 5),
+        (dict(scale=(2, 2)), WHITE),
+        (dict(alpha3=(0.5,) * 3), WHITE),
+    ]:
         scene = Scene(display, soft_shape(), **settings)
         yield scene, scene.particle(color1=colour, color2=colour, color3=colour)
 
@@ -848,6 +966,7 @@ def test_a_part_whose_surface_is_gone(display):
 
 
 # ---- code that runs in between
+
 
 def test_a_key_that_closes_the_display(display):
     scene = scaled_scene(display)
@@ -916,9 +1035,16 @@ def test_native_drawing_keeps_a_pending_exception_and_draws(display):
 
 # ---- nothing grows
 
+
 def test_a_hundred_thousand_drawn_lives_leave_nothing_behind(display):
-    scene = Scene(display, surface_of(3, 3, ARGB), life=(2, 2), size=(0.5, 2, 0.25, 0.25),
-                  alpha2=(1, 0), orientation=(0, 360, 0, 40, 0))
+    scene = Scene(
+        display,
+        surface_of(3, 3, ARGB),
+        life=(2, 2),
+        size=(0.5, 2, 0.25, 0.25),
+        alpha2=(1, 0),
+        orientation=(0, 360, 0, 40, 0),
+    )
 
     def lives(count):
         for _ in xrange(count):
@@ -932,8 +1058,7 @@ def test_a_hundred_thousand_drawn_lives_leave_nothing_behind(display):
     peak_kilobytes = resource.getrusage(resource.RUSAGE_SELF).ru_maxrss
     lives(100000)
     gc.collect()
-    assert [sys.getrefcount(counted)
-            for counted in (scene.handle, scene.shape, display)] == counts
+    assert [sys.getrefcount(counted) for counted in (scene.handle, scene.shape, display)] == counts
     assert len(particles.cache_of(scene.handle)) <= 102
     assert resource.getrusage(resource.RUSAGE_SELF).ru_maxrss - peak_kilobytes < 1024
 
@@ -941,7 +1066,12 @@ def test_a_hundred_thousand_drawn_lives_leave_nothing_behind(display):
 def test_failed_draws_do_not_leak(display):
     scene = scaled_scene(display)
     particles.cache_of(scene.handle)[32, 32, WHITE, 255, 0] = wrong = object()
-    particle = scene.particle(ttl=10 ** 6, life=10 ** 6)
+    particle = scene.particle(ttl=10**6, life=10**6)
     leaks.assert_counts_unchanged(
         lambda: pytest.raises(TypeError, larkspur.CParticle_dec_ttl_and_render, particle, 0, 0),
-        particle, scene.handle, scene.shape, wrong, display)
+        particle,
+        scene.handle,
+        scene.shape,
+        wrong,
+        display,
+    )

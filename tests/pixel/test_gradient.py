@@ -1,11 +1,11 @@
 """Vertical gradients stacked over what a surface shows."""
+
 import itertools
 
 import larkspur
 import numpy
 import pygame
 import pytest
-
 from models import gradient_model as model
 from support import leaks, native
 from support.pictures import assert_same_words, put_words, words
@@ -49,6 +49,7 @@ def check_alpha(surface, rectangle, top, bottom, alpha, name="gradient"):
 
 
 # ---- by hand
+
 
 def test_first_row_is_the_top_colour_and_the_last_one_step_short_of_the_bottom():
     surface = pygame.Surface((4, 20), 0, 32, XRGB)
@@ -100,8 +101,9 @@ def test_opaque_constant_wraps_every_weight_to_zero():
 def test_constants_are_added_without_a_limit():
     # Shares from the last layer down: 1.75, weight 448 - 256; then 0.25 * -0.75, weight -48 + 256.
     surface = pygame.Surface((3, 3), 0, 32, XRGB)
-    larkspur.fast_draw_gradients_vcvvc(surface, 0, 0, 1, 1, 0, 0, 0.0, 0xFFFFFF, 0.25, 0, 0, 0.0,
-                                       0, 0, 0.0, 0xFFFFFF, 1.75)
+    larkspur.fast_draw_gradients_vcvvc(
+        surface, 0, 0, 1, 1, 0, 0, 0.0, 0xFFFFFF, 0.25, 0, 0, 0.0, 0, 0, 0.0, 0xFFFFFF, 1.75
+    )
     assert words(surface)[0, 0] == (255 * 192 // 256 + 255 * 208 // 256) * 0x10101
 
 
@@ -161,11 +163,16 @@ def test_step_comes_from_the_unclamped_bottom():
 
 # ---- against the model
 
+
 @pytest.mark.parametrize("masks", [XRGB, ARGB, RGBA, ABGR], ids=["XRGB", "ARGB", "RGBA", "ABGR"])
 @pytest.mark.parametrize("letters", sorted(FUNCTIONS))
 def test_every_format_and_function(letters, masks):
-    check(surface_of(WIDTH, HEIGHT, masks), letters, (3, 2, 30, 27),
-          values_for(letters, (0.3, 0.55, 0.21, 0.8, 0.4)))
+    check(
+        surface_of(WIDTH, HEIGHT, masks),
+        letters,
+        (3, 2, 30, 27),
+        values_for(letters, (0.3, 0.55, 0.21, 0.8, 0.4)),
+    )
 
 
 @pytest.mark.parametrize("masks", [XRGB, ARGB, RGBA, ABGR], ids=["XRGB", "ARGB", "RGBA", "ABGR"])
@@ -173,15 +180,34 @@ def test_every_format_with_an_alpha(masks):
     check_alpha(surface_of(WIDTH, HEIGHT, masks), (3, 2, 30, 27), COLOURS[0], COLOURS[1], 77)
 
 
-OPACITIES = (0.0, 0.001953125, 0.1, 1 / 3.0, 0.5, 0.7, 0.99, 1.0, 1.5, -0.25, 1e30, -1e30,
-             float("inf"), float("nan"))
+OPACITIES = (
+    0.0,
+    0.001953125,
+    0.1,
+    1 / 3.0,
+    0.5,
+    0.7,
+    0.99,
+    1.0,
+    1.5,
+    -0.25,
+    1e30,
+    -1e30,
+    float("inf"),
+    float("nan"),
+)
 
 
 @pytest.mark.parametrize("letters", ["vc", "vv"])
 def test_every_pair_of_opacities(letters):
     for opacities in itertools.product(OPACITIES, repeat=2):
-        check(surface_of(5, 6), letters, (0, 0, 5, 6), values_for(letters, opacities),
-              "%s-opacities" % letters)
+        check(
+            surface_of(5, 6),
+            letters,
+            (0, 0, 5, 6),
+            values_for(letters, opacities),
+            "%s-opacities" % letters,
+        )
 
 
 @pytest.mark.parametrize("letters", ["vcv", "vcvvc"])
@@ -189,18 +215,33 @@ def test_many_opacities_of_more_layers(letters):
     generator = numpy.random.RandomState(5)
     for _ in range(150):
         opacities = [OPACITIES[i] for i in generator.randint(0, len(OPACITIES), len(letters))]
-        check(surface_of(5, 6), letters, (0, 0, 5, 6), values_for(letters, opacities),
-              "%s-opacities" % letters)
+        check(
+            surface_of(5, 6),
+            letters,
+            (0, 0, 5, 6),
+            values_for(letters, opacities),
+            "%s-opacities" % letters,
+        )
 
 
 # Opacities whose weights come out one different when the shares are rounded in another way: when
 # what remains is multiplied down instead of subtracted from, or the two forms are exchanged.
-@pytest.mark.parametrize("letters, opacities", [
-    ("vv", (0.85, 0.375)), ("vv", (0.375, 0.8)), ("vc", (0.85, 0.375)), ("vc", (0.375, 0.8)),
-    ("vcvvc", (0.59, 0.02, 0.39, 0.15, 0.25)), ("vcvvc", (0.99, 0.33, 0.1, 0.21, 0.18)),
-    ("vcvvc", (0.75, 0.69921875, 0.6953125, 0.05859375, 0.3359375)),
-    ("vcv", (1.0, 0.2, 0.75)), ("vcv", (0.0, 0.2, 0.0)), ("vcv", (0.337, 0.165, 0.345)),
-    ("vcv", (0.6666667, 0.33333334, 0.25882354))])
+@pytest.mark.parametrize(
+    "letters, opacities",
+    [
+        ("vv", (0.85, 0.375)),
+        ("vv", (0.375, 0.8)),
+        ("vc", (0.85, 0.375)),
+        ("vc", (0.375, 0.8)),
+        ("vcvvc", (0.59, 0.02, 0.39, 0.15, 0.25)),
+        ("vcvvc", (0.99, 0.33, 0.1, 0.21, 0.18)),
+        ("vcvvc", (0.75, 0.69921875, 0.6953125, 0.05859375, 0.3359375)),
+        ("vcv", (1.0, 0.2, 0.75)),
+        ("vcv", (0.0, 0.2, 0.0)),
+        ("vcv", (0.337, 0.165, 0.345)),
+        ("vcv", (0.6666667, 0.33333334, 0.25882354)),
+    ],
+)
 def test_rounding_of_every_share(letters, opacities):
     surface = surface_of(300, 5)
     ramp = numpy.arange(300, dtype=numpy.uint32) % 256 * 0x10101
@@ -211,25 +252,42 @@ def test_rounding_of_every_share(letters, opacities):
     check(surface_of(WIDTH, HEIGHT), letters, (0, 0, WIDTH, HEIGHT), values, "share")
 
 
-@pytest.mark.parametrize("alpha", [0, 1, 127, 128, 254, 255, 256, 511, -1, -256, 2 ** 31 - 1])
+@pytest.mark.parametrize("alpha", [0, 1, 127, 128, 254, 255, 256, 511, -1, -256, 2**31 - 1])
 def test_alpha_counts_by_its_low_byte(alpha):
     check_alpha(surface_of(WIDTH, HEIGHT), (1, 1, 30, 20), COLOURS[0], COLOURS[3], alpha)
 
 
-@pytest.mark.parametrize("length", [1, 2, 3, 7, 28, 51, 85, 255, 1000, 16777217, 2 ** 31 - 1])
+@pytest.mark.parametrize("length", [1, 2, 3, 7, 28, 51, 85, 255, 1000, 16777217, 2**31 - 1])
 def test_fraction_is_stepped_in_single_precision(length):
     surface = surface_of(3, 300)
     check_alpha(surface, (0, 0, 3, length), 0xFFFFFF, 0, 255, "length-%d" % length)
 
 
 RECTANGLES = [
-    (0, 0, WIDTH, HEIGHT), (0, 0, WIDTH - 1, HEIGHT - 1), (-5, -7, 20, 20), (-5, 3, 50, 9),
-    (4, -32768, 20, 20), (-32768, 4, 20, 20), (-32768, -32768, 2 ** 31 - 1, 2 ** 31 - 1),
-    (10, 10, 10, 20), (10, 10, 20, 10), (20, 20, 10, 10), (10, 20, 20, 10), (20, 10, 10, 20),
-    (WIDTH - 1, 0, WIDTH, HEIGHT), (0, HEIGHT - 1, WIDTH, HEIGHT), (WIDTH, 0, WIDTH + 9, HEIGHT),
-    (0, HEIGHT, WIDTH, HEIGHT + 9), (2 ** 31 - 1, 2 ** 31 - 1, 2 ** 31 - 1, 2 ** 31 - 1),
-    (0, 0, -2 ** 31, -2 ** 31), (0, 0, -5, 10), (0, 0, 10, -5), (0, 5, 10, 2 ** 31 - 1),
-    (-20, -20, -10, -10), (-1, -1, 1, 1), (0, 0, 1, 1),
+    (0, 0, WIDTH, HEIGHT),
+    (0, 0, WIDTH - 1, HEIGHT - 1),
+    (-5, -7, 20, 20),
+    (-5, 3, 50, 9),
+    (4, -32768, 20, 20),
+    (-32768, 4, 20, 20),
+    (-32768, -32768, 2**31 - 1, 2**31 - 1),
+    (10, 10, 10, 20),
+    (10, 10, 20, 10),
+    (20, 20, 10, 10),
+    (10, 20, 20, 10),
+    (20, 10, 10, 20),
+    (WIDTH - 1, 0, WIDTH, HEIGHT),
+    (0, HEIGHT - 1, WIDTH, HEIGHT),
+    (WIDTH, 0, WIDTH + 9, HEIGHT),
+    (0, HEIGHT, WIDTH, HEIGHT + 9),
+    (2**31 - 1, 2**31 - 1, 2**31 - 1, 2**31 - 1),
+    (0, 0, -(2**31), -(2**31)),
+    (0, 0, -5, 10),
+    (0, 0, 10, -5),
+    (0, 5, 10, 2**31 - 1),
+    (-20, -20, -10, -10),
+    (-1, -1, 1, 1),
+    (0, 0, 1, 1),
 ]
 
 
@@ -237,8 +295,13 @@ RECTANGLES = [
 def test_every_place_of_the_rectangle(rectangle):
     check_alpha(surface_of(WIDTH, HEIGHT), rectangle, COLOURS[0], COLOURS[1], 99, "place")
     for letters in sorted(FUNCTIONS):
-        check(surface_of(WIDTH, HEIGHT), letters, rectangle,
-              values_for(letters, (0.2, 0.3, 0.4, 0.5, 0.6)), "place-%s" % letters)
+        check(
+            surface_of(WIDTH, HEIGHT),
+            letters,
+            rectangle,
+            values_for(letters, (0.2, 0.3, 0.4, 0.5, 0.6)),
+            "place-%s" % letters,
+        )
 
 
 @pytest.mark.parametrize("size", [(0, 0), (0, 5), (5, 0)])
@@ -257,11 +320,11 @@ def test_small_surfaces(size):
 
 # ---- surfaces as they come
 
+
 def test_part_of_a_surface_is_painted_in_its_place():
     parent = surface_of(WIDTH, HEIGHT)
     before = words(parent)
-    check(parent.subsurface((5, 6, 20, 10)), "vv", (-2, -3, 30, 30),
-          values_for("vv", (0.4, 0.6)))
+    check(parent.subsurface((5, 6, 20, 10)), "vv", (-2, -3, 30, 30), values_for("vv", (0.4, 0.6)))
     outside = numpy.ones((HEIGHT, WIDTH), bool)
     outside[6:16, 5:25] = False
     assert (words(parent)[outside] == before[outside]).all()
@@ -296,6 +359,7 @@ def test_locks_of_the_caller_stay(display):
 def test_surface_subclass_is_a_surface():
     class Canvas(pygame.Surface):
         pass
+
     surface = Canvas((4, 4), 0, 32, XRGB)
     larkspur.fast_draw_gradient_v(surface, 0, 0, 3, 3, 0xFF, 0xFF, 255)
     assert words(surface)[0, 0] == (255 * 255 // 256) << 16
@@ -313,7 +377,8 @@ def test_surface_on_any_address():
 
 ALL = [("fast_draw_gradient_v", [RED, BLUE, 50])] + [
     ("fast_draw_gradients_" + letters, values_for(letters, [0.5] * 5))
-    for letters in sorted(FUNCTIONS)]
+    for letters in sorted(FUNCTIONS)
+]
 
 
 @pytest.mark.parametrize("name, values", ALL, ids=[name for name, _ in ALL])
@@ -336,7 +401,7 @@ class TestBadInput(object):
     def test_corner_below_the_range(self, name, values):
         surface = surface_of(WIDTH, HEIGHT)
         before = words(surface)
-        for corner in ((-32769, 0), (0, -32769), (-2 ** 31, -2 ** 31)):
+        for corner in ((-32769, 0), (0, -32769), (-(2**31), -(2**31))):
             with pytest.raises(ValueError) as raised:
                 getattr(larkspur, name)(surface, corner[0], corner[1], 9, 9, *values)
             assert name in str(raised.value) and str(min(corner)) in str(raised.value)
@@ -344,8 +409,11 @@ class TestBadInput(object):
 
     def test_wrong_number_of_arguments(self, name, values):
         surface = surface_of(WIDTH, HEIGHT)
-        for arguments in ([], [surface, 0, 0, 9, 9] + values[:-1],
-                          [surface, 0, 0, 9, 9] + values + [1]):
+        for arguments in (
+            [],
+            [surface, 0, 0, 9, 9] + values[:-1],
+            [surface, 0, 0, 9, 9] + values + [1],
+        ):
             with pytest.raises(TypeError):
                 getattr(larkspur, name)(*arguments)
 
@@ -355,7 +423,7 @@ class TestBadInput(object):
         good = [surface, 0, 0, 9, 9] + values
         for i in range(1, len(good)):
             with pytest.raises(TypeError):
-                getattr(larkspur, name)(*(good[:i] + ["x"] + good[i + 1:]))
+                getattr(larkspur, name)(*(good[:i] + ["x"] + good[i + 1 :]))
         assert (words(surface) == before).all()
 
     def test_closed_display(self, name, values, display):
@@ -376,16 +444,26 @@ class TestBadInput(object):
         def refused():
             with pytest.raises(ValueError):
                 function(surface, -40000, 0, 9, 9, *values)
+
         leaks.assert_counts_unchanged(refused, surface)
 
 
-@pytest.mark.parametrize("name, docstring", [
-    ("fast_draw_gradient_v", "Draw a vertical gradient, with alpha blending."),
-    ("fast_draw_gradients_vc", "Draw a vertical translucent gradient, then fill translucently."),
-    ("fast_draw_gradients_vv", "Draw two vertical translucent gradients."),
-    ("fast_draw_gradients_vcv",
-     "Draw a vertical gradient, a constant, and another vgrad, each alphablent."),
-    ("fast_draw_gradients_vcvvc", "More complex gradients.")])
+@pytest.mark.parametrize(
+    "name, docstring",
+    [
+        ("fast_draw_gradient_v", "Draw a vertical gradient, with alpha blending."),
+        (
+            "fast_draw_gradients_vc",
+            "Draw a vertical translucent gradient, then fill translucently.",
+        ),
+        ("fast_draw_gradients_vv", "Draw two vertical translucent gradients."),
+        (
+            "fast_draw_gradients_vcv",
+            "Draw a vertical gradient, a constant, and another vgrad, each alphablent.",
+        ),
+        ("fast_draw_gradients_vcvvc", "More complex gradients."),
+    ],
+)
 def test_docstrings(name, docstring):
     assert getattr(larkspur, name).__doc__ == docstring
 
@@ -395,5 +473,6 @@ def test_arguments_that_run_code_are_read_before_the_surface(display):
         def __int__(self):
             pygame.display.quit()
             return 9
+
     with pytest.raises(RuntimeError):
         larkspur.fast_draw_gradient_v(display, 0, 0, 9, Closing(), RED, BLUE, 50)

@@ -1,4 +1,5 @@
 """Rectangles: filled, translucent, in up to four colours, and with the host's properties."""
+
 import ctypes
 import itertools
 
@@ -6,7 +7,6 @@ import larkspur
 import numpy
 import pygame
 import pytest
-
 from models import gradient_model as model
 from support import host as host_support
 from support import leaks, native, rooms
@@ -18,13 +18,33 @@ RED, GREEN, BLUE, GREY = 0x0000FF, 0x00FF00, 0xFF0000, 0x808080
 WIDTH, HEIGHT = 41, 31
 
 RECTANGLES = [
-    (0, 0, WIDTH, HEIGHT), (0, 0, WIDTH - 1, HEIGHT - 1), (3, 4, 20, 12), (20, 12, 3, 4),
-    (20, 4, 3, 12), (3, 12, 20, 4), (-5, -7, 20, 20), (-5, 3, 50, 9), (30, 20, 99, 99),
-    (4, -32768, 20, 20), (-32768, 4, 20, 20), (5, 5, 5, 5), (5, 5, 5, 20), (5, 5, 20, 5),
-    (-5, -5, -1, -1), (-5, 5, -1, 9), (5, -5, 9, -1), (WIDTH, 0, WIDTH + 9, HEIGHT),
-    (0, HEIGHT, WIDTH, HEIGHT + 9), (WIDTH - 1, 3, WIDTH, 9), (3, HEIGHT - 1, 9, HEIGHT),
-    (-32768, -32768, 2 ** 31 - 1, 2 ** 31 - 1), (0, 0, 2 ** 31 - 1, 5), (0, 0, 5, 2 ** 31 - 1),
-    (2 ** 31 - 1, 2 ** 31 - 1, 2 ** 31 - 1, 2 ** 31 - 1), (0, 0, 0, 0), (-1, -1, 1, 1),
+    (0, 0, WIDTH, HEIGHT),
+    (0, 0, WIDTH - 1, HEIGHT - 1),
+    (3, 4, 20, 12),
+    (20, 12, 3, 4),
+    (20, 4, 3, 12),
+    (3, 12, 20, 4),
+    (-5, -7, 20, 20),
+    (-5, 3, 50, 9),
+    (30, 20, 99, 99),
+    (4, -32768, 20, 20),
+    (-32768, 4, 20, 20),
+    (5, 5, 5, 5),
+    (5, 5, 5, 20),
+    (5, 5, 20, 5),
+    (-5, -5, -1, -1),
+    (-5, 5, -1, 9),
+    (5, -5, 9, -1),
+    (WIDTH, 0, WIDTH + 9, HEIGHT),
+    (0, HEIGHT, WIDTH, HEIGHT + 9),
+    (WIDTH - 1, 3, WIDTH, 9),
+    (3, HEIGHT - 1, 9, HEIGHT),
+    (-32768, -32768, 2**31 - 1, 2**31 - 1),
+    (0, 0, 2**31 - 1, 5),
+    (0, 0, 5, 2**31 - 1),
+    (2**31 - 1, 2**31 - 1, 2**31 - 1, 2**31 - 1),
+    (0, 0, 0, 0),
+    (-1, -1, 1, 1),
 ]
 
 
@@ -43,6 +63,7 @@ def picture_of(surface):
 
 
 # ---- fill_translucent
+
 
 @pytest.mark.parametrize("rectangle", RECTANGLES)
 def test_fill_paints_last_row_but_not_last_column(rectangle):
@@ -63,7 +84,7 @@ def test_fill_by_hand():
     assert words(surface).tolist() == [[old, new, new, old], [old, new, new, old], [old] * 4]
 
 
-@pytest.mark.parametrize("alpha", [0, 1, 128, 254, 255, 256, 300, -1, -2 ** 31])
+@pytest.mark.parametrize("alpha", [0, 1, 128, 254, 255, 256, 300, -1, -(2**31)])
 def test_fill_counts_alpha_by_its_low_byte(alpha):
     surface = pygame.Surface((9, 9), pygame.SRCALPHA, 32)
     put_words(surface, random_words(9, 9, 3))
@@ -108,7 +129,7 @@ def test_fill_refuses_what_it_cannot_paint(display):
     with pytest.raises(TypeError):
         larkspur.fill_translucent(surface, 0, 0, 9, 9, 0)
     with pytest.raises(OverflowError):
-        larkspur.fill_translucent(surface, 0, 0, 9, 9, 2 ** 31, 9)
+        larkspur.fill_translucent(surface, 0, 0, 9, 9, 2**31, 9)
     pygame.display.quit()
     with pytest.raises(RuntimeError):
         larkspur.fill_translucent(display, 0, 0, 9, 9, 0, 9)
@@ -124,6 +145,7 @@ def test_fill_of_nothing():
 
 
 # ---- fast_draw_rectangle_color
+
 
 def check_colours(screen, capfd, arguments, name="rectangle"):
     """A call paints and prints exactly what the model says."""
@@ -157,8 +179,10 @@ def test_opaque_single_colour_only_prints(screen, capfd):
     before = words(screen)
     for alpha in (1.0, 1.5):
         for outline in (0, 1):
-            assert check_colours(screen, capfd, (0, 0, 9, 9) + KINDS["one-colour"] +
-                                 (alpha, outline)) == "BUG: should actually fill.\n"
+            assert (
+                check_colours(screen, capfd, (0, 0, 9, 9) + KINDS["one-colour"] + (alpha, outline))
+                == "BUG: should actually fill.\n"
+            )
     assert (words(screen) == before).all()
 
 
@@ -174,10 +198,13 @@ def test_translucent_single_colour_is_filled_even_as_an_outline(screen):
 
 def test_colours_are_compared_with_their_top_bytes(screen, capfd):
     # The same three channels: still two colours, so a vertical gradient.
-    assert check_colours(screen, capfd, (0, 0, 9, 9, 0x010000FF, 0x010000FF, 0xFF, 0xFF, 1.0, 0)) \
-        == ""
-    assert check_colours(screen, capfd, (0, 0, 9, 9, 0x010000FF, 0xFF, 0xFF, 0xFF, 1.0, 1)) \
+    assert (
+        check_colours(screen, capfd, (0, 0, 9, 9, 0x010000FF, 0x010000FF, 0xFF, 0xFF, 1.0, 0)) == ""
+    )
+    assert (
+        check_colours(screen, capfd, (0, 0, 9, 9, 0x010000FF, 0xFF, 0xFF, 0xFF, 1.0, 1))
         == "Horizontal gradient, complex gradient, or no gradient. 255/1\n"
+    )
 
 
 def test_opaque_vertical_gradient(screen):
@@ -205,21 +232,25 @@ def test_opaque_horizontal_gradient_takes_the_upper_two_colours(screen):
 def test_step_of_a_horizontal_gradient_comes_from_the_clamped_right(screen):
     screen.fill((0, 0, 0))
     larkspur.fast_draw_rectangle_color(WIDTH - 5, 0, 1000, 0, 0xFF, 0, 0, 0xFF, 1.0, 0)
-    assert [int(word) >> 16 for word in words(screen)[0, -5:]] == \
-        [255 * weight // 256 for weight in (255, 191, 127, 63)] + [0]
+    assert [int(word) >> 16 for word in words(screen)[0, -5:]] == [
+        255 * weight // 256 for weight in (255, 191, 127, 63)
+    ] + [0]
 
 
 def test_step_of_a_vertical_gradient_comes_from_the_unclamped_bottom(screen):
     larkspur.fast_draw_rectangle_color(0, HEIGHT - 3, 2, HEIGHT + 5, 0xFF, 0xFF, 0, 0, 1.0, 0)
-    assert [int(word) >> 16 for word in words(screen)[-3:-1, 0]] == \
-        [255 * weight // 256 for weight in (255, int(255 * 7 / 8.0))]
+    assert [int(word) >> 16 for word in words(screen)[-3:-1, 0]] == [
+        255 * weight // 256 for weight in (255, int(255 * 7 / 8.0))
+    ]
 
 
 def test_outline_of_an_opaque_vertical_gradient(screen):
     screen.fill((0, 0, 0))
     larkspur.fast_draw_rectangle_color(2, 3, 6, 7, 0xFF, 0xFF, 0xFF00, 0xFF00, 1.0, 1)
-    mixed = [(255 * weight // 256) << 16 | (255 * (256 - weight) // 256) << 8
-             for weight in (255, 191, 127, 63)]
+    mixed = [
+        (255 * weight // 256) << 16 | (255 * (256 - weight) // 256) << 8
+        for weight in (255, 191, 127, 63)
+    ]
     expected = numpy.zeros((HEIGHT, WIDTH), numpy.uint32)
     expected[3, 2:6] = 0xFF0000
     expected[7, 2:6] = 0x00FF00
@@ -234,20 +265,42 @@ def test_outline_clamps_its_right_side_and_its_bottom(screen, capfd):
 
 
 def test_translucent_vertical_outline_only_prints(screen, capfd):
-    assert check_colours(screen, capfd, (0, 0, 9, 9) + KINDS["vertical"] + (0.5, 1)) == \
-        "BUG: need to draw translucent outline vgrad.\n"
+    assert (
+        check_colours(screen, capfd, (0, 0, 9, 9) + KINDS["vertical"] + (0.5, 1))
+        == "BUG: need to draw translucent outline vgrad.\n"
+    )
 
 
 def test_other_gradients_only_print(screen, capfd):
     for kind in ("horizontal", "four", "upper-two-alike", "lower-two-alike"):
         for alpha, outline, numbers in ((0.5, 0, "127/0"), (1.0, 1, "255/1"), (0.0, -7, "0/-7")):
-            assert check_colours(screen, capfd, (0, 0, 9, 9) + KINDS[kind] + (alpha, outline)) == \
-                "Horizontal gradient, complex gradient, or no gradient. %s\n" % numbers
+            assert (
+                check_colours(screen, capfd, (0, 0, 9, 9) + KINDS[kind] + (alpha, outline))
+                == "Horizontal gradient, complex gradient, or no gradient. %s\n" % numbers
+            )
 
 
 # The eighth comes to 257 - 2^-23, which a single float rounds to 257.
-ALPHAS = (0.0, 0.1, 0.25, 0.5, 0.996, 1 - 2.0 ** -24, 1.0, (257 * 2 ** 23 - 1) / 255 / 2.0 ** 23,
-          1.002, 1.5, 2.0, -0.5, -3.0, 1e9, 1e30, float("inf"), float("-inf"), float("nan"))
+ALPHAS = (
+    0.0,
+    0.1,
+    0.25,
+    0.5,
+    0.996,
+    1 - 2.0**-24,
+    1.0,
+    (257 * 2**23 - 1) / 255 / 2.0**23,
+    1.002,
+    1.5,
+    2.0,
+    -0.5,
+    -3.0,
+    1e9,
+    1e30,
+    float("inf"),
+    float("-inf"),
+    float("nan"),
+)
 
 
 @pytest.mark.parametrize("kind", sorted(KINDS))
@@ -264,9 +317,13 @@ def test_every_length_of_a_horizontal_gradient(screen, capfd, length):
 
 def test_corner_below_the_range_is_refused_where_something_would_be_drawn(screen, capfd):
     before = words(screen)
-    for x1, y1 in ((-32769, 0), (0, -32769), (2, -2 ** 31)):
-        for kind, alpha in (("one-colour", 0.5), ("vertical", 1.0), ("vertical", 0.5),
-                            ("horizontal", 1.0)):
+    for x1, y1 in ((-32769, 0), (0, -32769), (2, -(2**31))):
+        for kind, alpha in (
+            ("one-colour", 0.5),
+            ("vertical", 1.0),
+            ("vertical", 0.5),
+            ("horizontal", 1.0),
+        ):
             for corners in ((x1, y1, 9, 9), (9, 9, x1, y1)):
                 with pytest.raises(ValueError) as raised:
                     larkspur.fast_draw_rectangle_color(*(corners + KINDS[kind] + (alpha, 0)))
@@ -287,13 +344,18 @@ def test_display_of_another_depth_is_refused():
 
 def test_closed_display_is_refused(screen, capfd):
     pygame.display.quit()
-    for kind, alpha in (("one-colour", 0.5), ("vertical", 1.0), ("vertical", 0.5),
-                        ("horizontal", 1.0)):
+    for kind, alpha in (
+        ("one-colour", 0.5),
+        ("vertical", 1.0),
+        ("vertical", 0.5),
+        ("horizontal", 1.0),
+    ):
         with pytest.raises(RuntimeError) as raised:
             larkspur.fast_draw_rectangle_color(*((0, 0, 9, 9) + KINDS[kind] + (alpha, 0)))
         assert "fast_draw_rectangle_color()" in str(raised.value)
-    assert larkspur.fast_draw_rectangle_color(
-        *((0, 0, 9, 9) + KINDS["one-colour"] + (1.0, 0))) is None
+    assert (
+        larkspur.fast_draw_rectangle_color(*((0, 0, 9, 9) + KINDS["one-colour"] + (1.0, 0))) is None
+    )
     assert capfd.readouterr() == ("BUG: should actually fill.\n", "")
 
 
@@ -312,8 +374,13 @@ def test_part_of_a_surface_as_the_display(screen, capfd):
 def test_encoded_surface_as_the_display(screen, capfd):
     surface = surface_of(WIDTH, HEIGHT)
     larkspur.set_SDL_screen(surface)
-    for kind, alpha, outline in (("vertical", 0.5, 0), ("vertical", 1.0, 1), ("vertical", 1.0, 0),
-                                 ("four", 1.0, 0), ("one-colour", 0.3, 0)):
+    for kind, alpha, outline in (
+        ("vertical", 0.5, 0),
+        ("vertical", 1.0, 1),
+        ("vertical", 1.0, 0),
+        ("four", 1.0, 0),
+        ("one-colour", 0.3, 0),
+    ):
         picture = picture_of(surface)
         encode(surface)
         arguments = (-2, -2, 15, 99) + KINDS[kind] + (alpha, outline)
@@ -323,13 +390,21 @@ def test_encoded_surface_as_the_display(screen, capfd):
         assert_same_words(words(surface), picture.words(), "encoded-" + kind)
 
 
-MAP_RGB = native.function("SDL_MapRGB", ctypes.c_uint32, ctypes.POINTER(native.PixelFormat),
-                          *[ctypes.c_uint8] * 3)
+MAP_RGB = native.function(
+    "SDL_MapRGB", ctypes.c_uint32, ctypes.POINTER(native.PixelFormat), *[ctypes.c_uint8] * 3
+)
 
 
-@pytest.mark.parametrize("masks", ALL_MASKS + (
-    (0xF800, 0x7E0, 0x1F, 0), (0xF000, 0xF00, 0xF0, 0xF), (0x3FF00000, 0xFFC00, 0x3FF, 0),
-    (0xFF, 0, 0, 0)))
+@pytest.mark.parametrize(
+    "masks",
+    ALL_MASKS
+    + (
+        (0xF800, 0x7E0, 0x1F, 0),
+        (0xF000, 0xF00, 0xF0, 0xF),
+        (0x3FF00000, 0xFFC00, 0x3FF, 0),
+        (0xFF, 0, 0, 0),
+    ),
+)
 def test_colours_are_mapped_as_sdl_maps_them(screen, masks):
     guarded = GuardedSurface(301, 301, 301 * 4, masks, 1)
     larkspur.set_SDL_screen(guarded.surface)
@@ -339,7 +414,8 @@ def test_colours_are_mapped_as_sdl_maps_them(screen, masks):
         mixed = model.between(0xFE8040, 0x1234FF, int(255.0 * t))
         expected.append(MAP_RGB(form, mixed & 255, mixed >> 8 & 255, mixed >> 16))
     larkspur.fast_draw_rectangle_color(
-        0, 0, 300, 300, 0xFE8040, 0xFE8040, 0x1234FF, 0x1234FF, 1.0, 0)
+        0, 0, 300, 300, 0xFE8040, 0xFE8040, 0x1234FF, 0x1234FF, 1.0, 0
+    )
     assert guarded.words()[:-1, 0].tolist() == expected
     larkspur.fast_draw_rectangle_color(0, 0, 300, 300, 0xFE8040, 0x1234FF, 0, 0xFF, 1.0, 0)
     assert guarded.words()[0, :-1].tolist() == expected
@@ -351,13 +427,14 @@ def test_arguments_of_a_rectangle(screen):
     good = [0, 0, 9, 9, RED, RED, BLUE, BLUE, 1.0, 0]
     for i in range(len(good)):
         with pytest.raises(TypeError):
-            larkspur.fast_draw_rectangle_color(*(good[:i] + ["x"] + good[i + 1:]))
+            larkspur.fast_draw_rectangle_color(*(good[:i] + ["x"] + good[i + 1 :]))
     with pytest.raises(TypeError):
         larkspur.fast_draw_rectangle_color(*good[:-1])
-    larkspur.fast_draw_rectangle_color(*(good[:4] + [2 ** 32 + RED, RED, BLUE, BLUE, 1.0, 0]))
+    larkspur.fast_draw_rectangle_color(*(good[:4] + [2**32 + RED, RED, BLUE, BLUE, 1.0, 0]))
 
 
 # ---- draw_rectangle
+
 
 def set_view(xscale, yscale):
     native.variable(ctypes.c_double, "g_view_xscale").value = xscale
@@ -366,6 +443,7 @@ def set_view(xscale, yscale):
 
 class RecordingScreen(pygame.Surface):
     """A Surface that keeps the arguments of fill() and can refuse them."""
+
     error = None
 
     def fill(self, *arguments):
@@ -408,9 +486,20 @@ def test_fill_gets_colour_and_rectangle(props, recording_screen):
     assert [type(number) for number in recording_screen.filled[1]] == [float] * 4
 
 
-@pytest.mark.parametrize("given, rounded", [
-    (0.5, 1.0), (-0.5, -1.0), (1.5, 2.0), (2.5, 3.0), (-2.5, -3.0), (0.49, 0.0), (-0.49, 0.0),
-    (7.0, 7.0), (1e6, 1e6)])
+@pytest.mark.parametrize(
+    "given, rounded",
+    [
+        (0.5, 1.0),
+        (-0.5, -1.0),
+        (1.5, 2.0),
+        (2.5, 3.0),
+        (-2.5, -3.0),
+        (0.49, 0.0),
+        (-0.49, 0.0),
+        (7.0, 7.0),
+        (1e6, 1e6),
+    ],
+)
 def test_coordinates_round_halves_away_from_zero(props, recording_screen, given, rounded):
     larkspur.draw_rectangle(given, 0, given, 0)
     assert recording_screen.filled[1] == (rounded, 0.0, 0.0, 0.0)
@@ -441,7 +530,8 @@ def test_flag_below_one_half_fills(props, recording_screen, host, outline):
 def draw_rect(host):
     """Puts a recorder in the place of pygame.draw.rect."""
     host.gmapi.pygame = host_support.Plain(
-        draw=host_support.Plain(rect=host.recorder("rect")), Surface=pygame.Surface)
+        draw=host_support.Plain(rect=host.recorder("rect")), Surface=pygame.Surface
+    )
     host.register(larkspur)
 
 
@@ -477,12 +567,29 @@ def test_failing_outline_writes_its_numbers(props, recording_screen, host, capfd
     with pytest.raises(KeyError) as raised:
         larkspur.draw_rectangle(1.5, -2, 4, 6.25, 1)
     assert raised.value is error
-    assert capfd.readouterr() == ("", "An error occurred calling pygame.draw.rect(screen,color,"
-                                  "2.000000,-2.000000,2.000000,8.000000,1).\n")
+    assert capfd.readouterr() == (
+        "",
+        "An error occurred calling pygame.draw.rect(screen,color,"
+        "2.000000,-2.000000,2.000000,8.000000,1).\n",
+    )
 
 
-@pytest.mark.parametrize("alpha", [0.5, 0.0, 0.999, 1.0 + 2.0 ** -52, 1.0 - 2.0 ** -53, 2.0, -1.0,
-                                   -0.25, 1e300, float("inf"), float("nan")])
+@pytest.mark.parametrize(
+    "alpha",
+    [
+        0.5,
+        0.0,
+        0.999,
+        1.0 + 2.0**-52,
+        1.0 - 2.0**-53,
+        2.0,
+        -1.0,
+        -0.25,
+        1e300,
+        float("inf"),
+        float("nan"),
+    ],
+)
 def test_translucent_rectangle_is_blended(props, display, host, alpha):
     put_words(display, random_words(320, 240, 4))
     props.alpha = alpha
@@ -497,7 +604,7 @@ def test_translucent_rectangle_is_blended(props, display, host, alpha):
 
 
 def test_alpha_is_a_double(props, recording_screen, host):
-    props.alpha = 1.0 - 2.0 ** -40  # a single float would make it 1.0
+    props.alpha = 1.0 - 2.0**-40  # a single float would make it 1.0
     larkspur.draw_rectangle(0, 0, 9, 9)
     assert not hasattr(recording_screen, "filled") and host.named("__color_to_int")
     # So close below a whole byte that single floats, of the alpha or of the product, reach it.
@@ -514,6 +621,7 @@ def test_alpha_is_whatever_has_a_float_value(props, display, host):
     class Half(object):
         def __float__(self):
             return 0.5
+
     props.alpha = Half()
     host.results["__color_to_int"] = 0xFF
     larkspur.draw_rectangle(0, 0, 2, 2)
@@ -523,9 +631,18 @@ def test_alpha_is_whatever_has_a_float_value(props, display, host):
     assert words(display)[0, 0] == 0xFFFFFF
 
 
-@pytest.mark.parametrize("result, word", [
-    (0x00ABCDEF, 0xABCDEF), (0xFFABCDEF, 0xABCDEF), (-1, 0xFFFFFF), (2 ** 40 + 5, 5),
-    (2 ** 70 + 6, 6), (12.9, 12), (True, 1)])
+@pytest.mark.parametrize(
+    "result, word",
+    [
+        (0x00ABCDEF, 0xABCDEF),
+        (0xFFABCDEF, 0xABCDEF),
+        (-1, 0xFFFFFF),
+        (2**40 + 5, 5),
+        (2**70 + 6, 6),
+        (12.9, 12),
+        (True, 1),
+    ],
+)
 def test_colour_of_the_host_becomes_an_integer(props, display, host, result, word):
     props.alpha = 0.5
     host.results["__color_to_int"] = result
@@ -538,8 +655,7 @@ def test_translucent_outline_fails_without_an_exception(props, display, host, ca
     for outline in (1, 0.25, -0.1, 1e-30, float("nan")):
         with pytest.raises(SystemError):
             larkspur.draw_rectangle(0, 0, 9, 9, outline)
-        assert capfd.readouterr() == (
-            "", "Can't do alphablending on outline rectangles yet.\n")
+        assert capfd.readouterr() == ("", "Can't do alphablending on outline rectangles yet.\n")
     assert not words(display).any() and host.named("__color_to_int") == []
 
 
@@ -556,8 +672,12 @@ def test_coordinates_are_not_swapped(props, display, host):
 
 def test_translucent_corner_below_the_range_is_refused(props, display):
     props.alpha = 0.5
-    for rectangle in ((-32769, 0, 9, 9), (0, -32769, 9, 9), (float("nan"), 0, 9, 9),
-                      (0, 1e30, 9, 9)):
+    for rectangle in (
+        (-32769, 0, 9, 9),
+        (0, -32769, 9, 9),
+        (float("nan"), 0, 9, 9),
+        (0, 1e30, 9, 9),
+    ):
         with pytest.raises(ValueError) as raised:
             larkspur.draw_rectangle(*rectangle)
         assert "draw_rectangle()" in str(raised.value)
@@ -595,9 +715,11 @@ def test_offset_is_truncated_with_the_coordinate(props, recording_screen, host):
 
 # ---- hosts that fail, mutate and re-enter
 
+
 def raising(error):
     def get(self):
         raise error
+
     return property(get)
 
 
@@ -605,8 +727,9 @@ def raising(error):
 @pytest.mark.parametrize("alpha", [1.0, 0.5])
 def test_failing_property(props, display, host, capfd, name, alpha):
     error = KeyError(name)
-    host.gmapi.py_draw_props = type("Props", (object,), {
-        "alpha": alpha, "color": (1, 2, 3), name: raising(error)})()
+    host.gmapi.py_draw_props = type(
+        "Props", (object,), {"alpha": alpha, "color": (1, 2, 3), name: raising(error)}
+    )()
     host.register(larkspur)
     with pytest.raises(KeyError) as raised:
         larkspur.draw_rectangle(0, 0, 9, 9)
@@ -646,6 +769,7 @@ def closing(value):
     def get(self):
         pygame.display.quit()
         return value
+
     return property(get)
 
 
@@ -667,6 +791,7 @@ def test_colour_conversion_that_closes_the_display(props, display, host):
     def convert(colour):
         pygame.display.quit()
         return 5
+
     host.gmapi.__dict__["__color_to_int"] = convert
     with pytest.raises(RuntimeError) as raised:
         larkspur.draw_rectangle(0, 0, 9, 9)
@@ -684,6 +809,7 @@ def test_colour_conversion_that_replaces_everything(props, display, host):
         host.register(larkspur)
         larkspur.set_SDL_screen(other)
         return 0xFFFFFF
+
     host.gmapi.__dict__["__color_to_int"] = convert
     larkspur.draw_rectangle(0, 0, 9, 9)
     assert words(other)[0, 0] == model.multalpha(0xFFFFFF, 127)
@@ -700,6 +826,7 @@ def test_colour_getter_that_replaces_the_screen(props, display, host):
         def color(self):
             larkspur.set_SDL_screen(other)
             return (1, 2, 3)
+
     host.gmapi.py_draw_props = Props()
     host.register(larkspur)
     larkspur.draw_rectangle(0, 0, 9, 9)
@@ -714,6 +841,7 @@ def test_reentrant_fill(props, display):
             self.depth += 1
             if self.depth < 5:
                 larkspur.draw_rectangle(self.depth, 0, 9, 9)
+
     screen = Nested((20, 20), 0, 32)
     larkspur.set_SDL_screen(screen)
     assert larkspur.draw_rectangle(0, 0, 9, 9) is None
@@ -727,12 +855,23 @@ def test_closed_display(props, display, outline):
         larkspur.draw_rectangle(0, 0, 9, 9, outline)
 
 
-@pytest.mark.parametrize("outline, line", [
-    (0, "An error occurred filling surface.\n"),
-    (1, "An error occurred calling pygame.draw.rect(screen,color,")])
-@pytest.mark.parametrize("rectangle", [
-    (float("nan"),) * 4, (float("inf"),) * 4, (float("-inf"), 0, float("inf"), 9),
-    (-1e30, -1e30, 1e30, 1e30), (1e30, 0, -1e30, 9)])
+@pytest.mark.parametrize(
+    "outline, line",
+    [
+        (0, "An error occurred filling surface.\n"),
+        (1, "An error occurred calling pygame.draw.rect(screen,color,"),
+    ],
+)
+@pytest.mark.parametrize(
+    "rectangle",
+    [
+        (float("nan"),) * 4,
+        (float("inf"),) * 4,
+        (float("-inf"), 0, float("inf"), 9),
+        (-1e30, -1e30, 1e30, 1e30),
+        (1e30, 0, -1e30, 9),
+    ],
+)
 def test_coordinates_that_no_int_holds(props, display, capfd, rectangle, outline, line):
     """pygame 1.9 refuses them; pygame 2 casts them, which leaves a rectangle without an area."""
     if pygame.version.vernum < (2,):
@@ -771,6 +910,7 @@ def test_arguments_of_draw_rectangle(props):
 
 # ---- references
 
+
 def assert_counts_stay(action, *objects):
     changes = leaks.count_changes(action, objects + (None,))
     assert changes[:-1] == [0] * len(objects)
@@ -804,14 +944,19 @@ def test_counts_stay_when_calls_fail(props, recording_screen, host, capfd):
         with pytest.raises(KeyError):
             larkspur.draw_rectangle(0, 0, 9, 9, outline)
         recording_screen.filled = None
+
     for outline in (0, 1):
         leaks.assert_counts_unchanged(lambda: fail(outline), recording_screen, props, colour)
     capfd.readouterr()
 
 
-@pytest.mark.parametrize("name, docstring", [
-    ("fill_translucent", "Draw a rectangle, possibly with alpha blending."),
-    ("fast_draw_rectangle_color", "C core for draw_rectangle_color."),
-    ("draw_rectangle", "Draw a rectangle.")])
+@pytest.mark.parametrize(
+    "name, docstring",
+    [
+        ("fill_translucent", "Draw a rectangle, possibly with alpha blending."),
+        ("fast_draw_rectangle_color", "C core for draw_rectangle_color."),
+        ("draw_rectangle", "Draw a rectangle."),
+    ],
+)
 def test_docstrings(name, docstring):
     assert getattr(larkspur, name).__doc__ == docstring

@@ -1,4 +1,5 @@
 """The sprite scale cache, as native callers fill it, composed step by step by the side."""
+
 import ctypes
 import itertools
 import resource
@@ -7,11 +8,10 @@ import sys
 import larkspur
 import pygame
 import pytest
-
 from models import pixel_model
 from support import leaks, native, pending, sdl
 from support.pictures import assert_same_words, put_words, words
-from support.surfaces import (ABGR, ARGB, XRGB, buffer_of, encoded_surface, printed, surface_of)
+from support.surfaces import ABGR, ARGB, XRGB, buffer_of, encoded_surface, printed, surface_of
 
 WHITE = 0xFFFFFF
 KEY = ("walk", 3)
@@ -20,15 +20,26 @@ _arguments = [ctypes.py_object] * 2 + [ctypes.c_int] * 8
 _add = native.function("sprite_scalecache_add", ctypes.c_void_p, *_arguments)
 
 
-def add(sprite, key=KEY, subimage=0, width=None, height=None, angle=0, colour=WHITE, alpha=255,
-        rgba_copy=0):
+def add(
+    sprite,
+    key=KEY,
+    subimage=0,
+    width=None,
+    height=None,
+    angle=0,
+    colour=WHITE,
+    alpha=255,
+    rgba_copy=0,
+):
     """The stored Surface, or None; sizes are the subimage's unless given."""
     if width is None or height is None:
         natural = sprite.subimages[subimage].get_size()
-        width, height = (given if given is not None else size
-                         for given, size in zip((width, height), natural))
+        width, height = (
+            given if given is not None else size for given, size in zip((width, height), natural)
+        )
     return native.new_reference(
-        _add(sprite, key, subimage, width, height, angle, 12345, colour, alpha, rgba_copy))
+        _add(sprite, key, subimage, width, height, angle, 12345, colour, alpha, rgba_copy)
+    )
 
 
 def sprite_of(*subimages):
@@ -70,8 +81,9 @@ def expected(image, width, height, angle, colour, alpha, rgba_copy, screen):
     if width < 0 or height < 0:
         result = flipped(image, width < 0, height < 0)
     width, height = abs(width), abs(height)
-    x_ratio, y_ratio = (float(wanted) / size
-                        for wanted, size in zip((width, height), image.get_size()))
+    x_ratio, y_ratio = (
+        float(wanted) / size for wanted, size in zip((width, height), image.get_size())
+    )
     if angle:
         if (width, height) == image.get_size():
             result = sdl.rotozoomed(result, angle, 1.0)
@@ -111,6 +123,7 @@ def assert_same_surface(actual, wanted):
 
 # ---- the rules one by one
 
+
 def test_nothing_to_change_stores_the_subimage_itself(display, capfd):
     image = soft_image()
     sprite = sprite_of(soft_image(5, 5), image)
@@ -124,24 +137,31 @@ def test_negative_sizes_mirror_at_natural_size(display, width, height):
     image = soft_image(32, 20)
     sprite = sprite_of(image)
     result = add(sprite, width=width, height=height)
-    pixels = {(-32, 20): pixel_model.mirrored, (32, -20): pixel_model.upside_down,
-              (-32, -20): pixel_model.turned_one_row_low}[width, height](words(image))
+    pixels = {
+        (-32, 20): pixel_model.mirrored,
+        (32, -20): pixel_model.upside_down,
+        (-32, -20): pixel_model.turned_one_row_low,
+    }[width, height](words(image))
     assert_same_words(words(result), pixels, "mirrored")
     assert sprite.scalecache[KEY] is result
 
 
-@pytest.mark.parametrize("width, height, angle, compose", [
-    (64, 64, 45, lambda image: sdl.rotozoomed(image, 45, 2.0)),
-    (32, 32, 45, lambda image: sdl.rotozoomed(image, 45, 1.0)),
-    (64, 32, 45, lambda image: sdl.rotozoomed(sdl.zoomed(image, 2.0, 1.0), 45, 1.0)),
-    (64, 16, 0, lambda image: sdl.zoomed(image, 2.0, 0.5)),
-    (20, 20, -30, lambda image: sdl.rotozoomed(image, -30, 0.625)),
-    (32, 32, 360, lambda image: sdl.rotozoomed(image, 360, 1.0)),
-])
+@pytest.mark.parametrize(
+    "width, height, angle, compose",
+    [
+        (64, 64, 45, lambda image: sdl.rotozoomed(image, 45, 2.0)),
+        (32, 32, 45, lambda image: sdl.rotozoomed(image, 45, 1.0)),
+        (64, 32, 45, lambda image: sdl.rotozoomed(sdl.zoomed(image, 2.0, 1.0), 45, 1.0)),
+        (64, 16, 0, lambda image: sdl.zoomed(image, 2.0, 0.5)),
+        (20, 20, -30, lambda image: sdl.rotozoomed(image, -30, 0.625)),
+        (32, 32, 360, lambda image: sdl.rotozoomed(image, 360, 1.0)),
+    ],
+)
 def test_scaling_and_turning(display, width, height, angle, compose):
     image = soft_image()
-    assert_same_surface(add(sprite_of(image), width=width, height=height, angle=angle),
-                        compose(image))
+    assert_same_surface(
+        add(sprite_of(image), width=width, height=height, angle=angle), compose(image)
+    )
 
 
 def test_colour_fills_a_copy(display):
@@ -216,8 +236,13 @@ def images():
     keyed = surface_of(12, 10, XRGB, seed=5)
     keyed.set_colorkey(keyed.get_at((3, 3)))
     whole = surface_of(40, 30, ARGB, seed=6)
-    return [("alpha", soft_image(13, 9)), ("opaque", surface_of(8, 8, XRGB)), ("keyed", keyed),
-            ("encoded", encoded_surface(14, 11)), ("part", whole.subsurface((5, 3, 20, 10)))]
+    return [
+        ("alpha", soft_image(13, 9)),
+        ("opaque", surface_of(8, 8, XRGB)),
+        ("keyed", keyed),
+        ("encoded", encoded_surface(14, 11)),
+        ("part", whole.subsurface((5, 3, 20, 10))),
+    ]
 
 
 @pytest.mark.parametrize("name", [name for name, _ in images()])
@@ -225,12 +250,29 @@ def test_every_combination(display, name):
     image = dict(images())[name]
     width, height = image.get_size()
     for sizes, angle, colour, alpha, rgba_copy in itertools.product(
-            [(width, height), (-width, height), (width + 7, height), (-2 * width, -2 * height),
-             (3, -height)], (0, 30), (WHITE, 0x8000), (255, 60), (0, 1)):
+        [
+            (width, height),
+            (-width, height),
+            (width + 7, height),
+            (-2 * width, -2 * height),
+            (3, -height),
+        ],
+        (0, 30),
+        (WHITE, 0x8000),
+        (255, 60),
+        (0, 1),
+    ):
         if name == "encoded" and sizes[0] < 0 and (angle or rgba_copy):
             continue  # a mirrored copy asks SDL to encode it; the plain cases show it
-        result = add(sprite_of(image), width=sizes[0], height=sizes[1], angle=angle, colour=colour,
-                     alpha=alpha, rgba_copy=rgba_copy)
+        result = add(
+            sprite_of(image),
+            width=sizes[0],
+            height=sizes[1],
+            angle=angle,
+            colour=colour,
+            alpha=alpha,
+            rgba_copy=rgba_copy,
+        )
         wanted = expected(image, sizes[0], sizes[1], angle, colour, alpha, rgba_copy, display)
         assert_same_words(words(result), words(wanted), "scaled sprite")
         assert sdl.masks_of(result) == sdl.masks_of(wanted)
@@ -261,6 +303,7 @@ def test_subimages_may_be_any_sequence_counted_from_either_end(display):
 
 # ---- failures
 
+
 def assert_fails(capfd, sprite, message, key=KEY, **arguments):
     before = dict(sprite.scalecache) if isinstance(sprite.scalecache, dict) else None
     assert add(sprite, key=key, **arguments) is None
@@ -270,10 +313,11 @@ def assert_fails(capfd, sprite, message, key=KEY, **arguments):
         assert sprite.scalecache == before
 
 
-@pytest.mark.parametrize("index", [1, 100, -2, 2 ** 31 - 1, -2 ** 31])
+@pytest.mark.parametrize("index", [1, 100, -2, 2**31 - 1, -(2**31)])
 def test_a_subimage_that_is_not_there(display, capfd, index):
-    assert_fails(capfd, sprite_of(soft_image()), "sequence error.\n", subimage=index, width=1,
-                 height=1)
+    assert_fails(
+        capfd, sprite_of(soft_image()), "sequence error.\n", subimage=index, width=1, height=1
+    )
 
 
 @pytest.mark.parametrize("subimages", [5, None, {}, set()])
@@ -303,14 +347,16 @@ def test_a_subimage_that_is_no_surface(display, capfd, subimage):
 
 def test_transforms_that_yield_nothing(display, capfd):
     assert_fails(capfd, sprite_of(soft_image()), "No source?\n", width=20000, height=32)
-    assert_fails(capfd, sprite_of(soft_image()), "No source?\n", width=32, height=2 ** 31 - 1)
-    assert_fails(capfd, sprite_of(soft_image()), "No source?\n", width=-2 ** 31 + 1, height=32)
-    assert_fails(capfd, sprite_of(soft_image()), "No source?\n", width=2 ** 31 - 1,
-                 height=2 ** 31 - 1, angle=45)
+    assert_fails(capfd, sprite_of(soft_image()), "No source?\n", width=32, height=2**31 - 1)
+    assert_fails(capfd, sprite_of(soft_image()), "No source?\n", width=-(2**31) + 1, height=32)
+    assert_fails(
+        capfd, sprite_of(soft_image()), "No source?\n", width=2**31 - 1, height=2**31 - 1, angle=45
+    )
     assert_fails(capfd, sprite_of(pygame.Surface((0, 5), 0, 32)), "No source?\n", width=4, height=4)
     assert_fails(capfd, sprite_of(pygame.Surface((6, 6), 0, 8)), "No source?\n", width=-6)
-    assert_fails(capfd, sprite_of(pygame.Surface((6, 6), 0, 8)), "No source?\n",
-                 width=-6, height=-6)
+    assert_fails(
+        capfd, sprite_of(pygame.Surface((6, 6), 0, 8)), "No source?\n", width=-6, height=-6
+    )
 
 
 def test_mirroring_an_8_bit_image_says_why(display, capfd):
@@ -320,10 +366,15 @@ def test_mirroring_an_8_bit_image_says_why(display, capfd):
 
 def test_absurdly_large_copies_are_not_made(display, capfd):
     peak_kilobytes = resource.getrusage(resource.RUSAGE_SELF).ru_maxrss
-    for width, height, angle in [(14000, 14000, 0), (14000, 14000, 30), (14000, 60000, 5),
-                                 (16000, -16000, 0)]:
-        assert_fails(capfd, sprite_of(soft_image()), "No source?\n", width=width, height=height,
-                     angle=angle)
+    for width, height, angle in [
+        (14000, 14000, 0),
+        (14000, 14000, 30),
+        (14000, 60000, 5),
+        (16000, -16000, 0),
+    ]:
+        assert_fails(
+            capfd, sprite_of(soft_image()), "No source?\n", width=width, height=height, angle=angle
+        )
     assert resource.getrusage(resource.RUSAGE_SELF).ru_maxrss - peak_kilobytes < 16 * 1024
 
 
@@ -384,8 +435,10 @@ def test_a_pending_exception_is_kept_and_the_copy_made(display, capfd):
 
 # ---- code that runs in between
 
+
 class Image(pygame.Surface):
     """A subimage whose methods are Python code."""
+
     act = None
 
     def copy(self):
@@ -459,9 +512,20 @@ def test_a_key_whose_code_takes_the_cache_away(display):
 
 # ---- references
 
-@pytest.mark.parametrize("arguments", [
-    {}, dict(width=8), dict(width=-32), dict(width=-8, height=-8, angle=30), dict(colour=5),
-    dict(alpha=5), dict(rgba_copy=1), dict(rgba_copy=1, alpha=9, colour=3, width=5)])
+
+@pytest.mark.parametrize(
+    "arguments",
+    [
+        {},
+        dict(width=8),
+        dict(width=-32),
+        dict(width=-8, height=-8, angle=30),
+        dict(colour=5),
+        dict(alpha=5),
+        dict(rgba_copy=1),
+        dict(rgba_copy=1, alpha=9, colour=3, width=5),
+    ],
+)
 def test_the_caller_and_the_cache_own_a_reference_each(display, arguments):
     image = soft_image()
     sprite = sprite_of(image)
@@ -477,10 +541,15 @@ def test_the_caller_and_the_cache_own_a_reference_each(display, arguments):
 def test_failures_do_not_leak(display, capfd):
     image = soft_image()
     sprite, unhashable = sprite_of(image), []
-    for arguments in [dict(key=unhashable), dict(key=unhashable, width=5, alpha=3, rgba_copy=1),
-                      dict(width=30000, height=1), dict(subimage=9, width=1, height=1)]:
-        leaks.assert_counts_unchanged(lambda: add(sprite, **arguments), sprite, image, unhashable,
-                                      KEY)
+    for arguments in [
+        dict(key=unhashable),
+        dict(key=unhashable, width=5, alpha=3, rgba_copy=1),
+        dict(width=30000, height=1),
+        dict(subimage=9, width=1, height=1),
+    ]:
+        leaks.assert_counts_unchanged(
+            lambda: add(sprite, **arguments), sprite, image, unhashable, KEY
+        )
     printed(capfd)
 
 
@@ -489,8 +558,18 @@ def test_a_hundred_thousand_copies_leave_nothing_behind(display):
 
     def run(count):
         for number in xrange(count):
-            _add_and_drop(sprite, KEY, 0, -5, 6, number % 3 * 30, 0, number % 2 or WHITE,
-                          255 - number % 5, number % 7 == 0)
+            _add_and_drop(
+                sprite,
+                KEY,
+                0,
+                -5,
+                6,
+                number % 3 * 30,
+                0,
+                number % 2 or WHITE,
+                255 - number % 5,
+                number % 7 == 0,
+            )
 
     run(5000)
     peak_kilobytes = resource.getrusage(resource.RUSAGE_SELF).ru_maxrss

@@ -1,21 +1,21 @@
 """Scaled and rotated copies of surfaces."""
+
 import ctypes
 
 import larkspur
 import pygame
 import pytest
-
 from support import leaks, native
 from support.pictures import assert_same_words, words
-from support.surfaces import (ALL_MASKS, ARGB, XRGB, assert_encoded, encoded_surface,
-                              surface_of)
+from support.surfaces import ALL_MASKS, ARGB, XRGB, assert_encoded, encoded_surface, surface_of
 
 number, integer, pointer = ctypes.c_double, ctypes.c_int, ctypes.c_void_p
 
 zoom_surface = native.function("zoomSurface", pointer, pointer, number, number, integer)
 rotozoom_surface = native.function("rotozoomSurface", pointer, pointer, number, number, integer)
-rotozoom_surface_xy = native.function("rotozoomSurfaceXY", pointer, pointer, number, number, number,
-                                      integer)
+rotozoom_surface_xy = native.function(
+    "rotozoomSurfaceXY", pointer, pointer, number, number, number, integer
+)
 wrap = native.function("PySurface_FromSurface", ctypes.py_object, pointer)
 
 SMOOTH, COARSE = 1, 0
@@ -35,24 +35,42 @@ def assert_same_picture(result, expected, name):
 
 # ---- rotoscale
 
+
 @pytest.mark.parametrize("scale", [1.0, 2.0, 0.5, 0.75, -1.5])
-@pytest.mark.parametrize("angle, whole", [(0.0, 0), (45.9, 45), (-10.5, -10), (0.9, 0), (-0.9, 0),
-                                          (90.0, 90), (359.999, 359), (1234.5, 1234)])
+@pytest.mark.parametrize(
+    "angle, whole",
+    [
+        (0.0, 0),
+        (45.9, 45),
+        (-10.5, -10),
+        (0.9, 0),
+        (-0.9, 0),
+        (90.0, 90),
+        (359.999, 359),
+        (1234.5, 1234),
+    ],
+)
 def test_rotoscale_turns_by_whole_degrees(scale, angle, whole):
     surface = surface_of(12, 9, ARGB)
-    assert_same_picture(larkspur.rotoscale(surface, scale, scale, angle),
-                        by_library(rotozoom_surface, surface, whole, scale, COARSE), "turned")
+    assert_same_picture(
+        larkspur.rotoscale(surface, scale, scale, angle),
+        by_library(rotozoom_surface, surface, whole, scale, COARSE),
+        "turned",
+    )
 
 
-@pytest.mark.parametrize("x_scale, y_scale", [(2.0, 1.0), (0.5, 1.25), (-1.0, 1.0), (1.0, -2.0),
-                                              (0.1, 3.0)])
+@pytest.mark.parametrize(
+    "x_scale, y_scale", [(2.0, 1.0), (0.5, 1.25), (-1.0, 1.0), (1.0, -2.0), (0.1, 3.0)]
+)
 @pytest.mark.parametrize("angle, whole", [(0.0, 0), (-10.5, -10), (30.0, 30), (200.7, 200)])
 def test_rotoscale_scales_each_axis(x_scale, y_scale, angle, whole):
     surface = surface_of(12, 9, ARGB)
     factors = [ctypes.c_float(scale).value for scale in (x_scale, y_scale)]
-    assert_same_picture(larkspur.rotoscale(surface, x_scale, y_scale, angle),
-                        by_library(rotozoom_surface_xy, surface, whole, factors[0], factors[1],
-                                   COARSE), "scaled")
+    assert_same_picture(
+        larkspur.rotoscale(surface, x_scale, y_scale, angle),
+        by_library(rotozoom_surface_xy, surface, whole, factors[0], factors[1], COARSE),
+        "scaled",
+    )
 
 
 def test_rotoscale_takes_factors_in_single_precision():
@@ -60,25 +78,35 @@ def test_rotoscale_takes_factors_in_single_precision():
     # 0.995 is a little less in double precision than in single: 200 times it is 199 or a bit more.
     factor = ctypes.c_float(0.995).value
     assert factor != 0.995
-    assert_same_picture(larkspur.rotoscale(surface, 0.995, 0.995, 0.0),
-                        by_library(rotozoom_surface, surface, 0, factor, COARSE), "single")
+    assert_same_picture(
+        larkspur.rotoscale(surface, 0.995, 0.995, 0.0),
+        by_library(rotozoom_surface, surface, 0, factor, COARSE),
+        "single",
+    )
 
 
-@pytest.mark.parametrize("angle", [NAN, INFINITE, -INFINITE, 1e30, 2.0 ** 31])
+@pytest.mark.parametrize("angle", [NAN, INFINITE, -INFINITE, 1e30, 2.0**31])
 def test_rotoscale_turns_by_the_smallest_integer_when_the_angle_is_none(angle):
     surface = surface_of(12, 9)
-    assert_same_picture(larkspur.rotoscale(surface, 1.0, 1.0, angle),
-                        by_library(rotozoom_surface, surface, -2.0 ** 31, 1.0, COARSE), "huge")
+    assert_same_picture(
+        larkspur.rotoscale(surface, 1.0, 1.0, angle),
+        by_library(rotozoom_surface, surface, -(2.0**31), 1.0, COARSE),
+        "huge",
+    )
 
 
-@pytest.mark.parametrize("x_scale, y_scale", [(NAN, NAN), (NAN, 1.0), (1.0, NAN), (0.0, 0.0),
-                                              (1e-30, 1.0), (0.0001, 0.0001)])
+@pytest.mark.parametrize(
+    "x_scale, y_scale",
+    [(NAN, NAN), (NAN, 1.0), (1.0, NAN), (0.0, 0.0), (1e-30, 1.0), (0.0001, 0.0001)],
+)
 def test_rotoscale_of_odd_factors_is_the_library_s_business(x_scale, y_scale):
     surface = surface_of(12, 9)
     factors = [ctypes.c_float(scale).value for scale in (x_scale, y_scale)]
-    assert_same_picture(larkspur.rotoscale(surface, x_scale, y_scale, 0.0),
-                        by_library(rotozoom_surface_xy, surface, 0, factors[0], factors[1], COARSE),
-                        "odd")
+    assert_same_picture(
+        larkspur.rotoscale(surface, x_scale, y_scale, 0.0),
+        by_library(rotozoom_surface_xy, surface, 0, factors[0], factors[1], COARSE),
+        "odd",
+    )
 
 
 def test_rotoscale_drops_the_colour_key():
@@ -94,14 +122,29 @@ def test_rotoscale_drops_the_colour_key():
 
 # ---- scale
 
-@pytest.mark.parametrize("x_scale, y_scale", [(1.0, 1.0), (2.0, 3.0), (0.5, 0.25), (-1.0, 1.0),
-                                              (1.0, -2.0), (0.3, 1.7), (0.0, 0.0), (NAN, 2.0)])
+
+@pytest.mark.parametrize(
+    "x_scale, y_scale",
+    [
+        (1.0, 1.0),
+        (2.0, 3.0),
+        (0.5, 0.25),
+        (-1.0, 1.0),
+        (1.0, -2.0),
+        (0.3, 1.7),
+        (0.0, 0.0),
+        (NAN, 2.0),
+    ],
+)
 @pytest.mark.parametrize("masks", ALL_MASKS)
 def test_scale_is_smooth(x_scale, y_scale, masks):
     surface = surface_of(12, 9, masks)
     factors = [ctypes.c_float(scale).value for scale in (x_scale, y_scale)]
-    assert_same_picture(larkspur.scale(surface, x_scale, y_scale),
-                        by_library(zoom_surface, surface, factors[0], factors[1], SMOOTH), "smooth")
+    assert_same_picture(
+        larkspur.scale(surface, x_scale, y_scale),
+        by_library(zoom_surface, surface, factors[0], factors[1], SMOOTH),
+        "smooth",
+    )
 
 
 def test_smoothing_shows():
@@ -198,8 +241,9 @@ def test_encoded_sources(name):
     plain = pygame.Surface((12, 9), 0, 32, XRGB)
     pygame.surfarray.blit_array(plain, pygame.surfarray.array2d(encoded_surface(12, 9)))
     plain.set_colorkey(0x010203)
-    assert_same_words(words(CALLS[name](encoded, 1.5, 1.5)), words(CALLS[name](plain, 1.5, 1.5)),
-                      "encoded")
+    assert_same_words(
+        words(CALLS[name](encoded, 1.5, 1.5)), words(CALLS[name](plain, 1.5, 1.5)), "encoded"
+    )
     assert native.sdl_surface(encoded).locked == 0
 
 
@@ -208,8 +252,9 @@ def test_parts_of_surfaces(name):
     part = parent.subsurface((3, 2, 7, 5))
     alone = pygame.Surface((7, 5), 0, 32, XRGB)
     pygame.surfarray.blit_array(alone, pygame.surfarray.array2d(part))
-    assert_same_words(words(CALLS[name](part, 1.5, 1.5)), words(CALLS[name](alone, 1.5, 1.5)),
-                      "part")
+    assert_same_words(
+        words(CALLS[name](part, 1.5, 1.5)), words(CALLS[name](alone, 1.5, 1.5)), "part"
+    )
 
 
 @pytest.mark.parametrize("size", [(0, 0), (0, 5), (5, 0)])
@@ -217,7 +262,8 @@ def test_surfaces_without_area_are_refused(name, size):
     with pytest.raises(ValueError) as raised:
         CALLS[name](pygame.Surface(size, 0, 32), 1.0, 1.0)
     assert str(raised.value).startswith(
-        "%s() cannot scale a surface without width or height" % name)
+        "%s() cannot scale a surface without width or height" % name
+    )
 
 
 @pytest.mark.parametrize("x_scale, y_scale", [(-1.0, 1.0), (1.0, -1.0), (-1.0, -1.0)])
@@ -225,7 +271,8 @@ def test_8_bit_surfaces_cannot_be_mirrored(name, x_scale, y_scale):
     with pytest.raises(ValueError) as raised:
         CALLS[name](pygame.Surface((5, 5), 0, 8), x_scale, y_scale)
     assert str(raised.value).startswith(
-        "%s() cannot scale an 8-bit surface by a negative factor" % name)
+        "%s() cannot scale an 8-bit surface by a negative factor" % name
+    )
     CALLS[name](pygame.Surface((5, 5), 0, 16), x_scale, y_scale)
 
 
@@ -234,15 +281,22 @@ def test_arguments(name):
     surface = surface_of(3, 3)
     numbers = [1.0] * (3 if name == "rotoscale" else 2)
     assert isinstance(function(surface, *[1] * len(numbers)), pygame.Surface)  # integers will do
-    for arguments in ([], [surface], [surface] + numbers[1:], [surface] + numbers + [1.0],
-                      [surface] + numbers[1:] + ["1"]):
+    for arguments in (
+        [],
+        [surface],
+        [surface] + numbers[1:],
+        [surface] + numbers + [1.0],
+        [surface] + numbers[1:] + ["1"],
+    ):
         with pytest.raises(TypeError):
             function(*arguments)
     for wrong in (None, 3, pygame.Surface):
         with pytest.raises(TypeError) as raised:
             function(wrong, *numbers)
         assert str(raised.value) == "%s() needs a pygame Surface, got %s" % (
-            name, type(wrong).__name__)
+            name,
+            type(wrong).__name__,
+        )
 
 
 def test_colours_of_an_8_bit_surface_are_handed_on(name, display):
@@ -258,8 +312,10 @@ def test_pictures_without_alpha_still_ask_for_blending(name, depth):
     assert CALLS[name](surface, 1.5, 1.5).get_flags() & pygame.SRCALPHA
 
 
-@pytest.mark.parametrize("size, factors, expected", [
-    ((100, 100), (1.0, 400.0), (142, 142)), ((1, 1), (30000.0, 30000.0), (2, 2))])
+@pytest.mark.parametrize(
+    "size, factors, expected",
+    [((100, 100), (1.0, 400.0), (142, 142)), ((1, 1), (30000.0, 30000.0), (2, 2))],
+)
 def test_turned_size_is_counted_as_sdl_gfx_does(size, factors, expected):
     """It takes the x factor for both sides, and halves odd sides downwards before it turns them."""
     surface = pygame.Surface(size, 0, 32)
@@ -281,4 +337,5 @@ def test_no_reference_is_kept(name):
     def fail():
         with pytest.raises(ValueError):
             CALLS[name](empty, 1.0, 1.0)
+
     leaks.assert_counts_unchanged(fail, empty)

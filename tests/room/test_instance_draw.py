@@ -1,11 +1,16 @@
 """How a view draws an instance, resolves its draw code, and draws a particle system."""
+
 import larkspur
 import pytest
-
 from support import leaks, pending, subprocess_python
 from support.host import Instance, ParticleSystem, Plain, Raising, RaisingAttributes
-from support.rooms import (SPRITE_ATTRIBUTES, compiled, make_instance, make_view_room,
-                           object_with_draw_events)
+from support.rooms import (
+    SPRITE_ATTRIBUTES,
+    compiled,
+    make_instance,
+    make_view_room,
+    object_with_draw_events,
+)
 
 
 def draw(host, *drawn, **where):
@@ -20,6 +25,7 @@ def run(host, source, **attributes):
 
 class Guarded(Plain):
     """An object on which some attributes can't be set, and others raise when they are read."""
+
     refused = ()
     unreadable = ()
 
@@ -56,6 +62,7 @@ def log(host):
 
 # --- Automatic drawing ---------------------------------------------------------------------------
 
+
 @pytest.mark.parametrize("py_draw", [1, 2, -1, 12345])
 def test_other_int_draws_with_the_nine_image_attributes(host, capfd, py_draw):
     instance = make_instance(py_Draw=py_draw)
@@ -89,8 +96,8 @@ def test_missing_image_attribute_fails(host, capfd, missing):
     assert status == 0 and isinstance(error, AttributeError) and missing in str(error)
     assert len(host.named("draw_sprite_ext")) == 1
     assert capfd.readouterr()[1] == (
-        "Error drawing instance\nError after GI 1\nError drawing instance\n"
-        "An error has occurred\n")
+        "Error drawing instance\nError after GI 1\nError drawing instance\nAn error has occurred\n"
+    )
 
 
 def test_failing_sprite_drawing_fails(host, capfd):
@@ -107,10 +114,14 @@ def test_result_of_sprite_drawing_does_not_matter(host):
 
 # --- Compiled draw code --------------------------------------------------------------------------
 
+
 def test_draw_code_runs_as_the_instance_in_the_hosts_module(host, log):
     host.gmapi.self = outer = Instance()
-    instance = make_instance(py_Draw=compiled(
-        "log.append(self); log.append(list(py_self_stack)); made = globals() is locals()"))
+    instance = make_instance(
+        py_Draw=compiled(
+            "log.append(self); log.append(list(py_self_stack)); made = globals() is locals()"
+        )
+    )
     assert draw(host, instance) == (1, None)
     assert log == [instance, [outer]]
     assert host.gmapi.made is True
@@ -126,8 +137,9 @@ def test_failing_draw_code_fails_and_gives_self_back(host, capfd):
     assert capfd.readouterr()[1] == "Error drawing instance\nAn error has occurred\n"
 
 
-@pytest.mark.parametrize("py_draw", [None, True, False, 0.0, "code", long(0), (), lambda: None,
-                                     compiled])
+@pytest.mark.parametrize(
+    "py_draw", [None, True, False, 0.0, "code", long(0), (), lambda: None, compiled]
+)
 def test_what_is_neither_int_nor_code_fails(host, capfd, py_draw):
     """Only exact ints are numbers here."""
     instance = make_instance(py_Draw=py_draw)
@@ -177,13 +189,15 @@ def test_code_that_empties_the_self_stack(host, capfd):
 
 def test_failing_code_that_empties_the_self_stack(host, capfd):
     """Its own failure is reported before that of giving self back."""
-    instance = make_instance(py_Draw=0, object_index=object_with_draw_events(
-        "del py_self_stack[:]; 1 / 0"))
+    instance = make_instance(
+        py_Draw=0, object_index=object_with_draw_events("del py_self_stack[:]; 1 / 0")
+    )
     status, error = draw(host, instance)
     assert status == 0 and isinstance(error, ZeroDivisionError)
     assert capfd.readouterr()[1] == (
         "Code eval failed\nError in PyList_GetItem -1\nError drawing instance\n"
-        "An error has occurred\n")
+        "An error has occurred\n"
+    )
 
 
 def test_without_a_self_stack_no_code_runs(host, log, capfd):
@@ -262,9 +276,12 @@ def test_any_object_at_all_fails_alone(host, capfd, hostile):
 
 # --- Resolving the draw event --------------------------------------------------------------------
 
+
 def test_first_action_of_the_draw_event_becomes_the_draw_code(host, log, capfd):
-    instance = make_instance(py_Draw=0, object_index=object_with_draw_events(
-        "log.append(('first', self))", "log.append('second')"))
+    instance = make_instance(
+        py_Draw=0,
+        object_index=object_with_draw_events("log.append(('first', self))", "log.append('second')"),
+    )
     assert draw(host, instance) == (1, None)
     assert log == [("first", instance)]
     code = instance.object_index.py_objectdata.events[8][0].python
@@ -278,8 +295,9 @@ def test_first_action_of_the_draw_event_becomes_the_draw_code(host, log, capfd):
 
 def test_missing_draw_attribute_resolves_likewise_and_is_reported(host, log, capfd):
     """The missing attribute stays pending, does not count, and does not disturb the code."""
-    instance = make_instance(py_Draw=None, object_index=object_with_draw_events(
-        "log.append([i for i in range(3)])"))
+    instance = make_instance(
+        py_Draw=None, object_index=object_with_draw_events("log.append([i for i in range(3)])")
+    )
     status, error = draw(host, instance)
     assert status == 1 and isinstance(error, AttributeError) and "py_Draw" in str(error)
     assert log == [[0, 1, 2]]
@@ -288,11 +306,17 @@ def test_missing_draw_attribute_resolves_likewise_and_is_reported(host, log, cap
     assert log == [[0, 1, 2]] * 2
 
 
-@pytest.mark.parametrize("object_index, error", [
-    (object_with_draw_events("log.append(1)"), "py_Draw"), (object_with_draw_events(), "py_Draw"),
-    (Plain(py_objectdata=Plain(name="o")), "events")])
+@pytest.mark.parametrize(
+    "object_index, error",
+    [
+        (object_with_draw_events("log.append(1)"), "py_Draw"),
+        (object_with_draw_events(), "py_Draw"),
+        (Plain(py_objectdata=Plain(name="o")), "events"),
+    ],
+)
 def test_missing_attributes_do_not_disturb_the_instances_own_code(
-        host, log, capfd, object_index, error):
+    host, log, capfd, object_index, error
+):
     instance = Looping(object_index=object_index)
     status, exception = draw(host, instance)
     assert status == 1 and isinstance(exception, AttributeError) and error in str(exception)
@@ -317,11 +341,13 @@ def test_object_without_events_is_drawn_with_its_sprite(host, capfd):
     assert capfd.readouterr()[1] == "Error drawing instance\nAn error has occurred\n"
 
 
-@pytest.mark.parametrize("events, error", [([], None), ([[]] * 8, None), ((), None),
-                                           (7, TypeError), (None, TypeError)])
+@pytest.mark.parametrize(
+    "events, error", [([], None), ([[]] * 8, None), ((), None), (7, TypeError), (None, TypeError)]
+)
 def test_too_few_events_fail_once(host, capfd, events, error):
-    instance = make_instance(py_Draw=0, object_index=Plain(
-        py_objectdata=Plain(events=events, name="o")))
+    instance = make_instance(
+        py_Draw=0, object_index=Plain(py_objectdata=Plain(events=events, name="o"))
+    )
     status, exception = draw(host, instance)
     assert status == 0
     assert exception is None if error is None else isinstance(exception, error)
@@ -351,17 +377,19 @@ class RaisingSequence(object):
         raise ZeroDivisionError("item")
 
 
-@pytest.mark.parametrize("object_index, error", [
-    (None, AttributeError),
-    (Plain(), AttributeError),
-    (Plain(py_objectdata=Plain(events=RaisingSequence(9))), ZeroDivisionError),
-    (events_with(7), TypeError),
-    (events_with(RaisingSequence()), ZeroDivisionError),
-    (events_with(RaisingSequence(1)), ZeroDivisionError),
-    (events_with([Plain()]), AttributeError),
-])
-def test_event_that_can_not_be_found_out_fails_and_is_tried_again(
-        host, capfd, object_index, error):
+@pytest.mark.parametrize(
+    "object_index, error",
+    [
+        (None, AttributeError),
+        (Plain(), AttributeError),
+        (Plain(py_objectdata=Plain(events=RaisingSequence(9))), ZeroDivisionError),
+        (events_with(7), TypeError),
+        (events_with(RaisingSequence()), ZeroDivisionError),
+        (events_with(RaisingSequence(1)), ZeroDivisionError),
+        (events_with([Plain()]), AttributeError),
+    ],
+)
+def test_event_that_can_not_be_found_out_fails_and_is_tried_again(host, capfd, object_index, error):
     instance = make_instance(py_Draw=0, object_index=object_index)
     for _ in range(2):
         status, exception = draw(host, instance)
@@ -384,7 +412,8 @@ def test_failing_code_fails_and_stays_the_draw_code(host, capfd):
     assert instance.py_Draw is instance.object_index.py_objectdata.events[8][0].python
     assert host.gmapi.self is outer and host.gmapi.py_self_stack == []
     assert capfd.readouterr()[1] == (
-        "Code eval failed\nError drawing instance\nAn error has occurred\n")
+        "Code eval failed\nError drawing instance\nAn error has occurred\n"
+    )
 
 
 @pytest.mark.parametrize("python", [None, "source", 1])
@@ -394,19 +423,21 @@ def test_action_without_compiled_code_fails(host, capfd, python):
     assert status == 0 and isinstance(error, TypeError)
     assert type(python).__name__ in str(error)
     assert capfd.readouterr()[1] == (
-        "Code eval failed\nError drawing instance\nAn error has occurred\n")
+        "Code eval failed\nError drawing instance\nAn error has occurred\n"
+    )
 
 
 def test_code_that_can_not_be_stored_is_run_but_fails(host, log, capfd):
-    instance = Guarded(py_Draw=0, object_index=object_with_draw_events(
-        "log.append([i for i in range(3)])"))
+    instance = Guarded(
+        py_Draw=0, object_index=object_with_draw_events("log.append([i for i in range(3)])")
+    )
     instance.__dict__["refused"] = ("py_Draw",)
     status, error = draw(host, instance)
     assert status == 0 and isinstance(error, ZeroDivisionError)
     assert log == [[0, 1, 2]]
     assert capfd.readouterr()[1] == (
-        "Error setting attribute string to code.\nError drawing instance\n"
-        "An error has occurred\n")
+        "Error setting attribute string to code.\nError drawing instance\nAn error has occurred\n"
+    )
 
 
 def test_both_failures_of_code_are_reported(host, capfd):
@@ -416,7 +447,8 @@ def test_both_failures_of_code_are_reported(host, capfd):
     assert status == 0 and isinstance(error, KeyError)
     assert capfd.readouterr()[1] == (
         "Error setting attribute string to code.\nCode eval failed\nError drawing instance\n"
-        "An error has occurred\n")
+        "An error has occurred\n"
+    )
 
 
 def test_number_that_can_not_be_stored_fails(host, capfd):
@@ -425,11 +457,12 @@ def test_number_that_can_not_be_stored_fails(host, capfd):
     status, error = draw(host, instance)
     assert status == 0 and isinstance(error, ZeroDivisionError)
     assert capfd.readouterr()[1] == (
-        "Error setting attribute string to number.\nError drawing instance\n"
-        "An error has occurred\n")
+        "Error setting attribute string to number.\nError drawing instance\nAn error has occurred\n"
+    )
 
 
 # --- Particle systems ----------------------------------------------------------------------------
+
 
 def make_system(log, automatic=1, **attributes):
     def draw(*arguments):
@@ -438,14 +471,14 @@ def make_system(log, automatic=1, **attributes):
     return ParticleSystem(py_automatic_draw=automatic, py_RealDraw=draw, **attributes)
 
 
-@pytest.mark.parametrize("x, y", [(0, 0), (10.9, 20.9), (-10.9, -20.9), (800, 2.0 ** 40)])
+@pytest.mark.parametrize("x, y", [(0, 0), (10.9, 20.9), (-10.9, -20.9), (800, 2.0**40)])
 def test_particle_system_is_drawn_at_the_views_offset(host, log, capfd, x, y):
     room = make_view_room()
     room.view_xview[0], room.view_yview[0] = x, y
     system = make_system(log)
     assert pending.draw_view(room, host.screen, 0, (system,)) == (1, None)
     (offset,) = log
-    assert offset == (int(-x), int(-y) if y < 2 ** 31 else -2 ** 31)
+    assert offset == (int(-x), int(-y) if y < 2**31 else -(2**31))
     assert [type(part) for part in offset] == [int, int]
     assert capfd.readouterr()[1] == ""
 
@@ -491,10 +524,15 @@ def failing_draw(*arguments):
     raise KeyError("particles")
 
 
-@pytest.mark.parametrize("attributes, error", [
-    ({"py_automatic_draw": NoTruth()}, ZeroDivisionError),
-    ({"py_RealDraw": failing_draw}, KeyError),
-    ({"py_RealDraw": 7}, TypeError), ({"py_RealDraw": lambda: None}, TypeError)])
+@pytest.mark.parametrize(
+    "attributes, error",
+    [
+        ({"py_automatic_draw": NoTruth()}, ZeroDivisionError),
+        ({"py_RealDraw": failing_draw}, KeyError),
+        ({"py_RealDraw": 7}, TypeError),
+        ({"py_RealDraw": lambda: None}, TypeError),
+    ],
+)
 def test_failing_particle_system_fails(host, log, capfd, attributes, error):
     system = make_system(log)
     system.__dict__.update(attributes)
@@ -532,6 +570,7 @@ def test_objects_are_drawn_in_the_tuples_order(host, log):
 
 # --- References ----------------------------------------------------------------------------------
 
+
 def test_resolving_keeps_no_references(host, log, capfd):
     with_code = object_with_draw_events("1")
     code = with_code.py_objectdata.events[8][0].python
@@ -544,8 +583,14 @@ def test_resolving_keeps_no_references(host, log, capfd):
             instance.py_Draw = 0
         draw(host, *instances)
 
-    counted = instances + [with_code, code, without_code, failing, with_code.py_objectdata,
-                           with_code.py_objectdata.events]
+    counted = instances + [
+        with_code,
+        code,
+        without_code,
+        failing,
+        with_code.py_objectdata,
+        with_code.py_objectdata.events,
+    ]
     changes = leaks.count_changes(resolve, counted, rounds=200)
     assert changes == [0.0] * len(counted)
     capfd.readouterr()

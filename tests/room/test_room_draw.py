@@ -1,16 +1,23 @@
 """Room_Draw(): frames per second, rooms without views, and the choice of views."""
+
 import json
 import random
 
 import larkspur
 import pygame
 import pytest
-
 from support import leaks, native, pending, sdl, subprocess_python
 from support.host import Plain, Raising, RaisingAttributes
 from support.pictures import assert_same_picture
-from support.rooms import (Drawable, compiled, make_background, make_instance, make_room,
-                           make_tile, make_view_room)
+from support.rooms import (
+    Drawable,
+    compiled,
+    make_background,
+    make_instance,
+    make_room,
+    make_tile,
+    make_view_room,
+)
 
 
 class HostRoom(object):
@@ -50,6 +57,7 @@ def draw_frame(room, surface):
 
 
 # --- Arguments -----------------------------------------------------------------------------------
+
 
 @pytest.mark.parametrize("arguments", [(), (1,), (1, 2, 3)])
 def test_takes_a_room_and_a_surface(host, arguments):
@@ -129,7 +137,8 @@ print json.dumps(result)
 
 def test_frames_of_the_last_second_are_published_when_the_second_changes():
     status, out, err = subprocess_python.run(
-        CLOCKED_FRAMES, preload=[native.build_path("helpers/fixed_clock.so")])
+        CLOCKED_FRAMES, preload=[native.build_path("helpers/fixed_clock.so")]
+    )
     assert status == 0, err
     assert json.loads(out.splitlines()[-1]) == [
         ["import", -1, None],
@@ -138,10 +147,11 @@ def test_frames_of_the_last_second_are_published_when_the_second_changes():
         ["next second", True, "NoneType", 1001, 2],
         ["frame that fails", False, "AttributeError", 1001, 2],
         ["after one of two failed", True, "NoneType", 1002, 2],
-        ["fps refused", False, "KeyError", 1002, 2],      # not counted, and nothing moved on
+        ["fps refused", False, "KeyError", 1002, 2],  # not counted, and nothing moved on
         ["refused second again", True, "NoneType", 1003, 1],
         ["clock set back", True, "NoneType", 5, 1],
-        ["beyond 32 bits", True, "NoneType", 5, 1]]
+        ["beyond 32 bits", True, "NoneType", 5, 1],
+    ]
 
 
 def test_native_callers_can_reset_the_second(host):
@@ -153,6 +163,7 @@ def test_native_callers_can_reset_the_second(host):
 
 
 # --- What is read from the room ------------------------------------------------------------------
+
 
 @pytest.mark.parametrize("missing", ["view_enabled", "drawn_objects", "tiles"])
 def test_missing_attribute_fails_the_frame(host, missing):
@@ -173,8 +184,9 @@ def test_view_enabled_without_a_truth_value_fails_the_frame(host):
     assert isinstance(failure_of(HostRoom(view_enabled=Raising()), host.screen), ZeroDivisionError)
 
 
-@pytest.mark.parametrize("objects, error", [(None, TypeError), (7, TypeError),
-                                            (Raising(), ZeroDivisionError)])
+@pytest.mark.parametrize(
+    "objects, error", [(None, TypeError), (7, TypeError), (Raising(), ZeroDivisionError)]
+)
 def test_drawn_objects_must_make_a_tuple(host, capfd, objects, error):
     assert isinstance(failure_of(make_room(drawn_objects=objects), host.screen), error)
     assert capfd.readouterr()[1] == "Error making tuple from drawn_objects\n"
@@ -204,6 +216,7 @@ def test_reading_a_room_stops_at_the_first_failure(host):
 
 
 # --- Rooms without views: backgrounds ------------------------------------------------------------
+
 
 def test_backgrounds_are_drawn_first_and_at_the_origin(host):
     room = make_room()
@@ -235,8 +248,9 @@ def test_backgrounds_that_leave_an_exception_fail_the_frame(host, capfd):
     """Registering succeeds though a callable is missing, and leaves that pending."""
     log = []
     del host.gm6.Room_Leave
-    room = HostRoom(DrawBackgrounds=larkspur.RegisterInstancesDict,
-                    drawn_objects=[Drawable(log, "a")])
+    room = HostRoom(
+        DrawBackgrounds=larkspur.RegisterInstancesDict, drawn_objects=[Drawable(log, "a")]
+    )
     error = failure_of(room, host.screen)
     assert isinstance(error, AttributeError) and "Room_Leave" in str(error)
     assert capfd.readouterr()[1] == "" and log == []
@@ -249,8 +263,9 @@ def test_missing_background_method_fails_the_frame(host, capfd):
 
 
 def test_scales_and_offset_are_reset_without_views(host):
-    scales = [native.variable(native.ctypes.c_double, "g_view_" + axis) for axis in
-              ("xscale", "yscale")]
+    scales = [
+        native.variable(native.ctypes.c_double, "g_view_" + axis) for axis in ("xscale", "yscale")
+    ]
     for scale in scales:
         scale.value = 3.5
     seen = []
@@ -265,14 +280,19 @@ def test_scales_and_offset_are_reset_without_views(host):
 
 # --- Rooms without views: tiles ------------------------------------------------------------------
 
+
 def draw_tiles_with_pygame(surface, tiles, backgrounds):
     """Each tile as pygame's blit draws it, with coordinates as 16 bits hold them."""
+
     def signed(value):
         return (value + 0x8000) % 0x10000 - 0x8000
 
     for tile in tiles:
-        surface.blit(backgrounds[tile.background_idx].surf, (signed(tile.x), signed(tile.y)),
-                     (signed(tile.tilex), signed(tile.tiley), tile.w % 0x10000, tile.h % 0x10000))
+        surface.blit(
+            backgrounds[tile.background_idx].surf,
+            (signed(tile.x), signed(tile.y)),
+            (signed(tile.tilex), signed(tile.tiley), tile.w % 0x10000, tile.h % 0x10000),
+        )
 
 
 def check_tiles(host, tiles):
@@ -288,8 +308,9 @@ SURFACES = {
     "16 bits": lambda: patterned((64, 48), 4, depth=16),
     "24 bits": lambda: patterned((64, 48), 5, depth=24),
     "part": lambda: patterned((80, 80), 6).subsurface((9, 7, 64, 48)),
-    "part of a part": lambda: patterned((80, 80), 6).subsurface((9, 7, 66, 50)).subsurface(
-        (1, 1, 64, 48)),
+    "part of a part": lambda: (
+        patterned((80, 80), 6).subsurface((9, 7, 66, 50)).subsurface((1, 1, 64, 48))
+    ),
 }
 
 
@@ -308,10 +329,20 @@ SURFACES["encoded"] = lambda: with_key(pygame.RLEACCEL)
 def test_tiles_are_blits(host, name):
     host.game.backgrounds[:] = [make_background(SURFACES[name]())]
     source = random.Random(11)
-    check_tiles(host, [make_tile(
-        x=source.randint(-70, 330), y=source.randint(-50, 250), tilex=source.randint(-20, 70),
-        tiley=source.randint(-20, 60), w=source.randint(0, 70), h=source.randint(0, 60))
-        for _ in range(300)])
+    check_tiles(
+        host,
+        [
+            make_tile(
+                x=source.randint(-70, 330),
+                y=source.randint(-50, 250),
+                tilex=source.randint(-20, 70),
+                tiley=source.randint(-20, 60),
+                w=source.randint(0, 70),
+                h=source.randint(0, 60),
+            )
+            for _ in range(300)
+        ],
+    )
 
 
 def test_tile_of_a_background_without_an_area(host):
@@ -328,19 +359,43 @@ def test_tiles_are_drawn_in_list_order_from_their_backgrounds(host):
         surface = pygame.Surface((20, 20), 0, 32)
         surface.fill((shade, 0, 0))
         host.game.backgrounds.append(make_background(surface))
-    tiles = [make_tile(x=0, background_idx=2), make_tile(x=8, background_idx=0),
-             make_tile(x=4, background_idx=1)]
+    tiles = [
+        make_tile(x=0, background_idx=2),
+        make_tile(x=8, background_idx=0),
+        make_tile(x=4, background_idx=1),
+    ]
     for depth, tile in enumerate(tiles):
         tile.layer_depth = -depth  # does not matter
     draw_frame(make_room(tiles=tiles), host.screen)
     assert [host.screen.get_at((x, 3))[0] for x in (0, 3, 4, 8, 19, 20, 23, 24)] == [
-        180, 180, 120, 120, 120, 60, 60, 0]
+        180,
+        180,
+        120,
+        120,
+        120,
+        60,
+        60,
+        0,
+    ]
 
 
-@pytest.mark.parametrize("member, value", [
-    ("x", 65536 + 5), ("y", -65536 + 5), ("x", 40000), ("tilex", 65536 + 3), ("tiley", -65536 - 3),
-    ("w", 65536 + 7), ("h", 65536 + 7), ("w", -1), ("h", -65536), ("tilex", 32768),
-    ("x", 2 ** 31 - 1), ("y", -2 ** 31)])
+@pytest.mark.parametrize(
+    "member, value",
+    [
+        ("x", 65536 + 5),
+        ("y", -65536 + 5),
+        ("x", 40000),
+        ("tilex", 65536 + 3),
+        ("tiley", -65536 - 3),
+        ("w", 65536 + 7),
+        ("h", 65536 + 7),
+        ("w", -1),
+        ("h", -65536),
+        ("tilex", 32768),
+        ("x", 2**31 - 1),
+        ("y", -(2**31)),
+    ],
+)
 def test_tile_coordinates_are_cut_to_16_bits(host, member, value):
     host.game.backgrounds.append(make_background(patterned((64, 48), 8)))
     tile = make_tile(x=10, y=11, tilex=5, tiley=6)
@@ -352,8 +407,7 @@ def test_tiles_stay_inside_the_clip_rectangle(host):
     host.game.backgrounds.append(make_background(patterned((64, 48), 8)))
     host.screen.set_clip((20, 10, 31, 17))
     try:
-        check_tiles(host, [make_tile(x=x, y=y) for x in range(0, 80, 16)
-                           for y in range(0, 48, 16)])
+        check_tiles(host, [make_tile(x=x, y=y) for x in range(0, 80, 16) for y in range(0, 48, 16)])
     finally:
         host.screen.set_clip(None)
 
@@ -432,8 +486,11 @@ def test_what_is_no_tile_fails_the_frame(host, tile):
     """After the tiles before it were drawn, and before the objects."""
     log = []
     host.game.backgrounds.append(make_background(patterned((16, 16), 9)))
-    room = make_room(tiles=[make_tile(), tile, make_tile(x=50)], view_current=5,
-                     drawn_objects=[Drawable(log, "a")])
+    room = make_room(
+        tiles=[make_tile(), tile, make_tile(x=50)],
+        view_current=5,
+        drawn_objects=[Drawable(log, "a")],
+    )
     error = failure_of(room, host.screen)
     assert isinstance(error, TypeError)
     assert "RoomTileData" in str(error) and type(tile).__name__ in str(error)
@@ -442,7 +499,7 @@ def test_what_is_no_tile_fails_the_frame(host, tile):
     assert log == [] and room.view_current == 5
 
 
-@pytest.mark.parametrize("number", [-1, 1, 2 ** 31 - 1, -2 ** 31])
+@pytest.mark.parametrize("number", [-1, 1, 2**31 - 1, -(2**31)])
 def test_background_index_out_of_range_fails_the_frame(host, number):
     host.game.backgrounds.append(make_background(patterned((16, 16), 9)))
     error = failure_of(make_room(tiles=[make_tile(background_idx=number)]), host.screen)
@@ -450,9 +507,16 @@ def test_background_index_out_of_range_fails_the_frame(host, number):
     assert "background_idx %d " % number in str(error)
 
 
-@pytest.mark.parametrize("backgrounds, error", [
-    (None, TypeError), (7, TypeError), (Raising(), ZeroDivisionError), ([None], TypeError),
-    ([Plain(surf=None)], TypeError)])
+@pytest.mark.parametrize(
+    "backgrounds, error",
+    [
+        (None, TypeError),
+        (7, TypeError),
+        (Raising(), ZeroDivisionError),
+        ([None], TypeError),
+        ([Plain(surf=None)], TypeError),
+    ],
+)
 def test_bad_backgrounds_fail_the_frame(host, backgrounds, error):
     host.game.backgrounds = backgrounds
     assert isinstance(failure_of(make_room(tiles=[make_tile()]), host.screen), error)
@@ -552,11 +616,13 @@ def test_backgrounds_that_drop_everything_are_no_harm(host):
 
 # --- Rooms without views: objects ----------------------------------------------------------------
 
+
 def test_objects_are_drawn_in_order_after_view_current_is_set(host):
     log = []
     room = make_room(view_current=5)
-    room.drawn_objects = [Drawable(log, name, lambda: log.append(room.view_current))
-                          for name in "abc"]
+    room.drawn_objects = [
+        Drawable(log, name, lambda: log.append(room.view_current)) for name in "abc"
+    ]
     draw_frame(room, host.screen)
     assert log == ["a", 0, "b", 0, "c", 0]
 
@@ -585,8 +651,10 @@ def test_object_that_raises_from_everything_fails_the_frame(host, capfd):
     assert capfd.readouterr()[1] == "ERror!\n"
 
 
-@pytest.mark.parametrize("method, error", [(Raising(), ZeroDivisionError), (7, TypeError),
-                                           (lambda needed: None, TypeError)])
+@pytest.mark.parametrize(
+    "method, error",
+    [(Raising(), ZeroDivisionError), (7, TypeError), (lambda needed: None, TypeError)],
+)
 def test_failing_draw_method_fails_the_frame(host, capfd, method, error):
     log = []
     room = make_room(drawn_objects=[Drawable(log, "a"), Plain(Draw=method), Drawable(log, "b")])
@@ -597,8 +665,9 @@ def test_failing_draw_method_fails_the_frame(host, capfd, method, error):
 
 def test_draw_method_gets_no_arguments(host):
     seen = []
-    room = make_room(drawn_objects=[Plain(Draw=lambda *args, **kwargs: seen.append(
-        (args, kwargs)))])
+    room = make_room(
+        drawn_objects=[Plain(Draw=lambda *args, **kwargs: seen.append((args, kwargs)))]
+    )
     draw_frame(room, host.screen)
     assert seen == [((), {})]
 
@@ -638,8 +707,12 @@ def test_room_may_be_dropped_while_it_is_drawn(host):
 def test_frame_may_draw_another_frame(host):
     log = []
     inner = make_room(drawn_objects=[Drawable(log, "inner")])
-    room = make_room(drawn_objects=[
-        Drawable(log, "a", lambda: larkspur.Room_Draw(inner, host.screen)), Drawable(log, "b")])
+    room = make_room(
+        drawn_objects=[
+            Drawable(log, "a", lambda: larkspur.Room_Draw(inner, host.screen)),
+            Drawable(log, "b"),
+        ]
+    )
     draw_frame(room, host.screen)
     assert log == ["a", "inner", "b"]
 
@@ -661,6 +734,7 @@ def test_display_may_be_closed_while_objects_are_drawn(host):
 
 # --- Rooms with views ----------------------------------------------------------------------------
 
+
 def drawn_views(host, room):
     """Draws a frame; the numbers of the views whose backgrounds were drawn."""
     seen = []
@@ -674,9 +748,19 @@ def drawn_views(host, room):
     return seen
 
 
-@pytest.mark.parametrize("visible, views", [
-    ([1] * 8, range(8)), ([0, 1, 0, "yes", [], [0]], [1, 3, 5]), ([1, 1, 1], [0, 1, 2]),
-    ([], []), ((0, 1), [1]), ([0] * 8, []), ([1] * 12, range(8)), ("abc", [0, 1, 2])])
+@pytest.mark.parametrize(
+    "visible, views",
+    [
+        ([1] * 8, range(8)),
+        ([0, 1, 0, "yes", [], [0]], [1, 3, 5]),
+        ([1, 1, 1], [0, 1, 2]),
+        ([], []),
+        ((0, 1), [1]),
+        ([0] * 8, []),
+        ([1] * 12, range(8)),
+        ("abc", [0, 1, 2]),
+    ],
+)
 def test_visible_views_are_drawn_in_order(host, visible, views):
     assert drawn_views(host, make_view_room(view_visible=visible)) == list(views)
 
@@ -720,9 +804,16 @@ def test_index_error_ends_the_views_well(host):
     assert drawn_views(host, make_view_room(view_visible=Visibility(IndexError("end")))) == [0]
 
 
-@pytest.mark.parametrize("visible, error", [
-    (Visibility(KeyError("no")), KeyError), ([1, Raising()], ZeroDivisionError), (7, TypeError),
-    (Raising(), ZeroDivisionError), (None, TypeError)])
+@pytest.mark.parametrize(
+    "visible, error",
+    [
+        (Visibility(KeyError("no")), KeyError),
+        ([1, Raising()], ZeroDivisionError),
+        (7, TypeError),
+        (Raising(), ZeroDivisionError),
+        (None, TypeError),
+    ],
+)
 def test_failing_visibility_fails_the_frame(host, visible, error):
     assert isinstance(failure_of(make_view_room(view_visible=visible), host.screen), error)
 
@@ -749,10 +840,12 @@ def test_failing_view_ends_the_frame(host, capfd):
 
 
 def test_view_that_failed_without_an_exception_fails_the_frame_likewise(host, capfd):
-    instance = make_instance(py_Draw=0, object_index=Plain(
-        py_objectdata=Plain(events=[], name="o")))
-    outcome = pending.call(larkspur.Room_Draw, make_view_room(views=2, drawn_objects=[instance]),
-                           host.screen)
+    instance = make_instance(
+        py_Draw=0, object_index=Plain(py_objectdata=Plain(events=[], name="o"))
+    )
+    outcome = pending.call(
+        larkspur.Room_Draw, make_view_room(views=2, drawn_objects=[instance]), host.screen
+    )
     assert not outcome.succeeded
     assert type(outcome.exception) is SystemError  # the interpreter's, when a failure has none
     assert len(host.named("Room_DrawBackgrounds")) == 1
@@ -761,6 +854,7 @@ def test_view_that_failed_without_an_exception_fails_the_frame_likewise(host, ca
 
 def test_failure_that_does_not_count_stays_pending_through_the_other_views(host, capfd):
     """The followed object does not exist: each view says so, and code of the host runs unharmed."""
+
     class Flag(object):
         def __nonzero__(self):
             return sum(1 for _ in "abc") == 3  # a loop would stop at a pending exception
@@ -793,6 +887,7 @@ def test_changes_to_the_objects_do_not_reach_later_views(host):
 
 # --- References ----------------------------------------------------------------------------------
 
+
 def test_frames_keep_no_references(host):
     picture = patterned((16, 16), 9)
     background = make_background(picture)
@@ -807,21 +902,34 @@ def test_frames_keep_no_references(host):
         larkspur.Room_Draw(room, host.screen)
 
     leaks.assert_counts_unchanged(
-        frame, room, host.screen, room.tiles, tile, drawable, draw, background, picture,
-        room.drawn_objects, None)
+        frame,
+        room,
+        host.screen,
+        room.tiles,
+        tile,
+        drawable,
+        draw,
+        background,
+        picture,
+        room.drawn_objects,
+        None,
+    )
     # A new second publishes a number of frames, which may become or cease to be one of these.
     assert all(abs(change) < 0.1 for change in leaks.count_changes(frame, [0, 1]))
 
 
-@pytest.mark.parametrize("spoil", [
-    lambda room, host: setattr(room, "drawn_objects", None),
-    lambda room, host: setattr(room, "tiles", None),
-    lambda room, host: room.tiles.append(None),
-    lambda room, host: room.tiles.append(make_tile(background_idx=9)),
-    lambda room, host: room.drawn_objects.append(7),
-    lambda room, host: room.drawn_objects.append(Plain(Draw=Raising())),
-    lambda room, host: host.game.backgrounds.insert(0, make_background(None)),
-])
+@pytest.mark.parametrize(
+    "spoil",
+    [
+        lambda room, host: setattr(room, "drawn_objects", None),
+        lambda room, host: setattr(room, "tiles", None),
+        lambda room, host: room.tiles.append(None),
+        lambda room, host: room.tiles.append(make_tile(background_idx=9)),
+        lambda room, host: room.drawn_objects.append(7),
+        lambda room, host: room.drawn_objects.append(Plain(Draw=Raising())),
+        lambda room, host: host.game.backgrounds.insert(0, make_background(None)),
+    ],
+)
 def test_failing_frames_keep_no_references(host, capfd, spoil):
     picture = patterned((16, 16), 9)
     host.game.backgrounds.append(make_background(picture))
@@ -835,7 +943,8 @@ def test_failing_frames_keep_no_references(host, capfd, spoil):
         with pytest.raises(Exception):  # noqa: B017
             larkspur.Room_Draw(room, host.screen)
 
-    changes = leaks.count_changes(frame, (room, host.screen, tile, picture, room.drawn_objects),
-                                  rounds=100)
+    changes = leaks.count_changes(
+        frame, (room, host.screen, tile, picture, room.drawn_objects), rounds=100
+    )
     assert changes == [0.0] * 5
     capfd.readouterr()

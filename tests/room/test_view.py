@@ -1,4 +1,5 @@
 """Room_DrawView(): where a view is, its scale, its backgrounds, and the lines that it writes."""
+
 import ctypes
 import itertools
 import json
@@ -8,12 +9,18 @@ import weakref
 import larkspur
 import pygame
 import pytest
-
 from support import leaks, native, pending, sdl, subprocess_python
 from support.host import Instance, ParticleSystem, Plain
 from support.pictures import assert_same_picture
-from support.rooms import (VIEW_MEMBERS, compiled, float_list, make_instance, make_room,
-                           make_view_room, set_view)
+from support.rooms import (
+    VIEW_MEMBERS,
+    compiled,
+    float_list,
+    make_instance,
+    make_room,
+    make_view_room,
+    set_view,
+)
 
 G_XSCALE = native.variable(ctypes.c_double, "g_view_xscale")
 G_YSCALE = native.variable(ctypes.c_double, "g_view_yscale")
@@ -42,6 +49,7 @@ def follow_object(host, room, instance, view=0, number=0):
 
 # --- Arguments -----------------------------------------------------------------------------------
 
+
 @pytest.mark.parametrize("room", [None, 7, Plain(view_xview=None)])
 def test_needs_a_room(host, room):
     status, error = draw(host, room)
@@ -49,7 +57,7 @@ def test_needs_a_room(host, room):
     assert "GMRoom" in str(error) and type(room).__name__ in str(error)
 
 
-@pytest.mark.parametrize("view", [-1, 8, 2 ** 31 - 1, -2 ** 31])
+@pytest.mark.parametrize("view", [-1, 8, 2**31 - 1, -(2**31)])
 def test_needs_a_view_from_0_to_7(host, view):
     status, error = draw(host, make_view_room(), view)
     assert status == 0 and isinstance(error, ValueError) and str(view) in str(error)
@@ -98,6 +106,7 @@ def test_view_members_must_be_float_lists(host, capfd, member, value):
 
 # --- Following -----------------------------------------------------------------------------------
 
+
 def followed_axis(target, border, view_length, room_length):
     """Border pixels before the target, kept inside the room on the far side."""
     start = target - border
@@ -106,18 +115,31 @@ def followed_axis(target, border, view_length, room_length):
     return room_length - view_length if start + view_length > room_length else start
 
 
-@pytest.mark.parametrize("x, y, hborder, vborder, wview, hview", [
-    (10, 10, 32, 32, 320, 240), (1000, 1000, 32, 32, 320, 240), (400, 300, 32, 32, 320, 240),
-    (512, 392, 32, 32, 320, 240), (512.5, 392.25, 32, 32, 320, 240),
-    (32, 32, 32, 32, 320, 240), (31.5, 31.75, 32, 32, 320, 240), (-5, 900, 0, 0, 320, 240),
-    (5, 5, 0, 0, 1000, 700), (-5, 5, 0, 0, 1000, 700), (100, 100, -50, -70, 320, 240)])
+@pytest.mark.parametrize(
+    "x, y, hborder, vborder, wview, hview",
+    [
+        (10, 10, 32, 32, 320, 240),
+        (1000, 1000, 32, 32, 320, 240),
+        (400, 300, 32, 32, 320, 240),
+        (512, 392, 32, 32, 320, 240),
+        (512.5, 392.25, 32, 32, 320, 240),
+        (32, 32, 32, 32, 320, 240),
+        (31.5, 31.75, 32, 32, 320, 240),
+        (-5, 900, 0, 0, 320, 240),
+        (5, 5, 0, 0, 1000, 700),
+        (-5, 5, 0, 0, 1000, 700),
+        (100, 100, -50, -70, 320, 240),
+    ],
+)
 def test_view_keeps_borders_before_its_instance(host, x, y, hborder, vborder, wview, hview):
     room = make_view_room()
     set_view(room, 3, hborder=hborder, vborder=vborder, wview=wview, hview=hview)
     follow_object(host, room, Plain(x=x, y=y), view=3)
     draw_well(host, room, 3)
-    assert position(room, 3) == (followed_axis(x, hborder, wview, 800),
-                                 followed_axis(y, vborder, hview, 600))
+    assert position(room, 3) == (
+        followed_axis(x, hborder, wview, 800),
+        followed_axis(y, vborder, hview, 600),
+    )
     assert position(room, 2) == position(room, 4) == (0.0, 0.0)
 
 
@@ -141,7 +163,7 @@ def test_room_smaller_than_the_view_gives_a_negative_position(host):
     assert position(room) == (200 - 320, 100 - 240)
 
 
-@pytest.mark.parametrize("number", [-1, -1.5, -2.0 ** 40, float("nan"), float("-inf")])
+@pytest.mark.parametrize("number", [-1, -1.5, -(2.0**40), float("nan"), float("-inf")])
 def test_negative_object_leaves_the_view_where_it_is(host, number):
     host.game.objects.append(Plain(instances=[Plain(x=400, y=400)], children=[]))
     room = make_view_room()
@@ -163,8 +185,13 @@ def test_followed_object_is_truncated(host, number, followed):
 def test_instance_of_a_child_is_followed(host):
     room = make_view_room()
     follow_object(host, room, None)
-    host.game.objects[0] = Plain(instances=[], children=[
-        Plain(instances=[], children=[]), Plain(instances=[Plain(x=200, y=100)], children=[])])
+    host.game.objects[0] = Plain(
+        instances=[],
+        children=[
+            Plain(instances=[], children=[]),
+            Plain(instances=[Plain(x=200, y=100)], children=[]),
+        ],
+    )
     draw_well(host, room)
     assert position(room) == (200.0, 100.0)
 
@@ -195,8 +222,10 @@ FAILING_SEARCHES = [
     (lambda host: host.game.objects.append(Plain(instances=[Plain(x=1)])), AttributeError),
     (lambda host: host.game.objects.append(Plain(instances=[Plain(x="a", y=1)])), TypeError),
     (lambda host: host.game.objects.append(Plain(instances=[Plain(x=1, y=None)])), TypeError),
-    (lambda host: host.game.objects.append(Plain(instances=[RaisingCoordinate()])),
-     ZeroDivisionError),
+    (
+        lambda host: host.game.objects.append(Plain(instances=[RaisingCoordinate()])),
+        ZeroDivisionError,
+    ),
 ]
 
 
@@ -212,7 +241,8 @@ def test_failing_search_is_reported_at_every_check_point_but_counts_not(host, ca
     assert capfd.readouterr()[1] == (
         "An error has occurred 615\nAn error has occurred 638\n660\n660 a\n"
         "An error has occurred 661\nError after GI 0\nError drawing instance\n"
-        "Error after GI 1\nError drawing instance\nAn error has occurred\n")
+        "Error after GI 1\nError drawing instance\nAn error has occurred\n"
+    )
     # Nothing was kept from being drawn.
     assert [name for name, _ in host.calls] == ["Room_DrawBackgrounds", "draw_sprite_ext"]
     assert host.gmapi.drawn == [0, 1, 2]
@@ -228,6 +258,7 @@ def test_view_that_draws_well_writes_nothing(host, capfd):
 
 def test_coordinates_of_the_instance_may_change_the_room(host):
     """Borders and sizes are those that hold once the instance said where it is."""
+
     class Moving(object):
         y = 300
 
@@ -286,12 +317,13 @@ def test_view_current_is_stored_directly(host):
 
 # --- Scale ---------------------------------------------------------------------------------------
 
+
 def test_view_of_the_targets_size_is_direct(host):
     draw_well(host, make_view_room())
     assert type(host.gm6.view_xscale) is int and host.gm6.view_xscale == 1
     assert host.gm6.view_yscale is host.gm6.view_xscale
     assert (G_XSCALE.value, G_YSCALE.value) == (1.0, 1.0)
-    (_, surface, _, _), = host.named("Room_DrawBackgrounds")
+    ((_, surface, _, _),) = host.named("Room_DrawBackgrounds")
     assert surface is host.screen
 
 
@@ -306,20 +338,28 @@ def test_direct_is_decided_by_the_target_and_not_by_the_port(host):
     assert host.named("Room_DrawBackgrounds")[-1][1] is surface
 
 
-@pytest.mark.parametrize("changes", [
-    {"xport": 1}, {"yport": 1}, {"wview": 319}, {"hview": 241}, {"xport": 0.25}])
+@pytest.mark.parametrize(
+    "changes", [{"xport": 1}, {"yport": 1}, {"wview": 319}, {"hview": 241}, {"xport": 0.25}]
+)
 def test_any_difference_makes_a_scaled_view(host, changes):
     room = make_view_room()
     set_view(room, 0, **changes)
     draw_well(host, room)
-    (_, surface, _, _), = host.named("Room_DrawBackgrounds")
+    ((_, surface, _, _),) = host.named("Room_DrawBackgrounds")
     assert surface is not host.screen
     assert type(host.gm6.view_xscale) is float and type(host.gm6.view_yscale) is float
 
 
-@pytest.mark.parametrize("wview, hview, wport, hport", [
-    (320, 240, 640, 480), (200, 100, 50, 300), (3, 7, 100, 100), (320, 240, 10.9, 10.9),
-    (0.5, 0.25, 16, 16)])
+@pytest.mark.parametrize(
+    "wview, hview, wport, hport",
+    [
+        (320, 240, 640, 480),
+        (200, 100, 50, 300),
+        (3, 7, 100, 100),
+        (320, 240, 10.9, 10.9),
+        (0.5, 0.25, 16, 16),
+    ],
+)
 def test_scale_is_port_over_view(host, wview, hview, wport, hport):
     room = make_view_room()
     set_view(room, 0, xport=1, wview=wview, hview=hview, wport=wport, hport=hport)
@@ -342,7 +382,8 @@ def test_scale_of_a_view_without_a_size_is_infinite(host):
 def test_scale_is_there_while_backgrounds_and_objects_are_drawn(host):
     seen = []
     host.gm6.Room_DrawBackgrounds = lambda *arguments: seen.append(
-        (host.gm6.view_xscale, host.gm6.view_yscale, G_XSCALE.value, G_YSCALE.value))
+        (host.gm6.view_xscale, host.gm6.view_yscale, G_XSCALE.value, G_YSCALE.value)
+    )
     host.gmapi.draw_sprite_ext = host.gm6.Room_DrawBackgrounds
     host.register(larkspur)
     room = make_view_room()
@@ -376,14 +417,27 @@ def test_scale_that_can_not_be_stored_is_reported_from_there_on_but_counts_not()
     status, out, err = subprocess_python.run(REFUSED_SCALE)
     assert status == 0, err
     assert [json.loads(line) for line in out.splitlines()[-6:]] == [
-        [1, "KeyError('view_%sscale',)" % last,
-         "old" if "x" in refused else scale, "old" if "y" in refused else scale]
-        for scale in (1, 2.0) for refused, last in (("x", "x"), ("y", "y"), ("xy", "y"))]
-    assert err == ("An error has occurred 638\n660\n660 a\nAn error has occurred 661\n"
-                   "An error has occurred\n") * 6
+        [
+            1,
+            "KeyError('view_%sscale',)" % last,
+            "old" if "x" in refused else scale,
+            "old" if "y" in refused else scale,
+        ]
+        for scale in (1, 2.0)
+        for refused, last in (("x", "x"), ("y", "y"), ("xy", "y"))
+    ]
+    assert (
+        err
+        == (
+            "An error has occurred 638\n660\n660 a\nAn error has occurred 661\n"
+            "An error has occurred\n"
+        )
+        * 6
+    )
 
 
 # --- Position for rectangles ---------------------------------------------------------------------
+
 
 def offset_for_rectangles(host):
     """The view position that draw_rectangle() takes its scale from: at a scale of 2 it draws what
@@ -392,7 +446,8 @@ def offset_for_rectangles(host):
     host.screen.fill((0, 0, 0))
     larkspur.draw_rectangle(100, 100, 101, 101)
     (place,) = pygame.mask.from_threshold(
-        host.screen, (255, 255, 255), (1, 1, 1, 255)).get_bounding_rects()
+        host.screen, (255, 255, 255), (1, 1, 1, 255)
+    ).get_bounding_rects()
     return 200 - place.x, 200 - place.y
 
 
@@ -421,19 +476,22 @@ def test_rectangles_lie_in_the_room_without_views(host):
     set_view(room, 0, xview=12, yview=34)
     draw_well(host, room)
     seen = []
-    larkspur.Room_Draw(make_room(drawn_objects=[
-        Plain(Draw=lambda: seen.append(offset_for_rectangles(host)))]), host.screen)
+    larkspur.Room_Draw(
+        make_room(drawn_objects=[Plain(Draw=lambda: seen.append(offset_for_rectangles(host)))]),
+        host.screen,
+    )
     assert seen == [(0, 0)]
 
 
 # --- Backgrounds ---------------------------------------------------------------------------------
+
 
 def test_backgrounds_get_the_position_from_before_following(host):
     room = make_view_room()
     set_view(room, 0, xview=12.5, yview=-3)
     follow_object(host, room, Plain(x=400, y=300))
     draw_well(host, room)
-    (got_room, surface, x, y), = host.named("Room_DrawBackgrounds")
+    ((got_room, surface, x, y),) = host.named("Room_DrawBackgrounds")
     assert got_room is room and surface is host.screen
     assert (x, y) == (12.5, -3.0) and type(x) is type(y) is float
     assert position(room) == (400.0, 300.0)
@@ -443,9 +501,11 @@ def test_backgrounds_get_the_position_from_before_following(host):
 
 def paint(colour):
     """A background drawing that paints a pattern of half transparent stripes."""
+
     def draw_backgrounds(room, surface, x, y):
         for stripe in range(0, surface.get_width(), 4):
             surface.fill(colour + (stripe * 3 % 256,), (stripe, 0, 3, surface.get_height() - 2))
+
     return draw_backgrounds
 
 
@@ -456,10 +516,13 @@ def make_canvas(size, display):
 
 
 @pytest.mark.parametrize("with_alpha", [False, True])
-@pytest.mark.parametrize("xport, yport", [
-    (0, 0), (10, 20), (-5, -7), (300.9, 230.2), (-0.9, 65536 + 3), (70000, 0), (5, -65530)])
+@pytest.mark.parametrize(
+    "xport, yport",
+    [(0, 0), (10, 20), (-5, -7), (300.9, 230.2), (-0.9, 65536 + 3), (70000, 0), (5, -65530)],
+)
 def test_scaled_backgrounds_appear_at_the_port(host, xport, yport, with_alpha):
     """Translucent parts blend when the display's format has alpha."""
+
     def signed(value):
         return (int(value) + 0x8000) % 0x10000 - 0x8000
 
@@ -486,8 +549,15 @@ def test_surface_of_scaled_backgrounds(host, with_alpha):
     seen = []
 
     def look(room, surface, x, y):
-        seen.append((surface.get_size(), surface.get_bitsize(), surface.get_flags(),
-                     surface.get_masks(), set(surface.get_buffer().raw)))
+        seen.append(
+            (
+                surface.get_size(),
+                surface.get_bitsize(),
+                surface.get_flags(),
+                surface.get_masks(),
+                set(surface.get_buffer().raw),
+            )
+        )
         surfaces.append(weakref.ref(surface))
 
     surfaces = []
@@ -551,7 +621,8 @@ def test_failing_backgrounds_fail_the_view_but_objects_are_drawn(host, capfd, sc
     assert host.gmapi.drawn == [0, 1, 2]
     assert capfd.readouterr()[1] == (
         "660\n660 a\nAn error has occurred 661\nError after GI 0\nError drawing instance\n"
-        "An error has occurred\n")
+        "An error has occurred\n"
+    )
 
 
 def test_scaled_backgrounds_are_shown_as_far_as_they_came(host, capfd):
@@ -580,9 +651,19 @@ def test_missing_background_function_fails_the_view(host, capfd):
     capfd.readouterr()
 
 
-@pytest.mark.parametrize("wport, hport", [
-    (20000, 10), (10, 70000), (-1, 10), (10, -1), (-5, -5), (2.0 ** 40, 5), (float("nan"), 5),
-    (16000, 60000)])
+@pytest.mark.parametrize(
+    "wport, hport",
+    [
+        (20000, 10),
+        (10, 70000),
+        (-1, 10),
+        (10, -1),
+        (-5, -5),
+        (2.0**40, 5),
+        (float("nan"), 5),
+        (16000, 60000),
+    ],
+)
 def test_port_of_an_impossible_size_fails_the_view(host, capfd, wport, hport):
     room = make_view_room()
     set_view(room, 0, wport=wport, hport=hport, xport=1)
@@ -597,7 +678,7 @@ def test_port_without_an_area_shows_no_backgrounds(host, wport, hport):
     room = make_view_room()
     set_view(room, 0, wport=wport, hport=hport, xport=1)
     draw_well(host, room, 0, [make_instance()])
-    (_, surface, _, _), = host.named("Room_DrawBackgrounds")
+    ((_, surface, _, _),) = host.named("Room_DrawBackgrounds")
     assert surface.get_size() == (int(wport), int(hport))
     assert len(host.named("draw_sprite_ext")) == 1
 
@@ -648,18 +729,22 @@ def test_view_on_a_part_of_the_display(host):
 
 # --- Pending exceptions --------------------------------------------------------------------------
 
+
 def test_exception_that_was_pending_stays_and_is_reported(host, capfd):
     room = make_view_room()
     before = KeyError("before")
-    drawn = [make_instance(py_Draw=compiled("drawn = [i for i in range(3)]")),
-             ParticleSystem(py_automatic_draw=0)]
+    drawn = [
+        make_instance(py_Draw=compiled("drawn = [i for i in range(3)]")),
+        ParticleSystem(py_automatic_draw=0),
+    ]
     status, after = draw(host, room, 0, drawn, before)
     assert status == 1 and after is before
     assert host.gmapi.drawn == [0, 1, 2]
     assert capfd.readouterr()[1] == (
         "An error has occurred 615\nAn error has occurred 638\n660\n660 a\n"
         "An error has occurred 661\nError after GI 0\nError drawing instance\n"
-        "Error after GI 1\nError drawing PS\nAn error has occurred\n")
+        "Error after GI 1\nError drawing PS\nAn error has occurred\n"
+    )
 
 
 def test_exception_that_was_pending_does_not_disturb_the_search(host, capfd):
@@ -680,8 +765,12 @@ def test_exception_that_was_pending_does_not_disturb_the_search(host, capfd):
 
 
 def test_newer_exception_replaces_the_older(host, capfd):
-    drawn = [make_instance(py_Draw=compiled("raise KeyError('first')")), make_instance(),
-             make_instance(py_Draw=compiled("raise ValueError('second')")), make_instance()]
+    drawn = [
+        make_instance(py_Draw=compiled("raise KeyError('first')")),
+        make_instance(),
+        make_instance(py_Draw=compiled("raise ValueError('second')")),
+        make_instance(),
+    ]
     status, error = draw(host, make_view_room(), 0, drawn, TypeError("before"))
     assert status == 0 and isinstance(error, ValueError)
     assert len(host.named("draw_sprite_ext")) == 2
@@ -690,8 +779,10 @@ def test_newer_exception_replaces_the_older(host, capfd):
 
 @pytest.mark.parametrize("good", list(itertools.product([False, True], repeat=3)))
 def test_every_object_is_drawn_and_the_status_is_their_and(host, capfd, good):
-    drawn = [make_instance(py_Draw=compiled("log.append(%d)%s" % (i, "" if well else "; 1 / 0")))
-             for i, well in enumerate(good)]
+    drawn = [
+        make_instance(py_Draw=compiled("log.append(%d)%s" % (i, "" if well else "; 1 / 0")))
+        for i, well in enumerate(good)
+    ]
     host.gmapi.log = log = []
     status, error = draw(host, make_view_room(), 0, drawn)
     assert status == int(all(good)) and log == [0, 1, 2]
@@ -710,6 +801,7 @@ def test_every_object_is_drawn_and_the_status_is_their_and(host, capfd, good):
 
 
 # --- References ----------------------------------------------------------------------------------
+
 
 def set_up_everything(host):
     """A room whose view follows an instance, is scaled, and draws one object of each kind."""
@@ -735,9 +827,25 @@ def test_views_keep_no_references(host):
         draw_well(host, room, 0, drawn)
 
     leaks.assert_counts_unchanged(
-        action, room, followed, sprite, code, coded, system, drawn, host.screen, sprite.x,
-        host.gm6.Room_DrawBackgrounds, host.gmapi.draw_sprite_ext, host.gmapi.self,
-        host.gmapi.__dict__, host.gmapi.py_self_stack, room.view_xview, None, 1)
+        action,
+        room,
+        followed,
+        sprite,
+        code,
+        coded,
+        system,
+        drawn,
+        host.screen,
+        sprite.x,
+        host.gm6.Room_DrawBackgrounds,
+        host.gmapi.draw_sprite_ext,
+        host.gmapi.self,
+        host.gmapi.__dict__,
+        host.gmapi.py_self_stack,
+        room.view_xview,
+        None,
+        1,
+    )
     assert leaks.object_growth(action) == 0
 
 

@@ -61,7 +61,7 @@ def reason(build, prelude="", **variables):
     text, told, packages = output.rpartition("What building larkspur needs")
     assert told
     by_system = {
-        line.partition(":")[0].strip() + ":": line.split()[-len(PACKAGES[system].split()):]
+        line.partition(":")[0].strip() + ":": line.split()[-len(PACKAGES[system].split()) :]
         for line in packages.splitlines()
         for system in PACKAGES
         if line.strip().startswith(system)
@@ -88,7 +88,8 @@ def test_cmake_that_does_not_run_is_passed_over(build):
 def test_neither_make_nor_ninja(build):
     write_command(build.join("bin", "cmake"), "echo cmake version 3.18.0")
     assert reason(build, PATH=str(build.join("bin"))) == (
-        "It is built by make or ninja, and neither was found.")
+        "It is built by make or ninja, and neither was found."
+    )
 
 
 @pytest.mark.parametrize("variable, language", [("CC", "C"), ("CXX", "C++")])
@@ -100,8 +101,7 @@ def test_no_compiler(build, variable, language):
 
 def test_compiler_without_cpp17(build):
     old = build.join("bin", "old")
-    write_command(
-        old, 'exec g++ -U__GNUC__ -D__GNUC__=4 -U__GNUC_MINOR__ -D__GNUC_MINOR__=9 "$@"')
+    write_command(old, 'exec g++ -U__GNUC__ -D__GNUC__=4 -U__GNUC_MINOR__ -D__GNUC_MINOR__=9 "$@"')
     assert reason(build, CXX=str(old)).startswith("The C++ compiler %s (GNU 4.9." % old)
 
 
@@ -124,7 +124,8 @@ def test_no_sdl(build):
 
 def test_no_sdl_gfx(build):
     build.join("known", "sdl.pc").write(
-        "Name: sdl\nDescription: a stand-in\nVersion: 1.2.15\n", ensure=True)
+        "Name: sdl\nDescription: a stand-in\nVersion: 1.2.15\n", ensure=True
+    )
     text = reason(build, PKG_CONFIG_LIBDIR=str(build.join("known")))
     assert text == "SDL_gfx with its headers was not found: pkg-config knows no module SDL_gfx."
 

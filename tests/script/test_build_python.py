@@ -20,7 +20,7 @@ altinstall:
 \tmkdir -p "$(DESTDIR)$$(cat prefix)/bin"
 \tcp python "$(DESTDIR)$$(cat prefix)/bin/python2.7"
 """
-PYTHON = '#!/bin/sh\ncase $2 in %s) exit 1;; esac\n'
+PYTHON = "#!/bin/sh\ncase $2 in %s) exit 1;; esac\n"
 
 # Stand in for Debian's tools and curl: all packages are there, and what is fetched comes from the
 # folders "archive" and "site" of the tree, when these exist.

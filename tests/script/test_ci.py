@@ -10,9 +10,7 @@ STAGES = ["setup", "test", "pygame2", "sdl-compat", "sanitize", "lint", "package
 def run_ci(tree, **failing):
     """Runs .ci/run on scripts that succeed; those in `failing` do what is given instead."""
     for name in ("setup", "test", "lint", "package", "demo", "test-bare"):
-        write_command(
-            tree.join("script", name), failing.get(name, 'echo "ran %s $*"' % name)
-        )
+        write_command(tree.join("script", name), failing.get(name, 'echo "ran %s $*"' % name))
     return run(["/bin/bash", ".ci/run"], tree)
 
 

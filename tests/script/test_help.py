@@ -11,7 +11,8 @@ def commands():
     paths = [os.path.join("script", name) for name in os.listdir(os.path.join(TREE, "script"))]
     paths.append(os.path.join(".ci", "run"))
     return sorted(
-        path for path in paths
+        path
+        for path in paths
         if os.path.isfile(os.path.join(TREE, path)) and os.access(os.path.join(TREE, path), os.X_OK)
     )
 

@@ -37,7 +37,7 @@ def test_usable_home_is_kept(tree):
 
 def test_virtualenv_keeps_its_data_out_of_home(tree):
     expected = "%s\n" % tree.join("build", "tools", "virtualenv-data")
-    assert run_lib('env | sed -n s/^VIRTUALENV_OVERRIDE_APP_DATA=//p', tree) == (0, expected)
+    assert run_lib("env | sed -n s/^VIRTUALENV_OVERRIDE_APP_DATA=//p", tree) == (0, expected)
 
 
 def test_debians_tools_go_before_a_shim(tree):
@@ -228,8 +228,7 @@ def test_named_python_goes_first(tree):
     named = fake_python(tree.join("named"), "/named")
     fake_python(tree.join("bin", "python2.7"), "/on/path")
     path = "%s/bin:/usr/bin:/bin" % tree
-    assert run_lib("find_python27", tree, LARKSPUR_PYTHON=str(named), PATH=path) == (
-        0, "/named\n")
+    assert run_lib("find_python27", tree, LARKSPUR_PYTHON=str(named), PATH=path) == (0, "/named\n")
 
 
 def test_named_python_that_does_not_do_is_an_error(tree):
@@ -339,7 +338,7 @@ apt_install() { echo "installs $*"; }
 apt-get() { echo "apt-get $*"; echo 1 >>"$root/fetched"; touch libsdl1.2-compat_1.2.60_amd64.deb; }
 dpkg-deb() { [ -e "$2" ] && mkdir -p "$3/usr/lib/there" && touch "$3/usr/lib/there/%s"; }
 """
-PROVIDE = "echo \"in $(provide_sdl_layer)\""
+PROVIDE = 'echo "in $(provide_sdl_layer)"'
 
 
 def test_layer_over_sdl_2_is_unpacked_below_build_once(tree):
@@ -347,8 +346,13 @@ def test_layer_over_sdl_2_is_unpacked_below_build_once(tree):
     assert status == 0
     lines = output.splitlines()
     unpacked = "in %s/build/sdl-compat/unpacked/usr/lib/there" % tree
-    assert lines == ["-- unpacking libsdl1.2-compat in build/sdl-compat", "installs libsdl2-2.0-0",
-                     unpacked, "installs libsdl2-2.0-0", unpacked]
+    assert lines == [
+        "-- unpacking libsdl1.2-compat in build/sdl-compat",
+        "installs libsdl2-2.0-0",
+        unpacked,
+        "installs libsdl2-2.0-0",
+        unpacked,
+    ]
     assert tree.join("fetched").read() == "1\n"
 
 

@@ -38,8 +38,11 @@ def sources(tmpdir):
         path.chmod(0o600)
         if os.getuid() == 0:
             os.chown(str(path), 1234, 1234)
-    for path in (tmpdir.join("script", "setup"), tmpdir.join("bin", "cmake"),
-                 tmpdir.join("bin", "make")):
+    for path in (
+        tmpdir.join("script", "setup"),
+        tmpdir.join("bin", "cmake"),
+        tmpdir.join("bin", "make"),
+    ):
         path.chmod(0o700)
     return tmpdir
 
@@ -50,14 +53,15 @@ def package(tree, command, **variables):
     variables.setdefault("SOURCE_DATE_EPOCH", str(DATE))
     status, output = run([sys.executable, "setup.py", "--quiet", command], tree, **variables)
     assert status == 0, output
-    made, = tree.join("dist").listdir()
+    (made,) = tree.join("dist").listdir()
     return str(made)
 
 
 def test_source_package_does_not_tell_who_made_it_and_when(sources):
     with tarfile.open(package(sources, "sdist")) as archive:
-        told = set((member.uid, member.gid, member.uname, member.gname, member.mtime)
-                   for member in archive)
+        told = set(
+            (member.uid, member.gid, member.uname, member.gname, member.mtime) for member in archive
+        )
         modes = {member.name.partition("/")[2]: member.mode for member in archive}
     assert told == set([(0, 0, "root", "root", DATE)])
     assert modes.pop("script/setup") == 0o755
@@ -73,7 +77,7 @@ def test_source_package_is_in_order(sources):
 def test_header_of_the_packing_holds_the_date_and_no_name(sources):
     with open(package(sources, "sdist"), "rb") as packed:
         magic, method, flags, date = struct.unpack("<HBBI", packed.read(8))
-    assert (magic, method, flags, date) == (0x8b1f, 8, 0, DATE)
+    assert (magic, method, flags, date) == (0x8B1F, 8, 0, DATE)
 
 
 def test_other_kinds_of_source_package_are_refused(sources):
@@ -84,7 +88,7 @@ def test_other_kinds_of_source_package_are_refused(sources):
 
 def recorded_date(archive_path):
     with tarfile.open(archive_path) as archive:
-        name, = [name for name in archive.getnames() if name.endswith("/SOURCE_DATE_EPOCH")]
+        (name,) = [name for name in archive.getnames() if name.endswith("/SOURCE_DATE_EPOCH")]
         recorded = int(archive.extractfile(name).read())
         assert archive.getmember(name).mtime == recorded
     return recorded
@@ -94,7 +98,8 @@ def test_date_is_the_commits(sources):
     sources.mkdir(".git")
     write_command(
         sources.join("bin", "git"),
-        '[ "$*" = "-c safe.directory=* log -1 --format=%ct" ] && echo 1234567890')
+        '[ "$*" = "-c safe.directory=* log -1 --format=%ct" ] && echo 1234567890',
+    )
     assert recorded_date(package(sources, "sdist", SOURCE_DATE_EPOCH=None)) == 1234567890
 
 
@@ -125,20 +130,25 @@ def test_unknown_date_is_told(sources):
 def test_wheel_does_not_tell_who_made_it_and_when(sources):
     sources.join("SOURCE_DATE_EPOCH").write("%d\n" % DATE)
     with zipfile.ZipFile(package(sources, "bdist_wheel", SOURCE_DATE_EPOCH=None)) as wheel:
-        told = set((member.date_time, member.external_attr >> 16) for member in wheel.infolist()
-                   if not member.filename.endswith("/RECORD"))
+        told = set(
+            (member.date_time, member.external_attr >> 16)
+            for member in wheel.infolist()
+            if not member.filename.endswith("/RECORD")
+        )
     assert told == set([(WHEEL_DATE, 0o100644)])
 
 
 def test_wheel_brings_header_licence_and_metadata(sources):
     with zipfile.ZipFile(package(sources, "bdist_wheel")) as wheel:
         names = set(wheel.namelist())
-        metadata, = [name for name in names if name.endswith(".dist-info/METADATA")]
+        (metadata,) = [name for name in names if name.endswith(".dist-info/METADATA")]
         lines = wheel.read(metadata).splitlines()
     folder, version = os.path.dirname(metadata), sources.join("VERSION").read().strip()
     assert folder == "larkspur-%s.dist-info" % version
-    assert set(["larkspur.so", "larkspur-%s.data/headers/larkspur.h" % version,
-                folder + "/LICENSE"]) <= names
+    assert (
+        set(["larkspur.so", "larkspur-%s.data/headers/larkspur.h" % version, folder + "/LICENSE"])
+        <= names
+    )
     assert "Author: the larkspur authors" in lines
     assert "License: MIT" in lines
 
@@ -178,8 +188,12 @@ DIFFERENCES = [
     (write_tar, ENTRIES + [("b", b"")], {}, "b is in the second alone"),
     (write_tar, [ENTRIES[0], ("a/two", b"3")], {}, "a/two differs in its content"),
     (write_tar, ENTRIES, {"mode": 0o600}, "a/one: mode 644, date 0"),
-    (write_tar, ENTRIES, {"mtime": 7},
-     "date 0, type 0, owner  0, group  0 against mode 644, date 7"),
+    (
+        write_tar,
+        ENTRIES,
+        {"mtime": 7},
+        "date 0, type 0, owner  0, group  0 against mode 644, date 7",
+    ),
     (write_tar, ENTRIES, {"uid": 7}, "owner  7"),
     (write_tar, ENTRIES, {"gname": "users"}, "group users 0"),
     (write_tar, ENTRIES[::-1], {}, "all members are equal"),
@@ -205,24 +219,33 @@ def test_equal_packages_pass(tmpdir):
 
 
 ADDED = [
-    "PKG-INFO", "SOURCE_DATE_EPOCH", "larkspur.egg-info/PKG-INFO",
-    "larkspur.egg-info/SOURCES.txt", "larkspur.egg-info/dependency_links.txt",
-    "larkspur.egg-info/not-zip-safe", "larkspur.egg-info/top_level.txt",
+    "PKG-INFO",
+    "SOURCE_DATE_EPOCH",
+    "larkspur.egg-info/PKG-INFO",
+    "larkspur.egg-info/SOURCES.txt",
+    "larkspur.egg-info/dependency_links.txt",
+    "larkspur.egg-info/not-zip-safe",
+    "larkspur.egg-info/top_level.txt",
 ]
 
 
-@pytest.mark.parametrize("packed, line", [
-    (["one", "two"], None),
-    (["one"], "two is in git and not in the package"),
-    (["one", "two", "three"], "three is in the package and not in git"),
-])
+@pytest.mark.parametrize(
+    "packed, line",
+    [
+        (["one", "two"], None),
+        (["one"], "two is in git and not in the package"),
+        (["one", "two", "three"], "three is in the package and not in git"),
+    ],
+)
 def test_source_package_holds_what_git_holds(tmpdir, packed, line):
     tmpdir.mkdir(".git")
     write_command(
         tmpdir.join("bin", "git"),
-        "[ \"$*\" = \"-c safe.directory=* ls-files -z\" ] && printf 'one\\0two\\0'")
+        '[ "$*" = "-c safe.directory=* ls-files -z" ] && printf \'one\\0two\\0\'',
+    )
     archive = write_tar(
-        tmpdir.join("package"), [("larkspur-1/" + name, b"") for name in ADDED + packed])
+        tmpdir.join("package"), [("larkspur-1/" + name, b"") for name in ADDED + packed]
+    )
     status, output = check(tmpdir, "files", archive, PATH="%s/bin:/usr/bin:/bin" % tmpdir)
     assert status == (1 if line else 0)
     assert (line or "") in output
@@ -239,12 +262,15 @@ def test_files_that_can_not_be_compared_are_told(tmpdir, missing):
     assert ("no clone" in output) == (missing == "clone")
 
 
-@pytest.mark.parametrize("entries, missing", [
-    ([("x/LICENSE", b"MIT"), ("x/larkspur.h", b"int")], None),
-    ([("x/larkspur.h", b"int")], "LICENSE"),
-    ([("x/LICENSE", b"MIT")], "include/larkspur.h"),
-    ([("x/LICENSE", b"MIT"), ("x/larkspur.h", b"old")], "include/larkspur.h"),
-])
+@pytest.mark.parametrize(
+    "entries, missing",
+    [
+        ([("x/LICENSE", b"MIT"), ("x/larkspur.h", b"int")], None),
+        ([("x/larkspur.h", b"int")], "LICENSE"),
+        ([("x/LICENSE", b"MIT")], "include/larkspur.h"),
+        ([("x/LICENSE", b"MIT"), ("x/larkspur.h", b"old")], "include/larkspur.h"),
+    ],
+)
 def test_wheel_without_licence_or_header_is_refused(tmpdir, entries, missing):
     tmpdir.join("LICENSE").write("MIT")
     tmpdir.join("include", "larkspur.h").write("int", ensure=True)

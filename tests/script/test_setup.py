@@ -7,23 +7,30 @@ import sys
 
 import pytest
 from support import sdl
-from support.scripts import (TREE, copy_build, copy_scripts, path_without_python, run,
-                             write_command)
+from support.scripts import TREE, copy_build, copy_scripts, path_without_python, run, write_command
 
 
 @pytest.mark.parametrize("name", ["setup", "test"])
-@pytest.mark.parametrize("arguments, shown", [
-    (["2.1"], "2.1"), (["1.9"], "1.9"), ([""], "nothing"), ([], "nothing")])
+@pytest.mark.parametrize(
+    "arguments, shown", [(["2.1"], "2.1"), (["1.9"], "1.9"), ([""], "nothing"), ([], "nothing")]
+)
 def test_pygame_that_larkspur_is_not_tested_with_is_refused(tree, name, arguments, shown):
     status, output = run(["script/" + name, "--pygame"] + arguments, tree)
     assert status == 1
-    assert output == ("%s: --pygame takes 1.9.6 or 2.0.3, got: %s; script/%s --help tells more\n"
-                      % (name, shown, name))
+    assert output == (
+        "%s: --pygame takes 1.9.6 or 2.0.3, got: %s; script/%s --help tells more\n"
+        % (name, shown, name)
+    )
 
 
-@pytest.mark.parametrize("arguments, version, environment", [
-    ([], "1.9.6", ".venv"), (["--pygame", "1.9.6"], "1.9.6", ".venv"),
-    (["--pygame", "2.0.3"], "2.0.3", "build/venv-pygame-2.0.3")])
+@pytest.mark.parametrize(
+    "arguments, version, environment",
+    [
+        ([], "1.9.6", ".venv"),
+        (["--pygame", "1.9.6"], "1.9.6", ".venv"),
+        (["--pygame", "2.0.3"], "2.0.3", "build/venv-pygame-2.0.3"),
+    ],
+)
 def test_tests_run_in_the_environment_of_their_pygame(tree, arguments, version, environment):
     write_command(tree.join("script", "setup"), 'echo "setup $*"')
     write_command(tree.join(environment, "bin", "python"), 'echo "$*"')
@@ -92,8 +99,10 @@ def test_failure_to_make_python_ends_the_run(tree):
 def test_second_setup_waits_for_the_first(tree):
     # With stand-ins that end setup as soon as it begins its work.
     tree.ensure("build", dir=True)
-    first = ("PATH=/usr/bin:/bin; exec 9>build/setup.lock; flock 9\n"
-             "(sleep 1; echo first ends) &\nexec 9>&-; PATH=%s\n" % path_without_python(tree))
+    first = (
+        "PATH=/usr/bin:/bin; exec 9>build/setup.lock; flock 9\n"
+        "(sleep 1; echo first ends) &\nexec 9>&-; PATH=%s\n" % path_without_python(tree)
+    )
     write_command(tree.join("script", "build-python"), "echo second works; exit 1")
     output = run(["/bin/bash", "-c", first + TOOLS], tree)[1]
     assert output.index("waiting for another script/setup") < output.index("first ends")
@@ -125,16 +134,26 @@ def test_pygame_is_built_in_a_path_with_blanks(tmpdir):
     for path in (("named",), ("build", "tools", "virtualenv", "bin", "python")):
         write_command(spaced.join(*path), PYTHON)
     flags = tmpdir.join("flags")
-    run(["/bin/bash", "-c", TOOLS.replace('env() { shift; "$@"; }', "").replace(" env ", " ")],
-        spaced, LARKSPUR_PYTHON=str(spaced.join("named")), flags=str(flags))
+    run(
+        ["/bin/bash", "-c", TOOLS.replace('env() { shift; "$@"; }', "").replace(" env ", " ")],
+        spaced,
+        LARKSPUR_PYTHON=str(spaced.join("named")),
+        flags=str(flags),
+    )
     # distutils takes the variable apart as a shell would.
     assert "-I%s" % spaced.join("script", "pygame_headers") in shlex.split(flags.read())
 
 
 def run_check(tmpdir, *arguments):
     # What the interpreter of this run needs to load larkspur.
-    names = ("PYTHONPATH", "LD_LIBRARY_PATH", "LD_PRELOAD", "ASAN_OPTIONS", "UBSAN_OPTIONS",
-             "LSAN_OPTIONS")
+    names = (
+        "PYTHONPATH",
+        "LD_LIBRARY_PATH",
+        "LD_PRELOAD",
+        "ASAN_OPTIONS",
+        "UBSAN_OPTIONS",
+        "LSAN_OPTIONS",
+    )
     environment = {name: os.environ[name] for name in names if name in os.environ}
     return run([sys.executable, "-m", "larkspur_check"] + list(arguments), tmpdir, **environment)
 
@@ -148,8 +167,11 @@ def test_check_is_installed_with_the_module(tmpdir):
 def test_header_is_installed_with_the_module(tmpdir):
     status, output = run_check(tmpdir, "--include")
     assert status == 0, output
-    assert filecmp.cmp(os.path.join(output.strip(), "larkspur.h"),
-                       os.path.join(TREE, "include", "larkspur.h"), shallow=False)
+    assert filecmp.cmp(
+        os.path.join(output.strip(), "larkspur.h"),
+        os.path.join(TREE, "include", "larkspur.h"),
+        shallow=False,
+    )
 
 
 def test_check_tells_the_layer_over_sdl_2_from_sdl_1_2(tmpdir):

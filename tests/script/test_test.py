@@ -55,31 +55,34 @@ def run_tests(tree, *arguments):
     """Runs script/test; gives its status, its output and the expression that CTest was given."""
     status, output = run(["/bin/bash", "-c", CTEST, "test"] + list(arguments), tree)
     called = tree.join("called").read().splitlines()[-1] if tree.join("called").check() else ""
-    return status, output, called[len("ctest: -R "):] if " -R " in called else None
+    return status, output, called[len("ctest: -R ") :] if " -R " in called else None
 
 
 FADE = "[Ff][Aa][Dd][Ee]"
 IN_FILE = "|^pixel.*[./]Darken[.]|^pixel.*[./]Dim[.]"
 
 
-@pytest.mark.parametrize("arguments, expression", [
-    ([], None),
-    (["tests"], None),
-    (["-x", "--lf"], None),
-    (["tests/pixel"], "^pixel"),
-    (["./tests/pixel/"], "^pixel"),
-    (["tests/types", "tests/pixel"], "^types|^pixel"),
-    (["tests/types/cpython"], "^types"),
-    (["tests/nowhere"], None),
-    (["tests/pixel", "-k", "fade"], "^pixel.*[.].*" + FADE + IN_FILE),
-    (["tests/pixel", "-kFADE"], "^pixel.*[.].*" + FADE + IN_FILE),
-    (["tests/pixel/test_fade.py"], "^pixel.*[.].*" + FADE + IN_FILE),
-    (["tests/pixel/test_fade.py::test_one"], "^pixel.*[.].*" + FADE + IN_FILE),
-    (["tests/pixel/test_fade.py", "-k", "x_y"], "^pixel.*[.].*[Xx]_?[Yy]"),
-    (["-k", "x"], "^.*[.].*[Xx]"),
-    (["-k", "one and two"], None),
-    (["tests/pixel", "-k", "not one"], "^pixel"),
-])
+@pytest.mark.parametrize(
+    "arguments, expression",
+    [
+        ([], None),
+        (["tests"], None),
+        (["-x", "--lf"], None),
+        (["tests/pixel"], "^pixel"),
+        (["./tests/pixel/"], "^pixel"),
+        (["tests/types", "tests/pixel"], "^types|^pixel"),
+        (["tests/types/cpython"], "^types"),
+        (["tests/nowhere"], None),
+        (["tests/pixel", "-k", "fade"], "^pixel.*[.].*" + FADE + IN_FILE),
+        (["tests/pixel", "-kFADE"], "^pixel.*[.].*" + FADE + IN_FILE),
+        (["tests/pixel/test_fade.py"], "^pixel.*[.].*" + FADE + IN_FILE),
+        (["tests/pixel/test_fade.py::test_one"], "^pixel.*[.].*" + FADE + IN_FILE),
+        (["tests/pixel/test_fade.py", "-k", "x_y"], "^pixel.*[.].*[Xx]_?[Yy]"),
+        (["-k", "x"], "^.*[.].*[Xx]"),
+        (["-k", "one and two"], None),
+        (["tests/pixel", "-k", "not one"], "^pixel"),
+    ],
+)
 def test_native_tests_go_with_what_pytest_is_asked_for(native_tree, arguments, expression):
     status, output, chosen = run_tests(native_tree, *arguments)
     assert status == 0, output
@@ -89,9 +92,14 @@ def test_native_tests_go_with_what_pytest_is_asked_for(native_tree, arguments, e
     ]
 
 
-@pytest.mark.parametrize("native, python, expected", [
-    ("1", "0", "native tests"), ("0", "1", "tests through Python"),
-    ("8", "2", "native tests, tests through Python")])
+@pytest.mark.parametrize(
+    "native, python, expected",
+    [
+        ("1", "0", "native tests"),
+        ("0", "1", "tests through Python"),
+        ("8", "2", "native tests, tests through Python"),
+    ],
+)
 def test_both_runs_take_place_and_the_failing_one_is_named(native_tree, native, python, expected):
     native_tree.join("native_status").write(native)
     native_tree.join("python_status").write(python)
@@ -101,8 +109,10 @@ def test_both_runs_take_place_and_the_failing_one_is_named(native_tree, native, 
     assert output.splitlines()[-1] == "test: failed: " + expected
 
 
-@pytest.mark.parametrize("native, expected", [
-    ("100% tests passed, 0 tests failed out of 3\n", 0), ("No tests were found!!!\n", 1)])
+@pytest.mark.parametrize(
+    "native, expected",
+    [("100% tests passed, 0 tests failed out of 3\n", 0), ("No tests were found!!!\n", 1)],
+)
 def test_no_test_through_python_is_enough_only_with_native_ones(native_tree, native, expected):
     native_tree.join("native").write(native)
     native_tree.join("python_status").write("5")
@@ -137,14 +147,24 @@ def test_passing_tests_are_counted_alone(tmpdir):
 def test_failing_test_is_shown_without_what_the_framework_says(tmpdir):
     lines = summary(tmpdir, [("p.A.B", ["it was 2", "not 1"]), ("p.A.C", None)])
     assert lines == [
-        "", "A.B in p:", "    it was 2", "    not 1", "", "failed native tests:", "    A.B in p",
-        "44% tests passed, 5 tests failed out of 9"]
+        "",
+        "A.B in p:",
+        "    it was 2",
+        "    not 1",
+        "",
+        "failed native tests:",
+        "    A.B in p",
+        "44% tests passed, 5 tests failed out of 9",
+    ]
 
 
 def test_failure_of_many_lines_in_many_programs_is_a_page(tmpdir):
-    failing = [("p_%d.S%d.T%s" % (program, test, case), ["line %d" % i for i in range(1000)])
-               for program in range(5) for test in range(6)
-               for case in ("", "/1  # GetParam() = x")]
+    failing = [
+        ("p_%d.S%d.T%s" % (program, test, case), ["line %d" % i for i in range(1000)])
+        for program in range(5)
+        for test in range(6)
+        for case in ("", "/1  # GetParam() = x")
+    ]
     lines = summary(tmpdir, failing)
     assert len(lines) < 40
     assert "    ... 992 lines more in %s" % tmpdir.join("log") in lines

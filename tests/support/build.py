@@ -1,4 +1,5 @@
 """What the build directory tells of how the module and the native tests were made."""
+
 import json
 import os
 import re
@@ -25,10 +26,12 @@ def predefined_macros(unit):
     """The macros that the compiler has from the start, with their values, where it compiles a unit
     of the module, such as "src/pixel/blit.cpp"."""
     with open(path("compile_commands.json")) as database:
-        commands = [entry["command"] for entry in json.load(database)
-                    if entry["file"].endswith("/" + unit)]
+        commands = [
+            entry["command"] for entry in json.load(database) if entry["file"].endswith("/" + unit)
+        ]
     command = shlex.split(str(commands[0]))
     output = subprocess.check_output(
-        command[:command.index("-o")] + ["-dM", "-E", "-x", "c++", os.devnull],
-        env=dict(os.environ, LD_PRELOAD=""))  # a sanitizer is for the module
+        command[: command.index("-o")] + ["-dM", "-E", "-x", "c++", os.devnull],
+        env=dict(os.environ, LD_PRELOAD=""),
+    )  # a sanitizer is for the module
     return dict(re.findall(r"^#define (\w+) (.*)$", output, re.MULTILINE))

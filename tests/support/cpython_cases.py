@@ -2,6 +2,7 @@
 
 The interpreter's package `test` is part of its standard library, but some systems install it apart.
 """
+
 import sys
 import types
 import unittest
@@ -12,14 +13,19 @@ except ImportError:
     raise ImportError(
         "the tests of our types also run CPython's own cases, and this Python %d.%d comes without "
         "its package 'test'; install it (Debian calls it libpython2.7-testsuite)"
-        % sys.version_info[:2])
+        % sys.version_info[:2]
+    )
 
 
 def _rebound(function, names):
     """A copy of a function that sees other values for some of its global names."""
     return types.FunctionType(
-        function.func_code, dict(function.func_globals, **names), function.func_name,
-        function.func_defaults, function.func_closure)
+        function.func_code,
+        dict(function.func_globals, **names),
+        function.func_name,
+        function.func_defaults,
+        function.func_closure,
+    )
 
 
 def _differing(function, error, reason):
@@ -29,6 +35,7 @@ def _differing(function, error, reason):
         except error:
             return
         self.fail("%s passes now, though it is listed as differing: %s" % (self.id(), reason))
+
     return case
 
 
@@ -43,8 +50,11 @@ def adapted(name, case, differing=None, names=None, **attributes):
     if names:
         for base in reversed(case.__mro__):
             if base not in unittest.TestCase.__mro__:
-                members.update((key, _rebound(value, names)) for key, value in vars(base).items()
-                               if isinstance(value, types.FunctionType))
+                members.update(
+                    (key, _rebound(value, names))
+                    for key, value in vars(base).items()
+                    if isinstance(value, types.FunctionType)
+                )
     for key, (error, reason) in (differing or {}).items():
         members[key] = _differing(members.get(key) or getattr(case, key).im_func, error, reason)
     members.update(attributes)

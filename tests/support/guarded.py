@@ -1,4 +1,5 @@
 """Surfaces in memory that must not be left: between pages that can't be touched at all."""
+
 import ctypes
 import mmap
 
@@ -9,8 +10,14 @@ from support.surfaces import make_surface_from
 
 _libc = ctypes.CDLL(None, use_errno=True)
 _libc.mmap.restype = ctypes.c_void_p
-_libc.mmap.argtypes = (ctypes.c_void_p, ctypes.c_size_t, ctypes.c_int, ctypes.c_int, ctypes.c_int,
-                       ctypes.c_long)
+_libc.mmap.argtypes = (
+    ctypes.c_void_p,
+    ctypes.c_size_t,
+    ctypes.c_int,
+    ctypes.c_int,
+    ctypes.c_int,
+    ctypes.c_long,
+)
 _libc.munmap.argtypes = (ctypes.c_void_p, ctypes.c_size_t)
 _libc.mprotect.argtypes = (ctypes.c_void_p, ctypes.c_size_t, ctypes.c_int)
 _PROT_NONE = 0
@@ -29,16 +36,18 @@ class GuardedMemory(object):
         page = mmap.PAGESIZE
         pages = max(1, (size + page - 1) // page)
         self._bytes = (pages + 2) * page
-        self._base = _libc.mmap(None, self._bytes, _PROT_NONE,
-                                mmap.MAP_PRIVATE | mmap.MAP_ANONYMOUS, -1, 0)
+        self._base = _libc.mmap(
+            None, self._bytes, _PROT_NONE, mmap.MAP_PRIVATE | mmap.MAP_ANONYMOUS, -1, 0
+        )
         assert self._base not in (None, ctypes.c_void_p(-1).value)
         inner = self._base + page
         assert _libc.mprotect(inner, pages * page, mmap.PROT_READ | mmap.PROT_WRITE) == 0
         self.address = inner if at_start else inner + pages * page - size
         self.everything = numpy.frombuffer(
-            (ctypes.c_uint8 * (pages * page)).from_address(inner), numpy.uint8)
+            (ctypes.c_uint8 * (pages * page)).from_address(inner), numpy.uint8
+        )
         start = self.address - inner
-        self.bytes = self.everything[start:start + size]
+        self.bytes = self.everything[start : start + size]
 
     def free(self):
         self.everything = self.bytes = None
@@ -61,14 +70,16 @@ class GuardedSurface(object):
         size = (height - 1) * pitch_bytes + 4 * width if width and height else 0
         self.memory = GuardedMemory(size, at_start)
         self.memory.everything[...] = numpy.random.RandomState(seed).randint(
-            0, 256, len(self.memory.everything))
+            0, 256, len(self.memory.everything)
+        )
         address = make_surface_from(self.memory.address, width, height, pitch_bytes, masks)
         self.surface = native.new_reference(_wrap(address))
 
     def _pixel_bytes(self, array):
         start = self.memory.address - self.memory.everything.ctypes.data
         return numpy.lib.stride_tricks.as_strided(
-            array[start:], (self.height, 4 * self.width), (self._step, 1))
+            array[start:], (self.height, 4 * self.width), (self._step, 1)
+        )
 
     def words(self):
         """A copy of the pixels, which outlives the memory: pytest shows values of failed tests."""

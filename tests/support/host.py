@@ -1,14 +1,30 @@
 """A host that records every call larkspur makes to it."""
-import __builtin__
+
 import sys
 import types
 
+import __builtin__
+
 ROOM_FUNCTIONS = (
-    "Room_Compile", "Room_Create", "Room_InitializeBackgrounds", "Room_AddInstance",
-    "Room_AddDrawnInstance", "Room_ResortDrawnObjects", "Room_SetBackgroundIndex",
-    "Room_StepAlarms", "Room_MoveInstances", "Room_HandleCollisions", "Room_StepEvents",
-    "Room_DrawBackgrounds", "Room_RenderBackground", "Room_Leave", "Room_MouseButtonDown",
-    "Room_MouseButtonUp", "Room_HandleKeyrelease", "Room_HandleKeypress")
+    "Room_Compile",
+    "Room_Create",
+    "Room_InitializeBackgrounds",
+    "Room_AddInstance",
+    "Room_AddDrawnInstance",
+    "Room_ResortDrawnObjects",
+    "Room_SetBackgroundIndex",
+    "Room_StepAlarms",
+    "Room_MoveInstances",
+    "Room_HandleCollisions",
+    "Room_StepEvents",
+    "Room_DrawBackgrounds",
+    "Room_RenderBackground",
+    "Room_Leave",
+    "Room_MouseButtonDown",
+    "Room_MouseButtonUp",
+    "Room_HandleKeyrelease",
+    "Room_HandleKeypress",
+)
 
 LOADERS = ("SpriteData_load_images", "BackgroundData_load_images")
 
@@ -48,6 +64,7 @@ class RaisingAttributes(Raising):
 class RefusingModule(types.ModuleType):
     """A module on which the attributes named in `refused` can't be set. Setting one runs a loop,
     which would stop at a pending exception."""
+
     refused = ()
 
     def __setattr__(self, name, value):
@@ -77,6 +94,7 @@ class RecordingHost(object):
 
     def __init__(self, screen):
         import pygame
+
         self.gm6, self.gmapi = install_modules()
         self.calls = []
         self.results = {}
@@ -97,12 +115,14 @@ class RecordingHost(object):
 
     def recorder(self, name):
         """A function that records its call under `name` and answers from `results`."""
+
         def record(*arguments):
             self.calls.append((name, arguments))
             result = self.results.get(name)
             if isinstance(result, BaseException):
                 raise result
             return result
+
         record.__name__ = name
         return record
 

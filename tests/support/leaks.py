@@ -1,4 +1,5 @@
 """Counting references over many rounds."""
+
 import ctypes
 import gc
 import sys

@@ -1,4 +1,5 @@
 """larkspur as a native caller sees it, and SDL's records, through ctypes."""
+
 import ctypes
 
 import larkspur
@@ -10,27 +11,54 @@ library = ctypes.PyDLL(larkspur.__file__)
 
 
 class Rect(ctypes.Structure):
-    _fields_ = [("x", ctypes.c_int16), ("y", ctypes.c_int16),
-                ("w", ctypes.c_uint16), ("h", ctypes.c_uint16)]
+    _fields_ = [
+        ("x", ctypes.c_int16),
+        ("y", ctypes.c_int16),
+        ("w", ctypes.c_uint16),
+        ("h", ctypes.c_uint16),
+    ]
 
 
 class PixelFormat(ctypes.Structure):
-    _fields_ = ([("palette", ctypes.c_void_p)] +
-                [(name, ctypes.c_uint8) for name in (
-                    "BitsPerPixel", "BytesPerPixel", "Rloss", "Gloss", "Bloss", "Aloss",
-                    "Rshift", "Gshift", "Bshift", "Ashift")] +
-                [(name, ctypes.c_uint32) for name in (
-                    "Rmask", "Gmask", "Bmask", "Amask", "colorkey")] +
-                [("alpha", ctypes.c_uint8)])
+    _fields_ = (
+        [("palette", ctypes.c_void_p)]
+        + [
+            (name, ctypes.c_uint8)
+            for name in (
+                "BitsPerPixel",
+                "BytesPerPixel",
+                "Rloss",
+                "Gloss",
+                "Bloss",
+                "Aloss",
+                "Rshift",
+                "Gshift",
+                "Bshift",
+                "Ashift",
+            )
+        ]
+        + [(name, ctypes.c_uint32) for name in ("Rmask", "Gmask", "Bmask", "Amask", "colorkey")]
+        + [("alpha", ctypes.c_uint8)]
+    )
 
 
 class Surface(ctypes.Structure):
-    _fields_ = [("flags", ctypes.c_uint32), ("format", ctypes.POINTER(PixelFormat)),
-                ("w", ctypes.c_int), ("h", ctypes.c_int), ("pitch", ctypes.c_uint16),
-                ("pixels", ctypes.c_void_p), ("offset", ctypes.c_int),
-                ("hwdata", ctypes.c_void_p), ("clip_rect", Rect), ("unused1", ctypes.c_uint32),
-                ("locked", ctypes.c_uint32), ("map", ctypes.c_void_p),
-                ("format_version", ctypes.c_uint), ("refcount", ctypes.c_int)]
+    _fields_ = [
+        ("flags", ctypes.c_uint32),
+        ("format", ctypes.POINTER(PixelFormat)),
+        ("w", ctypes.c_int),
+        ("h", ctypes.c_int),
+        ("pitch", ctypes.c_uint16),
+        ("pixels", ctypes.c_void_p),
+        ("offset", ctypes.c_int),
+        ("hwdata", ctypes.c_void_p),
+        ("clip_rect", Rect),
+        ("unused1", ctypes.c_uint32),
+        ("locked", ctypes.c_uint32),
+        ("map", ctypes.c_void_p),
+        ("format_version", ctypes.c_uint),
+        ("refcount", ctypes.c_int),
+    ]
 
 
 _OBJECT_HEAD_BYTES = 2 * ctypes.sizeof(ctypes.c_void_p)

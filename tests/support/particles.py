@@ -1,4 +1,5 @@
 """Particle types and particles as native callers see them: the records behind the handles."""
+
 import ctypes
 
 from support import native
@@ -27,20 +28,23 @@ class TypeRecord(ctypes.Structure):
         "float dir_max, float dir_range, float dir_incr, float dir_wiggle, int life_min,"
         "int life_max, int life_range, float gravity_amount, float gravity_dir, float orient_min,"
         "float orient_max, float orient_incr, float orient_wiggle, float orient_relative,"
-        "object cache")
+        "object cache"
+    )
 
 
 class ParticleRecord(ctypes.Structure):
     _fields_ = _fields(
         "float x, float y, float direction, float speed, float vx, float vy, object beancounter,"
         "object type_handle, float size, int ttl, int color1, int color2, int color3, float life,"
-        "float orientation")
+        "float orientation"
+    )
 
 
 def values(record):
     """The plain numbers of a record as a dictionary."""
-    return {name: getattr(record, name) for name, kind in record._fields_
-            if kind is not ctypes.c_void_p}
+    return {
+        name: getattr(record, name) for name, kind in record._fields_ if kind is not ctypes.c_void_p
+    }
 
 
 def type_record(handle):
@@ -84,11 +88,11 @@ def foreign_cobject():
 _memory = ctypes.create_string_buffer(1024)
 
 step_low = native.function("CParticle_step_low", None, ctypes.POINTER(ParticleRecord))
-reset_velocities = native.function("CParticle_reset_velocities", None,
-                                   ctypes.POINTER(ParticleRecord))
+reset_velocities = native.function(
+    "CParticle_reset_velocities", None, ctypes.POINTER(ParticleRecord)
+)
 
 
 def values_of_model(model):
     """The plain numbers of a model's fields, as values() gives them for a record."""
-    return {name: getattr(number, "item", lambda: number)()
-            for name, number in vars(model).items()}
+    return {name: getattr(number, "item", lambda: number)() for name, number in vars(model).items()}

@@ -1,4 +1,5 @@
 """Calls whose result and pending exception are both wanted."""
+
 import collections
 import ctypes
 
@@ -8,15 +9,22 @@ _helper = ctypes.PyDLL(native.build_path("helpers/pending.so"))
 _helper.call.restype = ctypes.py_object
 _helper.call.argtypes = (ctypes.py_object, ctypes.py_object)
 _helper.draw_view.restype = ctypes.py_object
-_helper.draw_view.argtypes = (ctypes.c_void_p, ctypes.py_object, ctypes.py_object, ctypes.py_object,
-                              ctypes.c_int, ctypes.py_object)
+_helper.draw_view.argtypes = (
+    ctypes.c_void_p,
+    ctypes.py_object,
+    ctypes.py_object,
+    ctypes.py_object,
+    ctypes.c_int,
+    ctypes.py_object,
+)
 _helper.color_as_int.restype = ctypes.py_object
 _helper.color_as_int.argtypes = (ctypes.c_void_p, ctypes.py_object)
 _helper.render_particle.restype = ctypes.py_object
 _helper.render_particle.argtypes = (ctypes.c_void_p, ctypes.py_object, ctypes.py_object)
 _helper.add_to_scale_cache.restype = ctypes.py_object
-_helper.add_to_scale_cache.argtypes = ((ctypes.c_void_p,) + (ctypes.py_object,) * 3 +
-                                       (ctypes.c_int,) * 3)
+_helper.add_to_scale_cache.argtypes = (
+    (ctypes.c_void_p,) + (ctypes.py_object,) * 3 + (ctypes.c_int,) * 3
+)
 
 # succeeded  whether the function returned an object at all
 # exception  what was pending afterwards, also after a success; None when nothing was
@@ -47,8 +55,9 @@ def render_particle(particle, before=None):
 def add_to_scale_cache(sprite, key, width, height, colour, before=None):
     """(Surface, exception) of sprite_scalecache_add() for the first subimage, called while the
     exception `before` is pending."""
-    return _helper.add_to_scale_cache(_address("sprite_scalecache_add"), before, sprite, key, width,
-                                      height, colour)
+    return _helper.add_to_scale_cache(
+        _address("sprite_scalecache_add"), before, sprite, key, width, height, colour
+    )
 
 
 def _address(name):

@@ -1,4 +1,5 @@
 """Pixels of pygame Surfaces as numpy words, and comparing them."""
+
 import os
 import tempfile
 
@@ -18,8 +19,11 @@ def put_words(surface, pixels):
 
 def random_words(width, height, seed):
     """uint32 words [y][x], the same for the same seed."""
-    return numpy.random.RandomState(seed).randint(
-        0, 2 ** 32, size=(height, width), dtype=numpy.uint64).astype(numpy.uint32)
+    return (
+        numpy.random.RandomState(seed)
+        .randint(0, 2**32, size=(height, width), dtype=numpy.uint64)
+        .astype(numpy.uint32)
+    )
 
 
 def assert_same_words(actual, expected, name):
@@ -33,8 +37,11 @@ def assert_same_words(actual, expected, name):
     directory = os.path.join(build, "pictures")
     if not os.path.isdir(directory):
         os.makedirs(directory)
-    pictures = (("expected", expected), ("actual", actual),
-                ("difference", numpy.where(actual != expected, 0xFFFFFF, 0)))
+    pictures = (
+        ("expected", expected),
+        ("actual", actual),
+        ("difference", numpy.where(actual != expected, 0xFFFFFF, 0)),
+    )
     for kind, pixels in pictures:
         rgb = numpy.stack([pixels >> shift & 255 for shift in (16, 8, 0)], axis=-1)
         picture = pygame.surfarray.make_surface(rgb.swapaxes(0, 1).astype(numpy.uint8))
@@ -42,7 +49,8 @@ def assert_same_words(actual, expected, name):
     y, x = differing[0]
     raise AssertionError(
         "%s: %d pixels differ, the first at (%d, %d): 0x%08X, expected 0x%08X; pictures in %s"
-        % (name, len(differing), x, y, actual[y, x], expected[y, x], directory))
+        % (name, len(differing), x, y, actual[y, x], expected[y, x], directory)
+    )
 
 
 def assert_same_picture(actual, expected, name):

@@ -2,6 +2,7 @@
 
 The lists are written down from the rules and share nothing with the field tables in src.
 """
+
 import collections
 import copy
 import ctypes
@@ -28,10 +29,13 @@ def _strict(names):
 
 
 def _room_members():
-    kinds = {"i": ("int", False, False), "f": ("float", False, False),
-             "o": ("lenient", True, True),    # seen by garbage collection, released
-             "r": ("lenient", False, True),   # released only
-             "k": ("lenient", False, False)}  # kept for good
+    kinds = {
+        "i": ("int", False, False),
+        "f": ("float", False, False),
+        "o": ("lenient", True, True),  # seen by garbage collection, released
+        "r": ("lenient", False, True),  # released only
+        "k": ("lenient", False, False),
+    }  # kept for good
     rows = """
         i id o name i room_width i room_height i snapx i snapy i isogrid i room_speed
         i room_persistent i bgcolor i draw_bgcolor o room_caption o creation_code
@@ -66,44 +70,72 @@ _BACKGROUND_EFFECTS = """background_xscale background_yscale background_hspeed b
     background_blend background_alpha background_htiled background_vtiled""".split()
 
 ROOM = RecordType(
-    larkspur.GMRoom, "larkspur.GMRoom", "GM-compatible backgrounds.", _room_members(),
+    larkspur.GMRoom,
+    "larkspur.GMRoom",
+    "GM-compatible backgrounds.",
+    _room_members(),
     """id name room_width room_height snapx snapy isogrid room_speed room_persistent bgcolor
-    draw_bgcolor room_caption frame_duration creation_code""".split() + _BACKGROUND_SLOTS +
-    ["view_enabled", "numviews"] + _VIEW_LISTS +
-    """background_index initial_view_data background_x background_y background_visible
-    background_width background_height""".split() + _BACKGROUND_EFFECTS +
-    """view_visible instances tiles tile_w tile_h tile_hsep tile_vsep tile_hoffset tile_voffset
-    created""".split() + _EVENT_LISTS +
-    ["view_current", "cached_bg", "cached_bg_scaled", "creation_code_compiled"],
-    ["name", "room_caption", "creation_code"] + _BACKGROUND_SLOTS + _VIEW_LISTS +
-    ["background_index", "instances", "tiles"] + _EVENT_LISTS +
-    ["cached_bg", "cached_bg_scaled", "background_x", "background_y", "background_visible"] +
-    _BACKGROUND_EFFECTS + ["background_width", "background_height"])
+    draw_bgcolor room_caption frame_duration creation_code""".split()
+    + _BACKGROUND_SLOTS
+    + ["view_enabled", "numviews"]
+    + _VIEW_LISTS
+    + """background_index initial_view_data background_x background_y background_visible
+    background_width background_height""".split()
+    + _BACKGROUND_EFFECTS
+    + """view_visible instances tiles tile_w tile_h tile_hsep tile_vsep tile_hoffset tile_voffset
+    created""".split()
+    + _EVENT_LISTS
+    + ["view_current", "cached_bg", "cached_bg_scaled", "creation_code_compiled"],
+    ["name", "room_caption", "creation_code"]
+    + _BACKGROUND_SLOTS
+    + _VIEW_LISTS
+    + ["background_index", "instances", "tiles"]
+    + _EVENT_LISTS
+    + ["cached_bg", "cached_bg_scaled", "background_x", "background_y", "background_visible"]
+    + _BACKGROUND_EFFECTS
+    + ["background_width", "background_height"],
+)
 
 TILE = RecordType(
-    larkspur.RoomTileData, "larkspur.RoomTileData", "GM-compatible room tile entries.",
+    larkspur.RoomTileData,
+    "larkspur.RoomTileData",
+    "GM-compatible room tile entries.",
     _ints("x y id background_idx tilex tiley w h layer_depth locked", ""),
-    "x y background_idx tilex tiley w h layer_depth id locked".split(), [])
+    "x y background_idx tilex tiley w h layer_depth id locked".split(),
+    [],
+)
 
 SPRITE = RecordType(
-    larkspur.GMSprite, "larkspur.GMSprite", "GM-compatible sprites.",
-    _ints("w", "unscaled sprite width.") + _ints("h", "unscaled sprite height.") +
-    _ints("""xorigin yorigin leftbound rightbound topbound bottombound transparent
+    larkspur.GMSprite,
+    "larkspur.GMSprite",
+    "GM-compatible sprites.",
+    _ints("w", "unscaled sprite width.")
+    + _ints("h", "unscaled sprite height.")
+    + _ints(
+        """xorigin yorigin leftbound rightbound topbound bottombound transparent
           use_video_memory load_only_on_use smooth_edges preload_texture bounding_box_type
-          precise_collision_checking""", "") + _strict("name subimages scalecache"),
+          precise_collision_checking""",
+        "",
+    )
+    + _strict("name subimages scalecache"),
     """w h leftbound rightbound topbound bottombound xorigin yorigin transparent
     precise_collision_checking bounding_box_type smooth_edges preload_texture use_video_memory
     load_only_on_use name subimages scalecache""".split(),
-    ["name", "subimages", "scalecache"])
+    ["name", "subimages", "scalecache"],
+)
 
 BACKGROUND = RecordType(
-    larkspur.BackgroundData, "larkspur.BackgroundData", "GM-compatible backgrounds.",
+    larkspur.BackgroundData,
+    "larkspur.BackgroundData",
+    "GM-compatible backgrounds.",
     _strict("name surf scaled_data_cache") + _ints("w h transparent", ""),
     "name surf scaled_data_cache w h transparent".split(),
-    ["name", "surf", "scaled_data_cache"])
+    ["name", "surf", "scaled_data_cache"],
+)
 
 FLOAT_LIST = RecordType(
-    larkspur.Floatlist8, "larkspur.Floatlist8", "A list of 8 floats.", [], [], [])
+    larkspur.Floatlist8, "larkspur.Floatlist8", "A list of 8 floats.", [], [], []
+)
 
 ALL = [ROOM, TILE, SPRITE, BACKGROUND, FLOAT_LIST]
 COLLECTED = [ROOM, SPRITE, BACKGROUND]
@@ -122,15 +154,19 @@ def int_names(record):
 
 def object_names(record):
     """Names of the object members in storage order."""
-    return [member.name for member in storage_members(record)
-            if member.kind in ("lenient", "strict")]
+    return [
+        member.name for member in storage_members(record) if member.kind in ("lenient", "strict")
+    ]
 
 
 # Ways to make a record out of another one by way of its pickled state.
 ROUND_TRIPS = [
     lambda record: pickle.loads(pickle.dumps(record, 0)),
     lambda record: pickle.loads(pickle.dumps(record, 1)),
-    lambda record: pickle.loads(pickle.dumps(record, 2)), copy.copy, copy.deepcopy]
+    lambda record: pickle.loads(pickle.dumps(record, 2)),
+    copy.copy,
+    copy.deepcopy,
+]
 
 # Arguments of __setstate__() that hold no state; long enough to be one, where they have a length.
 NO_STATES = [(), (None,), (5,), ("12345" * 4,), ({},), (iter(range(20)),)]
@@ -158,17 +194,27 @@ CHECK_TYPES = 1 << 4
 
 class TypeRecord(ctypes.Structure):
     """The head of a type object; every field is one word."""
+
     _fields_ = [(name, ctypes.c_void_p) for name in _TYPE_FIELDS]
 
 
 class MemberRecord(ctypes.Structure):
-    _fields_ = [("name", ctypes.c_char_p), ("type", ctypes.c_int), ("offset", ctypes.c_ssize_t),
-                ("flags", ctypes.c_int), ("doc", ctypes.c_char_p)]
+    _fields_ = [
+        ("name", ctypes.c_char_p),
+        ("type", ctypes.c_int),
+        ("offset", ctypes.c_ssize_t),
+        ("flags", ctypes.c_int),
+        ("doc", ctypes.c_char_p),
+    ]
 
 
 class MethodRecord(ctypes.Structure):
-    _fields_ = [("name", ctypes.c_char_p), ("function", ctypes.c_void_p),
-                ("flags", ctypes.c_int), ("doc", ctypes.c_char_p)]
+    _fields_ = [
+        ("name", ctypes.c_char_p),
+        ("function", ctypes.c_void_p),
+        ("flags", ctypes.c_int),
+        ("doc", ctypes.c_char_p),
+    ]
 
 
 def type_record(record_type):

@@ -1,10 +1,22 @@
 """Rooms, views, tiles and things to draw."""
+
 import larkspur
 
 from support.host import Instance, Plain
 
-VIEW_MEMBERS = ("view_xview", "view_yview", "view_object", "view_hborder", "view_vborder",
-                "view_wview", "view_hview", "view_xport", "view_yport", "view_wport", "view_hport")
+VIEW_MEMBERS = (
+    "view_xview",
+    "view_yview",
+    "view_object",
+    "view_hborder",
+    "view_vborder",
+    "view_wview",
+    "view_hview",
+    "view_xport",
+    "view_yport",
+    "view_wport",
+    "view_hport",
+)
 
 
 def float_list(values):
@@ -34,8 +46,9 @@ def set_view(room, view, **values):
 def make_view_room(views=1, **members):
     """A GMRoom of 800 x 600 whose first `views` views are visible: each follows nothing and shows
     320 x 240 pixels of the room one to one at the display's origin."""
-    room = make_room(view_enabled=1, room_width=800, room_height=600,
-                     view_visible=[i < views for i in range(8)])
+    room = make_room(
+        view_enabled=1, room_width=800, room_height=600, view_visible=[i < views for i in range(8)]
+    )
     for name in VIEW_MEMBERS:
         setattr(room, name, float_list([]))
     for view in range(8):
@@ -71,8 +84,17 @@ class Drawable(object):
             self.action()
 
 
-SPRITE_ATTRIBUTES = ("sprite_index", "image_index", "x", "y", "image_xscale", "image_yscale",
-                     "image_angle", "image_blend", "image_alpha")
+SPRITE_ATTRIBUTES = (
+    "sprite_index",
+    "image_index",
+    "x",
+    "y",
+    "image_xscale",
+    "image_yscale",
+    "image_angle",
+    "image_blend",
+    "image_alpha",
+)
 
 
 def make_instance(py_Draw=1, **attributes):

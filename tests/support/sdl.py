@@ -1,4 +1,5 @@
 """SDL's and SDL_gfx's own operations on pygame Surfaces, to compose expected pictures from."""
+
 import ctypes
 
 import pygame
@@ -25,11 +26,13 @@ _zoom = native.function("zoomSurface", _pointer, _pointer, _double, _double, _in
 _rotozoom = native.function("rotozoomSurface", _pointer, _pointer, _double, _double, _integer)
 _convert = native.function("SDL_ConvertSurface", _pointer, _pointer, _pointer, ctypes.c_uint32)
 _display_format_alpha = native.function("SDL_DisplayFormatAlpha", _pointer, _pointer)
-_create = native.function("SDL_CreateRGBSurface", _pointer, ctypes.c_uint32,
-                          *[_integer] * 3 + [ctypes.c_uint32] * 4)
+_create = native.function(
+    "SDL_CreateRGBSurface", _pointer, ctypes.c_uint32, *[_integer] * 3 + [ctypes.c_uint32] * 4
+)
 _set_alpha = native.function("SDL_SetAlpha", _integer, _pointer, ctypes.c_uint32, ctypes.c_uint8)
-_upper_blit = native.function("SDL_UpperBlit", _integer, _pointer, _pointer, _pointer,
-                              ctypes.POINTER(Rect))
+_upper_blit = native.function(
+    "SDL_UpperBlit", _integer, _pointer, _pointer, _pointer, ctypes.POINTER(Rect)
+)
 _set_clip_rect = native.function("SDL_SetClipRect", _integer, _pointer, _pointer)
 _wrap = native.function("PySurface_FromSurface", _pointer, _pointer)
 
@@ -48,14 +51,20 @@ def _transformed(address):
     if not is_layer():
         return picture
     # SDL 2 would draw both rows: a surface of the right height from the start, with all the rest.
-    copy = created(picture.get_width(), picture.get_height(), picture.get_bitsize(),
-                   masks_of(picture), picture.get_flags())
+    copy = created(
+        picture.get_width(),
+        picture.get_height(),
+        picture.get_bitsize(),
+        masks_of(picture),
+        picture.get_flags(),
+    )
     if picture.get_bitsize() == 8:
         copy.set_palette(picture.get_palette())
     if picture.get_flags() & pygame.SRCCOLORKEY:
         copy.set_colorkey(native.sdl_surface(picture).format.contents.colorkey)
-    set_alpha(copy, picture.get_flags() & SDL_SRCALPHA,
-              native.sdl_surface(picture).format.contents.alpha)
+    set_alpha(
+        copy, picture.get_flags() & SDL_SRCALPHA, native.sdl_surface(picture).format.contents.alpha
+    )
     copy.get_buffer().write(picture.get_buffer().raw, 0)
     return copy
 
@@ -74,8 +83,9 @@ def converted(surface, like, flags):
     if not masks_of(like)[3]:
         # SDL 1.2 keeps these anyway, SDL 2 only where it is asked.
         flags |= surface.get_flags() & (pygame.SRCCOLORKEY | SDL_SRCALPHA)
-    return _wrapped(_convert(native.surface_address(surface),
-                             ctypes.addressof(record.format.contents), flags))
+    return _wrapped(
+        _convert(native.surface_address(surface), ctypes.addressof(record.format.contents), flags)
+    )
 
 
 def display_format_alpha(surface):

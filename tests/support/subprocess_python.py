@@ -1,4 +1,5 @@
 """Running Python code in a process of its own, where things can be preloaded or end the process."""
+
 import os
 import subprocess
 import sys
@@ -15,11 +16,18 @@ def run(code, preload=(), cwd=None, **variables):
     """
     environment = dict(os.environ, **variables)
     environment["PYTHONPATH"] = os.pathsep.join(
-        [TESTS] + [path for path in [os.environ.get("PYTHONPATH")] if path])
+        [TESTS] + [path for path in [os.environ.get("PYTHONPATH")] if path]
+    )
     environment["LD_PRELOAD"] = " ".join(
-        [path for path in [os.environ.get("LD_PRELOAD")] if path] + list(preload))
-    process = subprocess.Popen([sys.executable, "-c", code], env=environment, cwd=cwd,
-                               stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        [path for path in [os.environ.get("LD_PRELOAD")] if path] + list(preload)
+    )
+    process = subprocess.Popen(
+        [sys.executable, "-c", code],
+        env=environment,
+        cwd=cwd,
+        stdout=subprocess.PIPE,
+        stderr=subprocess.PIPE,
+    )
     out, err = process.communicate()
     return process.returncode, out, err
 

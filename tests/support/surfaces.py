@@ -1,4 +1,5 @@
 """Surfaces of every kind that occurs, down to their bytes."""
+
 import ctypes
 
 import numpy
@@ -17,7 +18,8 @@ ALL_MASKS = (XRGB, ARGB, ABGR, RGBA, ARGB_MIDDLE)
 
 _create_arguments = [ctypes.c_void_p] + [ctypes.c_int] * 4 + [ctypes.c_uint32] * 4
 create_surface_from = native.function(
-    "SDL_CreateRGBSurfaceFrom", ctypes.c_void_p, *_create_arguments)
+    "SDL_CreateRGBSurfaceFrom", ctypes.c_void_p, *_create_arguments
+)
 free_surface = native.function("SDL_FreeSurface", None, ctypes.c_void_p)
 _fflush = ctypes.CDLL(None).fflush
 
@@ -38,8 +40,9 @@ def make_surface_from(memory, width, height, pitch, masks):
     address = create_surface_from(memory, width, height, 32, pitch, *masks)
     if not address and sdl.is_layer():
         # SDL 2 knows few formats. larkspur reads nothing but the record, so that is made up here.
-        address = create_surface_from(memory, width, height, 32, pitch,
-                                      *(ARGB if masks[3] else XRGB))
+        address = create_surface_from(
+            memory, width, height, 32, pitch, *(ARGB if masks[3] else XRGB)
+        )
         _give_masks(address, masks)
     assert address
     return address
@@ -93,15 +96,20 @@ class ForeignSurface(object):
     address     of the SDL surface
     memory      all bytes, uint8; those of pixel (x, y) begin at start + y * pitch + 4 * x
     """
+
     GUARD_BYTES = 256
 
     def __init__(self, width, height, pitch, masks=XRGB, offset=0, seed=1):
         self.width, self.height, self.pitch = width, height, pitch
         self.start = self.GUARD_BYTES + offset
-        self.memory = numpy.random.RandomState(seed).randint(
-            0, 256, self.start + height * pitch + self.GUARD_BYTES).astype(numpy.uint8)
-        self.address = make_surface_from(self.memory.ctypes.data + self.start, width, height, pitch,
-                                         masks)
+        self.memory = (
+            numpy.random.RandomState(seed)
+            .randint(0, 256, self.start + height * pitch + self.GUARD_BYTES)
+            .astype(numpy.uint8)
+        )
+        self.address = make_surface_from(
+            self.memory.ctypes.data + self.start, width, height, pitch, masks
+        )
 
     def __del__(self):
         free_surface(self.address)
@@ -117,7 +125,11 @@ def assert_same_bytes(actual, expected):
     differing = numpy.nonzero(actual != expected)[0]
     assert len(actual) == len(expected)
     assert not len(differing), "%d bytes differ, the first at %d: %d, expected %d" % (
-        len(differing), differing[0], actual[differing[0]], expected[differing[0]])
+        len(differing),
+        differing[0],
+        actual[differing[0]],
+        expected[differing[0]],
+    )
 
 
 def printed(capfd):

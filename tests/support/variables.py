@@ -1,15 +1,23 @@
 """Game variables as native code sees them, and some that are hard to come by."""
+
 import ctypes
 
 from larkspur import GMVar
+
 from support import records
 
 
 class VariableRecord(ctypes.Structure):
     """A variable as native code sees it."""
-    _fields_ = [("refcount", ctypes.c_ssize_t), ("type", ctypes.c_void_p),
-                ("magic", ctypes.c_uint32), ("width", ctypes.c_int32), ("height", ctypes.c_int32),
-                ("items", ctypes.POINTER(ctypes.c_void_p))]
+
+    _fields_ = [
+        ("refcount", ctypes.c_ssize_t),
+        ("type", ctypes.c_void_p),
+        ("magic", ctypes.c_uint32),
+        ("width", ctypes.c_int32),
+        ("height", ctypes.c_int32),
+        ("items", ctypes.POINTER(ctypes.c_void_p)),
+    ]
 
 
 def native(variable):
@@ -46,6 +54,7 @@ def holding_itself():
 
 def mutations():
     """Functions that change a variable in ways an operation on it may not expect."""
+
     def grow(variable):
         variable[50, 50] = 1
 
@@ -59,4 +68,5 @@ def mutations():
     def reset_and_grow(variable):
         reset(variable)
         grow(variable)
+
     return [grow, replace, reset, reset_and_grow, records.clear]

@@ -40,5 +40,4 @@ def test_setstate_leaves_the_size_to_the_host(host):
 def test_pickling_keeps_the_counts():
     background = larkspur.BackgroundData()
     background.name = name = object()
-    leaks.assert_counts_unchanged(background.__reduce__, background, name,
-                                  larkspur.BackgroundData)
+    leaks.assert_counts_unchanged(background.__reduce__, background, name, larkspur.BackgroundData)

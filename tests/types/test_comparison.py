@@ -1,14 +1,19 @@
 import ctypes
 import operator
 
-import pytest
-
 import larkspur
+import pytest
 from support import leaks
 
 MESSAGE = "XXX need to set an exception.\n"
-RULES = [(operator.lt, 0), (operator.le, 1), (operator.eq, 2), (operator.ne, 3),
-         (operator.gt, 4), (operator.ge, 5)]
+RULES = [
+    (operator.lt, 0),
+    (operator.le, 1),
+    (operator.eq, 2),
+    (operator.ne, 3),
+    (operator.gt, 4),
+    (operator.ge, 5),
+]
 every_rule = pytest.mark.parametrize("rule, op", RULES)
 
 
@@ -23,8 +28,7 @@ class Game(object):
 
     def __init__(self, host):
         self.sprites = host.game.sprites = [larkspur.GMSprite() for _ in range(5)]
-        self.backgrounds = host.game.backgrounds = [
-            larkspur.BackgroundData() for _ in range(5)]
+        self.backgrounds = host.game.backgrounds = [larkspur.BackgroundData() for _ in range(5)]
         self.rooms = host.game.rooms = [larkspur.GMRoom() for _ in range(5)]
         self.tiles = [make_tile(number) for number in range(5)]
         self.three_way = [self.backgrounds, self.rooms, self.tiles]
@@ -48,6 +52,7 @@ class Convertible(object):
 
 # --- Backgrounds, rooms and tiles ----------------------------------------------------------------
 
+
 def test_any_two_compare_as_their_integers(game, capfd):
     for left in game.three_way:
         for right in game.three_way:
@@ -63,7 +68,7 @@ def test_tiles_compare_by_their_number_alone():
     a, b = make_tile(7), make_tile(7)
     a.x, b.layer_depth = 100, 5
     assert cmp(a, b) == 0 and a == b and not a != b
-    assert cmp(make_tile(-2 ** 31), make_tile(2 ** 31 - 1)) == -1
+    assert cmp(make_tile(-(2**31)), make_tile(2**31 - 1)) == -1
 
 
 def test_sorting_and_searching_go_by_the_integer(game):
@@ -120,11 +125,24 @@ class OldStyleCoercing:
         return 1, 1
 
 
-@pytest.mark.parametrize("foreign, equal", [
-    (1, False), (long(1), False), (1.0, False), ("1", False), (None, False), ([1], False),
-    (1j, False),
-    (True, False), (Convertible(1), False), (ByCmp(), True), (ByRich(), "equal"),
-    (OldStyle(), True), (OldStyleCoercing(), True)])
+@pytest.mark.parametrize(
+    "foreign, equal",
+    [
+        (1, False),
+        (long(1), False),
+        (1.0, False),
+        ("1", False),
+        (None, False),
+        ([1], False),
+        (1j, False),
+        (True, False),
+        (Convertible(1), False),
+        (ByCmp(), True),
+        (ByRich(), "equal"),
+        (OldStyle(), True),
+        (OldStyleCoercing(), True),
+    ],
+)
 def test_other_types_are_compared_the_interpreter_s_way(game, capfd, foreign, equal):
     for kind in game.three_way:
         assert (kind[1] == foreign) == equal
@@ -135,10 +153,21 @@ def test_other_types_are_compared_the_interpreter_s_way(game, capfd, foreign, eq
 
 # --- Sprites -------------------------------------------------------------------------------------
 
+
 @every_rule
 def test_sprites_compare_as_integers_with_anything_that_converts(game, rule, op):
-    makers = [int, long, float, str, lambda n: n + 0.75, Convertible, make_tile,
-              game.sprites.__getitem__, game.backgrounds.__getitem__, game.rooms.__getitem__]
+    makers = [
+        int,
+        long,
+        float,
+        str,
+        lambda n: n + 0.75,
+        Convertible,
+        make_tile,
+        game.sprites.__getitem__,
+        game.backgrounds.__getitem__,
+        game.rooms.__getitem__,
+    ]
     for a in range(5):
         for b in range(5):
             for make in makers:
@@ -156,14 +185,22 @@ def test_sprites_compare_from_the_right_as_well(game, rule, op):
 
 @every_rule
 def test_both_integers_are_cut_to_32_bits(game, rule, op):
-    for number, cut in ((2 ** 32 + 2, 2), (2 ** 31, -2 ** 31), (-2 ** 32, 0), (2 ** 63 - 1, -1)):
+    for number, cut in ((2**32 + 2, 2), (2**31, -(2**31)), (-(2**32), 0), (2**63 - 1, -1)):
         assert rule(game.sprites[1], number) is rule(1, cut)
 
 
 @every_rule
-@pytest.mark.parametrize("operand, error", [
-    (None, TypeError), ([], TypeError), (1j, TypeError), ("text", ValueError),
-    (float("nan"), ValueError), (2 ** 64, OverflowError)])
+@pytest.mark.parametrize(
+    "operand, error",
+    [
+        (None, TypeError),
+        ([], TypeError),
+        (1j, TypeError),
+        ("text", ValueError),
+        (float("nan"), ValueError),
+        (2**64, OverflowError),
+    ],
+)
 def test_an_operand_that_does_not_convert_raises(game, capfd, rule, op, operand, error):
     for arguments in ((game.sprites[0], operand), (operand, game.sprites[0])):
         with pytest.raises(error):
@@ -191,6 +228,7 @@ def test_sorting_searching_and_cmp_of_sprites(game):
 def test_the_left_operand_is_converted_first(game):
     def empty():
         del game.sprites[:]
+
     sprite = game.sprites[2]
     assert sprite == Convertible(2, empty)
     with pytest.raises(SystemError):
@@ -199,8 +237,10 @@ def test_the_left_operand_is_converted_first(game):
 
 # --- Both ----------------------------------------------------------------------------------------
 
-@pytest.mark.parametrize("made", [larkspur.GMSprite, larkspur.BackgroundData, larkspur.GMRoom,
-                                  larkspur.RoomTileData])
+
+@pytest.mark.parametrize(
+    "made", [larkspur.GMSprite, larkspur.BackgroundData, larkspur.GMRoom, larkspur.RoomTileData]
+)
 def test_what_compares_by_a_number_that_can_change_cannot_be_hashed(made):
     with pytest.raises(TypeError):
         hash(made())
@@ -208,7 +248,11 @@ def test_what_compares_by_a_number_that_can_change_cannot_be_hashed(made):
 
 def test_comparing_keeps_the_counts(game):
     sprite, background, room, tile = (
-        game.sprites[1], game.backgrounds[1], game.rooms[2], game.tiles[2])
+        game.sprites[1],
+        game.backgrounds[1],
+        game.rooms[2],
+        game.tiles[2],
+    )
     absent, number, text = larkspur.GMSprite(), 123456789, "text"
 
     def compare():
@@ -218,11 +262,14 @@ def test_comparing_keeps_the_counts(game):
             sprite == text  # noqa: B015
         with pytest.raises(SystemError):
             absent == number  # noqa: B015
-    leaks.assert_counts_unchanged(compare, sprite, background, room, tile, absent, number, text,
-                                  True, False)
+
+    leaks.assert_counts_unchanged(
+        compare, sprite, background, room, tile, absent, number, text, True, False
+    )
 
 
 # --- Right operands of any type, which variables and native code hand to the slots ---------------
+
 
 class ReversedInt(int):
     def __cmp__(self, other):
@@ -236,12 +283,25 @@ def compare(left, right):
     return cmp(larkspur.GMVar(left), larkspur.GMVar(right))
 
 
-@pytest.mark.parametrize("number, other, order", [
-    (1, 2, -1), (2, 2, 0), (3, 2, 1), (10, 2 ** 70, -1), (-10, -2 ** 70, 1), (5, long(5), 0),
-    (5, long(4), 1), (7, "7", 0), (7, 7.9, 0), (-2 ** 31, True, -1), (1, Convertible(2), -1),
-    (1, ReversedInt(2), -1),              # its int() is a plain one,
-    (1, Convertible(ReversedInt(2)), 1),  # and this one is not
-    (1, Convertible(ReversedInt(1)), 0)])
+@pytest.mark.parametrize(
+    "number, other, order",
+    [
+        (1, 2, -1),
+        (2, 2, 0),
+        (3, 2, 1),
+        (10, 2**70, -1),
+        (-10, -(2**70), 1),
+        (5, long(5), 0),
+        (5, long(4), 1),
+        (7, "7", 0),
+        (7, 7.9, 0),
+        (-(2**31), True, -1),
+        (1, Convertible(2), -1),
+        (1, ReversedInt(2), -1),  # its int() is a plain one,
+        (1, Convertible(ReversedInt(2)), 1),  # and this one is not
+        (1, Convertible(ReversedInt(1)), 0),
+    ],
+)
 def test_a_tile_has_an_order_with_anything_that_converts(capfd, number, other, order):
     assert compare(make_tile(number), other) == order
     assert capfd.readouterr() == ("", "")
@@ -266,12 +326,12 @@ def test_a_left_operand_that_does_not_convert_ends_the_comparison(game, capfd):
 
 
 def test_comparing_releases_what_the_conversions_gave():
-    tile, number = make_tile(1), 2 ** 70
+    tile, number = make_tile(1), 2**70
     other = Convertible(number)
     assert leaks.count_changes(lambda: compare(tile, other), [tile, other, number]) == [0.0] * 3
 
 
-@pytest.mark.parametrize("op", [6, 7, -1, 2 ** 31 - 1, -2 ** 31])
+@pytest.mark.parametrize("op", [6, 7, -1, 2**31 - 1, -(2**31)])
 def test_an_unknown_operator_fails_without_an_exception(game, op):
     rich_compare = ctypes.pythonapi["PyObject_RichCompare"]
     rich_compare.argtypes = [ctypes.py_object, ctypes.py_object, ctypes.c_int]

@@ -1,4 +1,5 @@
 """GMVar as the value it holds: creation, numbers, comparison, attributes, calls, text, length."""
+
 import copy
 import ctypes
 import functools
@@ -22,6 +23,7 @@ LENT = 3 * ROUNDS
 
 
 # The type.
+
 
 def test_names_and_doc():
     assert ctypes.string_at(records.type_record(GMVar).name) == b"py_larkspur.GMVar"
@@ -50,8 +52,10 @@ def test_there_are_no_slots_methods_or_members_but_the_stated_ones():
 
 # Creation.
 
-@pytest.mark.parametrize("value", [
-    5, 2.5, "text", unicode("text"), None, [1], (), {}, object(), len])
+
+@pytest.mark.parametrize(
+    "value", [5, 2.5, "text", unicode("text"), None, [1], (), {}, object(), len]
+)
 def test_holds_its_argument(value):
     variable = GMVar(value)
     assert variable[0] is value and variable[0, 0] is value
@@ -66,11 +70,15 @@ def test_creation_leaks_nothing():
     assert_counts_unchanged(lambda: GMVar(variable), value, variable)
 
 
-@pytest.mark.parametrize("arguments, keywords, message", [
-    ((), {}, "function takes exactly 1 argument (0 given)"),
-    ((1, 2), {}, "function takes exactly 1 argument (2 given)"),
-    ((), {"x": 1}, "GMVar() does not take keyword arguments"),
-    ((1,), {"x": 1}, "GMVar() does not take keyword arguments")])
+@pytest.mark.parametrize(
+    "arguments, keywords, message",
+    [
+        ((), {}, "function takes exactly 1 argument (0 given)"),
+        ((1, 2), {}, "function takes exactly 1 argument (2 given)"),
+        ((), {"x": 1}, "GMVar() does not take keyword arguments"),
+        ((1,), {"x": 1}, "GMVar() does not take keyword arguments"),
+    ],
+)
 def test_takes_exactly_one_argument(arguments, keywords, message):
     with pytest.raises(TypeError) as caught:
         GMVar(*arguments, **keywords)
@@ -99,6 +107,7 @@ def test_init_resets_and_keeps_the_references_of_the_old_array():
         variable[2, 1] = cell
         GMVar.__init__(variable, 7)
         assert size(variable) == (1, 1) and variable == 7
+
     assert count_changes(reset, [value, cell]) == [1.0, 1.0]
 
 
@@ -111,6 +120,7 @@ def test_init_with_itself_keeps_the_value():
 
 
 # A variable without a value.
+
 
 def cleared():
     variable = GMVar(5)
@@ -157,20 +167,43 @@ def test_reading_a_missing_value_by_one_index_stores_nothing():
 
 # Numbers.
 
+
 class Operand(object):
     """Answers every binary operation with its name and the other operand."""
 
 
 for _name in "add sub div mod and xor or".split():
     for _form in ("__%s__", "__r%s__"):
-        setattr(Operand, _form % _name,
-                lambda self, other, name=_form % _name: (name, other))
+        setattr(Operand, _form % _name, lambda self, other, name=_form % _name: (name, other))
 
-FORWARDED = [operator.add, operator.sub, operator.div, operator.mod, operator.and_, operator.xor,
-             operator.or_]
-OPERANDS = [5, -3, 0, sys.maxint, -sys.maxint - 1, 2 ** 70, 2.5, 1 + 2j, True, "%s", "x",
-            unicode("u"),
-            [1], (2,), set([1, 2]), None, Operand()]
+FORWARDED = [
+    operator.add,
+    operator.sub,
+    operator.div,
+    operator.mod,
+    operator.and_,
+    operator.xor,
+    operator.or_,
+]
+OPERANDS = [
+    5,
+    -3,
+    0,
+    sys.maxint,
+    -sys.maxint - 1,
+    2**70,
+    2.5,
+    1 + 2j,
+    True,
+    "%s",
+    "x",
+    unicode("u"),
+    [1],
+    (2,),
+    set([1, 2]),
+    None,
+    Operand(),
+]
 
 
 def outcome(function, *arguments):
@@ -205,29 +238,48 @@ def test_formatting_shows_the_variable_as_its_value():
     assert GMVar("%s and %s") % ("a", "b") == "a and b"
 
 
-@pytest.mark.parametrize("a, b, product", [
-    (5, 2, 10.0), (2, 2.5, 5.0), ("2", "1.5", 3.0), (True, 3, 3.0), (2 ** 53 + 1, 1, 2.0 ** 53),
-    (0, -1, -0.0)])
+@pytest.mark.parametrize(
+    "a, b, product",
+    [
+        (5, 2, 10.0),
+        (2, 2.5, 5.0),
+        ("2", "1.5", 3.0),
+        (True, 3, 3.0),
+        (2**53 + 1, 1, 2.0**53),
+        (0, -1, -0.0),
+    ],
+)
 def test_a_product_is_always_a_float(a, b, product):
     for x, y in [(GMVar(a), b), (a, GMVar(b)), (GMVar(a), GMVar(b))]:
         result = x * y
         assert type(result) is float and repr(result) == repr(product)
 
 
-@pytest.mark.parametrize("a, b, error", [
-    ("x", 2, ValueError), (2, "x", ValueError), ([1], 2, TypeError), (2, [1], TypeError),
-    (None, 2, TypeError), (2, None, TypeError), (10 ** 400, 2, OverflowError)])
+@pytest.mark.parametrize(
+    "a, b, error",
+    [
+        ("x", 2, ValueError),
+        (2, "x", ValueError),
+        ([1], 2, TypeError),
+        (2, [1], TypeError),
+        (None, 2, TypeError),
+        (2, None, TypeError),
+        (10**400, 2, OverflowError),
+    ],
+)
 def test_factors_that_are_no_numbers_raise(a, b, error):
     for x, y in [(GMVar(a), b), (a, GMVar(b)), (GMVar(a), GMVar(b))]:
         with pytest.raises(error):
             x * y
 
 
-@pytest.mark.parametrize("function", [operator.neg, operator.pos, operator.abs, int, float, bool,
-                                      hash, str],
-                         ids=lambda function: function.__name__)
+@pytest.mark.parametrize(
+    "function",
+    [operator.neg, operator.pos, operator.abs, int, float, bool, hash, str],
+    ids=lambda function: function.__name__,
+)
 def test_unary_operations_are_those_of_the_value(function):
-    more = ["12", " -3 ", "1.5", unichr(0xE9), float("nan"), float("inf"), -(2 ** 80)]
+    more = ["12", " -3 ", "1.5", unichr(0xE9), float("nan"), float("inf"), -(2**80)]
     for value in OPERANDS + more:
         expected = outcome(function, value)
         actual = outcome(function, GMVar(value))
@@ -238,14 +290,31 @@ def test_nonzero_reports_failures():
     class Failing(object):
         def __nonzero__(self):
             raise ZeroDivisionError
+
     with pytest.raises(ZeroDivisionError):
         bool(GMVar(Failing()))
 
 
-@pytest.mark.parametrize("function", [
-    lambda v: v ** 2, lambda v: 2 ** v, lambda v: v << 1, lambda v: v >> 1, lambda v: ~v,
-    lambda v: v // 2, lambda v: operator.truediv(v, 2), lambda v: divmod(v, 2), oct, hex,
-    operator.index, iter, lambda v: 5 in v, lambda v: range(9)[v], lambda v: v[0:1][0][0]])
+@pytest.mark.parametrize(
+    "function",
+    [
+        lambda v: v**2,
+        lambda v: 2**v,
+        lambda v: v << 1,
+        lambda v: v >> 1,
+        lambda v: ~v,
+        lambda v: v // 2,
+        lambda v: operator.truediv(v, 2),
+        lambda v: divmod(v, 2),
+        oct,
+        hex,
+        operator.index,
+        iter,
+        lambda v: 5 in v,
+        lambda v: range(9)[v],
+        lambda v: v[0:1][0][0],
+    ],
+)
 def test_other_operations_do_not_exist(function):
     for value in (5, 2.5):
         with pytest.raises(TypeError):
@@ -264,8 +333,9 @@ def test_coercion_is_that_of_the_values(a, b):
 def test_failing_coercion_raises_and_leaks_nothing():
     value, other = object(), float("1.5")
     variable = GMVar(value)
-    assert_counts_unchanged(lambda: pytest.raises(TypeError, coerce, variable, other),
-                            variable, value, other)
+    assert_counts_unchanged(
+        lambda: pytest.raises(TypeError, coerce, variable, other), variable, value, other
+    )
     other = float("2.5")
     variable = GMVar(int("70000"))
     assert_counts_unchanged(lambda: coerce(variable, other), variable, variable[0], other)
@@ -291,6 +361,7 @@ def test_operations_leak_nothing():
 
 
 # In-place addition.
+
 
 def test_inplace_addition_keeps_the_variable():
     variable = same_variable = GMVar(5)
@@ -322,6 +393,7 @@ def test_failing_inplace_addition_changes_nothing():
         v = variable
         with pytest.raises(TypeError):
             v += 1
+
     assert_counts_unchanged(fail, variable, value)
     assert variable[0] is value
 
@@ -332,11 +404,13 @@ def test_inplace_addition_counts():
     class Adding(object):
         def __iadd__(self, other):
             return result
+
     old = Adding()
 
     def add():
         v = GMVar(old)
         v += value
+
     assert_counts_unchanged(add, old, result, value)
 
 
@@ -356,6 +430,7 @@ def test_inplace_addition_ends_with_the_sum_whatever_a_destructor_does():
             def __del__(self):
                 seen.append(variable[0])
                 act(variable)
+
         seen = []
         variable[0] = Dying()
         v = variable
@@ -366,9 +441,12 @@ def test_inplace_addition_ends_with_the_sum_whatever_a_destructor_does():
 
 # Comparison.
 
-@pytest.mark.parametrize("function", [operator.lt, operator.le, operator.eq, operator.ne,
-                                      operator.gt, operator.ge],
-                         ids=lambda function: function.__name__)
+
+@pytest.mark.parametrize(
+    "function",
+    [operator.lt, operator.le, operator.eq, operator.ne, operator.gt, operator.ge],
+    ids=lambda function: function.__name__,
+)
 def test_rich_comparison_is_that_of_the_values(function):
     values = [1, 2, 2.0, long(2), "2", None, [1], (2,), 1j, float("nan")]
     for a in values:
@@ -399,10 +477,26 @@ def compared(a, b):
 
 
 def test_three_way_comparison_of_values():
-    pairs = [(1, 2, -1), (2, 1, 1), (2, 2, 0), (1.5, 2.5, -1), (2.5, 1.5, 1), (2.5, 2.5, 0),
-             ("a", "b", -1), ("b", "a", 1), ("a", "a", 0), (1, 2.5, -1), (3, 2.5, 1), (2, 2.0, 0),
-             (long(2), 1, 1), ((1, 2), (1, 3), -1), ([2], [1], 1), (None, None, 0), (None, 1, -1),
-             (1, None, 1)]
+    pairs = [
+        (1, 2, -1),
+        (2, 1, 1),
+        (2, 2, 0),
+        (1.5, 2.5, -1),
+        (2.5, 1.5, 1),
+        (2.5, 2.5, 0),
+        ("a", "b", -1),
+        ("b", "a", 1),
+        ("a", "a", 0),
+        (1, 2.5, -1),
+        (3, 2.5, 1),
+        (2, 2.0, 0),
+        (long(2), 1, 1),
+        ((1, 2), (1, 3), -1),
+        ([2], [1], 1),
+        (None, None, 0),
+        (None, 1, -1),
+        (1, None, 1),
+    ]
     for a, b, expected in pairs:
         assert compared(a, b) == expected, (a, b)
 
@@ -427,6 +521,7 @@ def test_three_way_slots_only_get_operands_they_take():
     class ClassicCompared:
         def __cmp__(self, other):
             return 1
+
     assert compared(Compared(1), 5) == 1
     assert compared(5, Compared(1)) == -1
     assert compared(Compared(-1), Compared(1)) == -1
@@ -448,14 +543,17 @@ def test_our_own_slots_convert_what_they_get():
         assert compared(value, below) == 1
 
 
-@pytest.mark.parametrize("a, b", [
-    (lent(Counted(1)), lent(Counted(2))),    # by the slot of both
-    (lent(Counted(1)), lent(Rich(2.5))),     # by the interpreter
-    (lent(Rich(1.5)), lent(Rich(2.5))),      # by rich comparison: less
-    (lent(Rich(3.5)), lent(Rich(2.5))),      # greater
-    (lent(Rich(2.5)), lent(Rich(2.5))),      # equal
-    (lent(object()), lent(object())),        # a type without any comparison
-])
+@pytest.mark.parametrize(
+    "a, b",
+    [
+        (lent(Counted(1)), lent(Counted(2))),  # by the slot of both
+        (lent(Counted(1)), lent(Rich(2.5))),  # by the interpreter
+        (lent(Rich(1.5)), lent(Rich(2.5))),  # by rich comparison: less
+        (lent(Rich(3.5)), lent(Rich(2.5))),  # greater
+        (lent(Rich(2.5)), lent(Rich(2.5))),  # equal
+        (lent(object()), lent(object())),  # a type without any comparison
+    ],
+)
 def test_three_way_comparison_releases_one_reference_of_each(a, b):
     x, y = GMVar(a), GMVar(b)
     assert count_changes(lambda: cmp(x, y), [a, b, x, y]) == [-1.0, -1.0, 0.0, 0.0]
@@ -472,6 +570,7 @@ def test_only_the_innermost_comparison_releases():
         inner = GMVar(value)
         lend_references(inner, LENT)
         return inner, holding(inner)
+
     a, b = lent(Rich(1.5)), lent(Rich(2.5))
     (x, outer_x), (y, outer_y) = nested(a), nested(b)
     assert cmp(outer_x, outer_y) == -1
@@ -509,6 +608,7 @@ def test_answers_of_rich_comparison():
 
         def __gt__(self, other):
             return answers["gt"]
+
     x, y = GMVar(lent(Value())), GMVar(lent(Value()))
     counted = [answers["eq"], answers["lt"], answers["gt"]]
     assert cmp(x, y) == 1
@@ -522,9 +622,15 @@ class Plain(object):
 
 
 @pytest.mark.filterwarnings("error")
-@pytest.mark.parametrize("failing, asked", [
-    ("__eq__", ["__eq__"]), ("__lt__", ["__eq__", "__lt__"]),
-    ("__gt__", ["__eq__", "__lt__", "__gt__"]), ("__nonzero__", ["__eq__", "__lt__"])])
+@pytest.mark.parametrize(
+    "failing, asked",
+    [
+        ("__eq__", ["__eq__"]),
+        ("__lt__", ["__eq__", "__lt__"]),
+        ("__gt__", ["__eq__", "__lt__", "__gt__"]),
+        ("__nonzero__", ["__eq__", "__lt__"]),
+    ],
+)
 def test_failing_comparison_raises_at_once(failing, asked):
     calls = []
 
@@ -539,7 +645,9 @@ def test_failing_comparison_raises_at_once(failing, asked):
         def method(self, other):
             calls.append(name)
             return Answer() if failing != name else 1 // 0
+
         setattr(Value, name, method)
+
     for name in ("__eq__", "__lt__", "__gt__"):
         add(name)
     a, b = lent(Value()), lent(Value())
@@ -550,6 +658,7 @@ def test_failing_comparison_raises_at_once(failing, asked):
         pytest.raises(ZeroDivisionError, cmp, x, y)
         assert calls == asked
         sys.exc_clear()
+
     assert count_changes(fail, [a, b]) == [-1.0, -1.0]
 
 
@@ -576,14 +685,18 @@ def test_the_last_reference_of_a_value_compared_with_itself_is_not_given_away():
 
 # Attributes, calls, text.
 
+
 def test_attributes_are_those_of_the_value():
     value = Plain()
     variable = GMVar(value)
     variable.name = "a"
     assert value.name == "a" and variable.name == "a"
     del variable.name
-    for function in (lambda: variable.name, lambda: delattr(variable, "name"),
-                     lambda: setattr(GMVar(5), "name", 1)):
+    for function in (
+        lambda: variable.name,
+        lambda: delattr(variable, "name"),
+        lambda: setattr(GMVar(5), "name", 1),
+    ):
         with pytest.raises(AttributeError):
             function()
     assert variable.__class__ is Plain and type(variable) is GMVar
@@ -596,6 +709,7 @@ def test_attributes_are_those_of_the_value():
 def test_calls_go_to_the_value():
     def called(*arguments, **keywords):
         return arguments, keywords
+
     assert GMVar(called)(1, 2, x=3) == ((1, 2), {"x": 3})
     for value in (5, None):
         with pytest.raises(TypeError):
@@ -606,6 +720,7 @@ def test_the_value_survives_its_own_replacement_during_a_call():
     def replace():
         variable[0] = 5
         return alive() is not None
+
     variable = GMVar(functools.partial(replace))  # which holds nothing of itself while it is called
     alive = weakref.ref(variable[0])
     assert variable() is True
@@ -616,6 +731,7 @@ def test_text():
     class Text(object):
         def __str__(self):
             return "text"
+
     assert str(GMVar(Text())) == "text" and unicode(GMVar(5)) == "5"
     assert str(GMVar(unicode("ascii"))) == "ascii"
     for convert in (str, unicode):
@@ -625,6 +741,7 @@ def test_text():
     class Accented(object):
         def __str__(self):
             return unichr(0xE9)
+
     assert unicode(GMVar(Accented())) == unichr(0xE9)
     with pytest.raises(UnicodeEncodeError):
         str(GMVar(Accented()))
@@ -645,8 +762,11 @@ def test_copies_and_pickles_are_those_of_the_value():
 
 # Length.
 
-@pytest.mark.parametrize("value, length", [
-    ("text", 4), (unicode(), 0), ([1, 2], 2), ((), 0), (5, 6), (None, 6), ({1: 2}, 6), (2.5, 6)])
+
+@pytest.mark.parametrize(
+    "value, length",
+    [("text", 4), (unicode(), 0), ([1, 2], 2), ((), 0), (5, 6), (None, 6), ({1: 2}, 6), (2.5, 6)],
+)
 def test_length_is_that_of_a_sequence_or_the_number_of_elements(value, length):
     variable = GMVar(value)
     assert len(variable) == (length if length != 6 else 1)
@@ -668,6 +788,7 @@ def test_length_of_classic_instances_and_failures():
 
     class Neither:
         pass
+
     assert len(GMVar(Sequence())) == 9
     assert len(GMVar(Neither())) == 1
     with pytest.raises(TypeError):

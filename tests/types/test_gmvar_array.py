@@ -1,4 +1,5 @@
 """GMVar as an array: reading, writing, references, growth, garbage collection."""
+
 import ctypes
 import gc
 import operator
@@ -32,6 +33,7 @@ def test_layout():
 
 
 # Reading and writing.
+
 
 def test_writing_beyond_the_width_adds_columns():
     variable = GMVar(1)
@@ -69,6 +71,7 @@ def test_a_key_that_is_number_and_sequence_is_a_number():
 
         def __getitem__(self, i):
             return 2
+
     variable = GMVar("a")
     variable[Both()] = "b"
     assert size(variable) == (2, 1)
@@ -80,6 +83,7 @@ def test_a_variables_value_is_taken_before_the_key_is_read():
         def __int__(self):
             source[0] = "later"
             return 1
+
     for key in (Key(), (Key(), 0), (0, Key())):
         source, variable = GMVar("first"), GMVar(0)
         variable[key] = source
@@ -102,8 +106,9 @@ def test_numbers_are_indices(key):
     assert variable[1, 1] == "e" == variable[[key, key, "ignored"]]
 
 
-@pytest.mark.parametrize("key", [None, {}, object(), slice(1), "ab", ("a", 1), (1, "a"), (None, 0),
-                                 (0, None), [[], 0]])
+@pytest.mark.parametrize(
+    "key", [None, {}, object(), slice(1), "ab", ("a", 1), (1, "a"), (None, 0), (0, None), [[], 0]]
+)
 def test_other_keys_read_as_zero(key):
     variable = GMVar("a")
     result = variable[key]
@@ -126,12 +131,24 @@ class Unconvertible(object):
         raise ZeroDivisionError
 
 
-@pytest.mark.parametrize("key, error", [
-    (2 ** 70, OverflowError), ((2 ** 70, 0), OverflowError), ((0, 2 ** 70), OverflowError),
-    (Unconvertible(), ZeroDivisionError), ((Unconvertible(), 0), ZeroDivisionError),
-    ((0, Unconvertible()), ZeroDivisionError), ((), IndexError), ((1,), IndexError),
-    ("a", IndexError), ([], IndexError), (GMVar(()), TypeError), (float("nan"), Exception),
-    (float("inf"), OverflowError)])
+@pytest.mark.parametrize(
+    "key, error",
+    [
+        (2**70, OverflowError),
+        ((2**70, 0), OverflowError),
+        ((0, 2**70), OverflowError),
+        (Unconvertible(), ZeroDivisionError),
+        ((Unconvertible(), 0), ZeroDivisionError),
+        ((0, Unconvertible()), ZeroDivisionError),
+        ((), IndexError),
+        ((1,), IndexError),
+        ("a", IndexError),
+        ([], IndexError),
+        (GMVar(()), TypeError),
+        (float("nan"), Exception),
+        (float("inf"), OverflowError),
+    ],
+)
 def test_keys_that_fail_raise_their_own_exception(key, error):
     variable = GMVar(5)
     with pytest.raises(error):
@@ -161,6 +178,7 @@ def test_deleting_says_so_and_raises(capfd):
 
 # References of the array.
 
+
 def test_elements_own_one_reference():
     value, other = object(), object()
     variable = GMVar(0)
@@ -169,6 +187,7 @@ def test_elements_own_one_reference():
         variable[key] = value
         variable[key] = other
         assert variable[key] is other
+
     for key in (0, 5, (0, 0), (5, 5), [2, 2]):
         variable[key] = 0
         assert count_changes(lambda: write(key), [value]) == [0.0]
@@ -186,24 +205,40 @@ def test_refused_key_items_keep_a_reference():
 
     def refuse(*key):
         pytest.raises(SystemError, operator.setitem, variable, key, value)
+
     assert count_changes(lambda: refuse(item, other), [item, other, value]) == [1.0, 1.0, 0.0]
     assert count_changes(lambda: refuse(zero, other), [zero, other]) == [1.0, 1.0]
     assert count_changes(lambda: refuse(negative, zero), [negative, zero]) == [1.0, 1.0]
     assert count_changes(lambda: refuse(zero, negative), [negative, zero]) == [1.0, 1.0]
     # Keys whose items are used do not, nor do those that are too large or only read.
-    large = 2 ** 40
+    large = 2**40
     assert_counts_unchanged(
         lambda: pytest.raises(MemoryError, operator.setitem, variable, (large, zero), value),
-        large, zero, value)
+        large,
+        zero,
+        value,
+    )
     assert_counts_unchanged(lambda: operator.getitem(variable, (item, other)), item, other)
     assert_counts_unchanged(lambda: operator.setitem(variable, (zero, zero), value), zero)
 
 
 # Growth.
 
-@pytest.mark.parametrize("key", [
-    2 ** 31 - 1, 2 ** 31, 2 ** 40, sys.maxint, (2 ** 31, 0), (0, 2 ** 31), (2 ** 30, 2 ** 30),
-    (2 ** 31 - 2, 2 ** 31 - 2), (sys.maxint, sys.maxint)])
+
+@pytest.mark.parametrize(
+    "key",
+    [
+        2**31 - 1,
+        2**31,
+        2**40,
+        sys.maxint,
+        (2**31, 0),
+        (0, 2**31),
+        (2**30, 2**30),
+        (2**31 - 2, 2**31 - 2),
+        (sys.maxint, sys.maxint),
+    ],
+)
 def test_sizes_that_cannot_be_raise_memory_error(key):
     variable = GMVar(5)
     variable[1, 1] = "kept"
@@ -212,11 +247,12 @@ def test_sizes_that_cannot_be_raise_memory_error(key):
         variable[key] = value
     assert size(variable) == (2, 2)
     assert variable == 5 and variable[1, 1] == "kept"
-    assert_counts_unchanged(lambda: pytest.raises(MemoryError, operator.setitem, variable, key,
-                                                  value), value)
+    assert_counts_unchanged(
+        lambda: pytest.raises(MemoryError, operator.setitem, variable, key, value), value
+    )
 
 
-@pytest.mark.parametrize("key", [2 ** 31 - 1, (2 ** 31 - 1, 0), (0, 2 ** 31 - 1)])
+@pytest.mark.parametrize("key", [2**31 - 1, (2**31 - 1, 0), (0, 2**31 - 1)])
 def test_no_side_is_as_long_as_2_to_the_31(key):
     variable = GMVar(5)
     with pytest.raises(MemoryError) as caught:
@@ -225,9 +261,11 @@ def test_no_side_is_as_long_as_2_to_the_31(key):
     assert variable == 5 and size(variable) == (1, 1)
 
 
-@pytest.mark.parametrize("key", [
-    lambda n: n, lambda n: (n, 0), lambda n: (0, n), lambda n: (n % 3, n)],
-    ids=["index", "column", "row", "three columns"])
+@pytest.mark.parametrize(
+    "key",
+    [lambda n: n, lambda n: (n, 0), lambda n: (0, n), lambda n: (n % 3, n)],
+    ids=["index", "column", "row", "three columns"],
+)
 def test_growing_by_single_steps_seldom_moves_the_array(key):
     """An array that grows by a share of its size moves as often as a logarithm; one that grows by
     what is asked for moves at nearly every step, which costs quadratic time."""
@@ -265,9 +303,9 @@ def test_growing_works_without_room_for_a_reserve():
             print error
         print variable[0], variable[count - 1], variable[count], variable[2 * count]
     """)
-    assert out == ("first last more\n"
-                   "no memory for a GMVar of 67108865 x 1 elements\n"
-                   "first last more 0\n")
+    assert out == (
+        "first last more\nno memory for a GMVar of 67108865 x 1 elements\nfirst last more 0\n"
+    )
 
 
 def test_random_accesses_match_the_model():
@@ -286,8 +324,9 @@ def test_random_accesses_match_the_model():
     for round_number in range(60):
         variable, model = GMVar("first"), ModelVariable("first")
         for step in range(300):
-            key = generator.choice([index, lambda: (index(), index()), lambda: [index(), index()],
-                                    lambda: None])()
+            key = generator.choice(
+                [index, lambda: (index(), index()), lambda: [index(), index()], lambda: None]
+            )()
             context = (seed, round_number, step, plain(key))
             reading = generator.random() < 0.4
             value = object()
@@ -309,6 +348,7 @@ def test_random_accesses_match_the_model():
 
 # Garbage collection.
 
+
 def test_elements_are_visited_from_the_last_to_the_first():
     values = [object() for _ in range(4)]
     variable = GMVar(values[0])
@@ -319,6 +359,7 @@ def test_elements_are_visited_from_the_last_to_the_first():
     def stop(value):
         seen.append(value)
         return 7 if value is values[2] else 0
+
     assert records.traverse(variable, stop) == 7
     assert seen == values[:1:-1]
 
@@ -332,6 +373,7 @@ def test_clear_releases_everything_from_the_last_to_the_first():
 
         def __del__(self):
             order.append(self.name)
+
     variable = GMVar(Dying("first"))
     variable[1] = Dying("second")
     variable[1, 1] = Dying("third")
@@ -350,6 +392,7 @@ def test_cycles_are_collected():
         variable = GMVar([])
         variable[0].append(variable)
         variable[2, 2] = [variable]
+
     assert object_growth(make_cycle, 100) == 0
 
 

@@ -1,4 +1,5 @@
 """GMVars that are changed while they are worked on, and one that holds itself."""
+
 import ctypes
 import operator
 
@@ -8,15 +9,35 @@ from support import records
 from support.leaks import lend_references
 from support.variables import holding_itself, mutations, native, size
 
-
 # A variable that holds itself.
 
-@pytest.mark.parametrize("function", [
-    lambda v: v + 1, lambda v: 1 + v, lambda v: v * 2, lambda v: -v, abs, int, float, bool, len,
-    str, hash, lambda v: v.name, lambda v: setattr(v, "name", 1), lambda v: v(),
-    lambda v: v == 1, lambda v: v < 1, lambda v: cmp(v, GMVar(v)), lambda v: cmp(v, GMVar(5)),
-    lambda v: coerce(v, 1),
-    lambda v: operator.iadd(v, 1), lambda v: operator.getitem(GMVar(5), v)])
+
+@pytest.mark.parametrize(
+    "function",
+    [
+        lambda v: v + 1,
+        lambda v: 1 + v,
+        lambda v: v * 2,
+        lambda v: -v,
+        abs,
+        int,
+        float,
+        bool,
+        len,
+        str,
+        hash,
+        lambda v: v.name,
+        lambda v: setattr(v, "name", 1),
+        lambda v: v(),
+        lambda v: v == 1,
+        lambda v: v < 1,
+        lambda v: cmp(v, GMVar(v)),
+        lambda v: cmp(v, GMVar(5)),
+        lambda v: coerce(v, 1),
+        lambda v: operator.iadd(v, 1),
+        lambda v: operator.getitem(GMVar(5), v),
+    ],
+)
 def test_a_variable_that_holds_itself_raises(function):
     variable = holding_itself()
     assert variable[0] is variable
@@ -31,6 +52,7 @@ def test_a_variable_that_holds_itself_raises(function):
 
 # Code that changes the variable while it is worked on.
 
+
 class Meddling(object):
     """A value all of whose operations first change the variable that holds it."""
 
@@ -42,29 +64,72 @@ def _meddling(name, result):
     def method(self, *arguments):
         self.__dict__["act"]()
         return result
+
     method.__name__ = name
     setattr(Meddling, name, method)
 
 
-for _name in ("add sub mul div mod and xor or radd rsub rmul rdiv rmod rand rxor ror neg pos abs "
-              "iadd eq ne lt le gt ge call").split():
+for _name in (
+    "add sub mul div mod and xor or radd rsub rmul rdiv rmod rand rxor ror neg pos abs "
+    "iadd eq ne lt le gt ge call"
+).split():
     _meddling("__%s__" % _name, 7)
-for _name, _result in [("int", 1), ("float", 1.5), ("nonzero", True), ("len", 3), ("str", "text"),
-                       ("hash", 9), ("index", 1), ("getitem", 1), ("cmp", 1),
-                       ("getattr", 3), ("setattr", None), ("coerce", (1, 2))]:
+for _name, _result in [
+    ("int", 1),
+    ("float", 1.5),
+    ("nonzero", True),
+    ("len", 3),
+    ("str", "text"),
+    ("hash", 9),
+    ("index", 1),
+    ("getitem", 1),
+    ("cmp", 1),
+    ("getattr", 3),
+    ("setattr", None),
+    ("coerce", (1, 2)),
+]:
     _meddling("__%s__" % _name, _result)
 
 
 USES = [
-    lambda v: v + 1, lambda v: 1 + v, lambda v: v - 1, lambda v: v * 2, lambda v: 2 * v,
-    lambda v: v / 2, lambda v: v % 2, lambda v: v & 1, lambda v: v ^ 1, lambda v: v | 1,
-    lambda v: -v, lambda v: +v, abs, int, float, bool, len, str, hash, lambda v: v.name,
-    lambda v: setattr(v, "name", 1), lambda v: v(), lambda v: v == 1, lambda v: v < v[0],
-    lambda v: cmp(v, 1), lambda v: cmp(v, GMVar(v)), lambda v: coerce(v, 1),
-    lambda v: operator.iadd(v, 1), lambda v: operator.iadd(v, v),
-    lambda v: v[v], lambda v: v[v, v], lambda v: v[v[0]], lambda v: v[v[0], v[0]],
-    lambda v: operator.setitem(v, v[0], "new"), lambda v: operator.setitem(v, (v[0], 0), "new"),
-    lambda v: operator.setitem(v, (0, v[0]), v), lambda v: operator.setitem(v, v, v)]
+    lambda v: v + 1,
+    lambda v: 1 + v,
+    lambda v: v - 1,
+    lambda v: v * 2,
+    lambda v: 2 * v,
+    lambda v: v / 2,
+    lambda v: v % 2,
+    lambda v: v & 1,
+    lambda v: v ^ 1,
+    lambda v: v | 1,
+    lambda v: -v,
+    lambda v: +v,
+    abs,
+    int,
+    float,
+    bool,
+    len,
+    str,
+    hash,
+    lambda v: v.name,
+    lambda v: setattr(v, "name", 1),
+    lambda v: v(),
+    lambda v: v == 1,
+    lambda v: v < v[0],
+    lambda v: cmp(v, 1),
+    lambda v: cmp(v, GMVar(v)),
+    lambda v: coerce(v, 1),
+    lambda v: operator.iadd(v, 1),
+    lambda v: operator.iadd(v, v),
+    lambda v: v[v],
+    lambda v: v[v, v],
+    lambda v: v[v[0]],
+    lambda v: v[v[0], v[0]],
+    lambda v: operator.setitem(v, v[0], "new"),
+    lambda v: operator.setitem(v, (v[0], 0), "new"),
+    lambda v: operator.setitem(v, (0, v[0]), v),
+    lambda v: operator.setitem(v, v, v),
+]
 
 
 @pytest.mark.parametrize("use", range(len(USES)))
@@ -89,19 +154,25 @@ def test_values_may_change_the_variable_during_any_operation(use):
 
 
 RELEASES = [
-    lambda v: operator.setitem(v, 0, 1), lambda v: operator.setitem(v, (0, 0), 1),
-    lambda v: operator.setitem(v, (9, 9), 1), lambda v: operator.iadd(v, 1), records.clear]
+    lambda v: operator.setitem(v, 0, 1),
+    lambda v: operator.setitem(v, (0, 0), 1),
+    lambda v: operator.setitem(v, (9, 9), 1),
+    lambda v: operator.iadd(v, 1),
+    records.clear,
+]
 
 
 @pytest.mark.parametrize("release", RELEASES)
 def test_destructors_may_change_the_variable_during_any_release(release):
     for act in mutations():
+
         class Dying(object):
             def __iadd__(self, other):
                 return other
 
             def __del__(self):
                 act(holder["variable"])
+
         holder = {"variable": GMVar(Dying())}
         holder["variable"][2, 2] = Dying()
         release(holder["variable"])

@@ -1,4 +1,5 @@
 """InstanceList: what is stored, what fails and how, and the references each operation leaves."""
+
 import copy
 import ctypes
 import gc
@@ -55,10 +56,12 @@ def new_list(*items):
 
 def native_set_item(target, i, value):
     return ctypes.pythonapi.PySequence_SetItem(
-        ctypes.py_object(target), ctypes.c_ssize_t(i), ctypes.py_object(value))
+        ctypes.py_object(target), ctypes.c_ssize_t(i), ctypes.py_object(value)
+    )
 
 
 # The type.
+
 
 def test_type_is_a_list_with_a_lists_storage():
     assert larkspur.InstanceList.__base__ is list
@@ -87,9 +90,12 @@ def test_type_cannot_be_subclassed():
 def test_methods_in_order():
     rows = records.method_table(larkspur.InstanceList)
     assert [(row.name, row.doc) for row in rows] == [
-        ("append", "Add an instance"), ("remove", "Remove an instance."),
-        ("insert", "Insert an instance into the list."), ("__reduce__", None),
-        ("__setstate__", None)]
+        ("append", "Add an instance"),
+        ("remove", "Remove an instance."),
+        ("insert", "Insert an instance into the list."),
+        ("__reduce__", None),
+        ("__setstate__", None),
+    ]
 
 
 def test_lists_cannot_be_hashed():
@@ -99,8 +105,10 @@ def test_lists_cannot_be_hashed():
 
 # Conversion.
 
+
 def adders():
     """Each way of adding one value, as a function of list and value, with where it ends up."""
+
     def set_first(target, value):
         target[0] = value
 
@@ -116,22 +124,27 @@ def adders():
         pytest.param(lambda target, value: target.__setitem__(0, value), 0, id="__setitem__"),
         pytest.param(lambda target, value: target.__setitem__(long(0), value), 0, id="long index"),
         pytest.param(lambda target, value: native_set_item(target, 0, value), 0, id="native"),
-        pytest.param(lambda target, value: native_set_item(target, -2, value), 0,
-                     id="native from the end"),
+        pytest.param(
+            lambda target, value: native_set_item(target, -2, value), 0, id="native from the end"
+        ),
     ]
 
 
 @pytest.mark.parametrize("add, position", adders())
-@pytest.mark.parametrize("form", [
-    lambda number, instance: number,
-    lambda number, instance: long(number),
-    lambda number, instance: number + 0.9,
-    lambda number, instance: str(number),
-    lambda number, instance: ConvertsTo(number),
-    lambda number, instance: instance,
-    lambda number, instance: larkspur.GMVar(number),
-    lambda number, instance: larkspur.GMVar(instance),
-], ids=["int", "long", "float", "str", "__int__", "instance", "GMVar of id", "GMVar of instance"])
+@pytest.mark.parametrize(
+    "form",
+    [
+        lambda number, instance: number,
+        lambda number, instance: long(number),
+        lambda number, instance: number + 0.9,
+        lambda number, instance: str(number),
+        lambda number, instance: ConvertsTo(number),
+        lambda number, instance: instance,
+        lambda number, instance: larkspur.GMVar(number),
+        lambda number, instance: larkspur.GMVar(instance),
+    ],
+    ids=["int", "long", "float", "str", "__int__", "instance", "GMVar of id", "GMVar of instance"],
+)
 def test_one_value_is_stored_as_its_instance(registry, add, position, form):
     target = new_list(None, None)
     instance = registry[7]
@@ -161,6 +174,7 @@ def test_an_instance_of_a_subtype_goes_by_its_number(registry):
     class Numbered(Grown):
         def __int__(self):
             return 8
+
     target = new_list()
     target.append(Numbered())
     assert target == [registry[8]]
@@ -173,6 +187,7 @@ def test_only_one_level_of_variable_is_unwrapped(registry):
     class Wrapping(object):
         def __iadd__(self, other):
             return other.variable
+
     outer = larkspur.GMVar(Wrapping())
     outer += Plain(variable=larkspur.GMVar(registry[7]))  # a variable that holds a variable
     with pytest.raises(TypeError):
@@ -187,13 +202,17 @@ def test_empty_variable_stands_for_id_zero(registry):
     assert target == [registry[0]]
 
 
-@pytest.mark.parametrize("add", [
-    lambda target: target.extend([7]),
-    lambda target: target.__iadd__([7]),
-    lambda target: operator.setslice(target, 0, 0, [7]),
-    lambda target: operator.setitem(target, slice(0, 0), [7]),
-    lambda target: operator.setitem(target, slice(None, None, -1), [7]),
-], ids=["extend", "+=", "simple slice", "slice", "extended slice"])
+@pytest.mark.parametrize(
+    "add",
+    [
+        lambda target: target.extend([7]),
+        lambda target: target.__iadd__([7]),
+        lambda target: operator.setslice(target, 0, 0, [7]),
+        lambda target: operator.setitem(target, slice(0, 0), [7]),
+        lambda target: operator.setitem(target, slice(None, None, -1), [7]),
+    ],
+    ids=["extend", "+=", "simple slice", "slice", "extended slice"],
+)
 def test_several_values_at_once_are_not_converted(registry, add):
     target = new_list("old")
     add(target)
@@ -207,12 +226,14 @@ def test_a_failing_key_comparison_is_reported(registry):
 
         def __eq__(self, other):
             raise ZeroDivisionError
+
     registry[Key()] = None
     with pytest.raises(ZeroDivisionError):
         new_list().append(70000)
 
 
 # Failures.
+
 
 def test_append_of_an_unknown_id_fails_without_an_exception(registry):
     target = new_list()
@@ -221,10 +242,15 @@ def test_append_of_an_unknown_id_fails_without_an_exception(registry):
     assert target == []
 
 
-@pytest.mark.parametrize("operation", [
-    lambda target, value: target.insert(0, value),
-    lambda target, value: target.remove(value),
-    lambda target, value: operator.setitem(target, 0, value)], ids=["insert", "remove", "item"])
+@pytest.mark.parametrize(
+    "operation",
+    [
+        lambda target, value: target.insert(0, value),
+        lambda target, value: target.remove(value),
+        lambda target, value: operator.setitem(target, 0, value),
+    ],
+    ids=["insert", "remove", "item"],
+)
 def test_an_unknown_id_raises_key_error_that_names_it(registry, operation):
     target = new_list(registry[7])
     for value in (70, larkspur.GMVar(70)):
@@ -236,16 +262,28 @@ def test_an_unknown_id_raises_key_error_that_names_it(registry, operation):
     assert_counts_unchanged(lambda: pytest.raises(KeyError, operation, target, value), value)
 
 
-@pytest.mark.parametrize("operation", [
-    lambda target, value: target.append(value),
-    lambda target, value: target.insert(0, value),
-    lambda target, value: target.remove(value),
-    lambda target, value: operator.setitem(target, 0, value)],
-    ids=["append", "insert", "remove", "item"])
-@pytest.mark.parametrize("value, error", [
-    (NoInstance(), AttributeError), (None, TypeError), ("seven", ValueError), ([], TypeError),
-    (float("inf"), OverflowError), (larkspur.GMVar(()), TypeError),
-    (ConvertsTo(7, lambda: 1 / 0), ZeroDivisionError)])
+@pytest.mark.parametrize(
+    "operation",
+    [
+        lambda target, value: target.append(value),
+        lambda target, value: target.insert(0, value),
+        lambda target, value: target.remove(value),
+        lambda target, value: operator.setitem(target, 0, value),
+    ],
+    ids=["append", "insert", "remove", "item"],
+)
+@pytest.mark.parametrize(
+    "value, error",
+    [
+        (NoInstance(), AttributeError),
+        (None, TypeError),
+        ("seven", ValueError),
+        ([], TypeError),
+        (float("inf"), OverflowError),
+        (larkspur.GMVar(()), TypeError),
+        (ConvertsTo(7, lambda: 1 / 0), ZeroDivisionError),
+    ],
+)
 def test_values_that_do_not_convert_raise(registry, operation, value, error):
     target = new_list(registry[7])
     with pytest.raises((error, TypeError)):
@@ -274,8 +312,10 @@ def test_assigning_outside_fails_without_an_exception(registry, i):
     assert target == [registry[8]]
 
 
-@pytest.mark.parametrize("key, error", [
-    (2 ** 70, IndexError), ("0", TypeError), (0.0, TypeError), (larkspur.GMVar(0), TypeError)])
+@pytest.mark.parametrize(
+    "key, error",
+    [(2**70, IndexError), ("0", TypeError), (0.0, TypeError), (larkspur.GMVar(0), TypeError)],
+)
 def test_keys_are_a_lists_keys(registry, key, error):
     target = new_list(registry[8])
     with pytest.raises(error):
@@ -304,9 +344,16 @@ def test_append_and_remove_take_one_argument(registry, arguments):
             method(*arguments)
 
 
-@pytest.mark.parametrize("arguments, error", [
-    ((), TypeError), ((0,), TypeError), ((0, 7, 7), TypeError), (("0", 7), TypeError),
-    ((2 ** 40, 7), OverflowError)])
+@pytest.mark.parametrize(
+    "arguments, error",
+    [
+        ((), TypeError),
+        ((0,), TypeError),
+        ((0, 7, 7), TypeError),
+        (("0", 7), TypeError),
+        ((2**40, 7), OverflowError),
+    ],
+)
 def test_insert_takes_an_index_and_a_value(registry, arguments, error):
     target = new_list(registry[8])
     with pytest.raises(error):
@@ -326,6 +373,7 @@ def test_lookups_need_a_registry(host, registry):
 
 # Removing and inserting.
 
+
 def test_remove_takes_the_first_occurrence_and_keeps_the_capacity(registry):
     a, b = registry[7], registry[8]
     target = new_list(b, a, b, a, b)
@@ -338,9 +386,14 @@ def test_remove_takes_the_first_occurrence_and_keeps_the_capacity(registry):
 
 def test_remove_leaves_the_vacated_slot_unset(registry):
     class ListRecord(ctypes.Structure):
-        _fields_ = [("refcount", ctypes.c_ssize_t), ("type", ctypes.c_void_p),
-                    ("length", ctypes.c_ssize_t), ("items", ctypes.POINTER(ctypes.c_void_p)),
-                    ("capacity", ctypes.c_ssize_t)]
+        _fields_ = [
+            ("refcount", ctypes.c_ssize_t),
+            ("type", ctypes.c_void_p),
+            ("length", ctypes.c_ssize_t),
+            ("items", ctypes.POINTER(ctypes.c_void_p)),
+            ("capacity", ctypes.c_ssize_t),
+        ]
+
     target = new_list(registry[7], registry[8])
     native = ListRecord.from_address(id(target))
     capacity = native.capacity
@@ -354,6 +407,7 @@ def test_remove_goes_by_identity(registry):
     class Equal(Instance):
         def __eq__(self, other):
             return True
+
     a, b = Equal(), Equal()
     larkspur.RegisterInstancesDict(registry, Equal, Plain, Plain)
     target = new_list(a, b)
@@ -377,6 +431,7 @@ def test_insert_takes_its_index_from_a_variable(registry):
 
 
 # Reference counts.
+
 
 def test_append_references(registry):
     """An instance passed itself gets the list's reference; one from the registry loses it again."""
@@ -418,14 +473,16 @@ def test_item_assignment_references(registry):
     def assign(value):
         target = new_list(old)
         target[0] = value
+
     # The list's own reference goes with the list at the end of each round.
     assert count_changes(lambda: assign(direct), [direct, old]) == [1.0, 0.0]
     assert count_changes(lambda: assign(larkspur.GMVar(direct)), [direct, old]) == [1.0, 0.0]
     assert count_changes(lambda: assign(7), [by_id, old]) == [0.0, 0.0]
     assert count_changes(lambda: assign(larkspur.GMVar(7)), [by_id, old]) == [0.0, 0.0]
     target = new_list(old)
-    assert_counts_unchanged(lambda: pytest.raises(SystemError, operator.setitem, target, 1, direct),
-                            direct, old)
+    assert_counts_unchanged(
+        lambda: pytest.raises(SystemError, operator.setitem, target, 1, direct), direct, old
+    )
 
 
 def test_remove_references(registry):
@@ -435,14 +492,17 @@ def test_remove_references(registry):
     def remove(value, instance):
         target = new_list(instance)
         target.remove(value)
+
     assert count_changes(lambda: remove(direct, direct), [direct]) == [0.0]
     assert count_changes(lambda: remove(larkspur.GMVar(direct), direct), [direct]) == [0.0]
     assert count_changes(lambda: remove(7, by_id), [by_id]) == [-1.0]
     assert count_changes(lambda: remove(larkspur.GMVar(7), by_id), [by_id]) == [-1.0]
 
     for target in (new_list(), new_list(registry[8])):
+
         def fail(value):
             pytest.raises(SystemError, target.remove, value)
+
         assert count_changes(lambda: fail(direct), [direct]) == [0.0]
         assert count_changes(lambda: fail(7), [by_id]) == [-1.0]
 
@@ -485,17 +545,22 @@ def test_an_id_that_is_its_own_instance_survives_failing_removals(host):
 
 # Pickling.
 
+
 def test_reduce_gives_type_no_arguments_and_the_items(registry):
     target = new_list(registry[7], 5)
     for arguments in [(), (1, 2)]:
-        assert target.__reduce__(*arguments) == (
-            larkspur.InstanceList, (), (registry[7], 5))
+        assert target.__reduce__(*arguments) == (larkspur.InstanceList, (), (registry[7], 5))
     assert_counts_unchanged(target.__reduce__, registry[7], larkspur.InstanceList)
 
 
-@pytest.mark.parametrize("duplicate", [copy.copy] + [
-    lambda target, protocol=protocol: pickle.loads(pickle.dumps(target, protocol))
-    for protocol in (0, 1, 2)])
+@pytest.mark.parametrize(
+    "duplicate",
+    [copy.copy]
+    + [
+        lambda target, protocol=protocol: pickle.loads(pickle.dumps(target, protocol))
+        for protocol in (0, 1, 2)
+    ],
+)
 def test_copies_keep_type_and_items(registry, duplicate):
     for items in [(), (7,), (7, "a", None)]:
         target = new_list(*items)
@@ -520,6 +585,7 @@ def test_setstate_ignores_a_state_it_cannot_assign(registry):
     class Failing(object):
         def __iter__(self):
             raise ZeroDivisionError
+
     target = new_list(1, 2)
     for state in (None, 5, Failing()):
         assert target.__setstate__(state) is None
@@ -532,6 +598,7 @@ def test_setstate_ignores_a_state_it_cannot_assign(registry):
 
 # Garbage collection.
 
+
 def test_items_are_visited_from_the_last_to_the_first():
     items = [object() for _ in range(5)]
     assert gc.get_referents(new_list(*items)) == items[::-1]
@@ -542,6 +609,7 @@ def test_cycles_are_collected(registry):
     def make_cycle():
         target = new_list()
         target.extend([target, new_list(target)])
+
     assert object_growth(make_cycle, 100) == 0
 
 
@@ -553,6 +621,7 @@ def test_deep_nesting_is_freed_without_recursion():
 
 
 # Code that changes the list while it is worked on.
+
 
 def changes(target):
     return [
@@ -566,11 +635,13 @@ def changes(target):
 
 def changes_of_model(model):
     """The same changes of a ModelList."""
+
     def empty():
         del model.items[:]
 
     def forget():
         model.registry = {}
+
     return [empty, lambda: model.items.extend(range(100)), empty, empty, forget]
 
 
@@ -582,12 +653,16 @@ def failure_of(operation, *arguments):
 
 
 @pytest.mark.parametrize("change", range(5))
-@pytest.mark.parametrize("name, operation", [
-    ("append", lambda target, value: target.append(value)),
-    ("insert", lambda target, value: target.insert(1, value)),
-    ("remove", lambda target, value: target.remove(value)),
-    ("set", lambda target, value: operator.setitem(target, 2, value))],
-    ids=["append", "insert", "remove", "item"])
+@pytest.mark.parametrize(
+    "name, operation",
+    [
+        ("append", lambda target, value: target.append(value)),
+        ("insert", lambda target, value: target.insert(1, value)),
+        ("remove", lambda target, value: target.remove(value)),
+        ("set", lambda target, value: operator.setitem(target, 2, value)),
+    ],
+    ids=["append", "insert", "remove", "item"],
+)
 def test_conversion_may_change_the_list(host, registry, name, operation, change):
     model = ModelList(registry, Instance)
     model.items = [registry[7], registry[8], registry[9]]
@@ -595,8 +670,9 @@ def test_conversion_may_change_the_list(host, registry, name, operation, change)
     value = ConvertsTo(8, changes(target)[change])
     lend_references(value, 1)  # insert() takes one
     arguments = {"insert": (1,), "set": (2,)}.get(name, ())
-    expected = failure_of(getattr(model, name),
-                          *arguments + (ConvertsTo(8, changes_of_model(model)[change]),))
+    expected = failure_of(
+        getattr(model, name), *arguments + (ConvertsTo(8, changes_of_model(model)[change]),)
+    )
     assert failure_of(operation, target, value) == expected
     assert target == model.items
     host.register(larkspur)
@@ -608,6 +684,7 @@ def test_reading_a_state_may_change_the_list(registry, change):
         yield 5
         changes(target)[change]()
         yield 6
+
     target = new_list(1, 2, 3)
     target.__setstate__(items())
     assert target[:2] == [5, 6]
@@ -619,6 +696,7 @@ def test_destructor_of_the_replaced_item_may_change_the_list(registry, change):
         def __del__(self):
             seen.append(target[0])
             changes(target)[change]()
+
     seen = []
     target = new_list(Dying(), 1, 2)
     target[0] = 7
@@ -633,6 +711,7 @@ def test_conversion_may_drop_the_instance_from_the_registry(registry):
         def __eq__(self, other):
             registry.clear()
             return False
+
     registry[Key()] = None
     target = new_list()
     try:
@@ -651,6 +730,7 @@ def test_the_registry_lives_until_a_lookup_ends(host):
             larkspur.RegisterInstancesDict({}, Plain, Plain, Plain)
             seen.append(alive() is not None)
             return False
+
     seen = []
     registered = {Key(): Instance()}
     alive = weakref.ref(registered.values()[0])
@@ -666,6 +746,7 @@ def test_an_index_from_the_end_counts_from_where_the_end_then_is(registry):
         def __index__(self):
             target.extend([1, 2])
             return -1
+
     target = new_list(0)
     target[Last()] = 7
     assert target == [0, 1, registry[7]]
@@ -683,12 +764,14 @@ def test_sorting_notices_a_changing_key(registry):
         target.append(7)
         target.remove(7)
         return value
+
     with pytest.raises(ValueError):
         target.sort(key=key)
     assert target == [1, 2, 3]
 
 
 # Against a model.
+
 
 def test_random_operations_match_the_model(host):
     seed = 20260117
@@ -704,8 +787,11 @@ def test_random_operations_match_the_model(host):
         if form == "id" or number not in host.registry:
             return number
         instance = host.registry[number]
-        return {"instance": instance, "variable": larkspur.GMVar(number),
-                "both": larkspur.GMVar(instance)}[form]
+        return {
+            "instance": instance,
+            "variable": larkspur.GMVar(number),
+            "both": larkspur.GMVar(instance),
+        }[form]
 
     def outcome(action):
         try:
@@ -719,14 +805,24 @@ def test_random_operations_match_the_model(host):
         lend_references(argument, 1)
         if name == "append" and len(model.items) > 40:
             name = "slice"
-        arguments = {"append": (argument,), "insert": (i, argument), "remove": (argument,),
-                     "set": (i, argument), "delete": (i,), "slice": (i, argument), "pop": (i,)}
+        arguments = {
+            "append": (argument,),
+            "insert": (i, argument),
+            "remove": (argument,),
+            "set": (i, argument),
+            "delete": (i,),
+            "slice": (i, argument),
+            "pop": (i,),
+        }
         actions = {
-            "append": target.append, "insert": target.insert, "remove": target.remove,
+            "append": target.append,
+            "insert": target.insert,
+            "remove": target.remove,
             "set": lambda i, value: operator.setitem(target, i, value),
             "delete": lambda i: operator.delitem(target, i),
             "slice": lambda i, value: operator.setslice(target, 0, 5, []),
-            "pop": target.pop}
+            "pop": target.pop,
+        }
         actual = outcome(lambda: actions[name](*arguments[name]))
         expected = outcome(lambda: getattr(model, name)(*arguments[name]))
         assert actual is expected, (seed, step, name)

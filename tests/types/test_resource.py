@@ -1,16 +1,19 @@
 """What sprites, backgrounds and rooms share: an index, being loaded and published by the host."""
+
 import collections
 import sys
 
-import pytest
-
 import larkspur
+import pytest
 from support import leaks, records, subprocess_python
 
 # How the interpreter reports a failing type call without an exception.
 NO_EXCEPTION = "NULL result without error in PyObject_Call"
-LISTS = [(larkspur.GMSprite, "sprites"), (larkspur.BackgroundData, "backgrounds"),
-         (larkspur.GMRoom, "rooms")]
+LISTS = [
+    (larkspur.GMSprite, "sprites"),
+    (larkspur.BackgroundData, "backgrounds"),
+    (larkspur.GMRoom, "rooms"),
+]
 every_list = pytest.mark.parametrize("made, list_name", LISTS, ids=[name for _, name in LISTS])
 
 # integers  the integer fields of the state in order, with their positions
@@ -18,20 +21,30 @@ every_list = pytest.mark.parametrize("made, list_name", LISTS, ids=[name for _, 
 # count     position of the number of subimages, None when the state has none
 # caches    what setting a state makes anew, in this order, and the type of what it makes
 Loaded = collections.namedtuple("Loaded", "made loader integers name count caches")
-SPRITE = Loaded(larkspur.GMSprite, "SpriteData_load_images",
-                list(enumerate(records.int_names(records.SPRITE))), 15, 16,
-                [("subimages", list), ("scalecache", dict)])
-BACKGROUND = Loaded(larkspur.BackgroundData, "BackgroundData_load_images",
-                    [(1, "transparent")], 0, None,
-                    [("scaled_data_cache", dict), ("surf", type(None))])
+SPRITE = Loaded(
+    larkspur.GMSprite,
+    "SpriteData_load_images",
+    list(enumerate(records.int_names(records.SPRITE))),
+    15,
+    16,
+    [("subimages", list), ("scalecache", dict)],
+)
+BACKGROUND = Loaded(
+    larkspur.BackgroundData,
+    "BackgroundData_load_images",
+    [(1, "transparent")],
+    0,
+    None,
+    [("scaled_data_cache", dict), ("surf", type(None))],
+)
 every_loaded = pytest.mark.parametrize(
-    "kind", [SPRITE, BACKGROUND], ids=lambda kind: kind.made.__name__)
+    "kind", [SPRITE, BACKGROUND], ids=lambda kind: kind.made.__name__
+)
 
 
 def state_of(kind, name, count=2):
     """A state with the integers 1, 2, 3, ... in the order in which they are read."""
-    positions = dict((position, number + 1)
-                     for number, (position, _) in enumerate(kind.integers))
+    positions = dict((position, number + 1) for number, (position, _) in enumerate(kind.integers))
     positions[kind.name] = name
     if kind.count is not None:
         positions[kind.count] = count
@@ -43,10 +56,11 @@ def integers_of(kind, resource):
 
 
 def with_item(state, position, item):
-    return state[:position] + (item,) + state[position + 1:]
+    return state[:position] + (item,) + state[position + 1 :]
 
 
 # --- Index ---------------------------------------------------------------------------------------
+
 
 class EqualToAll(object):
     """Equal to everything and integer 0, but not the same object."""
@@ -64,8 +78,7 @@ class EqualToAll(object):
 @every_list
 def test_conversions_give_the_first_position_of_the_very_object(host, made, list_name):
     resource = made()
-    getattr(host.game, list_name).extend(
-        [made(), EqualToAll(), None, resource, made(), resource])
+    getattr(host.game, list_name).extend([made(), EqualToAll(), None, resource, made(), resource])
     assert (int(resource), float(resource), str(resource)) == (3, 3.0, "3")
     assert (type(int(resource)), type(float(resource)), type(str(resource))) == (int, float, str)
 
@@ -74,6 +87,7 @@ def test_conversions_give_the_first_position_of_the_very_object(host, made, list
 def test_position_is_found_in_a_subclass_of_list_and_in_no_other_sequence(host, made, list_name):
     class Derived(list):
         pass
+
     resource = made()
     setattr(host.game, list_name, Derived([None, resource]))
     assert int(resource) == 1
@@ -129,10 +143,12 @@ def test_conversions_keep_the_counts(host, made, list_name):
         for conversion in (int, float):
             with pytest.raises(SystemError):
                 conversion(absent)
+
     leaks.assert_counts_unchanged(convert, resource, absent, resources, host.game)
 
 
 # --- Setting a state -----------------------------------------------------------------------------
+
 
 @every_loaded
 @pytest.mark.parametrize("container", [tuple, list])
@@ -159,10 +175,16 @@ def test_the_host_loads_into_a_restored_resource_that_is_not_published_yet(host,
     seen = []
 
     def load(resource, *rest):
-        seen.append((resource.name, integers_of(kind, resource),
-                     [bool(getattr(resource, cache)) for cache, _ in kind.caches],
-                     hasattr(host.gmapi, "res_tree")))
+        seen.append(
+            (
+                resource.name,
+                integers_of(kind, resource),
+                [bool(getattr(resource, cache)) for cache, _ in kind.caches],
+                hasattr(host.gmapi, "res_tree"),
+            )
+        )
         setattr(resource, kind.caches[0][0], ["loaded"])
+
     setattr(host.gm6, kind.loader, load)
     host.register(larkspur)
     resource = kind.made()
@@ -205,8 +227,9 @@ def test_setting_a_state_again_takes_one_reference_of_the_name_each_time(host, k
     setattr(host.gm6, kind.loader, lambda *arguments: result)
     host.register(larkspur)
     state = state_of(kind, name)
-    changes = leaks.count_changes(lambda: resource.__setstate__(state),
-                                  [name, resource, state, result])
+    changes = leaks.count_changes(
+        lambda: resource.__setstate__(state), [name, resource, state, result]
+    )
     assert changes == [1.0, 0.0, 0.0, 0.0]
 
 
@@ -214,6 +237,7 @@ def test_setting_a_state_again_takes_one_reference_of_the_name_each_time(host, k
 def test_a_failing_loader_leaves_its_exception_and_the_restored_fields(host, kind, capfd):
     class Refusal(Exception):
         pass
+
     host.results[kind.loader] = refusal = Refusal()
     resource = kind.made()
     with pytest.raises(Refusal) as failure:
@@ -229,6 +253,7 @@ def test_a_failing_loader_leaves_its_exception_and_the_restored_fields(host, kin
 def test_a_failing_load_keeps_a_background_alive_and_no_sprite(host, kind):
     def fail(*arguments):
         raise ValueError("no image")
+
     setattr(host.gm6, kind.loader, fail)
     host.register(larkspur)
     resource = kind.made()
@@ -239,6 +264,7 @@ def test_a_failing_load_keeps_a_background_alive_and_no_sprite(host, kind):
             resource.__setstate__(state)
         except ValueError:
             sys.exc_clear()
+
     expected = [1.0, 0.0] if kind is BACKGROUND else [0.0, 0.0]
     assert leaks.count_changes(restore, [resource, state]) == expected
 
@@ -259,6 +285,7 @@ def test_a_name_that_cannot_be_hashed_leaves_its_exception(host, kind, capfd):
     class Name(object):
         def __hash__(self):
             raise ArithmeticError("no hash")
+
     with pytest.raises(ArithmeticError):
         kind.made().__setstate__(state_of(kind, Name()))
     assert capfd.readouterr() == ("Retnull\n", "")
@@ -266,7 +293,8 @@ def test_a_name_that_cannot_be_hashed_leaves_its_exception(host, kind, capfd):
 
 @every_loaded
 def test_without_the_game_code_s_globals_the_store_fails(kind):
-    out, error = subprocess_python.output("""
+    out, error = subprocess_python.output(
+        """
         import sys, types
 
         class Host(types.ModuleType):
@@ -283,7 +311,9 @@ def test_without_the_game_code_s_globals_the_store_fails(kind):
             larkspur.%s().__setstate__(%r)
         except SystemError:
             print "refused"
-        """ % (kind.made.__name__, state_of(kind, "res_tree")))
+        """
+        % (kind.made.__name__, state_of(kind, "res_tree"))
+    )
     assert sorted(out.splitlines()) == ["Retnull", "refused"]
     assert error == ""
 
@@ -294,6 +324,7 @@ def test_hashing_the_name_may_rename_the_resource(host, kind):
         def __hash__(self):
             resource.name = "renamed"
             return 5
+
     resource = kind.made()
     name = Name()
     resource.__setstate__(state_of(kind, name))
@@ -313,12 +344,13 @@ def test_the_name_lives_until_the_resource_is_stored(host, kind):
 
     def load(resource, *rest):
         resource.name = Name()
+
     setattr(host.gm6, kind.loader, load)
     host.register(larkspur)
     resource, died, size = kind.made(), [], len(host.gmapi.__dict__)
     resource.__setstate__(state_of(kind, "res_tree"))
     assert (died, len(host.gmapi.__dict__)) == ([], size + 1)
-    key, = [key for key in host.gmapi.__dict__ if type(key) is Name]
+    (key,) = [key for key in host.gmapi.__dict__ if type(key) is Name]
     assert host.gmapi.__dict__.pop(key) is resource
 
 
@@ -329,6 +361,7 @@ def test_a_resource_is_published_under_the_name_that_the_host_left(host, kind, c
 
     def forget(resource, *rest):
         del resource.name
+
     setattr(host.gm6, kind.loader, rename)
     host.register(larkspur)
     resource = kind.made()
@@ -344,6 +377,7 @@ def test_a_resource_is_published_under_the_name_that_the_host_left(host, kind, c
 
 # --- Bad states ----------------------------------------------------------------------------------
 
+
 @every_loaded
 @pytest.mark.parametrize("arguments", records.NO_STATES)
 def test_setstate_refuses_what_is_no_state(host, kind, arguments):
@@ -357,7 +391,7 @@ def test_setstate_refuses_what_is_no_state(host, kind, arguments):
 
 
 @every_loaded
-@pytest.mark.parametrize("item, error", [("text", TypeError), (2 ** 64, OverflowError)])
+@pytest.mark.parametrize("item, error", [("text", TypeError), (2**64, OverflowError)])
 def test_an_integer_that_does_not_convert_keeps_what_came_before(host, kind, item, error):
     for number, (position, _) in enumerate(kind.integers):
         resource = kind.made()
@@ -384,9 +418,13 @@ def test_a_short_state_raises_and_keeps_what_came_before(host, kind):
     assert host.calls == []
 
 
-@pytest.mark.parametrize("state, error", [
-    (state_of(SPRITE, "res_tree", "two"), TypeError),
-    (state_of(SPRITE, "res_tree")[:16], IndexError)])
+@pytest.mark.parametrize(
+    "state, error",
+    [
+        (state_of(SPRITE, "res_tree", "two"), TypeError),
+        (state_of(SPRITE, "res_tree")[:16], IndexError),
+    ],
+)
 def test_a_sprite_state_without_a_count_stands_as_far_as_it_was_read(host, state, error):
     sprite = larkspur.GMSprite()
     sprite.subimages, sprite.scalecache = ["old"], {"old": "scaled"}
@@ -401,7 +439,7 @@ def test_a_sprite_state_without_a_count_stands_as_far_as_it_was_read(host, state
 def test_integers_are_cut_to_32_bits(host, kind):
     resource = kind.made()
     position, name = kind.integers[0]
-    resource.__setstate__(with_item(state_of(kind, "res_tree"), position, 2 ** 32 + 5))
+    resource.__setstate__(with_item(state_of(kind, "res_tree"), position, 2**32 + 5))
     assert getattr(resource, name) == 5
     resource.__setstate__(with_item(state_of(kind, "res_tree"), position, -1))
     assert getattr(resource, name) == -1
@@ -410,19 +448,22 @@ def test_integers_are_cut_to_32_bits(host, kind):
 @every_loaded
 def test_failed_states_keep_the_counts(host, kind):
     resource = kind.made()
-    big = 10 ** 6
-    states = [with_item(state_of(kind, "res_tree"), position, "text")
-              for position, _ in kind.integers]
+    big = 10**6
+    states = [
+        with_item(state_of(kind, "res_tree"), position, "text") for position, _ in kind.integers
+    ]
     states += [(), (big,), "text"]
 
     def restore():
         for state in states:
             with pytest.raises((TypeError, IndexError)):
                 resource.__setstate__(state)
+
     leaks.assert_counts_unchanged(restore, resource, big, *states)
 
 
 # --- Code that runs in between -------------------------------------------------------------------
+
 
 @every_loaded
 def test_converting_an_item_may_empty_the_state(host, kind):
@@ -430,6 +471,7 @@ def test_converting_an_item_may_empty_the_state(host, kind):
         def __int__(self):
             del state[:]
             return 7
+
     resource = kind.made()
     position, name = kind.integers[-1]
     state = list(with_item(state_of(kind, "res_tree"), position, Emptying()))
@@ -444,6 +486,7 @@ def test_converting_an_item_may_set_another_state(host, kind):
         def __int__(self):
             resource.__setstate__(state_of(kind, "inner"))
             return 7
+
     resource = kind.made()
     position, name = kind.integers[0]
     resource.__setstate__(with_item(state_of(kind, "outer"), position, Reentering()))
@@ -461,6 +504,7 @@ def test_what_a_state_replaces_is_released_in_order_after_the_new_value_stands(h
 
         def __del__(self):
             seen.append((self.member, type(getattr(resource, self.member))))
+
     resource, seen = kind.made(), []
     for member in ["name"] + [cache for cache, _ in kind.caches]:
         setattr(resource, member, Witness(member))
@@ -474,6 +518,7 @@ def test_a_released_cache_may_restore_the_resource_again(host, kind):
         def __del__(self):
             log.append(None)
             resource.__setstate__(state_of(kind, "inner"))
+
     log, resource = [], kind.made()
     for cache, _ in kind.caches:
         setattr(resource, cache, Meddler())
@@ -490,6 +535,7 @@ def test_a_released_cache_may_delete_the_name(host, kind, capfd):
     class Meddler(object):
         def __del__(self):
             del resource.name
+
     resource = kind.made()
     setattr(resource, kind.caches[-1][0], Meddler())
     with pytest.raises(AttributeError):
@@ -503,6 +549,7 @@ def test_the_host_may_forget_the_resource_while_loading(host, kind):
 
     def load(resource, *rest):
         del resources[:]
+
     setattr(host.gm6, kind.loader, load)
     host.register(larkspur)
     assert resources[0].__setstate__(state_of(kind, "res_tree")) is None
@@ -521,17 +568,22 @@ def test_pickling_needs_a_name(kind):
 @every_loaded
 def test_methods(kind):
     assert [(row.name, row.doc) for row in records.method_table(kind.made)] == [
-        ("__reduce__", None), ("__setstate__", "Unpickler")]
+        ("__reduce__", None),
+        ("__setstate__", "Unpickler"),
+    ]
 
 
 @every_loaded
 def test_loading_without_a_registered_host_raises(kind):
-    out, error = subprocess_python.output("""
+    out, error = subprocess_python.output(
+        """
         import larkspur
         try:
             larkspur.%s().__setstate__(%r)
         except RuntimeError as error:
             print error
-        """ % (kind.made.__name__, state_of(kind, "res_tree")))
+        """
+        % (kind.made.__name__, state_of(kind, "res_tree"))
+    )
     assert "RegisterInstancesDict()" in out
     assert error == "An exception occurred!\n"

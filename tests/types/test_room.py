@@ -4,9 +4,8 @@ import gc
 import pickle
 import sys
 
-import pytest
-
 import larkspur
+import pytest
 from support import leaks, records, subprocess_python
 from support.host import Plain
 
@@ -18,23 +17,38 @@ KEPT = ("creation_code_compiled", "view_visible", "initial_view_data")
 # rule: "any" arguments are accepted and ignored, "none" are accepted, those after the "first" are
 # ignored, or there have to be "exactly" as many
 Method = collections.namedtuple("Method", "name rule passed")
-METHODS = [Method(*row) for row in (
-    ("Compile", "any", 0), ("Create", "any", 0), ("InitializeBackgrounds", "any", 0),
-    ("AddInstance", "first", 1), ("AddDrawnInstance", "first", 1),
-    ("ResortDrawnObjects", "any", 0), ("SetBackgroundIndex", "exactly", 2),
-    ("StepAlarms", "none", 0), ("MoveInstances", "none", 0), ("HandleCollisions", "none", 0),
-    ("StepAlarms", "none", 0), ("StepEvents", "none", 0), ("DrawBackgrounds", "exactly", 3),
-    ("RenderBackground", "none", 0), ("Leave", "none", 0), ("MouseButtonDown", "exactly", 1),
-    ("MouseButtonUp", "exactly", 1), ("HandleKeyrelease", "exactly", 1),
-    ("HandleKeypress", "exactly", 1))]
+METHODS = [
+    Method(*row)
+    for row in (
+        ("Compile", "any", 0),
+        ("Create", "any", 0),
+        ("InitializeBackgrounds", "any", 0),
+        ("AddInstance", "first", 1),
+        ("AddDrawnInstance", "first", 1),
+        ("ResortDrawnObjects", "any", 0),
+        ("SetBackgroundIndex", "exactly", 2),
+        ("StepAlarms", "none", 0),
+        ("MoveInstances", "none", 0),
+        ("HandleCollisions", "none", 0),
+        ("StepAlarms", "none", 0),
+        ("StepEvents", "none", 0),
+        ("DrawBackgrounds", "exactly", 3),
+        ("RenderBackground", "none", 0),
+        ("Leave", "none", 0),
+        ("MouseButtonDown", "exactly", 1),
+        ("MouseButtonUp", "exactly", 1),
+        ("HandleKeyrelease", "exactly", 1),
+        ("HandleKeypress", "exactly", 1),
+    )
+]
 
 every_method = pytest.mark.parametrize(
-    "method", sorted(set(METHODS)), ids=lambda method: method.name)
+    "method", sorted(set(METHODS)), ids=lambda method: method.name
+)
 
 
 def picklable_value(name, number):
-    return {"int": number, "float": 0.25 * number,
-            "lenient": ["value", number]}[KINDS[name]]
+    return {"int": number, "float": 0.25 * number, "lenient": ["value", number]}[KINDS[name]]
 
 
 def make_room():
@@ -51,6 +65,7 @@ def assert_is_full(room):
 
 # --- Pickling ------------------------------------------------------------------------------------
 
+
 def test_state_holds_78_pairs_in_member_order():
     room = make_room()
     made, arguments, state = room.__reduce__()
@@ -58,8 +73,7 @@ def test_state_holds_78_pairs_in_member_order():
     assert (type(state), len(state)) == (tuple, 78)
     assert state == tuple((name, getattr(room, name)) for name in NAMES)
     assert [name for name, _ in state[:3]] == ["id", "name", "room_width"]
-    assert [name for name, _ in state[-3:]] == [
-        "view_visible", "view_current", "initial_view_data"]
+    assert [name for name, _ in state[-3:]] == ["view_visible", "view_current", "initial_view_data"]
 
 
 def test_state_of_a_new_room_holds_zeros_and_none():
@@ -115,10 +129,22 @@ class Unprintable(object):
         raise ValueError("no name")
 
 
-@pytest.mark.parametrize("bad", [
-    ("no_such_member", 1), ("__class__", 1), ("id", "text"), ("id", None), ("", 1), (5, 1),
-    (None, 1), (unichr(0xFC) + "ber", 1), (Unprintable(), 1),
-    ("frame_duration", []), ("StepEvents", 1)])
+@pytest.mark.parametrize(
+    "bad",
+    [
+        ("no_such_member", 1),
+        ("__class__", 1),
+        ("id", "text"),
+        ("id", None),
+        ("", 1),
+        (5, 1),
+        (None, 1),
+        (unichr(0xFC) + "ber", 1),
+        (Unprintable(), 1),
+        ("frame_duration", []),
+        ("StepEvents", 1),
+    ],
+)
 def test_a_pair_that_cannot_be_assigned_is_passed_over(bad):
     room = larkspur.GMRoom()
     room.id = 42
@@ -131,6 +157,7 @@ def test_names_are_converted_to_strings():
     class Named(object):
         def __str__(self):
             return "snapx"
+
     room = larkspur.GMRoom()
     room.__setstate__(((Named(), 3), (unicode("snapy"), 4)))
     assert (room.snapx, room.snapy) == (3, 4)
@@ -158,6 +185,7 @@ def test_assigning_may_change_the_state():
     class Meddler(object):
         def __del__(self):
             del state[2:]
+
     room = larkspur.GMRoom()
     room.name = Meddler()
     state = [("id", 1), ("name", "new"), ("room_width", 3), ("room_height", 4)]
@@ -170,6 +198,7 @@ def test_assigning_may_empty_a_pair():
         def __str__(self):
             del pair[:]
             return "name"
+
     pair = [Meddler(), ["the value"]]
     room = larkspur.GMRoom()
     room.__setstate__([pair])
@@ -180,6 +209,7 @@ def test_assigning_may_restore_the_room_again():
     class Meddler(object):
         def __del__(self):
             room.__setstate__((("name", "inner"), ("id", 7)))
+
     room = larkspur.GMRoom()
     room.name = Meddler()
     room.__setstate__((("name", "outer"), ("room_width", 3)))
@@ -188,14 +218,17 @@ def test_assigning_may_restore_the_room_again():
 
 # --- Forwarding ----------------------------------------------------------------------------------
 
+
 def test_method_table_order():
     rows = records.method_table(larkspur.GMRoom)
     assert [row.name for row in rows] == (
-        ["__reduce__", "__setstate__"] + [method.name for method in METHODS])
+        ["__reduce__", "__setstate__"] + [method.name for method in METHODS]
+    )
     assert [row.doc for row in rows] == [None] * 21
     takes_none = 4  # the interpreter's flag for methods without arguments
     assert [row.flags for row in rows[2:]] == [
-        takes_none if method.rule == "none" else 1 for method in METHODS]
+        takes_none if method.rule == "none" else 1 for method in METHODS
+    ]
 
 
 @every_method
@@ -210,6 +243,7 @@ def test_methods_hand_the_room_and_their_arguments_to_the_host(host, method):
 def test_methods_pass_on_what_the_host_raises(host, method):
     class Refusal(Exception):
         pass
+
     host.results["Room_" + method.name] = refusal = Refusal()
     with pytest.raises(Refusal) as failure:
         getattr(larkspur.GMRoom(), method.name)(*[None] * method.passed)
@@ -220,22 +254,29 @@ def test_methods_pass_on_what_the_host_raises(host, method):
 def test_methods_accept_their_number_of_arguments_only(host, method):
     room = larkspur.GMRoom()
     for count in range(5):
-        accepted = {"any": True, "none": count == 0, "first": count >= 1,
-                    "exactly": count == method.passed}[method.rule]
+        accepted = {
+            "any": True,
+            "none": count == 0,
+            "first": count >= 1,
+            "exactly": count == method.passed,
+        }[method.rule]
         del host.calls[:]
         given = [object() for _ in range(count)]
         if accepted:
             getattr(room, method.name)(*given)
-            assert host.calls == [
-                ("Room_" + method.name, tuple([room] + given[:method.passed]))]
+            assert host.calls == [("Room_" + method.name, tuple([room] + given[: method.passed]))]
         else:
             with pytest.raises(TypeError) as failure:
                 getattr(room, method.name)(*given)
-            assert str(failure.value) == {
-                "none": "%s() takes no arguments (%d given)" % (method.name, count),
-                "first": "GMRoom.%s() needs an instance, and got no argument" % method.name,
-                "exactly": "function takes exactly %d argument%s (%d given)" % (
-                    method.passed, "s"[method.passed == 1:], count)}[method.rule]
+            assert (
+                str(failure.value)
+                == {
+                    "none": "%s() takes no arguments (%d given)" % (method.name, count),
+                    "first": "GMRoom.%s() needs an instance, and got no argument" % method.name,
+                    "exactly": "function takes exactly %d argument%s (%d given)"
+                    % (method.passed, "s"[method.passed == 1 :], count),
+                }[method.rule]
+            )
             assert host.calls == []
     with pytest.raises(TypeError):
         getattr(room, method.name)(keyword=1)
@@ -249,6 +290,7 @@ def test_methods_keep_the_counts(host, method):
 
     def fail(*arguments):
         raise ValueError("host")
+
     host.register(larkspur)
     call = getattr(room, method.name)
     leaks.assert_counts_unchanged(lambda: call(*given), room, result, *given)
@@ -260,6 +302,7 @@ def test_methods_keep_the_counts(host, method):
             call(*given)
         except ValueError:
             sys.exc_clear()
+
     leaks.assert_counts_unchanged(failing_call, room, *given)
 
 
@@ -292,6 +335,7 @@ def test_the_host_may_register_again_and_forget_the_room_inside_a_call(host):
         gc.collect()
         created.name = "still there"
         return created.name
+
     host.gm6.Room_Create = create
     host.register(larkspur)
     assert rooms[0].Create() == "still there"
@@ -299,7 +343,8 @@ def test_the_host_may_register_again_and_forget_the_room_inside_a_call(host):
 
 
 def test_methods_without_a_registered_host_raise():
-    out, _ = subprocess_python.output("""
+    out, _ = subprocess_python.output(
+        """
         import larkspur
         room = larkspur.GMRoom()
         for name, arguments in %r:
@@ -310,7 +355,9 @@ def test_methods_without_a_registered_host_raise():
             else:
                 raise AssertionError(name)
         print "refused"
-        """ % [(method.name, (None,) * method.passed) for method in METHODS])
+        """
+        % [(method.name, (None,) * method.passed) for method in METHODS]
+    )
     assert out == "refused\n"
 
 
@@ -318,7 +365,7 @@ def test_a_missing_host_function_raises(host):
     del host.gm6.Room_Leave
     with pytest.raises(AttributeError):
         host.register(larkspur)  # returns with the exception pending
-        for _ in ():             # where the interpreter looks for one
+        for _ in ():  # where the interpreter looks for one
             pass
     with pytest.raises(RuntimeError):
         larkspur.GMRoom().Leave()
@@ -326,6 +373,7 @@ def test_a_missing_host_function_raises(host):
 
 
 # --- Life ----------------------------------------------------------------------------------------
+
 
 @pytest.mark.parametrize("name", KEPT)
 def test_three_objects_outlive_their_room(name):
@@ -348,6 +396,7 @@ def test_pickling_keeps_the_counts():
         room.__setstate__((("no_such_member", values[0]), ("id", "text")))
         with pytest.raises(TypeError):
             room.__setstate__((("name", values[0]), 5))
+
     leaks.assert_counts_unchanged(use, room, state, larkspur.GMRoom, *values)
     assert_is_full(room)
     assert leaks.object_growth(use) == 0

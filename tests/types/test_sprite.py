@@ -1,7 +1,6 @@
+import larkspur
 import pygame
 import pytest
-
-import larkspur
 from support import leaks, records, subprocess_python
 from support.surfaces import assert_encoded
 
@@ -20,6 +19,7 @@ def make_sprite():
 
 # --- Creation and pickling -----------------------------------------------------------------------
 
+
 def test_new_sprites_have_no_name_no_images_and_an_empty_cache():
     sprite, other = larkspur.GMSprite("any", arguments=1), larkspur.GMSprite()
     assert sprite.name is None
@@ -35,8 +35,16 @@ def test_state_holds_15_integers_the_name_and_the_number_of_subimages():
     assert make_sprite().__reduce__() == expected
     assert make_sprite().__reduce__("any", "arguments") == expected
     assert larkspur.GMSprite().__reduce__()[2] == (0,) * 15 + (None, 0)
-    assert INTEGERS[:8] == ["w", "h", "leftbound", "rightbound", "topbound", "bottombound",
-                            "xorigin", "yorigin"]
+    assert INTEGERS[:8] == [
+        "w",
+        "h",
+        "leftbound",
+        "rightbound",
+        "topbound",
+        "bottombound",
+        "xorigin",
+        "yorigin",
+    ]
 
 
 def test_pickling_takes_the_scale_cache_away(host):
@@ -64,6 +72,7 @@ def test_a_sprite_without_scale_cache_dies_and_is_cleared_like_others():
 def test_subimages_may_be_of_a_type_derived_from_list():
     class Derived(list):
         pass
+
     sprite = make_sprite()
     sprite.subimages = Derived("abc")
     assert sprite.__reduce__()[2][16] == 3
@@ -87,8 +96,10 @@ def test_pickling_needs_subimages():
     assert str(failure.value) == "subimages"
 
 
-@pytest.mark.parametrize("spoil", [
-    lambda sprite: delattr(sprite, "name"), lambda sprite: setattr(sprite, "subimages", None)])
+@pytest.mark.parametrize(
+    "spoil",
+    [lambda sprite: delattr(sprite, "name"), lambda sprite: setattr(sprite, "subimages", None)],
+)
 def test_a_failing_pickling_has_taken_the_scale_cache_away_all_the_same(spoil):
     sprite = make_sprite()
     spoil(sprite)
@@ -103,6 +114,7 @@ def test_releasing_the_scale_cache_may_change_the_sprite():
             sprite.name, sprite.w = "spr_changed", 100
             del sprite.subimages[1:]
             sprite.scalecache = {"made": "meanwhile"}
+
     sprite = make_sprite()
     sprite.scalecache = Meddler()
     state = sprite.__reduce__()[2]
@@ -114,6 +126,7 @@ def test_releasing_the_scale_cache_may_pickle_the_sprite_again():
     class Meddler(object):
         def __del__(self):
             states.append(sprite.__reduce__())
+
     states, sprite = [], make_sprite()
     sprite.scalecache = Meddler()
     states.append(sprite.__reduce__())
@@ -133,12 +146,15 @@ def test_pickling_keeps_the_counts():
             nameless.__reduce__()
         with pytest.raises(TypeError):
             listless.__reduce__()
-    leaks.assert_counts_unchanged(use, sprite, nameless, listless, cache, sprite.name,
-                                  sprite.subimages, larkspur.GMSprite)
+
+    leaks.assert_counts_unchanged(
+        use, sprite, nameless, listless, cache, sprite.name, sprite.subimages, larkspur.GMSprite
+    )
     assert leaks.object_growth(use) == 0
 
 
 # --- GMSprite_from_surface -----------------------------------------------------------------------
+
 
 def painted(size=(32, 16), flags=0, depth=32):
     surface = pygame.Surface(size, flags, depth)
@@ -151,7 +167,8 @@ def test_sprite_has_the_size_of_the_surface(display):
     sprite = larkspur.GMSprite_from_surface(painted((32, 16)), "spr_made")
     sizes = {"w": 32, "h": 16, "rightbound": 32, "bottombound": 16}
     assert dict((name, getattr(sprite, name)) for name in INTEGERS) == dict(
-        (name, sizes.get(name, 0)) for name in INTEGERS)
+        (name, sizes.get(name, 0)) for name in INTEGERS
+    )
     assert sprite.name == "spr_made"
     assert sprite.scalecache == {}
     assert type(sprite) is larkspur.GMSprite
@@ -210,6 +227,7 @@ def test_a_part_of_an_encoded_surface_is_converted(display):
 def test_a_derived_surface_and_one_without_area_are_converted(display):
     class Derived(pygame.Surface):
         pass
+
     sprite = larkspur.GMSprite_from_surface(Derived((4, 5)), None)
     assert (sprite.name, sprite.w, sprite.h) == (None, 4, 5)
     sprite = larkspur.GMSprite_from_surface(pygame.Surface((0, 5), 0, 32), "spr_made")
@@ -234,12 +252,16 @@ def test_the_caller_keeps_its_objects_and_none_gains_a_reference_by_each_name(di
     assert leaks.object_growth(named) == 0
 
 
-@pytest.mark.parametrize("arguments, message", [
-    ((), "function takes at least 1 argument (0 given)"),
-    ((None,), "GMSprite_from_surface() needs a pygame Surface, got NoneType"),
-    ((5, "spr"), "GMSprite_from_surface() needs a pygame Surface, got int"),
-    (("text", "spr"), "GMSprite_from_surface() needs a pygame Surface, got str"),
-    ((painted(), "spr", "more"), "function takes at most 2 arguments (3 given)")])
+@pytest.mark.parametrize(
+    "arguments, message",
+    [
+        ((), "function takes at least 1 argument (0 given)"),
+        ((None,), "GMSprite_from_surface() needs a pygame Surface, got NoneType"),
+        ((5, "spr"), "GMSprite_from_surface() needs a pygame Surface, got int"),
+        (("text", "spr"), "GMSprite_from_surface() needs a pygame Surface, got str"),
+        ((painted(), "spr", "more"), "function takes at most 2 arguments (3 given)"),
+    ],
+)
 def test_anything_but_a_surface_and_a_name_raises(display, arguments, message):
     with pytest.raises(TypeError) as failure:
         larkspur.GMSprite_from_surface(*arguments)
@@ -252,6 +274,7 @@ def test_failures_keep_the_counts(display):
     def fail():
         with pytest.raises(TypeError):
             larkspur.GMSprite_from_surface(name, name)
+
     leaks.assert_counts_unchanged(fail, name, larkspur.GMSprite, None)
     assert leaks.object_growth(fail) == 0
 

@@ -1,6 +1,5 @@
-import pytest
-
 import larkspur
+import pytest
 from support import leaks, records
 
 # In storage order, which is the order of the pickled state.
@@ -23,8 +22,8 @@ def test_conversions_give_the_id():
     tile = make_tile()
     assert (int(tile), float(tile), str(tile)) == (12, 12.0, "12")
     assert (type(int(tile)), type(float(tile))) == (int, float)
-    tile.id = -2 ** 31
-    assert (int(tile), float(tile), str(tile)) == (-2 ** 31, -2.0 ** 31, "-2147483648")
+    tile.id = -(2**31)
+    assert (int(tile), float(tile), str(tile)) == (-(2**31), -(2.0**31), "-2147483648")
 
 
 def test_state_holds_the_fields_in_storage_order():
@@ -47,8 +46,8 @@ def test_setstate_does_not_look_at_further_items():
 
 def test_setstate_cuts_integers_to_32_bits():
     tile = larkspur.RoomTileData()
-    tile.__setstate__((2 ** 32 + 5, 2 ** 31) + VALUES[2:])
-    assert (tile.x, tile.y) == (5, -2 ** 31)
+    tile.__setstate__((2**32 + 5, 2**31) + VALUES[2:])
+    assert (tile.x, tile.y) == (5, -(2**31))
 
 
 @pytest.mark.parametrize("round_trip", records.ROUND_TRIPS)
@@ -60,10 +59,14 @@ def test_tiles_survive_pickling_and_copying(round_trip):
 
 
 @pytest.mark.parametrize("position", range(10))
-@pytest.mark.parametrize("state, error", [
-    (lambda position: VALUES[:position], IndexError),
-    (lambda position: VALUES[:position] + ("text",) + VALUES[position + 1:], TypeError),
-    (lambda position: VALUES[:position] + (2 ** 64,) + VALUES[position + 1:], OverflowError)])
+@pytest.mark.parametrize(
+    "state, error",
+    [
+        (lambda position: VALUES[:position], IndexError),
+        (lambda position: VALUES[:position] + ("text",) + VALUES[position + 1 :], TypeError),
+        (lambda position: VALUES[:position] + (2**64,) + VALUES[position + 1 :], OverflowError),
+    ],
+)
 def test_setstate_keeps_what_came_before_a_bad_item(position, state, error):
     before = tuple(range(100, 110))
     tile = make_tile(before)
@@ -85,6 +88,7 @@ def test_converting_an_item_may_empty_the_state():
         def __int__(self):
             del state[:]
             return 7
+
     state = [1, Emptying(), 3, 4, 5, 6, 7, 8, 9, 10]
     tile = larkspur.RoomTileData()
     with pytest.raises(IndexError):
@@ -95,7 +99,7 @@ def test_converting_an_item_may_empty_the_state():
 def test_pickling_and_converting_keep_the_counts():
     tile = make_tile()
     state = tile.__reduce__()[2]
-    big = 10 ** 6
+    big = 10**6
 
     def use():
         tile.__reduce__()
@@ -103,10 +107,13 @@ def test_pickling_and_converting_keep_the_counts():
         int(tile), float(tile), str(tile)
         with pytest.raises(IndexError):
             tile.__setstate__((big,))
+
     leaks.assert_counts_unchanged(use, tile, state, big, larkspur.RoomTileData)
     assert leaks.object_growth(use) == 0
 
 
 def test_methods():
     assert [(row.name, row.doc) for row in records.method_table(larkspur.RoomTileData)] == [
-        ("__reduce__", None), ("__setstate__", None)]
+        ("__reduce__", None),
+        ("__setstate__", None),
+    ]

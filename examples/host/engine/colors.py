@@ -24,8 +24,9 @@ def color_to_rgb(color):
 
 def merge_color(first, second, amount):
     """The GM colour `amount` (0.0 to 1.0) of the way from first to second."""
-    return make_color_rgb(*[a + (b - a) * amount
-                            for a, b in zip(color_to_rgb(first), color_to_rgb(second))])
+    return make_color_rgb(
+        *[a + (b - a) * amount for a, b in zip(color_to_rgb(first), color_to_rgb(second))]
+    )
 
 
 def color_to_pixel(color, surface):

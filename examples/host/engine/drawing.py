@@ -2,13 +2,13 @@
 
 import math
 
-import pygame
-
 import gm6
 import larkspur
+import pygame
+
 from engine import colors
 
-CACHE_LIMIT = 400   # transformed copies per sprite or background; more, and they are made afresh
+CACHE_LIMIT = 400  # transformed copies per sprite or background; more, and they are made afresh
 
 
 class DrawProps(object):
@@ -18,7 +18,7 @@ class DrawProps(object):
         self.color = (0, 0, 0)  # red, green, blue, as pygame's own functions take it
         self.alpha = 1.0
         self.font = None
-        self.halign = 0         # 0 left, 1 centre, 2 right
+        self.halign = 0  # 0 left, 1 centre, 2 right
 
 
 class ViewPass(object):
@@ -48,8 +48,9 @@ def begin_pass(room):
         view.x, view.y = int(room.view_xview[number]), int(room.view_yview[number])
         view.xscale, view.yscale = float(gm6.view_xscale), float(gm6.view_yscale)
         view.xport, view.yport = int(room.view_xport[number]), int(room.view_yport[number])
-        view.clip = pygame.Rect(view.xport, view.yport,
-                                room.view_wport[number], room.view_hport[number])
+        view.clip = pygame.Rect(
+            view.xport, view.yport, room.view_wport[number], room.view_hport[number]
+        )
     else:
         view.x = view.y = view.xport = view.yport = 0
         view.xscale = view.yscale = 1.0
@@ -58,6 +59,7 @@ def begin_pass(room):
 
 
 # --- Pictures ------------------------------------------------------------------------------------
+
 
 def transformed_copy(image, width, height, angle, color, alpha_255):
     """A copy of a picture at another size (negative: mirrored), turned, tinted and faded."""
@@ -122,10 +124,16 @@ def draw_sprite_ext(sprite, subimage, x, y, xscale, yscale, rotation, color, alp
     corner = int(math.floor(x + left)), int(math.floor(y + top))
     if not angle and not view.clip.colliderect((corner, (abs(width), abs(height)))):
         return
-    if not (width == sprite.w and height == sprite.h and angle == 0 and alpha_255 == 255 and
-            color == colors.c_white):
-        image = cached_copy(_scalecache(sprite), image,
-                            (number, width, height, angle, int(color), alpha_255))
+    if not (
+        width == sprite.w
+        and height == sprite.h
+        and angle == 0
+        and alpha_255 == 255
+        and color == colors.c_white
+    ):
+        image = cached_copy(
+            _scalecache(sprite), image, (number, width, height, angle, int(color), alpha_255)
+        )
     if angle:
         corner = (corner[0] - image.get_width() // 2, corner[1] - image.get_height() // 2)
     gm6.screen.blit(image, corner)
@@ -166,8 +174,9 @@ def draw_background_slot(room, number, surface):
     image = background.surf
     color, alpha = room.background_blend[number], int(room.background_alpha[number] * 255)
     if (width, height, color, alpha) != (background.w, background.h, colors.c_white, 255):
-        image = cached_copy(background.scaled_data_cache, image,
-                            (0, width, height, 0, color, alpha))
+        image = cached_copy(
+            background.scaled_data_cache, image, (0, width, height, 0, color, alpha)
+        )
     slot = getattr(room, "bg%d" % number)
     follow = view.x * slot.parallax if slot is not None else 0
     x = int(math.floor((room.background_x[number] + follow - view.x) * view.xscale))
@@ -194,6 +203,7 @@ def sprite_create_from_screen(x, y, width, height, xorigin=0, yorigin=0, name="s
 
 
 # --- Colours, rectangles, gradients --------------------------------------------------------------
+
 
 def draw_set_color(color):
     py_draw_props.color = colors.color_to_rgb(color)
@@ -243,9 +253,12 @@ def draw_rectangle(x1, y1, x2, y2, outline=0):
 def _translucent_outline(left, top, right, bottom):
     alpha_255 = int(py_draw_props.alpha * 255)
     pixel = colors.color_to_pixel(py_draw_props.color, gm6.screen)
-    for x1, y1, x2, y2 in ((left, top, right, top), (left, bottom - 1, right, bottom - 1),
-                           (left, top + 1, left + 1, bottom - 2),
-                           (right - 1, top + 1, right, bottom - 2)):
+    for x1, y1, x2, y2 in (
+        (left, top, right, top),
+        (left, bottom - 1, right, bottom - 1),
+        (left, top + 1, left + 1, bottom - 2),
+        (right - 1, top + 1, right, bottom - 2),
+    ):
         larkspur.fill_translucent(gm6.screen, x1, y1, x2, y2, pixel, alpha_255)
 
 
@@ -265,10 +278,23 @@ def draw_rectangle_color(x1, y1, x2, y2, color1, color2, color3, color4, outline
         draw_set_color(color1)
         draw_rectangle(x1, y1, x2, y2, outline)
         py_draw_props.color = kept
-    elif outline or (color1 == color2 and color3 == color4) or (
-            int(alpha * 255) == 255 and color1 == color4 and color2 == color3):
-        larkspur.fast_draw_rectangle_color(left, top, right, bottom, color1, color2, color3,
-                                           color4, 1.0 if outline else alpha, int(bool(outline)))
+    elif (
+        outline
+        or (color1 == color2 and color3 == color4)
+        or (int(alpha * 255) == 255 and color1 == color4 and color2 == color3)
+    ):
+        larkspur.fast_draw_rectangle_color(
+            left,
+            top,
+            right,
+            bottom,
+            color1,
+            color2,
+            color3,
+            color4,
+            1.0 if outline else alpha,
+            int(bool(outline)),
+        )
     else:
         _draw_strips(left, top, right, bottom, (color1, color2, color3, color4))
 
@@ -279,9 +305,15 @@ def _draw_strips(left, top, right, bottom, corners, strip=4):
     for x in range(left, right, strip):
         share = (x - left) / float(max(1, right - left - 1))
         larkspur.fast_draw_gradient_v(
-            gm6.screen, x, top, min(x + strip, right), bottom,
+            gm6.screen,
+            x,
+            top,
+            min(x + strip, right),
+            bottom,
             colors.merge_color(corners[0], corners[1], share),
-            colors.merge_color(corners[3], corners[2], share), alpha_255)
+            colors.merge_color(corners[3], corners[2], share),
+            alpha_255,
+        )
 
 
 def draw_panel(x, y, width, height, top, bottom, opacity=0.6):
@@ -290,9 +322,21 @@ def draw_panel(x, y, width, height, top, bottom, opacity=0.6):
     `top` and `bottom` are the gradient's GM colours. Panels belong to the screen, so their place
     is not moved by the view.
     """
-    larkspur.fast_draw_gradients_vcv(gm6.screen, x, y, x + width, y + height, top, bottom, opacity,
-                                     colors.color_to_pixel((6, 8, 20), gm6.screen), 0.25,
-                                     colors.c_white, colors.c_black, 0.10)
+    larkspur.fast_draw_gradients_vcv(
+        gm6.screen,
+        x,
+        y,
+        x + width,
+        y + height,
+        top,
+        bottom,
+        opacity,
+        colors.color_to_pixel((6, 8, 20), gm6.screen),
+        0.25,
+        colors.c_white,
+        colors.c_black,
+        0.10,
+    )
     larkspur.fill_translucent(gm6.screen, x, y, x + width, y, 0xFFFFFF, 70)
     larkspur.fill_translucent(gm6.screen, x, y + height - 1, x + width, y + height - 1, 0, 110)
 

@@ -3,6 +3,7 @@
 import gm6
 import gmapi
 import larkspur
+
 from engine import resources
 
 FIRST_ID = 100001
@@ -80,9 +81,17 @@ class Instance(object):
         if type(self.py_Draw) is not int:
             run_code(self, self.py_Draw)
         else:
-            gmapi.draw_sprite_ext(self.sprite_index, self.image_index, self.x, self.y,
-                                  self.image_xscale, self.image_yscale, self.image_angle,
-                                  self.image_blend, self.image_alpha)
+            gmapi.draw_sprite_ext(
+                self.sprite_index,
+                self.image_index,
+                self.x,
+                self.y,
+                self.image_xscale,
+                self.image_yscale,
+                self.image_angle,
+                self.image_blend,
+                self.image_alpha,
+            )
 
     def box(self):
         """The bounding box (left, top, right, bottom) in the room, or None without a sprite."""

@@ -2,15 +2,21 @@
 
 import random
 
-import pygame
-
 import gm6
 import larkspur
+import pygame
 
 # Shapes made for this engine. Bright on black with no transparency: for additive types.
 # Soft-edged with alpha: for ordinary ones.
-(pt_shape_pixel, pt_shape_disk, pt_shape_flare, pt_shape_spark, pt_shape_smoke,
- pt_shape_snow, pt_shape_ember) = range(7)
+(
+    pt_shape_pixel,
+    pt_shape_disk,
+    pt_shape_flare,
+    pt_shape_spark,
+    pt_shape_smoke,
+    pt_shape_snow,
+    pt_shape_ember,
+) = range(7)
 
 ps_distr_linear, ps_distr_gaussian = 0, 1
 
@@ -22,7 +28,7 @@ class Emitter(object):
         self.xmin = self.xmax = self.ymin = self.ymax = 0.0
         self.distribution = ps_distr_linear
         self.stream_type = None
-        self.stream_number = 0.0    # per step; a fraction is carried on to the next step
+        self.stream_number = 0.0  # per step; a fraction is carried on to the next step
         self.stream_size = None
         self._owed = 0.0
 
@@ -114,8 +120,9 @@ class py_ParticleSystem(object):
     def py_RealDraw(self, xoffset, yoffset):
         """Move every particle on and draw it, (xoffset, yoffset) away from its room position."""
         render = larkspur.CParticle_dec_ttl_and_render
-        self.particles = [particle for particle in self.particles
-                          if render(particle, xoffset, yoffset) > 0]
+        self.particles = [
+            particle for particle in self.particles if render(particle, xoffset, yoffset) > 0
+        ]
         self._moved = True
 
     def Draw(self):

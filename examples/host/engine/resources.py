@@ -2,19 +2,36 @@
 
 import os
 
-import pygame
-
 import gm6
 import gmapi
 import larkspur
+import pygame
 
-(EVENT_CREATE, EVENT_DESTROY, EVENT_ALARM, EVENT_STEP, EVENT_COLLISION, EVENT_KEYBOARD,
- EVENT_MOUSE, EVENT_OTHER, EVENT_DRAW, EVENT_KEYPRESS, EVENT_KEYRELEASE) = range(11)
+(
+    EVENT_CREATE,
+    EVENT_DESTROY,
+    EVENT_ALARM,
+    EVENT_STEP,
+    EVENT_COLLISION,
+    EVENT_KEYBOARD,
+    EVENT_MOUSE,
+    EVENT_OTHER,
+    EVENT_DRAW,
+    EVENT_KEYPRESS,
+    EVENT_KEYRELEASE,
+) = range(11)
 
 # These are told apart further: by alarm, other object, key or mouse button. The rest are one
 # list of actions each, as the renderer reads the draw event.
-KEYED_EVENTS = (EVENT_ALARM, EVENT_COLLISION, EVENT_KEYBOARD, EVENT_MOUSE, EVENT_OTHER,
-                EVENT_KEYPRESS, EVENT_KEYRELEASE)
+KEYED_EVENTS = (
+    EVENT_ALARM,
+    EVENT_COLLISION,
+    EVENT_KEYBOARD,
+    EVENT_MOUSE,
+    EVENT_OTHER,
+    EVENT_KEYPRESS,
+    EVENT_KEYRELEASE,
+)
 
 # Keys of EVENT_MOUSE and EVENT_OTHER.
 MOUSE_LEFT_PRESS, MOUSE_RIGHT_PRESS, MOUSE_LEFT_RELEASE, MOUSE_RIGHT_RELEASE = 4, 5, 7, 8
@@ -72,8 +89,19 @@ class Game(object):
 
 game = Game()
 
-VIEW_MEMBERS = ("view_xview", "view_yview", "view_object", "view_hborder", "view_vborder",
-                "view_wview", "view_hview", "view_xport", "view_yport", "view_wport", "view_hport")
+VIEW_MEMBERS = (
+    "view_xview",
+    "view_yview",
+    "view_object",
+    "view_hborder",
+    "view_vborder",
+    "view_wview",
+    "view_hview",
+    "view_xport",
+    "view_yport",
+    "view_wport",
+    "view_hport",
+)
 
 
 def set_view(room, view, source, port, follow=None, border=(0, 0)):
@@ -87,8 +115,18 @@ def set_view(room, view, source, port, follow=None, border=(0, 0)):
     room.numviews = max(room.numviews, view + 1)
     room.view_object[view] = -1 if follow is None else follow.index
     values = tuple(source) + tuple(port) + tuple(border)
-    members = ("view_xview", "view_yview", "view_wview", "view_hview", "view_xport", "view_yport",
-               "view_wport", "view_hport", "view_hborder", "view_vborder")
+    members = (
+        "view_xview",
+        "view_yview",
+        "view_wview",
+        "view_hview",
+        "view_xport",
+        "view_yport",
+        "view_wport",
+        "view_hport",
+        "view_hborder",
+        "view_vborder",
+    )
     for member, value in zip(members, values):
         getattr(room, member)[view] = value
 
@@ -100,8 +138,20 @@ class BackgroundSlot(object):
     stands still in the room, 1.0 stands still on the screen. Speeds are pixels per step.
     """
 
-    def __init__(self, background, x=0, y=0, htiled=False, vtiled=False, stretch=False,
-                 hspeed=0.0, vspeed=0.0, parallax=0.0, alpha=1.0, blend=0xFFFFFF):
+    def __init__(
+        self,
+        background,
+        x=0,
+        y=0,
+        htiled=False,
+        vtiled=False,
+        stretch=False,
+        hspeed=0.0,
+        vspeed=0.0,
+        parallax=0.0,
+        alpha=1.0,
+        blend=0xFFFFFF,
+    ):
         self.background = background
         self.x, self.y = x, y
         self.htiled, self.vtiled, self.stretch = htiled, vtiled, stretch
@@ -144,8 +194,9 @@ class GameObject(object):
     `instances` are what the renderer searches for the instance that a view follows.
     """
 
-    def __init__(self, name, sprite=None, depth=0, visible=True, solid=False, still=False,
-                 parent=None):
+    def __init__(
+        self, name, sprite=None, depth=0, visible=True, solid=False, still=False, parent=None
+    ):
         self.name = name
         self.index = len(gm6.game.objects)
         self.sprite = sprite

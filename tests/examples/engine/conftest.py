@@ -1,4 +1,5 @@
 """The example engine on a display without a window, emptied for each test."""
+
 import os
 import sys
 
@@ -30,8 +31,12 @@ def screen():
 @pytest.fixture
 def game(screen):
     """The engine's game, with nothing in it."""
-    for resources in (gmapi.game.sprites, gmapi.game.backgrounds, gmapi.game.rooms,
-                      gmapi.game.objects):
+    for resources in (
+        gmapi.game.sprites,
+        gmapi.game.backgrounds,
+        gmapi.game.rooms,
+        gmapi.game.objects,
+    ):
         del resources[:]
     instances.registry.clear()
     gm6.current_room = None

@@ -1,10 +1,12 @@
 """The demo game: its rooms, keys and panels."""
+
 import demo
 import gm6
 import gmapi
 import pygame
 import pytest
-from evening import art, checks, game as evening_game, garden, hud, loading, village
+from evening import art, checks, garden, hud, loading, village
+from evening import game as evening_game
 
 
 def painted_once(paint):
@@ -15,11 +17,24 @@ def painted_once(paint):
         if arguments not in pictures:
             pictures[arguments] = paint(*arguments)
         return pictures[arguments]
+
     return painted
 
 
-for name in ("sky", "moon", "clouds", "mountains", "hills", "ground", "pine", "house", "glow",
-             "garden_tiles", "water", "star_frames"):
+for name in (
+    "sky",
+    "moon",
+    "clouds",
+    "mountains",
+    "hills",
+    "ground",
+    "pine",
+    "house",
+    "glow",
+    "garden_tiles",
+    "water",
+    "star_frames",
+):
     setattr(art, name, painted_once(getattr(art, name)))
 
 
@@ -140,7 +155,7 @@ def test_tickled_snowman_sparkles(evening, monkeypatch):
     monkeypatch.setattr(pygame.mouse, "get_pos", lambda: (at[0] + x, at[1] + y))
     evening.room.MouseButtonDown(1)
     evening.room.MouseButtonDown(1)
-    assert len(gmapi.particle_systems()) == systems + 1     # one snowman, one system
+    assert len(gmapi.particle_systems()) == systems + 1  # one snowman, one system
     assert snowman.sparkle.count() == 80
 
 
@@ -190,8 +205,10 @@ def play_with_events(window, monkeypatch, events, share):
 
 @pytest.mark.parametrize("event, reason", [(QUIT, "window closed"), (ESCAPE, "Escape")])
 def test_game_is_left(window, capsys, monkeypatch, event, reason):
-    keys = [pygame.event.Event(kind, key=pygame.K_RIGHT, mod=0, unicode=unicode())
-            for kind in (pygame.KEYDOWN, pygame.KEYUP)]
+    keys = [
+        pygame.event.Event(kind, key=pygame.K_RIGHT, mod=0, unicode=unicode())
+        for kind in (pygame.KEYDOWN, pygame.KEYUP)
+    ]
     assert play_with_events(window, monkeypatch, keys + [event], 1.0) == 0
     assert reason + ": 1 frames" in capsys.readouterr().out
 
@@ -220,8 +237,10 @@ def test_loading_is_seen_in_the_window_from_its_start(window, monkeypatch):
 
     def flip_and_look():
         bar = (window.get_width() - loading.BAR_WIDTH) // 2, window.get_height() // 3 + 72
-        filled = sum(window.get_at((x, bar[1]))[:3] == loading.TITLE
-                     for x in range(bar[0], bar[0] + loading.BAR_WIDTH))
+        filled = sum(
+            window.get_at((x, bar[1]))[:3] == loading.TITLE
+            for x in range(bar[0], bar[0] + loading.BAR_WIDTH)
+        )
         shown.append((filled, pygame.image.tostring(window, "RGB")))
         flip()
 
@@ -231,16 +250,24 @@ def test_loading_is_seen_in_the_window_from_its_start(window, monkeypatch):
     load = evening.load
     evening.load = lambda: (started.append(len(shown)) or step for step in load())
     assert demo.load_in_window(pygame, evening, window) is None
-    assert started[:3] == [0, 1, 2]             # each step's picture is shown before the next step
+    assert started[:3] == [0, 1, 2]  # each step's picture is shown before the next step
     widths = [filled for filled, _ in shown]
-    assert widths == [loading.BAR_WIDTH * number // (len(shown) - 1) for number in
-                      range(len(shown))]
+    assert widths == [
+        loading.BAR_WIDTH * number // (len(shown) - 1) for number in range(len(shown))
+    ]
     assert len(set(picture for _, picture in shown)) == len(shown)
 
 
-@pytest.mark.parametrize("seconds, known", [
-    ((), False), ((10.9,), False), ((10.0, 11.99), False), ((10.9, 12.0), True),
-    ((10.0, 10.5, 14.0), True)])
+@pytest.mark.parametrize(
+    "seconds, known",
+    [
+        ((), False),
+        ((10.9,), False),
+        ((10.0, 11.99), False),
+        ((10.9, 12.0), True),
+        ((10.0, 10.5, 14.0), True),
+    ],
+)
 def test_frame_rate_is_known_after_a_whole_second(game, monkeypatch, seconds, known):
     monkeypatch.setattr(gmapi, "fps", 57)
     rate = hud.FrameRate()
@@ -267,8 +294,9 @@ def counter_texts(evening, monkeypatch, frames, show):
     """The texts of the counter in a number of frames, a quarter of a second of the clock each."""
     texts = []
     write = hud.counter_text
-    monkeypatch.setattr(hud, "counter_text",
-                        lambda *arguments: texts.append(write(*arguments)) or texts[-1])
+    monkeypatch.setattr(
+        hud, "counter_text", lambda *arguments: texts.append(write(*arguments)) or texts[-1]
+    )
     clock = Clock()
     monkeypatch.setattr(evening_game, "time", clock)
     for number in range(frames):
@@ -297,8 +325,11 @@ def test_flames_keep_their_shades(evening):
     play(evening, 120)
     left = int(fire.x - evening.village.view_xview[0])
     bottom = int(fire.y - evening.village.view_yview[0])
-    colors = [pygame.display.get_surface().get_at((x, y)) for x in range(left - 20, left + 20)
-              for y in range(bottom - 90, bottom - 30)]
+    colors = [
+        pygame.display.get_surface().get_at((x, y))
+        for x in range(left - 20, left + 20)
+        for y in range(bottom - 90, bottom - 30)
+    ]
     green = [color[1] for color in colors if color[0] > 240]
     assert len(green) > 500
     assert sum(value == 255 for value in green) < 0.4 * len(green)
@@ -310,11 +341,20 @@ def test_check_finds_fault_with_empty_pictures(evening, tmpdir):
     pygame.image.save(pygame.Surface(evening_game.SIZE), path)
     small = str(tmpdir.join("small.png"))
     pygame.image.save(pygame.Surface((10, 10)), small)
-    found = "\n".join(checks.faults(pygame, [(path, "room_village"), (path, "room_village"),
-                                             (small, "room_village")], 3))
-    for text in ("pictures of both rooms are wanted", "3 particles lived at once",
-                 "there are too few colours", "the map has no frame", "nothing burns",
-                 "there is no night sky", "the size is 10 x 10"):
+    found = "\n".join(
+        checks.faults(
+            pygame, [(path, "room_village"), (path, "room_village"), (small, "room_village")], 3
+        )
+    )
+    for text in (
+        "pictures of both rooms are wanted",
+        "3 particles lived at once",
+        "there are too few colours",
+        "the map has no frame",
+        "nothing burns",
+        "there is no night sky",
+        "the size is 10 x 10",
+    ):
         assert (text in found) == (text != "there is no night sky"), text
     garden_faults = checks.faults(pygame, [(path, "room_garden")], 5000)
     assert any("grass" in fault for fault in garden_faults)
@@ -322,8 +362,9 @@ def test_check_finds_fault_with_empty_pictures(evening, tmpdir):
 
 
 @pytest.mark.parametrize("room", ["room_village", "room_garden"])
-@pytest.mark.parametrize("color, fault", [((255, 255, 90), True), ((255, 200, 90), False),
-                                          ((255, 255, 250), False)])
+@pytest.mark.parametrize(
+    "color, fault", [((255, 255, 90), True), ((255, 200, 90), False), ((255, 255, 250), False)]
+)
 def test_check_finds_fault_with_flat_flames(tmpdir, room, color, fault):
     picture = pygame.Surface(evening_game.SIZE)
     picture.fill(color, (400, 300, 40, 40))

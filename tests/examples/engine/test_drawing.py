@@ -1,4 +1,5 @@
 """Sprites, rectangles, gradients and text."""
+
 import gm6
 import gmapi
 import larkspur
@@ -15,8 +16,12 @@ def at(surface, x, y):
 
 def painted(surface):
     """The (left, top, right, bottom) of all that is not black; right and bottom outside it."""
-    hits = [(x, y) for x in range(surface.get_width()) for y in range(surface.get_height())
-            if at(surface, x, y) != BLACK]
+    hits = [
+        (x, y)
+        for x in range(surface.get_width())
+        for y in range(surface.get_height())
+        if at(surface, x, y) != BLACK
+    ]
     xs, ys = [x for x, _ in hits], [y for _, y in hits]
     return (min(xs), min(ys), max(xs) + 1, max(ys) + 1) if hits else None
 
@@ -43,8 +48,9 @@ def half(game, picture):
     return game.add_sprite("spr_half", [image, picture(8, 6, BLUE)], (2, 1))
 
 
-def draw(sprite, subimage=0, x=100, y=80, xscale=1.0, yscale=1.0, angle=0, color=0xFFFFFF,
-         alpha=1.0):
+def draw(
+    sprite, subimage=0, x=100, y=80, xscale=1.0, yscale=1.0, angle=0, color=0xFFFFFF, alpha=1.0
+):
     gmapi.draw_sprite_ext(sprite, subimage, x, y, xscale, yscale, angle, color, alpha)
 
 
@@ -117,7 +123,7 @@ def test_cache_of_copies_is_bounded(canvas, half, monkeypatch):
     for number in range(1, 20):
         draw(half, xscale=1.0 + number)
         assert len(half.scalecache) <= 5
-    assert len(half.scalecache) == 4        # 19 sizes: emptied at every fifth
+    assert len(half.scalecache) == 4  # 19 sizes: emptied at every fifth
 
 
 def test_sprite_that_was_pickled_is_drawn_transformed_again(canvas, half):
@@ -173,6 +179,7 @@ def test_outlines_leave_the_inside(canvas):
 
 def test_rectangle_is_placed_and_cut_by_the_view(screen, game):
     from engine.resources import set_view
+
     made = game.add_room("room_scaled", 640, 480)
     set_view(made, 0, (100, 0, 640, 480), (40, 20, 160, 120))
     gm6.goto_room(made)

@@ -1,4 +1,5 @@
 """Instances, their events and lists."""
+
 import sys
 
 import gm6
@@ -51,9 +52,18 @@ def test_instance_enters_the_lists_of_its_events_only(room, kind):
     kind.on(resources.EVENT_MOUSE, "pass", key=resources.MOUSE_RIGHT_PRESS)
     box = create(kind)
     entered = [name for name in gm6._INSTANCE_LISTS if box in list(getattr(room, name))]
-    assert sorted(entered) == sorted(["all_objects", "drawn_objects", "stepped_objects",
-                                      "alarmed_objects", "mouse_objects", "moving_objects",
-                                      "mouse_rightpressed_objects", "animated_objects"])
+    assert sorted(entered) == sorted(
+        [
+            "all_objects",
+            "drawn_objects",
+            "stepped_objects",
+            "alarmed_objects",
+            "mouse_objects",
+            "moving_objects",
+            "mouse_rightpressed_objects",
+            "animated_objects",
+        ]
+    )
 
 
 def test_keyed_events_need_their_key(kind):
@@ -90,6 +100,7 @@ def test_event_code_sees_self_and_puts_it_back(room, kind):
 def test_function_of_an_event_becomes_a_script(room, kind):
     def script_of_test(self):
         self.ran = True
+
     kind.on(resources.EVENT_CREATE, script_of_test)
     assert create(kind).ran and gmapi.script_of_test is script_of_test
 
@@ -152,10 +163,12 @@ def test_keys_reach_press_hold_and_release_events(room, kind):
 
 def test_mouse_reaches_what_is_under_it(room, kind, monkeypatch):
     gmapi.clicks = []
-    kind.on(resources.EVENT_MOUSE, "clicks.append(('down', self.id))",
-            key=resources.MOUSE_LEFT_PRESS)
-    kind.on(resources.EVENT_MOUSE, "clicks.append(('up', self.id))",
-            key=resources.MOUSE_LEFT_RELEASE)
+    kind.on(
+        resources.EVENT_MOUSE, "clicks.append(('down', self.id))", key=resources.MOUSE_LEFT_PRESS
+    )
+    kind.on(
+        resources.EVENT_MOUSE, "clicks.append(('up', self.id))", key=resources.MOUSE_LEFT_RELEASE
+    )
     under, _ = create(kind, 50, 60), create(kind, 150, 60)
     monkeypatch.setattr(gmapi.pygame.mouse, "get_pos", lambda: (57, 60))
     room.MouseButtonDown(1)
@@ -171,7 +184,7 @@ def test_collision_event_runs_for_each_touching_instance(room, game, kind, pictu
     hunter.on(resources.EVENT_COLLISION, "hits.append(other.id)", key="obj_box")
     create(hunter, 100, 100)
     touching = [create(kind, 100 + dx, 100).id for dx in (-15, 0, 15)]
-    create(kind, 116, 100)      # only the edges meet
+    create(kind, 116, 100)  # only the edges meet
     create(kind, 100, 130)
     room.HandleCollisions()
     assert gmapi.hits == touching and gmapi.other is None
@@ -191,8 +204,9 @@ def test_collisions_reach_children_of_the_kind(room, game, kind):
 def test_destroyed_in_one_collision_is_left_out_of_the_next(room, game, kind):
     gmapi.hits = []
     hunter = game.add_object("obj_hunter", sprite=gmapi.spr_box)
-    hunter.on(resources.EVENT_COLLISION, "hits.append(other.id); instance_destroy(other)",
-              key="obj_box")
+    hunter.on(
+        resources.EVENT_COLLISION, "hits.append(other.id); instance_destroy(other)", key="obj_box"
+    )
     create(hunter, 100, 100)
     create(hunter, 100, 100)
     hit = create(kind, 100, 100)
@@ -203,8 +217,9 @@ def test_destroyed_in_one_collision_is_left_out_of_the_next(room, game, kind):
 def test_two_hits_of_which_the_first_destroys_the_second(room, game, kind):
     gmapi.hits = []
     hunter = game.add_object("obj_hunter", sprite=gmapi.spr_box)
-    hunter.on(resources.EVENT_COLLISION, "hits.append(other.id); instance_destroy(later)",
-              key="obj_box")
+    hunter.on(
+        resources.EVENT_COLLISION, "hits.append(other.id); instance_destroy(later)", key="obj_box"
+    )
     create(hunter, 100, 100)
     first, gmapi.later = create(kind, 100, 100), create(kind, 104, 100)
     room.HandleCollisions()
@@ -236,7 +251,7 @@ def test_place_free_asks_for_solid_things_only(room, game, kind):
     gmapi.self = create(kind, 0, 0)
     assert not gmapi.place_free(90, 100) and gmapi.place_free(84, 100)
     assert gmapi.place_free(140, 100) and gmapi.place_meeting(140, 100, kind)
-    assert not gmapi.place_meeting(0, 0, kind)      # itself does not count
+    assert not gmapi.place_meeting(0, 0, kind)  # itself does not count
     wall.instances[0].solid = False
     assert gmapi.place_free(90, 100)
     gmapi.self = None
@@ -283,8 +298,11 @@ def test_room_is_left_with_resting_instances(game, room, kind):
 
 def test_instance_destroyed_by_its_event_gets_no_further_one(room, kind):
     gmapi.pressed = []
-    kind.on(resources.EVENT_KEYPRESS, "pressed.append(self.id); instance_destroy(rival(self))",
-            key=gmapi.vk_space)
+    kind.on(
+        resources.EVENT_KEYPRESS,
+        "pressed.append(self.id); instance_destroy(rival(self))",
+        key=gmapi.vk_space,
+    )
     first, second = create(kind), create(kind)
     gmapi.rival = lambda self: second if self is first else first
     room.HandleKeypress(gmapi.vk_space)
@@ -342,6 +360,7 @@ def test_destroyed_instance_is_really_gone(room, kind):
     class Witness(object):
         def __del__(self):
             gone.append(1)
+
     box = create(kind)
     box.witness = Witness()
     gmapi.instance_destroy(box)

@@ -1,4 +1,5 @@
 """Particle systems, emitters and shapes."""
+
 import gm6
 import gmapi
 import larkspur
@@ -15,8 +16,9 @@ def at(surface, x, y):
 
 def lit(surface, area):
     """How many pixels of (left, top, right, bottom) are not black."""
-    return sum(at(surface, x, y) != BLACK for x in range(area[0], area[2])
-               for y in range(area[1], area[3]))
+    return sum(
+        at(surface, x, y) != BLACK for x in range(area[0], area[2]) for y in range(area[1], area[3])
+    )
 
 
 @pytest.fixture
@@ -138,7 +140,7 @@ def test_new_shape_forgets_pictures_of_the_old(screen, system):
     system.create(50, 60, made)
     gm6.draw()
     assert lit(screen, (40, 50, 60, 70)) == 4
-    half = gmapi.pygame.Surface((2, 2)).convert_alpha()     # as large as the first
+    half = gmapi.pygame.Surface((2, 2)).convert_alpha()  # as large as the first
     half.fill((255, 255, 255, 0))
     half.fill((255, 255, 255, 255), (0, 0, 2, 1))
     gmapi.part_type_shape(made, half)

@@ -1,4 +1,5 @@
 """Resources: numbers, names, saving and loading again."""
+
 import pickle
 
 import gm6
@@ -22,8 +23,9 @@ def test_resources_are_published_and_numbered(game, picture):
 def test_new_room_has_its_views_off(game):
     made = game.add_room("room_new", 10, 20)
     assert not made.view_enabled and not any(made.view_visible)
-    assert all(type(getattr(made, name)) is larkspur.Floatlist8
-               for name in gmapi.resources.VIEW_MEMBERS)
+    assert all(
+        type(getattr(made, name)) is larkspur.Floatlist8 for name in gmapi.resources.VIEW_MEMBERS
+    )
     assert [made.view_object[view] for view in range(8)] == [-1.0] * 8
 
 

@@ -1,4 +1,5 @@
 """Rooms: entering and leaving, backgrounds, tiles and views."""
+
 import gm6
 import gmapi
 import larkspur
@@ -109,8 +110,12 @@ def test_tiled_background_covers_the_screen_from_any_start(screen, game):
     made.bg0 = BackgroundSlot(gmapi.bg_checker, x=-7, y=13, htiled=True, vtiled=True)
     gm6.goto_room(made)
     gm6.draw()
-    wrong = [(x, y) for x in range(0, 320, 3) for y in range(0, 240, 7)
-             if at(screen, x, y) != (BLUE if (x + 7) % 40 < 20 else RED)]
+    wrong = [
+        (x, y)
+        for x in range(0, 320, 3)
+        for y in range(0, 240, 7)
+        if at(screen, x, y) != (BLUE if (x + 7) % 40 < 20 else RED)
+    ]
     assert wrong == []
 
 
@@ -227,7 +232,7 @@ def test_main_view_follows_its_instance_inside_the_room(screen, game, kind):
     made.instances = [Placement(kind, 50, 120)]
     gm6.goto_room(made)
     dot = made.all_objects[0]
-    gm6.draw()     # resolves how the dot is drawn
+    gm6.draw()  # resolves how the dot is drawn
     positions = []
     for x in (50, 250, 900):
         dot.x = float(x)
@@ -283,8 +288,12 @@ def test_drawing_in_a_view_stays_inside_its_port(screen, game, kind):
     gm6.goto_room(made)
     gm6.draw()
     gm6.draw()
-    outside = [(x, y) for x in range(0, 320, 2) for y in range(0, 240, 2)
-               if at(screen, x, y) == RED and not (200 <= x < 280 and 100 <= y < 160)]
+    outside = [
+        (x, y)
+        for x in range(0, 320, 2)
+        for y in range(0, 240, 2)
+        if at(screen, x, y) == RED and not (200 <= x < 280 and 100 <= y < 160)
+    ]
     assert outside == [] and at(screen, 200, 100) == RED
     assert screen.get_clip() == screen.get_rect()
 

@@ -1,17 +1,22 @@
 """Colour arithmetic as native callers reach it."""
+
 import ctypes
 import itertools
 import random
 
 import pygame
 import pytest
-
 from models import pixel_model as model
 from support import native
 from support.surfaces import ALL_MASKS, surface_of
 
 word, byte, integer, single, pointer = (
-    ctypes.c_uint32, ctypes.c_uint8, ctypes.c_int, ctypes.c_float, ctypes.c_void_p)
+    ctypes.c_uint32,
+    ctypes.c_uint8,
+    ctypes.c_int,
+    ctypes.c_float,
+    ctypes.c_void_p,
+)
 
 multalpha = native.function("multalpha", word, word, byte)
 blend = native.function("blend", word, word, word, integer)
@@ -47,9 +52,10 @@ def test_blend_at_every_weight(a, b):
 def test_blend_weights_are_not_clamped():
     assert blend(0xFF, 0, 512) == 0x1FE
     numbers = random.Random(1)
-    for weight in [-1, 257, 512, -256, 2 ** 31 - 1, -2 ** 31] + [
-            numbers.randrange(-2 ** 31, 2 ** 31) for _ in range(300)]:
-        a, b = numbers.randrange(2 ** 32), numbers.randrange(2 ** 32)
+    for weight in [-1, 257, 512, -256, 2**31 - 1, -(2**31)] + [
+        numbers.randrange(-(2**31), 2**31) for _ in range(300)
+    ]:
+        a, b = numbers.randrange(2**32), numbers.randrange(2**32)
         assert blend(a, b, weight) == model.blend(a, b, weight), (hex(a), hex(b), weight)
 
 
@@ -75,13 +81,14 @@ def test_interpolations_follow_the_weight(t):
     for a, b in itertools.product(COLOURS, COLOURS):
         assert interpolate_unformatted(a, b, t) == model.blend(a, b, int(256 * t))
         assert interpolate_fmt(a, b, t, format_of(surface)) == model.mapped(
-            model.blend(a, b, int(255 * t)), (0xFF0000, 0xFF00, 0xFF, 0))
+            model.blend(a, b, int(255 * t)), (0xFF0000, 0xFF00, 0xFF, 0)
+        )
 
 
 def test_weight_of_a_formatted_interpolation_is_a_single_float():
     # 255 t is 257 - 2^-23, which a double holds and a single float rounds to 257. Between 0 and 1
     # no fraction comes that close below a whole weight.
-    t = (257 * 2 ** 23 - 1) / 255 / 2.0 ** 23
+    t = (257 * 2**23 - 1) / 255 / 2.0**23
     assert ctypes.c_float(t).value == t and int(255 * t) == 256
     surface = surface_of(1, 1)
     form = format_of(surface)
@@ -92,7 +99,7 @@ def test_weight_of_a_formatted_interpolation_is_a_single_float():
 
 @pytest.mark.parametrize("t", [float("nan"), float("inf"), float("-inf"), 1e30, -1e30])
 def test_a_fraction_that_fits_no_integer_is_the_smallest_one(t):
-    smallest = model.blend(0x0F, 0xF1, -2 ** 31)
+    smallest = model.blend(0x0F, 0xF1, -(2**31))
     surface = surface_of(1, 1, (0xFF, 0xFF00, 0xFF0000, 0))  # a GM colour is its own pixel value
     assert interpolate_unformatted(0x0F, 0xF1, t) == smallest
     assert interpolate_fmt(0x0F, 0xF1, t, format_of(surface)) == smallest

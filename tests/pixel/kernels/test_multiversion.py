@@ -1,9 +1,9 @@
 """Kernels are in the module once for each dispatch level."""
+
 import os
 import re
 
 import larkspur
-
 from support import build, elf, subprocess_python
 
 ROOT = os.path.dirname(subprocess_python.TESTS)
@@ -35,21 +35,28 @@ def function_name(symbol):
         length = re.match(r"L?(\d+)", rest)
         if not length:
             return name
-        name = rest[length.end():][:int(length.group(1))]
-        rest = rest[length.end() + len(name):]
+        name = rest[length.end() :][: int(length.group(1))]
+        rest = rest[length.end() + len(name) :]
 
 
 def variants():
     """(function, level) of all variants in the module."""
     symbols = [symbol.split(".") for symbol in elf.defined_names(larkspur.__file__, elf.SYMTAB)]
-    return [(function_name(parts[0]), parts[1]) for parts in symbols
-            if len(parts) == 2 and parts[1] in LEVELS]
+    return [
+        (function_name(parts[0]), parts[1])
+        for parts in symbols
+        if len(parts) == 2 and parts[1] in LEVELS
+    ]
 
 
 def compiler_makes_variants(macros):
     """GCC from 12 on, for x86-64. With a sanitizer the loader would ask for a variant too early."""
-    return ("__x86_64__" in macros and "__clang__" not in macros and
-            int(macros["__GNUC__"]) >= 12 and "__SANITIZE_ADDRESS__" not in macros)
+    return (
+        "__x86_64__" in macros
+        and "__clang__" not in macros
+        and int(macros["__GNUC__"]) >= 12
+        and "__SANITIZE_ADDRESS__" not in macros
+    )
 
 
 def test_module_has_a_variant_of_each_marked_kernel_for_each_level():
@@ -63,6 +70,9 @@ def test_module_has_a_variant_of_each_marked_kernel_for_each_level():
 def test_levels_without_a_native_test_are_named():
     with open(build.path("compile_commands.json")) as database:
         commands = database.read()
-    left_out = [level for level in ("x86-64", "x86-64-v2", "x86-64-v3", "x86-64-v4")
-                if "-march=%s " % level not in commands]
+    left_out = [
+        level
+        for level in ("x86-64", "x86-64-v2", "x86-64-v3", "x86-64-v4")
+        if "-march=%s " % level not in commands
+    ]
     assert build.untested_levels() == left_out

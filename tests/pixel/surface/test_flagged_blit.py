@@ -1,22 +1,31 @@
 """Blits with a blend mode, as native callers reach them."""
+
 import ctypes
 import itertools
 
 import numpy
 import pygame
 import pytest
-
 from models import pixel_model as model
 from support import native
 from support.native import Rect
 from support.pictures import assert_same_words, words
-from support.surfaces import (ALL_MASKS, ARGB, ForeignSurface, assert_same_bytes,
-                              buffer_of, encoded_surface, printed, surface_of)
+from support.surfaces import (
+    ALL_MASKS,
+    ARGB,
+    ForeignSurface,
+    assert_same_bytes,
+    buffer_of,
+    encoded_surface,
+    printed,
+    surface_of,
+)
 
 integer, pointer = ctypes.c_int, ctypes.c_void_p
 
-_flagged_blit = native.function("flagged_blit", None, pointer, pointer, ctypes.POINTER(Rect),
-                                integer)
+_flagged_blit = native.function(
+    "flagged_blit", None, pointer, pointer, ctypes.POINTER(Rect), integer
+)
 _additive_blit = native.function("additive_blit", None, pointer, pointer, *[integer] * 4)
 
 WIDTH, HEIGHT = 20, 12
@@ -41,9 +50,13 @@ def check_added(source, target, x, y, mode=1):
 
 # ---- mode 0
 
+
 def test_mode_0_is_the_ordinary_blit():
-    source, target, twin = surface_of(5, 4), surface_of(WIDTH, HEIGHT, seed=2), surface_of(
-        WIDTH, HEIGHT, seed=2)
+    source, target, twin = (
+        surface_of(5, 4),
+        surface_of(WIDTH, HEIGHT, seed=2),
+        surface_of(WIDTH, HEIGHT, seed=2),
+    )
     assert flagged_blit(source, target, 17, 10, 0) == (17, 10, 3, 2)  # clipped, as SDL reports
     twin.blit(source, (17, 10))
     assert_same_words(words(target), words(twin), "ordinary")
@@ -58,6 +71,7 @@ def test_mode_0_clips_at_the_top():
 
 
 # ---- adding
+
 
 @pytest.mark.parametrize("mode", [1, 128])
 @pytest.mark.parametrize("masks", ALL_MASKS)
@@ -74,18 +88,53 @@ def test_adding_by_hand():
     assert target.get_at((0, 0)) == target.get_at((2, 0)) == (100, 20, 3, 200)
 
 
-@pytest.mark.parametrize("x, y", itertools.product(
-    [-40, -8, -7, -6, -3, -1, 0, 1, 5, WIDTH - 9, WIDTH - 8, WIDTH - 7, WIDTH - 6, WIDTH,
-     WIDTH + 5, -2 ** 15, 2 ** 15 - 1],
-    [-40, -5, -1, 0, 1, HEIGHT - 6, HEIGHT - 5, HEIGHT - 1, HEIGHT, HEIGHT + 3, -2 ** 15,
-     2 ** 15 - 1]))
+@pytest.mark.parametrize(
+    "x, y",
+    itertools.product(
+        [
+            -40,
+            -8,
+            -7,
+            -6,
+            -3,
+            -1,
+            0,
+            1,
+            5,
+            WIDTH - 9,
+            WIDTH - 8,
+            WIDTH - 7,
+            WIDTH - 6,
+            WIDTH,
+            WIDTH + 5,
+            -(2**15),
+            2**15 - 1,
+        ],
+        [
+            -40,
+            -5,
+            -1,
+            0,
+            1,
+            HEIGHT - 6,
+            HEIGHT - 5,
+            HEIGHT - 1,
+            HEIGHT,
+            HEIGHT + 3,
+            -(2**15),
+            2**15 - 1,
+        ],
+    ),
+)
 def test_placing_of_a_small_source(x, y):
     check_added(surface_of(7, 5), surface_of(WIDTH, HEIGHT, seed=2), x, y)
 
 
 @pytest.mark.parametrize("x, y", itertools.product([-25, -11, -10, -9, 0], [-30, -7, -5, 0, 3]))
-@pytest.mark.parametrize("width, height", [(WIDTH + 10, HEIGHT), (5, HEIGHT + 10),
-                                           (WIDTH + 10, HEIGHT + 10), (WIDTH, HEIGHT)])
+@pytest.mark.parametrize(
+    "width, height",
+    [(WIDTH + 10, HEIGHT), (5, HEIGHT + 10), (WIDTH + 10, HEIGHT + 10), (WIDTH, HEIGHT)],
+)
 def test_placing_of_a_large_source(x, y, width, height):
     check_added(surface_of(width, height), surface_of(WIDTH, HEIGHT, seed=2), x, y)
 
@@ -127,8 +176,8 @@ def test_adding_stays_inside_foreign_memory(y):
     rows = min(HEIGHT + 4, HEIGHT - max(y, 0))
     for row in range(rows):
         start = target.start + (max(y, 0) + row) * target.pitch + 8
-        place = expected[start:start + 20]
-        pixels = before[source.start + row * 28:][:20]
+        place = expected[start : start + 20]
+        pixels = before[source.start + row * 28 :][:20]
         place[...] = numpy.minimum(place.astype(int) + pixels, 255)
     _flagged_blit(source.address, target.address, Rect(2, y, 0, 0), 1)
     assert_same_bytes(target.memory, expected)
@@ -146,15 +195,18 @@ def test_adding_a_surface_to_itself_doubles_it():
 
 def test_adding_between_encoded_surfaces():
     source, target = encoded_surface(6, 5), encoded_surface(WIDTH, HEIGHT, 2)
-    expected = model.added(words(encoded_surface(6, 5)), words(encoded_surface(WIDTH, HEIGHT, 2)),
-                           3, 2)
+    expected = model.added(
+        words(encoded_surface(6, 5)), words(encoded_surface(WIDTH, HEIGHT, 2)), 3, 2
+    )
     flagged_blit(source, target, 3, 2, 1)
     assert native.sdl_surface(source).locked == native.sdl_surface(target).locked == 0
     assert_same_words(words(target), expected, "encoded")
 
 
-@pytest.mark.parametrize("source_depth, target_depth", [(8, 32), (16, 32), (24, 32), (32, 8),
-                                                        (32, 16), (32, 24), (16, 16)])
+@pytest.mark.parametrize(
+    "source_depth, target_depth",
+    [(8, 32), (16, 32), (24, 32), (32, 8), (32, 16), (32, 24), (16, 16)],
+)
 def test_adding_needs_32_bits(source_depth, target_depth):
     source = pygame.Surface((5, 4), 0, source_depth)
     target = pygame.Surface((WIDTH, HEIGHT), 0, target_depth)
@@ -189,10 +241,14 @@ def test_no_surface_or_rectangle_is_nothing():
 
 # ---- other modes
 
-@pytest.mark.parametrize("mode", [2, -1, 127, 129, 2 ** 31 - 1])
+
+@pytest.mark.parametrize("mode", [2, -1, 127, 129, 2**31 - 1])
 def test_an_unexpected_mode_is_reported_and_drawn_plainly(mode, capfd):
-    source, target, twin = surface_of(5, 4), surface_of(WIDTH, HEIGHT, seed=2), surface_of(
-        WIDTH, HEIGHT, seed=2)
+    source, target, twin = (
+        surface_of(5, 4),
+        surface_of(WIDTH, HEIGHT, seed=2),
+        surface_of(WIDTH, HEIGHT, seed=2),
+    )
     printed(capfd)
     assert flagged_blit(source, target, 3, -1, mode) == (3, 0, 5, 3)
     # Written at once, not when a buffer is full.
@@ -213,20 +269,32 @@ def test_an_unexpected_mode_is_placed_first(x, y, capfd):
 
 # ---- the adding itself
 
+
 def test_additive_blit_takes_byte_offsets():
     source, target = surface_of(6, 5, ARGB), surface_of(WIDTH, HEIGHT, ARGB, 2)
     expected = words(target)
-    expected[4:7, 3:5] = model.added(words(source)[1:4, 2:4],
-                                     numpy.pad(expected[4:7, 3:5], ((0, 0), (0, 1)), "constant"),
-                                     0, 0)[:, :2]
+    expected[4:7, 3:5] = model.added(
+        words(source)[1:4, 2:4], numpy.pad(expected[4:7, 3:5], ((0, 0), (0, 1)), "constant"), 0, 0
+    )[:, :2]
     additive_blit(source, target, 24 + 8, 4 * (4 * WIDTH + 3), 3, 8)
     assert_same_words(words(target), expected, "offsets")
 
 
-@pytest.mark.parametrize("numbers", [(0, 0, 0, 20), (0, 0, -1, 20), (0, 0, 1, 0), (0, 0, 1, -4),
-                                     (-4, 0, 1, 4), (0, -4, 1, 4), (120, 0, 1, 4),
-                                     (0, 4 * WIDTH * HEIGHT, 1, 4), (0, 0, 1, 124),
-                                     (2 ** 31 - 1, 0, 1, 2 ** 31 - 1)])
+@pytest.mark.parametrize(
+    "numbers",
+    [
+        (0, 0, 0, 20),
+        (0, 0, -1, 20),
+        (0, 0, 1, 0),
+        (0, 0, 1, -4),
+        (-4, 0, 1, 4),
+        (0, -4, 1, 4),
+        (120, 0, 1, 4),
+        (0, 4 * WIDTH * HEIGHT, 1, 4),
+        (0, 0, 1, 124),
+        (2**31 - 1, 0, 1, 2**31 - 1),
+    ],
+)
 def test_additive_blit_outside_the_buffers_draws_nothing(numbers):
     source, target = surface_of(6, 5), surface_of(WIDTH, HEIGHT, seed=2)
     before = words(target)
@@ -237,5 +305,5 @@ def test_additive_blit_outside_the_buffers_draws_nothing(numbers):
 def test_additive_blit_ends_at_the_last_row_inside():
     source, target = surface_of(6, 5), surface_of(WIDTH, HEIGHT, seed=2)
     expected = model.added(words(source)[:2], words(target), 0, HEIGHT - 2)
-    additive_blit(source, target, 0, (HEIGHT - 2) * 4 * WIDTH, 2 ** 31 - 1, 24)
+    additive_blit(source, target, 0, (HEIGHT - 2) * 4 * WIDTH, 2**31 - 1, 24)
     assert_same_words(words(target), expected, "last rows")

@@ -1,4 +1,5 @@
 """Mirrored copies of surfaces, from Python and for native callers."""
+
 import ctypes
 import itertools
 
@@ -6,14 +7,24 @@ import larkspur
 import numpy
 import pygame
 import pytest
-
 from models import pixel_model as model
 from support import leaks, native, sdl
 from support.guarded import GuardedMemory
 from support.pictures import assert_same_words, words
-from support.surfaces import (ALL_MASKS, ARGB, XRGB, ForeignSurface, assert_encoded,
-                              assert_same_bytes, buffer_of, create_surface_from, encoded_surface,
-                              free_surface, printed, surface_of)
+from support.surfaces import (
+    ALL_MASKS,
+    ARGB,
+    XRGB,
+    ForeignSurface,
+    assert_encoded,
+    assert_same_bytes,
+    buffer_of,
+    create_surface_from,
+    encoded_surface,
+    free_surface,
+    printed,
+    surface_of,
+)
 
 RULES = {
     "flip_v": model.upside_down,
@@ -76,13 +87,15 @@ def test_flip_vh_by_hand():
 
 # ---- depths
 
+
 @pytest.mark.parametrize("depth", [8, 16, 24])
 @pytest.mark.parametrize("width, height", [(1, 1), (5, 4), (7, 3)])
 def test_flip_v_takes_every_depth_with_its_padding(depth, width, height):
     surface = pygame.Surface((width, height), 0, depth)
     record = native.sdl_surface(surface)
-    numpy.ctypeslib.as_array((ctypes.c_uint8 * (record.pitch * height)).from_address(
-        record.pixels))[...] = numpy.arange(record.pitch * height) % 251
+    numpy.ctypeslib.as_array(
+        (ctypes.c_uint8 * (record.pitch * height)).from_address(record.pixels)
+    )[...] = numpy.arange(record.pitch * height) % 251
     before = buffer_of(surface).reshape(height, record.pitch)
     result = larkspur.flip_v(surface)
     assert result.get_bitsize() == depth
@@ -99,7 +112,8 @@ def test_mirroring_other_depths_is_reported(name, depth, capfd):
         flipped(name, surface)
     assert str(raised.value) == (
         "%s() needs a surface of 32 bits per pixel, got %d; convert it with Surface.convert(32)"
-        % (name, depth))
+        % (name, depth)
+    )
     assert printed(capfd) == ("", MESSAGES[name])
 
 
@@ -112,6 +126,7 @@ def test_mirroring_other_depths_is_null_for_native_callers(name, capfd):
 
 
 # ---- surfaces as they come
+
 
 @pytest.mark.parametrize("name", NAMES)
 @pytest.mark.parametrize("size", [(0, 0), (0, 3), (3, 0)])
@@ -154,7 +169,7 @@ def test_parts_of_encoded_surfaces(name):
 def test_foreign_memory_is_read_up_to_its_last_pixel(name, padding, offset):
     surface = ForeignSurface(5, 3, 20 + padding, ARGB, offset)
     before = surface.memory.copy()
-    rows = before[surface.start:surface.start + 3 * surface.pitch].reshape(3, -1)
+    rows = before[surface.start : surface.start + 3 * surface.pitch].reshape(3, -1)
     pixels = numpy.ascontiguousarray(rows[:, :20]).view(numpy.uint32)
     address = NATIVE[name](surface.address)
     result = native.Surface.from_address(address)
@@ -179,6 +194,7 @@ def test_flip_v_reads_no_padding_behind_the_last_row():
 
 
 # ---- the blank copy
+
 
 @pytest.mark.parametrize("masks", ALL_MASKS)
 def test_clone_surface_is_blank_and_of_the_same_format(masks):
@@ -217,6 +233,7 @@ def test_a_copy_that_sdl_refuses_is_null():
 
 # ---- from Python
 
+
 @pytest.mark.parametrize("name", NAMES)
 def test_arguments(name):
     function = getattr(larkspur, name)
@@ -227,7 +244,9 @@ def test_arguments(name):
         with pytest.raises(TypeError) as raised:
             function(wrong)
         assert str(raised.value) == "%s() needs a pygame Surface, got %s" % (
-            name, type(wrong).__name__ if type(wrong) is not pygame.Rect else "pygame.Rect")
+            name,
+            type(wrong).__name__ if type(wrong) is not pygame.Rect else "pygame.Rect",
+        )
 
 
 @pytest.mark.parametrize("name", NAMES)
@@ -256,4 +275,5 @@ def test_no_reference_is_kept(name):
     def fail():
         with pytest.raises(TypeError):
             flipped(name, wrong)
+
     leaks.assert_counts_unchanged(fail, wrong)

@@ -1,15 +1,25 @@
 """Fading, tinting and subtracting on whole buffers, as native callers reach them."""
+
 import ctypes
 
 import numpy
 import pygame
 import pytest
-
 from models import pixel_model as model
 from support import native
 from support.pictures import assert_same_words, words
-from support.surfaces import (ALL_MASKS, ARGB, RGBA, XRGB, ForeignSurface, assert_same_bytes,
-                              buffer_of, encoded_surface, free_surface, surface_of)
+from support.surfaces import (
+    ALL_MASKS,
+    ARGB,
+    RGBA,
+    XRGB,
+    ForeignSurface,
+    assert_same_bytes,
+    buffer_of,
+    encoded_surface,
+    free_surface,
+    surface_of,
+)
 
 word, integer, pointer = ctypes.c_uint32, ctypes.c_int, ctypes.c_void_p
 
@@ -25,10 +35,14 @@ TINTS = (0xFFFFFF, 0, 0x0000FF, 0x00FF00, 0xFF0000, 0x123456, 0xAB80FF01)
 
 # A native operation on a surface, and what it makes of a whole buffer.
 OPERATIONS = {
-    "fade": (lambda address: translucentify(address, 77),
-             lambda buffer, masks: model.faded(buffer, 77, masks)),
-    "tint": (lambda address: tint_surface(address, 0x80C123),
-             lambda buffer, masks: model.tinted(buffer, 0x80C123, masks)),
+    "fade": (
+        lambda address: translucentify(address, 77),
+        lambda buffer, masks: model.faded(buffer, 77, masks),
+    ),
+    "tint": (
+        lambda address: tint_surface(address, 0x80C123),
+        lambda buffer, masks: model.tinted(buffer, 0x80C123, masks),
+    ),
 }
 
 
@@ -112,9 +126,9 @@ def test_foreign_memory_ends_at_the_last_pixel(operation, width, height, padding
     surface = ForeignSurface(width, height, 4 * width + padding, ARGB, offset)
     before = surface.memory.copy()
     # The whole buffer by the rule, of which all behind the last pixel is left out.
-    whole = rule(before[surface.start:surface.start + height * surface.pitch], ARGB)
+    whole = rule(before[surface.start : surface.start + height * surface.pitch], ARGB)
     expected = before.copy()
-    expected[surface.start:surface.end()] = whole[:surface.end() - surface.start]
+    expected[surface.start : surface.end()] = whole[: surface.end() - surface.start]
     change(surface.address)
     assert_same_bytes(surface.memory, expected)
 
@@ -150,17 +164,28 @@ def test_no_surface_and_no_area_are_nothing(operation):
 
 # ---- buffers
 
+
 def guarded(length, seed=2):
     return numpy.random.RandomState(seed).randint(0, 256, length + 64).astype(numpy.uint8)
 
 
 @pytest.mark.parametrize("length", range(0, 40) + [4096 + 3])
-@pytest.mark.parametrize("group, subtract, pattern", [
-    (4, lambda at, length: satusub_head(at, 0x01807F10, 0xDEADBEEF, length),
-     [0x10, 0x7F, 0x80, 0x01]),
-    (8, lambda at, length: satusub_body(at, 0x01807F10, 0xF00520FF, length),
-     [0x10, 0x7F, 0x80, 0x01, 0xFF, 0x20, 0x05, 0xF0]),
-], ids=["head", "body"])
+@pytest.mark.parametrize(
+    "group, subtract, pattern",
+    [
+        (
+            4,
+            lambda at, length: satusub_head(at, 0x01807F10, 0xDEADBEEF, length),
+            [0x10, 0x7F, 0x80, 0x01],
+        ),
+        (
+            8,
+            lambda at, length: satusub_body(at, 0x01807F10, 0xF00520FF, length),
+            [0x10, 0x7F, 0x80, 0x01, 0xFF, 0x20, 0x05, 0xF0],
+        ),
+    ],
+    ids=["head", "body"],
+)
 def test_subtracting_takes_whole_groups(length, group, subtract, pattern):
     memory = guarded(length)
     end = -(-length // group) * group  # a group that begins inside the length is done whole
@@ -196,7 +221,7 @@ def test_satusub_has_the_byte_order_of_sdl_gfx(length):
 def test_subtracting_nothing_or_from_nothing():
     memory = guarded(8)
     before = memory.copy()
-    for length in (0, -1, -2 ** 31):
+    for length in (0, -1, -(2**31)):
         satusub(memory.ctypes.data, length, 0xFFFFFFFF)
         satusub_head(memory.ctypes.data, 0xFFFFFFFF, 0, length)
         satusub_body(memory.ctypes.data, 0xFFFFFFFF, 0xFFFFFFFF, length)
@@ -222,6 +247,7 @@ def test_the_words_for_subtracting_are_copies_of_the_value():
 
 # ---- copies with alpha
 
+
 def test_rgba_copy_has_the_display_format_with_alpha(display):
     source = pygame.Surface((6, 4), 0, 16)
     source.fill((255, 0, 0))
@@ -231,7 +257,10 @@ def test_rgba_copy_has_the_display_format_with_alpha(display):
     display_format = native.sdl_surface(display).format.contents
     assert (copy.w, copy.h, form.BitsPerPixel, form.Amask) == (6, 4, 32, 0xFF000000)
     assert (form.Rmask, form.Gmask, form.Bmask) == (
-        display_format.Rmask, display_format.Gmask, display_format.Bmask)
+        display_format.Rmask,
+        display_format.Gmask,
+        display_format.Bmask,
+    )
     assert ctypes.c_uint32.from_address(copy.pixels).value == 0xFFFF0000
     free_surface(address)
 

@@ -2,10 +2,10 @@
 
 The registry maps every small int to itself, so that a list of ints stays one whatever is appended.
 """
+
 import larkspur
 import pytest
-from support import cpython_cases
-from support import leaks
+from support import cpython_cases, leaks
 from test import test_list
 
 SUBCLASS = (TypeError, "the case derives a class from the list, and InstanceList has no subclasses")
@@ -14,10 +14,15 @@ DIFFERING = {
     "test_addmul": SUBCLASS,
     "test_free_after_iterating": SUBCLASS,
     "test_getitemoverwriteiter": SUBCLASS,
-    "test_remove": (SystemError, "an item that is not there fails without an exception; items are "
-                                 "found by identity and never compared"),
-    "test_setitem": (AssertionError, "an index past the end fails without an exception, which "
-                                     "a.__setitem__() does not notice"),
+    "test_remove": (
+        SystemError,
+        "an item that is not there fails without an exception; items are "
+        "found by identity and never compared",
+    ),
+    "test_setitem": (
+        AssertionError,
+        "an index past the end fails without an exception, which a.__setitem__() does not notice",
+    ),
 }
 
 
@@ -31,4 +36,5 @@ def ints_are_instances(host):
 
 
 TestList = cpython_cases.adapted(
-    "TestList", test_list.ListTest, DIFFERING, type2test=larkspur.InstanceList)
+    "TestList", test_list.ListTest, DIFFERING, type2test=larkspur.InstanceList
+)

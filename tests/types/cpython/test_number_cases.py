@@ -3,19 +3,21 @@
 The names by which the cases make or use numbers stand for game variables: hash() hashes a variable
 holding what it is given, Rat() makes a variable holding a Rat, and so on.
 """
+
 import operator
 
 import pytest
 from larkspur import GMVar
-from support import cpython_cases
-from support import leaks
-from test import test_binop
-from test import test_coercion
-from test import test_compare
-from test import test_float
-from test import test_hash
-from test import test_int
-from test import test_richcmp
+from support import cpython_cases, leaks
+from test import (
+    test_binop,
+    test_coercion,
+    test_compare,
+    test_float,
+    test_hash,
+    test_int,
+    test_richcmp,
+)
 
 
 def hash_of_variable(value):
@@ -53,43 +55,58 @@ class Converting(type):
 
 
 def converting(builtin):
-    return Converting(builtin.__name__, (), {
-        "builtin": builtin, "__new__": staticmethod(builtin.__new__)})
+    return Converting(
+        builtin.__name__, (), {"builtin": builtin, "__new__": staticmethod(builtin.__new__)}
+    )
 
 
 HASH = {"hash": hash_of_variable}
 
 TestHashEquality = cpython_cases.adapted(
-    "TestHashEquality", test_hash.HashEqualityTestCase, names=HASH)
+    "TestHashEquality", test_hash.HashEqualityTestCase, names=HASH
+)
 TestHashInheritance = cpython_cases.adapted(
-    "TestHashInheritance", test_hash.HashInheritanceTestCase, names=HASH)
+    "TestHashInheritance", test_hash.HashInheritanceTestCase, names=HASH
+)
 TestHashBuiltins = cpython_cases.adapted(
-    "TestHashBuiltins", test_hash.HashBuiltinsTestCase, names=HASH)
+    "TestHashBuiltins", test_hash.HashBuiltinsTestCase, names=HASH
+)
 
 _numbers = map(GMVar, test_compare.ComparisonTest.set1)
 _others = map(GMVar, test_compare.ComparisonTest.set2)
 TestComparison = cpython_cases.adapted(
-    "TestComparison", test_compare.ComparisonTest, names={"cmp": compare_variables},
-    set1=_numbers, set2=_others, candidates=_numbers + _others)
+    "TestComparison",
+    test_compare.ComparisonTest,
+    names={"cmp": compare_variables},
+    set1=_numbers,
+    set2=_others,
+    candidates=_numbers + _others,
+)
 
 TestRichNumber = cpython_cases.adapted(
-    "TestRichNumber", test_richcmp.NumberTest, names={"Number": holding(test_richcmp.Number)})
-TestRichInt = cpython_cases.adapted(
-    "TestRichInt", test_richcmp.NumberTest, names={"Number": GMVar})
+    "TestRichNumber", test_richcmp.NumberTest, names={"Number": holding(test_richcmp.Number)}
+)
+TestRichInt = cpython_cases.adapted("TestRichInt", test_richcmp.NumberTest, names={"Number": GMVar})
 TestRichVector = cpython_cases.adapted(
-    "TestRichVector", test_richcmp.VectorTest, names={"Vector": holding(test_richcmp.Vector)})
+    "TestRichVector", test_richcmp.VectorTest, names={"Vector": holding(test_richcmp.Vector)}
+)
 
 NO_SUCH_DIVISION = (TypeError, "a variable divides as GM does, with / and %")
 
 TestRational = cpython_cases.adapted(
-    "TestRational", test_binop.RatTestCase,
+    "TestRational",
+    test_binop.RatTestCase,
     {"test_floordiv": NO_SUCH_DIVISION, "test_future_div": NO_SUCH_DIVISION},
-    names={"Rat": holding(test_binop.Rat)})
+    names={"Rat": holding(test_binop.Rat)},
+)
 
 TestInt = cpython_cases.adapted("TestInt", test_int.IntTestCases, names={"int": converting(int)})
 TestFloat = cpython_cases.adapted(
-    "TestFloat", test_float.GeneralFloatCases, names={"float": converting(float)},
-    test_float_with_comma=None)  # runs only under a locale that writes a comma
+    "TestFloat",
+    test_float.GeneralFloatCases,
+    names={"float": converting(float)},
+    test_float_with_comma=None,
+)  # runs only under a locale that writes a comma
 
 
 # The operators of CPython's table of mixed operands that variables forward as they are.
@@ -109,5 +126,6 @@ def test_coercion_table():
                         FORWARDED[symbol](x, y)
                 else:
                     result = FORWARDED[symbol](x, y)
-                    assert (test_coercion.format_result(result) ==
-                            test_coercion.format_result(expected)), (a, symbol, b)
+                    assert test_coercion.format_result(result) == test_coercion.format_result(
+                        expected
+                    ), (a, symbol, b)
