@@ -59,12 +59,6 @@ def linted(tmpdir):
     return check
 
 
-def write_later(path, text):
-    """Writes a file as of a time after all that was built."""
-    path.write(text)
-    path.setmtime(path.mtime() + 10)
-
-
 BOTH = ["one.cpp", "two.cpp"]
 
 
@@ -75,26 +69,26 @@ def test_each_unit_is_checked_once(linted):
 
 def test_unit_with_a_finding_is_checked_until_it_is_mended(linted, tmpdir):
     assert linted() == (0, BOTH)
-    write_later(tmpdir.join("src", "two.cpp"), '#include "common.h"\n// faulty\n')
+    tmpdir.join("src", "two.cpp").write('#include "common.h"\n// faulty\n')
     assert linted() == (1, ["two.cpp"])
     assert linted() == (1, ["two.cpp"])
-    write_later(tmpdir.join("src", "two.cpp"), '#include "common.h"\n')
+    tmpdir.join("src", "two.cpp").write('#include "common.h"\n')
     assert linted() == (0, ["two.cpp"])
 
 
 def test_finding_in_a_header_is_one_of_all_units_that_include_it(linted, tmpdir):
-    write_later(tmpdir.join("src", "common.h"), "// faulty\n")
+    tmpdir.join("src", "common.h").write("// faulty\n")
     assert linted() == (1, BOTH)
-    write_later(tmpdir.join("src", "common.h"), "// fine\n")
+    tmpdir.join("src", "common.h").write("// fine\n")
     assert linted() == (0, BOTH)
-    write_later(tmpdir.join("src", "common.h"), "// faulty again\n")
+    tmpdir.join("src", "common.h").write("// faulty again\n")
     assert linted() == (1, BOTH)
 
 
 def test_other_checks_or_another_clang_tidy_check_all_again(linted, tmpdir):
     assert linted() == (0, BOTH)
-    write_later(tmpdir.join(".clang-tidy"), "Checks: two\n")
+    tmpdir.join(".clang-tidy").write("Checks: two\n")
     assert linted() == (0, BOTH)
     tmpdir.join("clang-tidy.version").write("15\n")
-    write_later(tmpdir.join("clang-tidy"), tmpdir.join("clang-tidy").read())
+    tmpdir.join("clang-tidy").write(tmpdir.join("clang-tidy").read())
     assert linted() == (0, BOTH)
