@@ -713,6 +713,24 @@ def test_backgrounds_that_spoil_the_view_fail_it(host, capfd, spoil):
     capfd.readouterr()
 
 
+def test_background_drawing_that_loses_the_pixels_of_its_surface(host):
+    """A failed second __init__ leaves a Surface of pygame without a surface of SDL."""
+
+    def lose_pixels(room, surface, x, y):
+        with pytest.raises(ValueError):
+            surface.__init__((3, 3), 0, 17)
+        with pytest.raises(pygame.error):
+            surface.get_size()
+
+    host.gm6.Room_DrawBackgrounds = lose_pixels
+    host.register(larkspur)
+    room = make_view_room()
+    set_view(room, 0, xport=1)
+    before = host.screen.copy()
+    draw_well(host, room)
+    assert_same_picture(host.screen, before, "lost-canvas")
+
+
 def test_view_on_a_part_of_the_display(host):
     host.gm6.Room_DrawBackgrounds = paint((200, 100, 50))
     host.register(larkspur)

@@ -15,8 +15,8 @@ namespace larkspur::pixel {
 /// draw in another way.
 ///
 /// @param from a rectangle of the source; null for all of it
-/// @return false, with SDL's error set, when SDL refuses the blit: a surface is locked, or its
-///         pixels are lost
+/// @return false, with SDL's error set, when SDL refuses the blit: a surface is null or locked, or
+///         its pixels are lost
 bool blit(SDL_Surface* source, const SDL_Rect* from, SDL_Surface* target, SDL_Rect* to) noexcept;
 
 }  // namespace larkspur::pixel

@@ -314,6 +314,14 @@ TEST(Blit, RefusesLockedSurfacesAsSdl) {
     EXPECT_EQ(before, target.bytes());
 }
 
+TEST(Blit, RefusesMissingSurfacesAsSdl) {
+    std::mt19937 random(kSeed);
+    const Picture picture(kOpaque32, 8, 8, random);
+    SDL_Rect to = {0, 0, 0, 0};
+    EXPECT_FALSE(blit(nullptr, nullptr, picture.surface(), &to));
+    EXPECT_FALSE(blit(picture.surface(), nullptr, nullptr, &to));
+}
+
 TEST(Blit, DrawsNothingFromAnEmptySurface) {
     std::mt19937 random(kSeed);
     const SurfacePtr source(SDL_CreateRGBSurface(SDL_SWSURFACE, 0, 5, 32, kOpaque32.red,
