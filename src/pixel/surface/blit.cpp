@@ -97,11 +97,18 @@ void copy(const SDL_Surface& source, const SDL_Surface& target, const Area& area
               static_cast<std::size_t>(area.y.length));
 }
 
-// SDL treats a colour key in its own way, and encodes a picture for which that was asked.
-bool has_pixel_alpha(const SDL_Surface& source, const SDL_Surface& /*target*/) noexcept {
+// True when rows are whole pixels apart.
+bool has_word_pitch(const SDL_Surface& surface) noexcept {
+    return surface.pitch % sizeof(PixelWord) == 0;
+}
+
+// SDL treats a colour key in its own way, and encodes a picture for which that was asked. Where it
+// blends, an odd rest of a pitch counts for nothing.
+bool has_pixel_alpha(const SDL_Surface& source, const SDL_Surface& target) noexcept {
     return (source.flags & SDL_SRCALPHA) != 0 &&
            (source.flags & (SDL_SRCCOLORKEY | SDL_RLEACCELOK)) == 0 &&
-           source.format->BytesPerPixel == sizeof(PixelWord) && source.format->Amask == kTopByte;
+           source.format->BytesPerPixel == sizeof(PixelWord) && source.format->Amask == kTopByte &&
+           has_word_pitch(source) && has_word_pitch(target);
 }
 
 void composite_over(const SDL_Surface& source, const SDL_Surface& target,

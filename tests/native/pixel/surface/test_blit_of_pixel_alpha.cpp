@@ -157,6 +157,25 @@ TEST(BlitOfPixelAlpha, LeavesPicturesThatSdlTreatsInAnotherWay) {
     }
 }
 
+// SDL then steps from row to row in whole pixels.
+TEST(BlitOfPixelAlpha, LeavesRowsThatAreNoWholeNumberOfPixelsApart) {
+    std::array<unsigned char, 9 * 41> bytes = {};
+    const auto around = [&](int pitch) {
+        SurfacePtr surface(SDL_CreateRGBSurfaceFrom(bytes.data(), 9, 7, 32, pitch, 0xFF0000, 0xFF00,
+                                                    0xFF, kAlpha));
+        SDL_SetAlpha(surface.get(), SDL_SRCALPHA, 255);
+        return surface;
+    };
+    SDL_Rect rect = {3, 4, 77, 88};
+    const SurfacePtr target = screen();
+    EXPECT_EQ(is_drawn_by_us(around(40).get(), target.get(), &rect), !is_layer());
+    const SurfacePtr source = picture();
+    for (const int pitch : {37, 38, 39, 41}) {
+        expect_left(around(pitch).get(), target.get());
+        expect_left(source.get(), around(pitch).get());
+    }
+}
+
 TEST(BlitOfPixelAlpha, LeavesSurfacesThatAreNotPlainMemory) {
     const SurfacePtr source = picture();
     const SurfacePtr shallow(SDL_CreateRGBSurface(0, 20, 20, 16, 0xF800, 0x7E0, 0x1F, 0));
