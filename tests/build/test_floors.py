@@ -27,8 +27,13 @@ def units():
 
 
 def included_by(text):
-    """Paths from src that a unit includes: those with a folder."""
-    return re.findall(r'^\s*#\s*include\s+"([^"]*/[^"]*)"', text, re.MULTILINE)
+    """Paths from src that a unit includes: those with a folder, and between <> those of ours."""
+    found = re.findall(r'^\s*#\s*include\s*(["<])([^">]*/[^">]*)[">]', text, re.MULTILINE)
+    return [
+        path
+        for opening, path in found
+        if opening == '"' or os.path.exists(os.path.join(SOURCES, path))
+    ]
 
 
 def upward_includes(unit, text):
@@ -59,6 +64,9 @@ def test_unit_includes_nothing_from_above(unit):
     [
         ('#include "room/view.h"', ["room/view.h"]),
         ('  #  include "room/view.h"  // why', ["room/view.h"]),
+        ('#include"room/view.h"', ["room/view.h"]),
+        ("#include <room/view.h>", ["room/view.h"]),
+        ('#include "../room/view.h"', ["../room/view.h"]),
         ('#include "types/room.h"', ["types/room.h"]),
         ('#include "nowhere/room.h"', ["nowhere/room.h"]),
         ('#include "core/python.h"', []),
