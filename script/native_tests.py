@@ -61,7 +61,8 @@ def pattern(arguments):
     paths, expression = chosen(arguments)
     alternatives = []
     for path in paths or ["tests"]:
-        folder = (path.split(os.sep) + [""])[1]
+        folders = path.split(os.sep)[1:]
+        folder = ([name for name in folders if name != "native"] + [""])[0]
         word = re.sub(r"^test_|\.py$", "", os.path.basename(path)) if path.endswith(".py") else ""
         word = expression or word
         if not re.match(r"\w+$", word):

@@ -72,6 +72,8 @@ IN_FILE = "|^pixel.*[./]Darken[.]|^pixel.*[./]Dim[.]"
         (["./tests/pixel/"], "^pixel"),
         (["tests/types", "tests/pixel"], "^types|^pixel"),
         (["tests/types/cpython"], "^types"),
+        (["tests/native/pixel/deep"], "^pixel"),
+        (["tests/native"], None),
         (["tests/nowhere"], None),
         (["tests/pixel", "-k", "fade"], "^pixel.*[.].*" + FADE + IN_FILE),
         (["tests/pixel", "-kFADE"], "^pixel.*[.].*" + FADE + IN_FILE),
