@@ -24,7 +24,7 @@ def untested_levels():
 
 def predefined_macros(unit):
     """The macros that the compiler has from the start, with their values, where it compiles a unit
-    of the module, such as "src/pixel/blit.cpp"."""
+    of the module, such as "src/pixel/surface/blit.cpp"."""
     with open(path("compile_commands.json")) as database:
         commands = [
             entry["command"] for entry in json.load(database) if entry["file"].endswith("/" + unit)

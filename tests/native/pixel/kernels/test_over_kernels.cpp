@@ -42,7 +42,7 @@ TEST(CompositeOverRows, KeepsToItsPixelsAtEveryWidthAndOffset) {
     }
 }
 
-TEST(CompositeOverRows, LaysEveryByteOverEveryByteWithEveryAlpha) {
+TEST(CompositeOverRows, PutsEveryByteOverEveryByteWithEveryAlpha) {
     for (std::uint32_t alpha = 0; alpha < 256; ++alpha) {
         MemoryField target(0, 4 * 256, 0, 256, 13);
         MemoryField source(0, 4 * 256, 0, 256, 14);
