@@ -13,6 +13,19 @@ MARK = "LARKSPUR_MULTIVERSION"
 LEVELS = ["default", "arch_x86_64_v2", "arch_x86_64_v3", "arch_x86_64_v4"]
 
 
+def declared_kernels():
+    """The functions that the kernels' headers declare; inline ones are compiled where they go."""
+    directory = os.path.join(ROOT, "src", "pixel", "kernels")
+    functions = []
+    for name in os.listdir(directory):
+        if name.endswith("_kernels.h"):
+            with open(os.path.join(directory, name)) as header:
+                functions += re.findall(
+                    r"^(?!inline|constexpr)[\w:]+[ *&]+(\w+)\(", header.read(), re.MULTILINE
+                )
+    return functions
+
+
 def marked_kernels():
     """(unit, function) of each kernel that the sources ask variants of."""
     kernels = []
@@ -57,6 +70,10 @@ def compiler_makes_variants(macros):
         and int(macros["__GNUC__"]) >= 12
         and "__SANITIZE_ADDRESS__" not in macros
     )
+
+
+def test_every_kernel_is_marked():
+    assert sorted(function for _, function in marked_kernels()) == sorted(declared_kernels())
 
 
 def test_module_has_a_variant_of_each_marked_kernel_for_each_level():
