@@ -1,4 +1,4 @@
-// Rows of pixels set as they are, for opaque gradients. Translucent rows are fill_kernels'
+// The colours of gradients, and rows set to them as they are. Translucent rows are fill_kernels'
 // business.
 #pragma once
 
