@@ -32,7 +32,7 @@ pytest_plugins = ["support.first_failures"]
 
 
 def pytest_report_header(config):
-    line = "dispatch levels of kernels that this machine can't run and so not test: "
+    line = "dispatch levels without kernel tests, as this machine or its compiler lacks them: "
     if "LARKSPUR_BUILD_DIR" not in os.environ:
         return line + "unknown, LARKSPUR_BUILD_DIR is not set"
     return line + (", ".join(build.untested_levels()) or "none")

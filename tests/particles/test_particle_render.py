@@ -995,6 +995,7 @@ def test_a_key_that_drops_everything(display):
             render_low(particles.particle_record(particle), 0, 0)
         else:
             larkspur.CParticle_dec_ttl_and_render(particle, 0, 0)
+        assert handles == []
 
 
 def test_emptying_may_run_code(display):
@@ -1013,12 +1014,16 @@ def test_emptying_may_run_code(display):
 
 
 def test_native_drawing_leaves_no_exception(display):
+    failures = []
+
     def fail():
-        raise KeyError("from a key")
+        failures.append(KeyError("from a key"))
+        raise failures[-1]
 
     scene = scaled_scene(display)
     particles.cache_of(scene.handle)[Key((32, 32, WHITE, 255, 0), act=fail)] = None
     render_low(particles.particle_record(scene.particle()), 0, 0)  # ctypes would raise it
+    assert failures
 
 
 def test_native_drawing_keeps_a_pending_exception_and_draws(display):
