@@ -28,7 +28,9 @@ def chosen(arguments):
     arguments = iter(arguments)
     for argument in arguments:
         path = os.path.relpath(argument.split("::")[0] or ".")
-        if argument == "-k":
+        if argument in ("--deselect", "--ignore"):
+            next(arguments, None)
+        elif argument == "-k":
             expression = next(arguments, "")
         elif argument.startswith("-k"):
             expression = argument[2:]

@@ -75,6 +75,7 @@ IN_FILE = "|^pixel.*[./]Darken[.]|^pixel.*[./]Dim[.]"
         (["tests/native/pixel/deep"], "^pixel"),
         (["tests/native"], None),
         (["tests/nowhere"], None),
+        (["--ignore", "tests/types"], None),
         (["tests/pixel", "-k", "fade"], "^pixel.*[.].*" + FADE + IN_FILE),
         (["tests/pixel", "-kFADE"], "^pixel.*[.].*" + FADE + IN_FILE),
         (["tests/pixel/test_fade.py"], "^pixel.*[.].*" + FADE + IN_FILE),
