@@ -129,7 +129,7 @@ LARKSPUR_EXPORT struct _object* invoke_4(struct _object* callable, struct _objec
 
 /* A colour as a pixel value of the display: an integer stands for itself; of a sequence of three or
  * more the first three are red, green and blue (0 to 255), shifted into place and added; a shorter
- * sequence is COLOR_WHITE. Parts that do not convert count as -1 and leave their exception. Without
+ * sequence is COLOR_WHITE. What does not convert counts as -1 and leaves its exception. Without
  * a display RuntimeError and COLOR_WHITE. */
 LARKSPUR_EXPORT uint32_t color_as_int(struct _object* colour);
 

@@ -452,7 +452,7 @@ def test_calls_keep_no_references(host):
         (0xFFFFFFFF, 0xFFFFFFFF),
         (-1, 0xFFFFFFFF),
         (5.9, 5),
-        # Parts are shifted and added as they are, without a mask.
+        # Channels are shifted and added as they are, without a mask.
         ((256, 0, 0), 0x1000000),
         ((0, 256, 0), 0x10000),
         ((1, 256, -1), 0x1FFFF),
