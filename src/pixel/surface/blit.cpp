@@ -181,19 +181,22 @@ SurfacePtr new_trial_surface(std::uint32_t flags, std::uint32_t alpha_mask,
     return surface;
 }
 
-bool agrees_with_sdl(const Loop& loop) noexcept {
-    const SurfacePtr source = new_trial_surface(loop.trial_flags, loop.trial_alpha_mask, 1);
-    const SurfacePtr by_sdl = new_trial_surface(SDL_SWSURFACE, 0, 2);
-    const SurfacePtr by_us = new_trial_surface(SDL_SWSURFACE, 0, 2);
-    if (source == nullptr || by_sdl == nullptr || by_us == nullptr || !locks_show(source.get())) {
+// Blits the pieces of a source to a target of this alpha mask, by a loop and by SDL.
+bool agrees_with_sdl(const Loop& loop, SDL_Surface& source, std::uint32_t alpha_mask) noexcept {
+    const SurfacePtr by_sdl = new_trial_surface(SDL_SWSURFACE, alpha_mask, 2);
+    const SurfacePtr by_us = new_trial_surface(SDL_SWSURFACE, alpha_mask, 2);
+    if (by_sdl == nullptr || by_us == nullptr) {
         return false;
+    }
+    if (!loop.takes(source, *by_us)) {
+        return true;
     }
     for (const auto& trial : kTrials) {
         SDL_Rect from = trial.from;
         SDL_Rect to_by_sdl = trial.to;
         SDL_Rect to_by_us = trial.to;
-        draw_by(loop, *source, &from, *by_us, to_by_us);
-        if (SDL_UpperBlit(source.get(), &from, by_sdl.get(), &to_by_sdl) != 0 ||
+        draw_by(loop, source, &from, *by_us, to_by_us);
+        if (SDL_UpperBlit(&source, &from, by_sdl.get(), &to_by_sdl) != 0 ||
             std::memcmp(&to_by_us, &to_by_sdl, sizeof to_by_us) != 0 ||
             std::memcmp(by_us->pixels, by_sdl->pixels, buffer_bytes(*by_us)) != 0) {
             return false;
@@ -202,9 +205,16 @@ bool agrees_with_sdl(const Loop& loop) noexcept {
     return true;
 }
 
+bool agrees_with_sdl(const Loop& loop) noexcept {
+    const SurfacePtr source = new_trial_surface(loop.trial_flags, loop.trial_alpha_mask, 1);
+    return source != nullptr && locks_show(source.get()) && agrees_with_sdl(loop, *source, 0) &&
+           agrees_with_sdl(loop, *source, kTopByte);
+}
+
 std::array<bool, kLoopCount> try_loops() noexcept {
     std::array<bool, kLoopCount> agrees;
-    std::transform(std::begin(kLoops), std::end(kLoops), agrees.begin(), agrees_with_sdl);
+    std::transform(std::begin(kLoops), std::end(kLoops), agrees.begin(),
+                   [](const Loop& loop) { return agrees_with_sdl(loop); });
     return agrees;
 }
 
