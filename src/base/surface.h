@@ -1,4 +1,5 @@
-// Ownership and locking of SDL surfaces. Knows nothing of Python.
+// SDL surfaces: who owns them, their locks and memory, their conversion, and whether there is a
+// video mode. Knows nothing of Python.
 #pragma once
 
 #include <SDL.h>

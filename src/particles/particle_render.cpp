@@ -202,7 +202,8 @@ bool ParticleDrawing::draw_new(const PictureKey& wanted) noexcept {
     if (!picture) {
         return PyErr_Occurred() == nullptr;
     }
-    // A tinted picture shows twice when it first appears, before and after it is kept.
+    // A tinted picture shows twice when it first appears, before and after it is kept: it covers
+    // more in that frame, or adds twice. Pictures depend on it.
     if (look_.picture == Picture::kTinted && !show(picture.get())) {
         return false;
     }

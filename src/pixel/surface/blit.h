@@ -14,7 +14,11 @@ namespace larkspur::pixel {
 /// which it draws one by one. All others are left to SDL, and so is whatever this SDL turns out to
 /// draw in another way.
 ///
+/// A clip rectangle that a native caller set beyond the target's edges counts as far as it lies
+/// inside where a loop of ours draws.
+///
 /// @param from a rectangle of the source; null for all of it
+/// @param to never null; only its position counts at first
 /// @return false, with SDL's error set, when SDL refuses the blit: a surface is null or locked, or
 ///         its pixels are lost
 bool blit(SDL_Surface* source, const SDL_Rect* from, SDL_Surface* target, SDL_Rect* to) noexcept;
