@@ -59,7 +59,7 @@ Weights weigh_covered(const Layer* layers, std::size_t count) noexcept {
         covered += share;
         weights.layers[i] = low_byte_of(share * 255.0F);
     }
-    weights.keep = static_cast<std::uint8_t>(255 - low_byte_of(covered * 255.0F));
+    weights.keep = static_cast<std::uint8_t>(kOpaque - low_byte_of(covered * 255.0F));
     return weights;
 }
 
@@ -67,7 +67,7 @@ Weights weigh_covered(const Layer* layers, std::size_t count) noexcept {
 Weights weigh_alpha(const Layer* layers, std::size_t /*count*/) noexcept {
     Weights weights = {};
     weights.layers[0] = static_cast<std::uint8_t>(layers[0].alpha);
-    weights.keep = static_cast<std::uint8_t>(255 - weights.layers[0]);
+    weights.keep = static_cast<std::uint8_t>(kOpaque - weights.layers[0]);
     return weights;
 }
 

@@ -16,10 +16,10 @@ void composite_over_rows(PixelWord* target, std::ptrdiff_t target_pitch_bytes,
             const std::uint32_t over = from[x];
             const std::uint32_t under = to[x];
             const std::uint32_t alpha = over >> 24;
-            // 255 counts as the full weight of 256. Sums stay below 65536, so two bytes share a
-            // multiplication.
-            const std::uint32_t share = alpha + (alpha == 255 ? 1 : 0);
-            const std::uint32_t rest = 256 - share;
+            // An opaque pixel has the full weight, not one less. Sums stay below 65536, so two
+            // bytes share a multiplication.
+            const std::uint32_t share = alpha + (alpha == kOpaque ? 1 : 0);
+            const std::uint32_t rest = kFullWeight - share;
             const std::uint32_t outer =
                 ((over & kOuterChannels) * share + (under & kOuterChannels) * rest) >> 8 &
                 kOuterChannels;

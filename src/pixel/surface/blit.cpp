@@ -182,7 +182,7 @@ SurfacePtr new_trial_surface(std::uint32_t flags, std::uint32_t alpha_mask,
 }
 
 // Blits the pieces of a source to a target of this alpha mask, by a loop and by SDL.
-bool agrees_with_sdl(const Loop& loop, SDL_Surface& source, std::uint32_t alpha_mask) noexcept {
+bool agrees_on_target(const Loop& loop, SDL_Surface& source, std::uint32_t alpha_mask) noexcept {
     const SurfacePtr by_sdl = new_trial_surface(SDL_SWSURFACE, alpha_mask, 2);
     const SurfacePtr by_us = new_trial_surface(SDL_SWSURFACE, alpha_mask, 2);
     if (by_sdl == nullptr || by_us == nullptr) {
@@ -207,14 +207,13 @@ bool agrees_with_sdl(const Loop& loop, SDL_Surface& source, std::uint32_t alpha_
 
 bool agrees_with_sdl(const Loop& loop) noexcept {
     const SurfacePtr source = new_trial_surface(loop.trial_flags, loop.trial_alpha_mask, 1);
-    return source != nullptr && locks_show(source.get()) && agrees_with_sdl(loop, *source, 0) &&
-           agrees_with_sdl(loop, *source, kTopByte);
+    return source != nullptr && locks_show(source.get()) && agrees_on_target(loop, *source, 0) &&
+           agrees_on_target(loop, *source, kTopByte);
 }
 
 std::array<bool, kLoopCount> try_loops() noexcept {
     std::array<bool, kLoopCount> agrees;
-    std::transform(std::begin(kLoops), std::end(kLoops), agrees.begin(),
-                   [](const Loop& loop) { return agrees_with_sdl(loop); });
+    std::transform(std::begin(kLoops), std::end(kLoops), agrees.begin(), agrees_with_sdl);
     return agrees;
 }
 
