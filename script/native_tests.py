@@ -79,7 +79,8 @@ def pattern(arguments):
 def failures(log):
     """{SUITE.TEST: [(program, lines of output)]} of the tests that failed, in CTest's order.
 
-    The cases of a test with parameters, of which each has a name, count as the test.
+    The cases of a test with parameters, of which each has a name, count as the test. Of one that
+    did not come to its end, CTest's word for that is the first line.
     """
     found = collections.OrderedDict()
     lines = None
@@ -89,11 +90,13 @@ def failures(log):
             program, name = ended.groups()
             lines = None
             if not re.search(r" Passed +[\d.]+ sec$", line):
-                lines = []
+                result = re.search(r"(\w+(?: \w+)*)?[*]{3}([\w: ]+?):? +[\d.]+ sec$", line)
+                words = [word for word in result.groups() if word] if result else []
+                lines = ["CTest: " + ", ".join(words)] if words not in ([], ["Failed"]) else []
                 found.setdefault(name, []).append((program, lines))
         elif re.match(r"\d+% tests passed", line):
             break
-        elif lines is not None:
+        elif lines is not None and not re.match(r" +Start +\d+: ", line):
             lines.append(line.rstrip())
     return found
 
@@ -101,12 +104,13 @@ def failures(log):
 def telling(lines):
     """The output without what GoogleTest says before a test begins and after it failed."""
     begin = end = None
+    cut_short = [line for line in lines[:1] if line.startswith("CTest: ")]
     for i, line in enumerate(lines):
         if line.startswith("[ RUN "):
             begin = i + 1
         elif line.startswith("[  FAILED  ]") and end is None:
             end = i
-    return lines[begin:end]
+    return cut_short + lines[begin:end]
 
 
 def summarise(path):

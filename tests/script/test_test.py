@@ -174,6 +174,23 @@ def test_failure_of_many_lines_in_many_programs_is_a_page(tmpdir):
     assert lines.count("    S5.T in p_0, p_1, p_2, 2 more") == 1
 
 
+@pytest.mark.parametrize(
+    "result, told",
+    [
+        ("***Exception: SegFault", "Exception: SegFault"),
+        ("Subprocess aborted***Exception:", "Subprocess aborted, Exception"),
+        ("***Timeout", "Timeout"),
+    ],
+)
+def test_a_test_that_was_cut_short_says_how(tmpdir, result, told):
+    text = ctest_output([("p.A.B", ["it began"])]).replace("***Failed", result)
+    text = text.replace("[  FAILED  ] A.B\n 1 FAILED TEST", "      Start  7: p.C.D")
+    tmpdir.join("log").write(text)
+    output = run([sys.executable, HELPER, "summary", str(tmpdir.join("log"))], tmpdir)[1]
+    assert output.splitlines()[1:5] == ["A.B in p:", "    CTest: " + told, "    it began", "    "]
+    assert "Start" not in output
+
+
 def test_crash_is_shown_to_its_end(tmpdir):
     lines = summary(tmpdir, [("p.A.B", ["==1==ERROR: AddressSanitizer"])])
     assert "    ==1==ERROR: AddressSanitizer" in lines

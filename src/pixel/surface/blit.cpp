@@ -235,11 +235,14 @@ const Loop* loop_for(const SDL_Surface& source, const SDL_Surface& target) noexc
 }  // namespace
 
 bool blit(SDL_Surface* source, const SDL_Rect* from, SDL_Surface* target, SDL_Rect* to) noexcept {
-    if (source != nullptr && target != nullptr) {
-        if (const Loop* loop = loop_for(*source, *target)) {
-            draw_by(*loop, *source, from, *target, *to);
-            return true;
-        }
+    if (source == nullptr || target == nullptr) {
+        // As SDL itself does; a layer over SDL 2 would read them.
+        SDL_SetError("SDL_UpperBlit: passed a NULL surface");
+        return false;
+    }
+    if (const Loop* loop = loop_for(*source, *target)) {
+        draw_by(*loop, *source, from, *target, *to);
+        return true;
     }
     SDL_Rect piece = from != nullptr ? *from : SDL_Rect{};
     return SDL_UpperBlit(source, from != nullptr ? &piece : nullptr, target, to) == 0;

@@ -314,12 +314,15 @@ TEST(Blit, RefusesLockedSurfacesAsSdl) {
     EXPECT_EQ(before, target.bytes());
 }
 
-TEST(Blit, RefusesMissingSurfacesAsSdl) {
+TEST(Blit, RefusesMissingSurfacesInTheWordsOfSdl) {
     std::mt19937 random(kSeed);
     const Picture picture(kOpaque32, 8, 8, random);
     SDL_Rect to = {0, 0, 0, 0};
-    EXPECT_FALSE(blit(nullptr, nullptr, picture.surface(), &to));
-    EXPECT_FALSE(blit(picture.surface(), nullptr, nullptr, &to));
+    for (SDL_Surface* source : {static_cast<SDL_Surface*>(nullptr), picture.surface()}) {
+        SDL_ClearError();
+        EXPECT_FALSE(blit(source, nullptr, source == nullptr ? picture.surface() : nullptr, &to));
+        EXPECT_STREQ(SDL_GetError(), "SDL_UpperBlit: passed a NULL surface");
+    }
 }
 
 TEST(Blit, DrawsNothingFromAnEmptySurface) {
