@@ -5,6 +5,7 @@
 namespace larkspur::pixel {
 
 int blits_by_sdl = 0;
+AnswerOfSdl answer_of_sdl = AnswerOfSdl::kTrue;
 
 }  // namespace larkspur::pixel
 
@@ -16,6 +17,13 @@ extern "C" [[gnu::visibility("default")]] int __wrap_SDL_UpperBlit(SDL_Surface* 
                                                                    SDL_Rect* from,
                                                                    SDL_Surface* target,
                                                                    SDL_Rect* to) {
-    ++larkspur::pixel::blits_by_sdl;
-    return __real_SDL_UpperBlit(source, from, target, to);
+    using namespace larkspur::pixel;
+    ++blits_by_sdl;
+    const int status = __real_SDL_UpperBlit(source, from, target, to);
+    if (answer_of_sdl == AnswerOfSdl::kOtherPixel) {
+        *static_cast<unsigned char*>(target->pixels) ^= 1U;
+    } else if (answer_of_sdl == AnswerOfSdl::kOtherRectangle) {
+        to->w ^= 1U;
+    }
+    return status;
 }

@@ -1,9 +1,14 @@
-// Whether SDL is asked for a blit.
+// Whether SDL is asked for a blit, and an SDL that answers otherwise.
 #pragma once
 
 namespace larkspur::pixel {
 
 /// Number of calls of SDL_UpperBlit() in this program; the linker has them counted.
 extern int blits_by_sdl;
+
+/// How it answers: as it does, or like a build of SDL that leaves another pixel, or another
+/// rectangle, behind.
+enum class AnswerOfSdl { kTrue, kOtherPixel, kOtherRectangle };
+extern AnswerOfSdl answer_of_sdl;
 
 }  // namespace larkspur::pixel

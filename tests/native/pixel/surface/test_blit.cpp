@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdlib>
 #include <random>
 #include <string>
 #include <vector>
@@ -170,6 +171,28 @@ TEST(Blit, CopiesPlainPicturesItselfWhereThisSdlCanBeStoodInFor) {
     blits_by_sdl = 0;
     ASSERT_TRUE(blit(source.surface(), &whole, target.surface(), &to));
     EXPECT_EQ(blits_by_sdl, is_layer() ? 1 : 0);
+}
+
+// In a process of its own, as loops are tried once.
+TEST(BlitDeathTest, LeavesAllToAnSdlThatAnswersOtherwise) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    for (const AnswerOfSdl answer : {AnswerOfSdl::kOtherPixel, AnswerOfSdl::kOtherRectangle}) {
+        for (const Format& format : {kOpaque32, kAlpha32}) {
+            const auto blits_of_a_picture_by_sdl = [&] {
+                answer_of_sdl = answer;
+                std::mt19937 random(kSeed);
+                const Picture source(format, 16, 16, random);
+                const Picture target(format, 64, 48, random);
+                SDL_SetAlpha(source.surface(), format.alpha != 0 ? SDL_SRCALPHA : 0, 255);
+                SDL_Rect to = {0, 0, 0, 0};
+                blit(source.surface(), nullptr, target.surface(), &to);  // after the trial
+                blits_by_sdl = 0;
+                blit(source.surface(), nullptr, target.surface(), &to);
+                return blits_by_sdl;
+            };
+            EXPECT_EXIT(std::_Exit(blits_of_a_picture_by_sdl()), ::testing::ExitedWithCode(1), "");
+        }
+    }
 }
 
 TEST(Blit, CopiesAsSdlInEveryDirectFormat) {
