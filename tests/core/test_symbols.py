@@ -1,11 +1,15 @@
 """What native callers see: these names and no others, and nothing that stands in for them."""
 
+import json
 import os
 import re
+import subprocess
 
 import larkspur
-from support import elf, native, subprocess_python
+from support import build, elf, native, subprocess_python
 from support.host import ROOM_FUNCTIONS
+
+ROOT = os.path.dirname(subprocess_python.TESTS)
 
 VARIABLES = (
     "gm6 gmapi gmapi__dict__ g_screen COLOR_WHITE g_view_xscale g_view_yscale this_second "
@@ -50,8 +54,7 @@ def test_module_exports_these_names_and_no_others():
 
 
 def test_public_header_declares_what_is_exported():
-    root = os.path.dirname(subprocess_python.TESTS)
-    with open(os.path.join(root, "include", "larkspur.h")) as header:
+    with open(os.path.join(ROOT, "include", "larkspur.h")) as header:
         text = re.sub(r"/\*.*?\*/", "", header.read(), flags=re.DOTALL)
     declarations = re.findall(r"^(?:extern )?LARKSPUR_EXPORT\s+([^;]*);", text, re.MULTILINE)
     # The name stands before the parameters, or at the end of a variable's declaration.
@@ -60,30 +63,89 @@ def test_public_header_declares_what_is_exported():
 
 
 FOREIGN_NAMES = """
-import ctypes, sys
-everyone = ctypes.CDLL(None)
-assert everyone.debug("x") == 0  # the preloaded one comes first for the whole process
-foreign = ctypes.c_int.in_dll(everyone, "foreign_calls")
-assert foreign.value == 1
+import ctypes
+everyone = ctypes.CDLL(None)         # the preloaded one comes first for the whole process
+foreign = dict((name, kind.in_dll(everyone, name)) for name, kind in (
+    ("gm6", ctypes.c_void_p), ("g_screen", ctypes.c_void_p), ("g_view_xscale", ctypes.c_double),
+    ("this_second", ctypes.c_int)))
+before = dict((name, variable.value) for name, variable in foreign.items())
+assert before == {"gm6": None, "g_screen": None, "g_view_xscale": -1, "this_second": -2}
 import pygame
 from support import host, native, rooms
 import larkspur
-larkspur.breakable()                 # calls debug()
 screen = pygame.display.set_mode((32, 32), 0, 32)
 larkspur.set_SDL_screen(screen)
 recording = host.RecordingHost(screen)
 recording.register(larkspur)
 larkspur.Room_Draw(rooms.make_view_room(), screen)
-print foreign.value
-sys.stdout.flush()
-native.library.crasher()             # calls dump()
+for name, variable in foreign.items():
+    assert variable.value == before[name], name
+    assert native.variable(type(variable), name).value != before[name], name
 """
 
 
-def test_own_functions_are_called_though_others_have_their_names(tmpdir):
-    status, out, err = subprocess_python.run(
-        FOREIGN_NAMES, preload=[native.build_path("helpers/common_names.so")], cwd=str(tmpdir)
+def test_own_variables_are_used_though_others_have_their_names():
+    status, _, err = subprocess_python.run(
+        FOREIGN_NAMES, preload=[native.build_path("helpers/common_names.so")]
     )
     assert status == 0, err
-    assert out.splitlines()[-2:] == ["breakable", "1"]
-    assert tmpdir.join("logfile.txt").read() == "crasher called.\n"
+
+
+def module_objects():
+    """(source, object file) of each unit of the module; tests compile some once more."""
+    sources = os.path.join(ROOT, "src") + os.sep
+    with open(build.path("compile_commands.json")) as database:
+        for entry in json.load(database):
+            output = re.search(r" -o (\S+)", entry["command"]).group(1)
+            if entry["file"].startswith(sources) and output.startswith("src" + os.sep):
+                yield entry["file"], os.path.join(entry["directory"], output)
+
+
+def names_in_use(path):
+    """The symbols that the code and data of an object file refer to, its own exported ones too."""
+    listing = subprocess.check_output(["readelf", "--wide", "--relocs", path])
+    names = set()
+    for section in listing.split("Relocation section '")[1:]:
+        if section.startswith((".rela.text", ".rela.data")):
+            names.update(re.findall(r"^[0-9a-f]+ .* (\S+) [+-] [0-9a-f]+$", section, re.MULTILINE))
+    return names
+
+
+def test_only_the_unit_that_has_an_exported_name_uses_it():
+    objects = list(module_objects())
+    assert len(objects) > 40
+    for source, path in objects:
+        used = names_in_use(path)
+        assert sorted(used & set(FUNCTIONS)) == [], source
+        own = elf.defined_names(path, elf.SYMTAB)
+        assert sorted(used & set(VARIABLES) - set(own)) == [], source
+
+
+def exported_definitions():
+    """(source, text from there on, body) of each exported function but the interpreter's own."""
+    for folder, _, names in os.walk(os.path.join(ROOT, "src")):
+        for name in sorted(names):
+            if name.endswith(".cpp") and name != "module.cpp":
+                with open(os.path.join(folder, name)) as source:
+                    text = source.read()
+                for found in re.finditer(
+                    r"^(?:extern \"C\" )?[^\s/][^;{}]*\b(\w+)\(", text, re.MULTILINE
+                ):
+                    if found.group(1) in FUNCTIONS and in_extern_c(text, found):
+                        begin = text.index("{\n", found.end()) + 2
+                        yield found.group(1), text[begin : text.index("\n}", begin)], text[begin:]
+
+
+def in_extern_c(text, found):
+    return 'extern "C"' in found.group() or (
+        text.rfind('extern "C" {', 0, found.start()) > text.rfind("}  // ", 0, found.start())
+    )
+
+
+def test_exported_functions_are_one_statement_at_the_end_of_their_unit():
+    names = []
+    for name, body, rest in exported_definitions():
+        names.append(name)
+        assert body.count(";") == 1, name
+        assert "namespace larkspur" not in rest, name
+    assert sorted(names) == sorted(set(FUNCTIONS) - {"initlarkspur"})

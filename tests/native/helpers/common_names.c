@@ -1,34 +1,10 @@
-/* Preloaded, this library offers other functions under common words that are among larkspur's
- * exported names, to prove that larkspur calls its own. Each says that it was called. */
-#include <stddef.h>
+/* Preloaded, this library offers other variables under names that larkspur exports, to prove that
+ * larkspur uses its own. */
 
-int foreign_calls = 0;
+struct _object;
+struct SDL_Surface;
 
-static int called(void) {
-    ++foreign_calls;
-    return 0;
-}
-
-int debug(const char* format) {
-    (void)format;
-    return called();
-}
-
-int dump(const char* message) {
-    (void)message;
-    return called();
-}
-
-void* invoke(void* callable, void* argument) {
-    (void)callable;
-    (void)argument;
-    called();
-    return NULL;
-}
-
-unsigned blend(unsigned a, unsigned b, int weight) {
-    (void)a;
-    (void)b;
-    (void)weight;
-    return (unsigned)called();
-}
+struct _object* gm6 = 0;
+struct SDL_Surface* g_screen = 0;
+double g_view_xscale = -1.0;
+int this_second = -2;
