@@ -6,7 +6,7 @@ import os
 import re
 
 import pytest
-from support import native, subprocess_python
+from support import build, subprocess_python
 
 ROOT = os.path.dirname(subprocess_python.TESTS)
 SOURCES = os.path.join(ROOT, "src")
@@ -81,7 +81,7 @@ def test_upward_include_is_noticed(line, upward):
 
 def header_folders(floor):
     """Every folder in which the compiler looks for a floor's headers beside its own, by unit."""
-    with open(native.build_path("../../compile_commands.json")) as database:
+    with open(build.path("compile_commands.json")) as database:
         commands = json.load(database)
     here = os.path.join(SOURCES, floor)
     return {
