@@ -114,21 +114,10 @@ def set_view(room, view, source, port, follow=None, border=(0, 0)):
     room.view_visible[view] = 1
     room.numviews = max(room.numviews, view + 1)
     room.view_object[view] = -1 if follow is None else follow.index
-    values = tuple(source) + tuple(port) + tuple(border)
-    members = (
-        "view_xview",
-        "view_yview",
-        "view_wview",
-        "view_hview",
-        "view_xport",
-        "view_yport",
-        "view_wport",
-        "view_hport",
-        "view_hborder",
-        "view_vborder",
-    )
-    for member, value in zip(members, values):
-        getattr(room, member)[view] = value
+    for kind, rectangle in (("view", source), ("port", port)):
+        for side, value in zip("xywh", rectangle):
+            getattr(room, "view_%s%s" % (side, kind))[view] = value
+    room.view_hborder[view], room.view_vborder[view] = border
 
 
 class BackgroundSlot(object):
