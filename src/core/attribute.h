@@ -27,17 +27,24 @@ class AttributeName {
     PyObject* interned_ = nullptr;
 };
 
-/// An attribute of an object: a new reference, or empty with the lookup's exception.
+/// An attribute of an object: a new reference, or empty with the lookup's exception. A null name
+/// stands for an exception that is already pending.
+inline PyRef get_attribute(PyObject* object, PyObject* name) noexcept {
+    return name != nullptr ? PyRef::steal(PyObject_GetAttr(object, name)) : PyRef();
+}
 inline PyRef get_attribute(PyObject* object, AttributeName& name) noexcept {
-    PyObject* interned = name.get();
-    return interned != nullptr ? PyRef::steal(PyObject_GetAttr(object, interned)) : PyRef();
+    return get_attribute(object, name.get());
 }
 
-/// Sets an attribute. False with an exception: the store's, or when `value` is empty the one with
-/// which making the value failed.
-inline bool set_attribute(PyObject* object, AttributeName& name, const PyRef& value) noexcept {
+/// Sets an attribute to a borrowed value, or deletes it when that is null. False with an exception.
+inline bool set_attribute(PyObject* object, AttributeName& name, PyObject* value) noexcept {
     PyObject* interned = name.get();
-    return interned != nullptr && value && PyObject_SetAttr(object, interned, value.get()) == 0;
+    return interned != nullptr && PyObject_SetAttr(object, interned, value) == 0;
+}
+/// Sets an attribute to a value that was just made. False with an exception: the store's, or when
+/// `value` is empty the one with which making it failed.
+inline bool set_attribute(PyObject* object, AttributeName& name, const PyRef& value) noexcept {
+    return value && set_attribute(object, name, value.get());
 }
 
 }  // namespace larkspur

@@ -11,11 +11,16 @@
 namespace larkspur {
 namespace {
 
+AttributeName game_name("game");
+AttributeName instances_name("instances");
+AttributeName children_name("children");
+AttributeName self_name("self");
+
 constexpr Py_ssize_t kNotFound = -1;
 constexpr Py_ssize_t kLookupFailed = -2;  // with an exception
 
 // Position of an object, by identity, in gm6.game.<list_name>. What is no list has no positions.
-Py_ssize_t position_in_game_list(PyObject* object, const char* list_name) noexcept {
+Py_ssize_t position_in_game_list(PyObject* object, PyObject* list_name) noexcept {
     const PyRef list = game_list(gm6_module(), list_name);
     if (!list) {
         return kLookupFailed;
@@ -44,6 +49,11 @@ Py_ssize_t saved_self_count() noexcept {
     return stack != nullptr ? PyList_GET_SIZE(stack) : 0;
 }
 
+// A native caller's text as a name to look up; empty with MemoryError.
+PyRef interned(const char* text) noexcept {
+    return PyRef::steal(PyString_InternFromString(text));
+}
+
 // One channel of a colour; -1 with its exception when it does not convert. Another channel's
 // failure must not show in the code of this one.
 std::uint32_t colour_channel(PyObject* colour, Py_ssize_t i) noexcept {
@@ -54,19 +64,19 @@ std::uint32_t colour_channel(PyObject* colour, Py_ssize_t i) noexcept {
 
 }  // namespace
 
-PyRef game_list(PyObject* host_module, const char* list_name) noexcept {
+PyRef game_list(PyObject* host_module, PyObject* list_name) noexcept {
     if (host_module == nullptr) {
         PyErr_SetString(PyExc_RuntimeError, "the host's modules gm6 and gmapi are not bound");
         return PyRef();
     }
-    const PyRef game = PyRef::steal(PyObject_GetAttrString(host_module, "game"));
-    if (!game) {
+    if (list_name == nullptr) {
         return PyRef();
     }
-    return PyRef::steal(PyObject_GetAttrString(game.get(), list_name));
+    const PyRef game = get_attribute(host_module, game_name);
+    return game ? get_attribute(game.get(), list_name) : PyRef();
 }
 
-PyRef game_list_index(PyObject* object, const char* list_name) noexcept {
+PyRef game_list_index(PyObject* object, PyObject* list_name) noexcept {
     if (gm6_module() == nullptr) {
         return PyRef();  // without the host's modules there is no list to be in
     }
@@ -74,12 +84,12 @@ PyRef game_list_index(PyObject* object, const char* list_name) noexcept {
     return position < 0 ? PyRef() : PyRef::steal(PyInt_FromSsize_t(position));
 }
 
-PyRef game_list_index_as_float(PyObject* object, const char* list_name) noexcept {
+PyRef game_list_index_as_float(PyObject* object, PyObject* list_name) noexcept {
     const Py_ssize_t position = position_in_game_list(object, list_name);
     return position < 0 ? PyRef() : PyRef::steal(PyFloat_FromDouble(static_cast<double>(position)));
 }
 
-PyRef game_list_index_as_text(PyObject* object, const char* list_name) noexcept {
+PyRef game_list_index_as_text(PyObject* object, PyObject* list_name) noexcept {
     const Py_ssize_t position = position_in_game_list(object, list_name);
     return position == kLookupFailed ? PyRef() : PyRef::steal(PyString_FromFormat("%zd", position));
 }
@@ -90,7 +100,7 @@ PyRef first_instance(PyObject* object) noexcept {
         return PyRef();
     }
     {
-        const PyRef instances = PyRef::steal(PyObject_GetAttrString(object, "instances"));
+        const PyRef instances = get_attribute(object, instances_name);
         if (!instances) {
             return PyRef();
         }
@@ -102,7 +112,7 @@ PyRef first_instance(PyObject* object) noexcept {
             return PyRef::steal(PySequence_GetItem(instances.get(), 0));
         }
     }
-    const PyRef children = PyRef::steal(PyObject_GetAttrString(object, "children"));
+    const PyRef children = get_attribute(object, children_name);
     if (!children) {
         return PyRef();
     }
@@ -131,9 +141,9 @@ bool push_self(PyObject* instance) noexcept {
             "gmapi.py_self_stack must be a list when RegisterInstancesDict() is called");
         return false;
     }
-    const PyRef current = PyRef::steal(PyObject_GetAttrString(gmapi_module(), "self"));
+    const PyRef current = get_attribute(gmapi_module(), self_name);
     return current && PyList_Append(stack, current.get()) == 0 &&
-           PyObject_SetAttrString(gmapi_module(), "self", instance) == 0;
+           set_attribute(gmapi_module(), self_name, instance);
 }
 
 bool pop_self() noexcept {
@@ -146,9 +156,9 @@ bool pop_self() noexcept {
     const PyRef saved = PyRef::borrow(PyList_GET_ITEM(stack, last));
     // The store comes first: the saved object stays on the stack until it is current again. It can
     // run code that shortens the stack itself; then there is nothing left to delete.
-    const int status = PyObject_SetAttrString(gmapi_module(), "self", saved.get());
+    const bool stored = set_attribute(gmapi_module(), self_name, saved.get());
     const int deleted = PyList_SetSlice(stack, last, last + 1, nullptr);
-    return status == 0 && deleted == 0;
+    return stored && deleted == 0;
 }
 
 // A failed push can have saved the old object all the same: then it has to be put back, too.
@@ -228,15 +238,16 @@ std::int32_t state_int(PyObject* state, Py_ssize_t i) noexcept {
 extern "C" {
 
 PyObject* Game_Sequence_Index(PyObject* object, const char* list_name) {
-    return larkspur::game_list_index(object, list_name).release();
+    return larkspur::game_list_index(object, larkspur::interned(list_name).get()).release();
 }
 
 PyObject* Game_Sequence_Index_F(PyObject* object, const char* list_name) {
-    return larkspur::game_list_index_as_float(object, list_name).release();
+    return larkspur::game_list_index_as_float(object, larkspur::interned(list_name).get())
+        .release();
 }
 
 PyObject* Game_Sequence_Index_S(PyObject* object, const char* list_name) {
-    return larkspur::game_list_index_as_text(object, list_name).release();
+    return larkspur::game_list_index_as_text(object, larkspur::interned(list_name).get()).release();
 }
 
 int32_t seqi(PyObject* sequence, int32_t i) {

@@ -5,21 +5,30 @@
 
 #include <cstdint>
 
+#include "core/attribute.h"
 #include "core/py_ref.h"
 
 namespace larkspur {
 
+/// The game's lists.
+inline AttributeName sprite_list("sprites");
+inline AttributeName background_list("backgrounds");
+inline AttributeName room_list("rooms");
+inline AttributeName object_list("objects");
+
 /// gm6.game or gmapi.game and one of its lists: a new reference to game.<list_name>; empty with the
 /// lookup's exception. RuntimeError before the host's modules are bound.
-PyRef game_list(PyObject* host_module, const char* list_name) noexcept;
+///
+/// @param list_name a string, here and below; null stands for an exception that is already pending
+PyRef game_list(PyObject* host_module, PyObject* list_name) noexcept;
 
 /// Position of an object, by identity, in gm6.game.<list_name>, as an int, a float or text. Where
 /// the object is not in it, or it is no list, the numbers are empty without an exception and the
 /// text is "-1". Empty with game_list()'s exception when there is no such attribute; only the int
 /// is empty without one while gm6 is not bound.
-PyRef game_list_index(PyObject* object, const char* list_name) noexcept;
-PyRef game_list_index_as_float(PyObject* object, const char* list_name) noexcept;
-PyRef game_list_index_as_text(PyObject* object, const char* list_name) noexcept;
+PyRef game_list_index(PyObject* object, PyObject* list_name) noexcept;
+PyRef game_list_index_as_float(PyObject* object, PyObject* list_name) noexcept;
+PyRef game_list_index_as_text(PyObject* object, PyObject* list_name) noexcept;
 
 /// First instance of an object resource or, when it has none, of its children, depth first. Empty
 /// without an exception when there is none, with one when a lookup failed.

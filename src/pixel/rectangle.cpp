@@ -10,6 +10,7 @@
 
 #include "base/console.h"
 #include "base/convert.h"
+#include "core/attribute.h"
 #include "core/display.h"
 #include "core/host.h"
 #include "core/host_access.h"
@@ -22,6 +23,10 @@
 
 namespace larkspur::pixel {
 namespace {
+
+AttributeName color_to_int("__color_to_int");
+AttributeName property_alpha("alpha");
+AttributeName property_color("color");
 
 // A rectangle on the screen, not yet in whole pixels.
 struct ScreenBox {
@@ -92,7 +97,7 @@ PyObject* outline_box(PyObject* colour, const ScreenBox& box) noexcept {
 }
 
 PyObject* blend_box(PyObject* colour, double alpha, const ScreenBox& box) noexcept {
-    const PyRef convert = PyRef::steal(PyObject_GetAttrString(gmapi_module(), "__color_to_int"));
+    const PyRef convert = get_attribute(gmapi_module(), color_to_int);
     if (!convert) {
         return nullptr;
     }
@@ -213,7 +218,7 @@ PyObject* draw_rectangle(PyObject* /*module*/, PyObject* args) noexcept {
                      kDrawRectangle);
         return nullptr;
     }
-    const PyRef alpha_object = PyRef::steal(PyObject_GetAttrString(properties.get(), "alpha"));
+    const PyRef alpha_object = get_attribute(properties.get(), property_alpha);
     if (!alpha_object) {
         return nullptr;
     }
@@ -225,7 +230,7 @@ PyObject* draw_rectangle(PyObject* /*module*/, PyObject* args) noexcept {
         write_stderr("Can't do alphablending on outline rectangles yet.\n");
         return nullptr;
     }
-    const PyRef colour = PyRef::steal(PyObject_GetAttrString(properties.get(), "color"));
+    const PyRef colour = get_attribute(properties.get(), property_color);
     if (!colour) {
         return nullptr;
     }

@@ -210,7 +210,7 @@ bool draw_tiles(PyObject* room, PyObject* surface) noexcept {
     if (count == 0) {
         return true;
     }
-    const PyRef backgrounds = game_list(gmapi_module(), "backgrounds");
+    const PyRef backgrounds = game_list(gmapi_module(), background_list.get());
     if (!backgrounds) {
         return false;
     }

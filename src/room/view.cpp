@@ -116,7 +116,7 @@ std::optional<double> coordinate(PyObject* instance, AttributeName& name) noexce
 // exception when it could not be found out.
 std::optional<AxisPair> find_followed(std::int32_t object_number) noexcept {
     const PendingException set_aside;
-    const PyRef objects = game_list(gm6_module(), "objects");
+    const PyRef objects = game_list(gm6_module(), object_list.get());
     if (!objects) {
         return std::nullopt;
     }

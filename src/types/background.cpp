@@ -86,8 +86,8 @@ PyTypeObject make_background_type() noexcept {
     type.tp_dealloc = BackgroundRecord::dealloc;
     type.tp_free = PyObject_GC_Del;
     type.tp_compare = compare_as_int;
-    type.tp_as_number = &resource_number<kBackgroundList>;
-    type.tp_str = resource_str<kBackgroundList>;
+    type.tp_as_number = &resource_number<background_list>;
+    type.tp_str = resource_str<background_list>;
     type.tp_methods = background_methods;
     type.tp_members = BackgroundRecord::members();
     return type;

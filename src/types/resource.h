@@ -4,29 +4,25 @@
 
 #include "core/python.h"
 
+#include "core/attribute.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
 
 namespace larkspur {
 
-/// Names of the game's lists.
-inline constexpr char kSpriteList[] = "sprites";
-inline constexpr char kBackgroundList[] = "backgrounds";
-inline constexpr char kRoomList[] = "rooms";
-
 /// nb_int and nb_float of a resource: its position in its list; null without an exception when it
 /// is not there.
-template <const char* list_name>
+template <AttributeName& list_name>
 PyObject* resource_int(PyObject* self) noexcept {
-    return game_list_index(self, list_name).release();
+    return game_list_index(self, list_name.get()).release();
 }
-template <const char* list_name>
+template <AttributeName& list_name>
 PyObject* resource_float(PyObject* self) noexcept {
-    return game_list_index_as_float(self, list_name).release();
+    return game_list_index_as_float(self, list_name.get()).release();
 }
 
 /// tp_as_number of a resource.
-template <const char* list_name>
+template <AttributeName& list_name>
 inline PyNumberMethods resource_number = [] {
     PyNumberMethods number = {};
     number.nb_int = resource_int<list_name>;
@@ -35,9 +31,9 @@ inline PyNumberMethods resource_number = [] {
 }();
 
 /// tp_str of a background or room: its position in its list as text, "-1" when it is not there.
-template <const char* list_name>
+template <AttributeName& list_name>
 PyObject* resource_str(PyObject* self) noexcept {
-    return game_list_index_as_text(self, list_name).release();
+    return game_list_index_as_text(self, list_name.get()).release();
 }
 
 /// Reads item i of a pickled state into the field `name`. Beside the field's reference one more is

@@ -280,8 +280,8 @@ PyTypeObject make_room_type() noexcept {
     type.tp_dealloc = RoomRecord::dealloc;
     type.tp_free = PyObject_GC_Del;
     type.tp_compare = compare_as_int;
-    type.tp_as_number = &resource_number<kRoomList>;
-    type.tp_str = resource_str<kRoomList>;
+    type.tp_as_number = &resource_number<room_list>;
+    type.tp_str = resource_str<room_list>;
     type.tp_methods = room_methods.data();
     type.tp_members = RoomRecord::members();
     return type;

@@ -61,7 +61,7 @@ PyObject* sprite_new(PyTypeObject* type, PyObject* /*args*/, PyObject* /*kwargs*
 
 // Unlike a background's or room's, a sprite's text fails when it is not in the list.
 PyObject* sprite_str(PyObject* self) noexcept {
-    const PyRef index = game_list_index(self, kSpriteList);
+    const PyRef index = game_list_index(self, sprite_list.get());
     return index ? PyObject_Str(index.get()) : nullptr;
 }
 
@@ -133,7 +133,7 @@ PyTypeObject make_sprite_type() noexcept {
     type.tp_dealloc = SpriteRecord::dealloc;
     type.tp_free = PyObject_GC_Del;
     type.tp_richcompare = richcompare_as_int;
-    type.tp_as_number = &resource_number<kSpriteList>;
+    type.tp_as_number = &resource_number<sprite_list>;
     type.tp_str = sprite_str;
     type.tp_methods = sprite_methods;
     type.tp_members = SpriteRecord::members();

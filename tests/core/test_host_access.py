@@ -123,6 +123,13 @@ def test_lookups_keep_no_references(host, function):
     )
 
 
+@pytest.mark.parametrize("function", [INDEX, INDEX_F, INDEX_S])
+def test_a_native_callers_list_name_is_not_kept(host, function):
+    name = intern("a_list_that_nobody_else_names")
+    setattr(host.game, name, [])
+    leaks.assert_counts_unchanged(lambda: function(host, name), name)
+
+
 # --- seqi ----------------------------------------------------------------------------------------
 
 
