@@ -60,22 +60,7 @@ PyObject* richcompare_as_int(PyObject* a, PyObject* b, int op) noexcept {
     if (!cut_to_32_bits(value_a.get(), int_a) || !cut_to_32_bits(value_b.get(), int_b)) {
         return nullptr;
     }
-    switch (op) {
-        case Py_LT:
-            return PyBool_FromLong(int_a < int_b);
-        case Py_LE:
-            return PyBool_FromLong(int_a <= int_b);
-        case Py_EQ:
-            return PyBool_FromLong(int_a == int_b);
-        case Py_NE:
-            return PyBool_FromLong(int_a != int_b);
-        case Py_GT:
-            return PyBool_FromLong(int_a > int_b);
-        case Py_GE:
-            return PyBool_FromLong(int_a >= int_b);
-        default:
-            return nullptr;
-    }
+    return compared(int_a, int_b, op);
 }
 
 }  // namespace larkspur

@@ -6,6 +6,35 @@
 
 namespace larkspur {
 
+/// A new reference to True or False.
+inline PyObject* truth(bool flag) noexcept {
+    PyObject* answer = flag ? Py_True : Py_False;
+    Py_INCREF(answer);
+    return answer;
+}
+
+/// The truth of `a op b`, with op one of the interpreter's Py_LT to Py_GE: a new reference to True
+/// or False; null without an exception for any other op.
+template <typename Number>
+PyObject* compared(Number a, Number b, int op) noexcept {
+    switch (op) {
+        case Py_LT:
+            return truth(a < b);
+        case Py_LE:
+            return truth(a <= b);
+        case Py_EQ:
+            return truth(a == b);
+        case Py_NE:
+            return truth(a != b);
+        case Py_GT:
+            return truth(a > b);
+        case Py_GE:
+            return truth(a >= b);
+        default:
+            return nullptr;
+    }
+}
+
 /// tp_compare of backgrounds, rooms and tiles: compares what the operands convert to. The
 /// interpreter calls it for any two objects whose types share it, so a background can be compared
 /// with a room; GMVar calls it with any right operand.

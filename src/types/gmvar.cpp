@@ -137,21 +137,46 @@ class ValueCall : public RecursionGuard {
     ValueCall() noexcept : RecursionGuard(" in the value of a GMVar") {}
 };
 
-// Creation and destruction.
+// The largest int up to which every int is a double, too.
+constexpr long kLargestExactInt = 1L << 53;
 
-// Gives the variable a new array of one element, which becomes its value. Of an earlier array only
-// the memory is freed: its elements are not released. False with MemoryError and nothing changed.
-bool reset(GMVarObject& variable, PyRef value) noexcept {
-    PyObject** items = allocate_slots(1);
-    if (items == nullptr) {
-        PyErr_NoMemory();
+// A value as a double, for what the interpreter's arithmetic does with numbers without the detour
+// through its dispatch. False where it has to be asked: the type is not exactly int or float, or no
+// double is exactly that int.
+bool as_double(PyObject* value, double& number) noexcept {
+    if (PyFloat_CheckExact(value)) {
+        number = PyFloat_AS_DOUBLE(value);
+        return true;
+    }
+    if (!PyInt_CheckExact(value)) {
         return false;
     }
-    items[0] = value.release();
-    std::free(std::exchange(variable.items, items));
-    variable.width = 1;
-    variable.height = 1;
-    variable.capacity = 1;
+    const long integer = PyInt_AS_LONG(value);
+    number = static_cast<double>(integer);
+    return integer >= -kLargestExactInt && integer <= kLargestExactInt;
+}
+
+bool are_ints(PyObject* a, PyObject* b) noexcept {
+    return PyInt_CheckExact(a) && PyInt_CheckExact(b);
+}
+
+// Creation and destruction.
+
+// Makes the array one element, which becomes the variable's value. The elements so far are not
+// released. False with MemoryError and nothing changed.
+bool reset(GMVarObject& variable, PyRef value) noexcept {
+    if (variable.capacity != 1) {
+        PyObject** items = allocate_slots(1);
+        if (items == nullptr) {
+            PyErr_NoMemory();
+            return false;
+        }
+        std::free(std::exchange(variable.items, items));
+        variable.width = 1;
+        variable.height = 1;
+        variable.capacity = 1;
+    }
+    variable.items[0] = value.release();
     return true;
 }
 
@@ -165,9 +190,20 @@ PyObject* gmvar_new(PyTypeObject* type, PyObject* /*args*/, PyObject* /*kwargs*/
     return reset(variable, PyRef()) ? self.release() : nullptr;
 }
 
-int gmvar_init(PyObject* self, PyObject* args, PyObject* kwargs) noexcept {
+// The only argument, borrowed; null with TypeError when there is another number of them.
+PyObject* only_argument(PyObject* args) noexcept {
     PyObject* argument = nullptr;
-    if (!_PyArg_NoKeywords("GMVar()", kwargs) || !PyArg_ParseTuple(args, "O", &argument)) {
+    if (PyTuple_GET_SIZE(args) == 1) {
+        argument = PyTuple_GET_ITEM(args, 0);  // not through the parser, which takes longer
+    } else {
+        PyArg_ParseTuple(args, "O", &argument);
+    }
+    return argument;
+}
+
+int gmvar_init(PyObject* self, PyObject* args, PyObject* kwargs) noexcept {
+    PyObject* argument = _PyArg_NoKeywords("GMVar()", kwargs) ? only_argument(args) : nullptr;
+    if (argument == nullptr) {
         return -1;
     }
     return reset(*as_variable(self), PyRef::borrow(unwrap(argument))) ? 0 : -1;
@@ -232,11 +268,24 @@ PyObject* gmvar_call(PyObject* self, PyObject* args, PyObject* kwargs) noexcept 
     return call ? PyObject_Call(value.get(), args, kwargs) : nullptr;
 }
 
-PyObject* gmvar_richcompare(PyObject* left, PyObject* right, int op) noexcept {
-    const PyRef a = value_of(left);
-    const PyRef b = value_of(right);
+// The interpreter's comparison of two values. Apart from the slot, which so has no registers to
+// save where it compares numbers.
+[[gnu::noinline]] PyObject* compare_richly(PyObject* a, PyObject* b, int op) noexcept {
+    const PyRef held_a = PyRef::borrow(a);
+    const PyRef held_b = PyRef::borrow(b);
     const ValueCall call;
-    return call ? PyObject_RichCompare(a.get(), b.get(), op) : nullptr;
+    return call ? PyObject_RichCompare(a, b, op) : nullptr;
+}
+
+PyObject* gmvar_richcompare(PyObject* left, PyObject* right, int op) noexcept {
+    PyObject* a = unwrap(left);
+    PyObject* b = unwrap(right);
+    if (are_ints(a, b)) {
+        return compared(PyInt_AS_LONG(a), PyInt_AS_LONG(b), op);
+    }
+    double x = 0.0;
+    double y = 0.0;
+    return as_double(a, x) && as_double(b, y) ? compared(x, y, op) : compare_richly(a, b, op);
 }
 
 // The truth of a rich comparison by a type's own slot, which takes any operands: 1 or 0, or -1 with
@@ -300,25 +349,48 @@ int gmvar_compare(PyObject* left, PyObject* right) noexcept {
 
 // Numbers.
 
+struct Addition {
+    static bool fits(long a, long b, long& sum) noexcept {
+        return !__builtin_add_overflow(a, b, &sum);
+    }
+    static double of(double a, double b) noexcept { return a + b; }
+};
+
+struct Subtraction {
+    static bool fits(long a, long b, long& difference) noexcept {
+        return !__builtin_sub_overflow(a, b, &difference);
+    }
+    static double of(double a, double b) noexcept { return a - b; }
+};
+
+// The interpreter's operation on two values. Apart from the slots, as compare_richly().
 template <PyObject* (*operation)(PyObject*, PyObject*)>
-PyObject* binary(PyObject* left, PyObject* right) noexcept {
-    const PyRef a = value_of(left);
-    const PyRef b = value_of(right);
+[[gnu::noinline]] PyObject* operate(PyObject* a, PyObject* b) noexcept {
+    const PyRef held_a = PyRef::borrow(a);
+    const PyRef held_b = PyRef::borrow(b);
     const ValueCall call;
-    return call ? operation(a.get(), b.get()) : nullptr;
+    return call ? operation(a, b) : nullptr;
 }
 
-// Adds without the detour through the interpreter's dispatch where both values are ints and the sum
-// fits one.
-PyObject* gmvar_add(PyObject* left, PyObject* right) noexcept {
+template <PyObject* (*operation)(PyObject*, PyObject*)>
+PyObject* binary(PyObject* left, PyObject* right) noexcept {
+    return operate<operation>(unwrap(left), unwrap(right));
+}
+
+template <typename Arithmetic, PyObject* (*operation)(PyObject*, PyObject*)>
+PyObject* arithmetic(PyObject* left, PyObject* right) noexcept {
     PyObject* a = unwrap(left);
     PyObject* b = unwrap(right);
-    long sum = 0;
-    if (PyInt_CheckExact(a) && PyInt_CheckExact(b) &&
-        !__builtin_add_overflow(PyInt_AS_LONG(a), PyInt_AS_LONG(b), &sum)) {
-        return PyInt_FromLong(sum);
+    long integer = 0;
+    if (are_ints(a, b)) {
+        return Arithmetic::fits(PyInt_AS_LONG(a), PyInt_AS_LONG(b), integer)
+                   ? PyInt_FromLong(integer)
+                   : operate<operation>(a, b);
     }
-    return binary<PyNumber_Add>(left, right);
+    double x = 0.0;
+    double y = 0.0;
+    return as_double(a, x) && as_double(b, y) ? PyFloat_FromDouble(Arithmetic::of(x, y))
+                                              : operate<operation>(a, b);
 }
 
 template <PyObject* (*operation)(PyObject*)>
@@ -339,6 +411,15 @@ PyObject* multiply_as_floats(PyObject* left, PyObject* right) noexcept {
         return nullptr;
     }
     return PyNumber_Multiply(a.get(), b.get());
+}
+
+PyObject* gmvar_multiply(PyObject* left, PyObject* right) noexcept {
+    PyObject* a = unwrap(left);
+    PyObject* b = unwrap(right);
+    double x = 0.0;
+    double y = 0.0;
+    return as_double(a, x) && as_double(b, y) ? PyFloat_FromDouble(x * y)
+                                              : operate<multiply_as_floats>(a, b);
 }
 
 int gmvar_nonzero(PyObject* self) noexcept {
@@ -365,7 +446,7 @@ int gmvar_coerce(PyObject** left, PyObject** right) noexcept {
 }
 
 PyObject* gmvar_inplace_add(PyObject* self, PyObject* addend) noexcept {
-    PyRef sum = PyRef::steal(binary<PyNumber_InPlaceAdd>(self, addend));
+    PyRef sum = PyRef::steal(arithmetic<Addition, PyNumber_InPlaceAdd>(self, addend));
     if (!sum || !is_gmvar(self)) {
         return sum.release();
     }
@@ -503,9 +584,9 @@ int gmvar_ass_subscript(PyObject* self, PyObject* key, PyObject* value) noexcept
 
 PyNumberMethods gmvar_number = [] {
     PyNumberMethods number = {};
-    number.nb_add = gmvar_add;
-    number.nb_subtract = binary<PyNumber_Subtract>;
-    number.nb_multiply = binary<multiply_as_floats>;
+    number.nb_add = arithmetic<Addition, PyNumber_Add>;
+    number.nb_subtract = arithmetic<Subtraction, PyNumber_Subtract>;
+    number.nb_multiply = gmvar_multiply;
     number.nb_divide = binary<PyNumber_Divide>;
     number.nb_remainder = binary<PyNumber_Remainder>;
     number.nb_negative = unary<PyNumber_Negative>;

@@ -111,6 +111,17 @@ def test_init_resets_and_keeps_the_references_of_the_old_array():
     assert count_changes(reset, [value, cell]) == [1.0, 1.0]
 
 
+def test_init_keeps_the_reference_of_a_single_old_value():
+    value = object()
+
+    def reset():
+        variable = GMVar(value)
+        GMVar.__init__(variable, 7)
+        assert size(variable) == (1, 1) and variable == 7
+
+    assert count_changes(reset, [value]) == [1.0]
+
+
 def test_init_with_itself_keeps_the_value():
     value = object()
     variable = GMVar(value)
@@ -236,6 +247,64 @@ def test_formatting_shows_the_variable_as_its_value():
     assert "%s %d %.1f" % (GMVar(5), GMVar(5), GMVar(2.25)) == "5 5 2.2"
     assert "%s" % GMVar("text") == "text"
     assert GMVar("%s and %s") % ("a", "b") == "a and b"
+
+
+class LoudInt(int):
+    """An int with arithmetic and comparisons of its own."""
+
+
+class LoudFloat(float):
+    """A float with arithmetic and comparisons of its own."""
+
+
+for _name in "add radd iadd sub rsub lt le eq ne gt ge".split():
+    for _loud in (LoudInt, LoudFloat):
+        setattr(_loud, "__%s__" % _name, lambda self, other, name=_name: name)
+LoudInt.__float__ = LoudFloat.__float__ = lambda self: 1234.5
+
+# Where ints stop being doubles, sums stop being ints, and what floats hold beside numbers.
+EDGES = [sign * (2**53 + step) for sign in (1, -1) for step in (-1, 0, 1, 2)]
+NUMBERS = (
+    [0, 1, -1, 5, 70000, sys.maxint, sys.maxint - 1, -sys.maxint, -sys.maxint - 1]
+    + [0.0, -0.0, 0.1, -2.5, 1e308, 5e-324, float("inf"), float("-inf"), float("nan")]
+    + EDGES
+    + map(float, EDGES + [sys.maxint, -sys.maxint - 1])
+    + [True, False, LoudInt(5), LoudFloat(2.5), long(5), 2**63, -(2**80)]
+)
+
+
+def added_in_place(a, b):
+    a += b
+    return a[0] if type(a) is GMVar else a
+
+
+def multiplied_as_floats(a, b):
+    return float(a) * float(b)
+
+
+@pytest.mark.parametrize(
+    "function, on_values",
+    [
+        (operator.add, operator.add),
+        (operator.sub, operator.sub),
+        (operator.mul, multiplied_as_floats),
+        (added_in_place, added_in_place),
+    ]
+    + [(getattr(operator, name), getattr(operator, name)) for name in "lt le eq ne gt ge".split()],
+    ids=lambda function: function.__name__,
+)
+def test_numbers_give_the_very_results_of_the_values(function, on_values):
+    def shown(function, a, b):
+        return repr(outcome(function, a, b))
+
+    for a in NUMBERS:
+        for b in NUMBERS:
+            expected = shown(on_values, a, b)
+            assert shown(function, GMVar(a), b) == expected, (a, b)
+            assert shown(function, GMVar(a), GMVar(b)) == expected, (a, b)
+            # Theirs take the variable as it is, and are asked in another order.
+            if not {type(a), type(b)} & {LoudInt, LoudFloat}:
+                assert shown(function, a, GMVar(b)) == expected, (a, b)
 
 
 @pytest.mark.parametrize(
