@@ -1,0 +1,192 @@
+"""Where the time of whole frames of the demo goes, and how it grows.
+
+    python bench/frames/frames.py [--rounds N] [--seconds N] [--plots]
+
+script/bench frames calls it. Frames of the demo's two rooms, and of rooms made of its pictures with
+chosen numbers of particles, instances and tiles, on displays of two sizes, are sampled 4,000 times
+a second. Each sample counts for the layer whose code was running: larkspur, SDL, SDL_gfx, Python
+(the interpreter, its modules, pygame, and so all of the engine and the game), or the rest (the C
+library and the kernel's entry); what the C library copies or fills counts for its caller. Times are
+of the processor, medians of the rounds.
+
+--plots draws docs/frames-SERIES.svg and .png.
+"""
+
+from __future__ import division, print_function
+
+import argparse
+import collections
+import json
+import math
+import os
+import subprocess
+import sys
+
+import charts
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+ROOT = os.path.dirname(os.path.dirname(HERE))
+SIZES = ((640, 480), (1280, 720))
+SERIES = ("demo", "particles", "instances", "tiles")
+WORTH_A_LOOK = 0.02
+MOST_EXPONENT = 1.05
+# A time that hardly differs from that of nothing says nothing of growth, nor do a few samples.
+LEAST_GROWTH = 0.2
+LEAST_SAMPLES = 100
+
+
+class Frames(object):
+    """What all rounds say of one kind of frame."""
+
+    def __init__(self):
+        self.times, self.own_times = [], []
+        self.samples = 0
+        self.layers, self.functions = collections.Counter(), collections.Counter()
+
+    def add(self, sampled):
+        own_share = sampled["layers"].get("larkspur", 0) / sampled["samples"]
+        self.times.append(sampled["milliseconds"])
+        self.own_times.append(sampled["milliseconds"] * own_share)
+        self.samples += sampled["samples"]
+        self.layers.update(sampled["layers"])
+        self.functions.update(sampled["functions"])
+
+    @property
+    def milliseconds(self):
+        return median(self.times)
+
+    @property
+    def own_milliseconds(self):
+        return median(self.own_times)
+
+    def shares(self, counter):
+        return dict((name, number / self.samples) for name, number in counter.items())
+
+
+def median(values):
+    values = sorted(values)
+    middle = len(values) // 2
+    return (values[middle] + values[-1 - middle]) / 2
+
+
+def sampled_frames(rounds, seconds):
+    """{(series, size, views): [(number, Frames)]}, in the order in which they are sampled."""
+    found = collections.OrderedDict()
+    for number in range(rounds):
+        for size in SIZES:
+            command = [sys.executable, os.path.join(HERE, "sample.py")]
+            child = subprocess.Popen(
+                command + [str(value) for value in size + (seconds,)], stdout=subprocess.PIPE
+            )
+            for line in iter(child.stdout.readline, b""):
+                sampled = json.loads(line.decode())
+                key = sampled["series"], size, sampled["views"]
+                found.setdefault(key, collections.OrderedDict()).setdefault(
+                    sampled["number"], Frames()
+                ).add(sampled)
+            if child.wait() != 0:
+                sys.exit("sampling failed")
+        print("-- round %d of %d" % (number + 1, rounds), file=sys.stderr)
+    return collections.OrderedDict((key, list(by.items())) for key, by in found.items())
+
+
+def exponent(points):
+    """How a time grows with a number: the slope of its logarithm over that of the number, by least
+    squares, once the time with none of them is taken off; None where too little of it is left."""
+    nothing = dict(points)[0]
+    grown = [
+        (math.log(number), math.log(time - nothing))
+        for number, time in points
+        if number and time - nothing > LEAST_GROWTH * nothing
+    ]
+    if len(grown) < 2:
+        return None
+    x_mean, y_mean = (sum(values) / len(grown) for values in zip(*grown))
+    return sum((x - x_mean) * (y - y_mean) for x, y in grown) / sum(
+        (x - x_mean) ** 2 for x, _ in grown
+    )
+
+
+def title_of(size, views):
+    return "%d x %d, %s" % (size + ("views" if views else "no views",))
+
+
+def report(found):
+    """Prints everything; whether all exponents are small enough."""
+    good = True
+    for (series, size, views), frames in found.items():
+        print("%s, %s" % (series, title_of(size, views)))
+        for number, entry in frames:
+            layers, functions = entry.shares(entry.layers), entry.shares(entry.functions)
+            print(
+                "  %8s %8.2f ms  %s"
+                % (
+                    number,
+                    entry.milliseconds,
+                    "  ".join(
+                        "%s %4.1f %%" % (layer, 100 * layers.get(layer, 0))
+                        for layer, _ in charts.LAYERS
+                    ),
+                )
+            )
+            for name, share in sorted(functions.items(), key=lambda pair: -pair[1]):
+                if share > WORTH_A_LOOK:
+                    print("%24s%4.1f %% %s" % ("", 100 * share, name))
+        if series != "demo":
+            own = exponent(
+                [
+                    (number, entry.own_milliseconds)
+                    for number, entry in frames
+                    if number == 0 or entry.layers["larkspur"] >= LEAST_SAMPLES
+                ]
+            )
+            whole = exponent([(number, entry.milliseconds) for number, entry in frames])
+            good = good and (own is None or own <= MOST_EXPONENT)
+            print(
+                "  growth: exponent of larkspur's time %s (wanted: at most %.2f), of the frame's %s"
+                % (as_text(own), MOST_EXPONENT, as_text(whole))
+            )
+    return good
+
+
+def as_text(value):
+    return "%.2f" % value if value is not None else "not to be told, it hardly grows"
+
+
+def plot(found):
+    titles = {
+        "demo": ("The demo's rooms", ""),
+        "particles": ("Particles; 300 instances, and 2,000 tiles without views", "particles"),
+        "instances": ("Instances; neither tiles nor particles", "instances"),
+        "tiles": ("Tiles; 100 instances", "tiles"),
+    }
+    for series in SERIES:
+        panels = [
+            (
+                title_of(size, views),
+                [
+                    (str(number), entry.milliseconds, entry.shares(entry.layers))
+                    for number, entry in frames
+                ],
+            )
+            for (name, size, views), frames in found.items()
+            if name == series
+        ]
+        charts.draw(os.path.join(ROOT, "docs", "frames-" + series), *(titles[series] + (panels,)))
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--rounds", type=int, default=3)
+    parser.add_argument("--seconds", type=float, default=1.0, help="for each frame and round")
+    parser.add_argument("--plots", action="store_true", help="draw docs/frames-*.svg and .png")
+    options = parser.parse_args()
+    found = sampled_frames(options.rounds, options.seconds)
+    good = report(found)
+    if options.plots:
+        plot(found)
+    return 0 if good else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

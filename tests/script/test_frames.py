@@ -1,0 +1,74 @@
+"""What is worked out of samples of frames: whose code it was, and how times grow."""
+
+import ctypes
+import os
+import sys
+
+import larkspur
+import pytest
+from support.scripts import TREE
+
+sys.path.insert(0, os.path.join(TREE, "bench", "frames"))
+
+import frames
+import owners
+
+
+def address_of(library, name):
+    return ctypes.cast(getattr(library, name), ctypes.c_void_p).value
+
+
+# The module brings in the libraries that it is linked with.
+module = ctypes.CDLL(larkspur.__file__)
+everything = ctypes.CDLL(None)
+
+
+@pytest.mark.parametrize(
+    "library, name, owner",
+    [
+        (module, "flip_v", ("larkspur", "flip_v")),
+        (module, "SDL_UpperBlit", ("SDL", None)),
+        (module, "zoomSurface", ("SDL_gfx", None)),
+        (everything, "PyObject_Call", ("Python", None)),
+        (everything, "strtol", ("rest", None)),
+    ],
+)
+def test_address_belongs_to_whose_code_is_there(library, name, owner):
+    assert owners.Owners().of(address_of(library, name) + 1, 0) == owner
+
+
+def test_copies_of_the_c_library_belong_to_their_caller():
+    here, caller = address_of(everything, "memcpy") + 1, address_of(module, "flip_h") + 5
+    assert owners.Owners().of(here, caller) == ("larkspur", "flip_h")
+
+
+def test_address_that_nothing_is_loaded_at_belongs_to_the_rest():
+    assert owners.Owners().of(16, 0) == ("rest", None)
+
+
+@pytest.mark.parametrize("power", [0.5, 1.0, 1.5])
+def test_exponent_is_that_of_the_growth_over_nothing(power):
+    points = [(0, 3.0)] + [(number, 3.0 + number**power) for number in (10, 100, 1000)]
+    assert frames.exponent(points) == pytest.approx(power)
+
+
+def test_times_that_hardly_grew_say_nothing_of_an_exponent():
+    assert frames.exponent([(0, 100.0), (10, 110.0), (100, 119.0), (1000, 500.0)]) is None
+
+
+def test_rounds_add_samples_and_give_the_median_time():
+    entry = frames.Frames()
+    for milliseconds, own in ((3.0, 10), (1.0, 30), (2.0, 20)):
+        layers = {"larkspur": own, "Python": 100 - own}
+        entry.add(
+            {
+                "milliseconds": milliseconds,
+                "samples": 100,
+                "layers": layers,
+                "functions": {"blit": own},
+            }
+        )
+    assert entry.milliseconds == 2.0
+    assert entry.own_milliseconds == pytest.approx(0.3)  # of 0.3, 0.3 and 0.4
+    assert entry.shares(entry.layers) == {"larkspur": 0.2, "Python": 0.8}
+    assert entry.shares(entry.functions) == {"blit": 0.2}
