@@ -4,7 +4,7 @@ import os
 import sys
 
 import pytest
-from support.scripts import TREE
+from support.scripts import TREE, run, write_command
 
 sys.path.insert(0, os.path.join(TREE, "bench", "instructions"))
 
@@ -74,3 +74,65 @@ def test_differing_surroundings_are_named():
         "compiler: GCC 12 there, GCC 13 here",
     ]
     assert judging.differences(here, here) == []
+
+
+# --- script/bench --instructions -----------------------------------------------------------------
+
+GIT = "git -c user.name=a -c user.email=a@b "
+
+
+@pytest.fixture
+def counting(tree):
+    """Runs script/bench's functions on a tree in which counting ends with a status of choice; a
+    module that was built elsewhere counts as good."""
+    text = tree.join("script", "bench").read()
+    assert text.endswith('\nmain "$@"\n')
+    tree.join("script", "functions").write(text[: text.rindex("main")])
+    write_command(tree.join("script", "setup"), "")
+    write_command(
+        tree.join(".venv", "bin", "python"),
+        'echo "counting: ${*:2}"; [ "${2:-}" = --older ] || exit "$STATUS"',
+    )
+
+    def count(status, code="count_instructions"):
+        prepared = ". script/functions; apt_install() { :; }; provide_revision() { echo of/$1; }; "
+        return run(["/bin/bash", "-c", prepared + code], tree, STATUS=str(status))
+
+    return count
+
+
+@pytest.fixture
+def history(tree):
+    """A history in whose middle the counts were kept; gives that commit."""
+    tree.ensure("bench", dir=True)
+    commits = "".join(
+        "echo %d >%s; %sadd -A; %scommit -qm %d; " % (number, path, GIT, GIT, number)
+        for number, path in enumerate(("bench/instructions.txt",) * 2 + ("other",))
+    )
+    status, output = run(
+        ["/bin/bash", "-ec", GIT + "init -q; " + commits + "git rev-parse HEAD~1"], tree
+    )
+    assert status == 0
+    return output.split()[-1]
+
+
+@pytest.mark.parametrize("status", [0, 1])
+def test_judgement_by_kept_counts_is_the_end(counting, history, status):
+    assert counting(status) == (status, "counting: \n")
+
+
+def test_counts_kept_elsewhere_are_counted_here_of_the_commit_that_kept_them(counting, history):
+    assert counting(3) == (0, "counting: \ncounting: --older of/%s\n" % history)
+
+
+def test_counts_kept_elsewhere_fail_without_history(counting):
+    status, output = counting(3)
+    assert status == 1
+    assert "nothing to judge by" in output
+
+
+def test_counts_kept_elsewhere_fail_where_history_is_cut_off(counting, history, tree):
+    cut = "git clone -q --depth 1 file://$PWD cut; cp -r cut/.git .; "
+    status, output = counting(3, cut + "count_instructions")
+    assert status == 1
+    assert "nothing to judge by" in output
