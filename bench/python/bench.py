@@ -235,6 +235,9 @@ def main():
             rows += bench.rows(job, size, rounds, seconds)
     show_progress("")
     table.print_table(rows, chosen, bench)
+    if options.results:
+        with open(options.results, "w") as results:
+            json.dump(table.as_results(rows, bench, rounds), results, indent=1, sort_keys=True)
     for worker in (own, older, peer):
         if worker:
             worker.end()

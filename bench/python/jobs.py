@@ -267,7 +267,7 @@ JOBS = [
         {"bare SDL loop": [(0, 1 / 1.1)], "pygame": [(0, 2.2)]},
     ),
     Job("Room_Draw(), a view with a scaled background", [LARGE], {BASE: [(0, 7)]}),
-    Job("Room_Draw(), 500 scripted instances", [TILE], {BASE: [(0, 1.6)]}),
+    Job("Room_Draw(), 500 scripted instances", [TILE], {BASE: [(0, 1.5)]}),
     # Particles.
     Job(
         "particle drawn from its cache",
@@ -303,5 +303,5 @@ JOBS = [
     Job("InstanceList.append(), by id", [()], {"list subclass": [(0, 5)]}),
     Job("InstanceList.append(), an instance", [()], {"list subclass": []}),
     Job("int(background)", [()], {BASE: [(0, 1.2)]}),
-    Job("int(sprite)", [()], {BASE: [(0, 1.7)]}),
+    Job("int(sprite)", [()], {BASE: [(0, 1.5)]}),
 ]

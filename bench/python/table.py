@@ -5,6 +5,7 @@ from __future__ import division, print_function
 from jobs import BASE, PEER
 
 REACHED, SHORT, NONE = "reached", "SHORT", ""
+MODULE = "larkspur"  # among the versions: where it was built
 
 
 class Row(object):
@@ -88,11 +89,51 @@ def summary(rows, jobs, compared, peers):
     return lines
 
 
+def processor():
+    """Its name, where the system tells."""
+    try:
+        with open("/proc/cpuinfo") as told:
+            names = [each.split(":", 1)[1] for each in told if each.startswith("model name")]
+    except IOError:
+        names = []
+    return names[0].strip() if names else "unknown processor"
+
+
+def as_results(rows, bench, rounds):
+    """All that plots are made of."""
+    versions = dict(bench.own.versions, **(bench.peer.versions if bench.peer else {}))
+    told = [
+        "%s %s" % (name, version) for name, version in sorted(versions.items()) if name != MODULE
+    ]
+    return {
+        "told": "%s; %s; medians and quartiles of %d rounds"
+        % (processor(), ", ".join(told), rounds),
+        "rows": [
+            {
+                "job": row.job.name,
+                "size": row.size,
+                "who": row.who,
+                "how": row.how,
+                "low": row.ratio[0],
+                "median": row.ratio[1],
+                "high": row.ratio[2],
+                "target": row.target,
+                "verdict": row.verdict(),
+                "seconds": row.seconds,
+            }
+            for row in rows
+        ],
+    }
+
+
 def print_table(rows, jobs, bench):
+    print("%-22s %s" % ("processor", processor()))
+    told = set()
     for worker in (bench.own, bench.older, bench.peer):
-        if worker:
-            for name, version in sorted(worker.versions.items()):
-                print("%-22s %s" % (name, version))
+        for version in sorted(worker.versions.items() if worker else ()):
+            if version not in told:
+                print("%-22s %s" % version)
+            told.add(version)
     print("\nThe other's time over ours: median of the rounds' ratios (quartiles).\n")
     print(FORM % ("size", "ours", "compared with", "target", "ratio", "", "by its best way"))
     for job in jobs:

@@ -228,3 +228,22 @@ def test_all_that_is_compared_has_a_way(worker):
         wanted = set(job.against) - set(measured_elsewhere) | {"larkspur"}
         answer = worker.ask(prepare=job.name, size=job.sizes[0], who=sorted(wanted))
         assert {name.partition(": ")[0] for name in answer["ways"]} == wanted, job.name
+
+
+# --- Plots ---------------------------------------------------------------------------------------
+
+
+def test_plots_are_of_all_jobs(tree):
+    status, output = run(["script/bench", "--plots", "GMVar"], tree)
+    assert status == 1
+    assert output.startswith("bench: --plots draws all jobs, not only those with GMVar;")
+
+
+def test_results_tell_with_what_and_how_often_they_were_measured():
+    worker = FakeWorker()
+    worker.versions = {"pygame": "1.9.6", "larkspur": "/somewhere/larkspur.so"}
+    results = table.as_results([row("SDL", 3.5)], bench.Bench(worker), 11)
+    assert results["told"].endswith("; pygame 1.9.6; medians and quartiles of 11 rounds")
+    (only,) = json.loads(json.dumps(results))["rows"]
+    assert (only["who"], only["median"], only["target"]) == ("SDL", 3.5, 4)
+    assert (only["verdict"], only["size"]) == ("SHORT", [64, 64])
