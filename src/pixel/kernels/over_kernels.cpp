@@ -2,35 +2,47 @@
 
 #include "pixel/kernels/colour.h"
 #include "pixel/kernels/multiversion.h"
+#include "pixel/kernels/vectors.h"
 
 namespace larkspur::pixel {
+namespace {
+
+// Each byte of `under` becomes floor((over * share + under * (256 - share)) / 256), where the low
+// bytes of the halves (channels 0 and 2) have one share and the high ones (channel 1 and the top
+// byte) another. No sum reaches 65536.
+template <class Halves>
+[[gnu::always_inline]] inline void mix(Halves& under, const Halves& over, const Halves& low_share,
+                                       const Halves& high_share) noexcept {
+    const Halves low = (over & 0xFF) * low_share + (under & 0xFF) * (kFullWeight - low_share);
+    const Halves high = (over >> 8) * high_share + (under >> 8) * (kFullWeight - high_share);
+    under = low >> 8 | (high & 0xFF00);
+}
+
+struct CompositeOver {
+    template <class Vector>
+    [[gnu::always_inline]] void run(PixelWord* to, const PixelWord* from) const noexcept {
+        using Words = typename Vector::Words;
+        using Halves = typename Vector::Halves;
+        Halves under;
+        Halves over;
+        Words alpha;
+        load(under, to);
+        load(over, from);
+        load(alpha, from);
+        alpha >>= 24;
+        // An opaque pixel has the full weight, not one less. The top byte has none and stays.
+        const Words high_share = alpha + ((alpha + 1) >> 8);
+        const Words low_share = high_share | high_share << 16;
+        mix(under, over, reinterpret_cast<Halves>(low_share), reinterpret_cast<Halves>(high_share));
+        store(to, under);
+    }
+};
+
+}  // namespace
 
 LARKSPUR_MULTIVERSION
-void composite_over_rows(PixelWord* target, std::ptrdiff_t target_pitch_bytes,
-                         const PixelWord* source, std::ptrdiff_t source_pitch_bytes,
-                         std::size_t width, std::size_t height) noexcept {
-    for (std::size_t y = 0; y < height; ++y) {
-        PixelWord* __restrict to = target;
-        const PixelWord* __restrict from = source;
-        for (std::size_t x = 0; x < width; ++x) {
-            const std::uint32_t over = from[x];
-            const std::uint32_t under = to[x];
-            const std::uint32_t alpha = over >> 24;
-            // An opaque pixel has the full weight, not one less. Sums stay below 65536, so two
-            // bytes share a multiplication.
-            const std::uint32_t share = alpha + (alpha == kOpaque ? 1 : 0);
-            const std::uint32_t rest = kFullWeight - share;
-            const std::uint32_t outer =
-                ((over & kOuterChannels) * share + (under & kOuterChannels) * rest) >> 8 &
-                kOuterChannels;
-            const std::uint32_t middle =
-                ((over & kMiddleChannel) * share + (under & kMiddleChannel) * rest) >> 8 &
-                kMiddleChannel;
-            to[x] = outer | middle | (under & kTopByte);
-        }
-        target = pixel_words(reinterpret_cast<unsigned char*>(target) + target_pitch_bytes);
-        source = pixel_words(reinterpret_cast<const unsigned char*>(source) + source_pitch_bytes);
-    }
+void composite_over_rows(const PixelRows& rows) noexcept {
+    step_through_rows(rows, CompositeOver());
 }
 
 }  // namespace larkspur::pixel

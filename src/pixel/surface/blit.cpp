@@ -113,10 +113,10 @@ bool has_pixel_alpha(const SDL_Surface& source, const SDL_Surface& target) noexc
 
 void composite_over(const SDL_Surface& source, const SDL_Surface& target,
                     const Area& area) noexcept {
-    composite_over_rows(pixel_words(byte_at(target, area.x.to, area.y.to)), target.pitch,
-                        pixel_words(byte_at(source, area.x.from, area.y.from)), source.pitch,
-                        static_cast<std::size_t>(area.x.length),
-                        static_cast<std::size_t>(area.y.length));
+    composite_over_rows({pixel_words(byte_at(target, area.x.to, area.y.to)), target.pitch,
+                         pixel_words(byte_at(source, area.x.from, area.y.from)), source.pitch,
+                         static_cast<std::size_t>(area.x.length),
+                         static_cast<std::size_t>(area.y.length)});
 }
 
 struct Loop {
