@@ -14,11 +14,27 @@ void copy_rows(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned 
     for (std::size_t y = 0; y < rows; ++y) {
         unsigned char* __restrict to_bytes = to;
         const unsigned char* __restrict from_bytes = from;
-        for (std::size_t i = 0; i < row_bytes; ++i) {
+        // Mostly rows are whole words, whose loop has a shorter rest.
+        const std::size_t words = row_bytes / sizeof(PixelWord);
+        for (std::size_t i = 0; i < words; ++i) {
+            pixel_words(to_bytes)[i] = pixel_words(from_bytes)[i];
+        }
+        for (std::size_t i = words * sizeof(PixelWord); i < row_bytes; ++i) {
             to_bytes[i] = from_bytes[i];
         }
         to += to_pitch_bytes;
         from += from_pitch_bytes;
+    }
+}
+
+LARKSPUR_MULTIVERSION
+void copy_masked_rows(const PixelRows& rows, std::uint32_t kept, std::uint32_t added) noexcept {
+    for (PixelRows left = rows; left.height > 0; left.drop_row()) {
+        PixelWord* __restrict to = left.target;
+        const PixelWord* __restrict from = left.source;
+        for (std::size_t x = 0; x < left.width; ++x) {
+            to[x] = (from[x] & kept) | added;
+        }
     }
 }
 

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+
+#include "pixel/kernels/pixel_rows.h"
 
 namespace larkspur::pixel {
 
@@ -10,6 +13,9 @@ namespace larkspur::pixel {
 /// row becomes a copy of the one at `from`.
 void copy_rows(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned char* from,
                std::ptrdiff_t from_pitch_bytes, std::size_t row_bytes, std::size_t rows) noexcept;
+
+/// Each source pixel p becomes the target's (p & kept) | added.
+void copy_masked_rows(const PixelRows& rows, std::uint32_t kept, std::uint32_t added) noexcept;
 
 /// As copy_rows, for rows of `width` 32-bit pixels, each row mirrored: pixel x is the source's
 /// pixel width - 1 - x.

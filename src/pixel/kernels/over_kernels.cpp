@@ -38,11 +38,38 @@ struct CompositeOver {
     }
 };
 
+struct CompositeEvenly {
+    template <class Vector>
+    [[gnu::always_inline]] void run(PixelWord* to, const PixelWord* from) const noexcept {
+        using Halves = typename Vector::Halves;
+        Halves under;
+        Halves over;
+        Halves share;
+        Halves top;
+        load(under, to);
+        load(over, from);
+        load(share, shares.words);
+        load(top, tops.words);
+        mix(under, over, share, share);
+        under |= top;
+        store(to, under);
+    }
+
+    RepeatedWord shares;
+    RepeatedWord tops;
+};
+
 }  // namespace
 
 LARKSPUR_MULTIVERSION
 void composite_over_rows(const PixelRows& rows) noexcept {
     step_through_rows(rows, CompositeOver());
+}
+
+LARKSPUR_MULTIVERSION
+void composite_evenly_rows(const PixelRows& rows, std::uint8_t alpha) noexcept {
+    step_through_rows(rows,
+                      CompositeEvenly{RepeatedWord(alpha * 0x00010001U), RepeatedWord(kTopByte)});
 }
 
 }  // namespace larkspur::pixel

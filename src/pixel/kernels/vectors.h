@@ -34,6 +34,18 @@ template <class Vector>
     std::memcpy(to, &vector, sizeof vector);
 }
 
+/// One word in all places of a vector, to be loaded: a vector that is wider than the processor's is
+/// otherwise put together in memory, and each time anew.
+struct RepeatedWord {
+    [[gnu::always_inline]] explicit RepeatedWord(std::uint32_t word) noexcept {
+        for (std::uint32_t& place : words) {
+            place = word;
+        }
+    }
+
+    std::uint32_t words[Vectors<kWidestBytes>::kPixels];
+};
+
 /// Calls step.run<Vectors<bytes>>(to, from) for the pixels of a row in order: in vectors of
 /// `kBytes` bytes, and for the rest in narrower ones.
 template <std::size_t kBytes, class Step>

@@ -11,7 +11,9 @@
 #include "base/surface.h"
 #include "pixel/kernels/colour.h"
 #include "pixel/kernels/copy_kernels.h"
+#include "pixel/kernels/key_kernels.h"
 #include "pixel/kernels/over_kernels.h"
+#include "pixel/kernels/pixel_rows.h"
 #include "pixel/kernels/pixel_word.h"
 
 namespace larkspur::pixel {
@@ -76,20 +78,9 @@ unsigned char* byte_at(const SDL_Surface& surface, int x, int y) noexcept {
            std::ptrdiff_t{x} * surface.format->BytesPerPixel;
 }
 
-// The loops: for which pairs of surfaces of one format each gives SDL's bits, and what it does with
-// an area that is not empty.
+// The loops: what each does with an area that is not empty.
 
-bool have_same_format(const SDL_PixelFormat& a, const SDL_PixelFormat& b) noexcept {
-    return a.BitsPerPixel == b.BitsPerPixel && a.Rmask == b.Rmask && a.Gmask == b.Gmask &&
-           a.Bmask == b.Bmask;
-}
-
-// Pixels of one byte stand for colours of a palette, which SDL may have to translate.
-bool is_opaque_copy(const SDL_Surface& source, const SDL_Surface& target) noexcept {
-    return (source.flags & (SDL_SRCALPHA | SDL_SRCCOLORKEY)) == 0 &&
-           source.format->BytesPerPixel > 1 && source.format->Amask == target.format->Amask;
-}
-
+// Pixels of one format, whatever it is.
 void copy(const SDL_Surface& source, const SDL_Surface& target, const Area& area) noexcept {
     copy_rows(byte_at(target, area.x.to, area.y.to), target.pitch,
               byte_at(source, area.x.from, area.y.from), source.pitch,
@@ -97,48 +88,136 @@ void copy(const SDL_Surface& source, const SDL_Surface& target, const Area& area
               static_cast<std::size_t>(area.y.length));
 }
 
-// True when rows are whole pixels apart.
-bool has_word_pitch(const SDL_Surface& surface) noexcept {
-    return surface.pitch % sizeof(PixelWord) == 0;
+// The others know one kind of pixel, see has_words().
+
+PixelRows rows_of(const SDL_Surface& source, const SDL_Surface& target, const Area& area) noexcept {
+    return {pixel_words(byte_at(target, area.x.to, area.y.to)),
+            target.pitch,
+            pixel_words(byte_at(source, area.x.from, area.y.from)),
+            source.pitch,
+            static_cast<std::size_t>(area.x.length),
+            static_cast<std::size_t>(area.y.length)};
 }
 
-// SDL treats a colour key in its own way, and encodes a picture for which that was asked. Where it
-// blends, an odd rest of a pitch counts for nothing.
-bool has_pixel_alpha(const SDL_Surface& source, const SDL_Surface& target) noexcept {
-    return (source.flags & SDL_SRCALPHA) != 0 &&
-           (source.flags & (SDL_SRCCOLORKEY | SDL_RLEACCELOK)) == 0 &&
-           source.format->BytesPerPixel == sizeof(PixelWord) && source.format->Amask == kTopByte &&
-           has_word_pitch(source) && has_word_pitch(target);
+bool has_alpha(const SDL_Surface& surface) noexcept {
+    return surface.format->Amask != 0;
+}
+
+// What copies set in the top byte: the alpha that a target asks for and its source's pixels lack.
+std::uint32_t added_alpha(const SDL_Surface& source, const SDL_Surface& target) noexcept {
+    return has_alpha(target) && !has_alpha(source) ? std::uint32_t{source.format->alpha} << 24 : 0;
+}
+
+void copy_to_other_alpha(const SDL_Surface& source, const SDL_Surface& target,
+                         const Area& area) noexcept {
+    copy_masked_rows(rows_of(source, target, area), has_alpha(target) ? ~0U : kAllChannels,
+                     added_alpha(source, target));
+}
+
+// The top byte is compared where it is not alpha.
+ColourKey key_of(const SDL_Surface& source) noexcept {
+    const std::uint32_t compared = ~source.format->Amask;
+    return {source.format->colorkey & compared, compared};
+}
+
+void copy_keyed(const SDL_Surface& source, const SDL_Surface& target, const Area& area) noexcept {
+    copy_keyed_rows(rows_of(source, target, area), key_of(source),
+                    has_alpha(source) && has_alpha(target) ? ~0U : kAllChannels,
+                    added_alpha(source, target));
+}
+
+void composite_evenly(const SDL_Surface& source, const SDL_Surface& target,
+                      const Area& area) noexcept {
+    composite_evenly_rows(rows_of(source, target, area), source.format->alpha);
+}
+
+// Without any alpha SDL leaves the top bytes alone too.
+void composite_keyed(const SDL_Surface& source, const SDL_Surface& target,
+                     const Area& area) noexcept {
+    if (source.format->alpha != SDL_ALPHA_TRANSPARENT) {
+        composite_keyed_rows(rows_of(source, target, area), key_of(source), source.format->alpha,
+                             target.format->Amask);
+    }
 }
 
 void composite_over(const SDL_Surface& source, const SDL_Surface& target,
                     const Area& area) noexcept {
-    composite_over_rows({pixel_words(byte_at(target, area.x.to, area.y.to)), target.pitch,
-                         pixel_words(byte_at(source, area.x.from, area.y.from)), source.pitch,
-                         static_cast<std::size_t>(area.x.length),
-                         static_cast<std::size_t>(area.y.length)});
+    composite_over_rows(rows_of(source, target, area));
 }
 
-struct Loop {
-    bool (*takes)(const SDL_Surface& source, const SDL_Surface& target) noexcept;
-    void (*draw)(const SDL_Surface& source, const SDL_Surface& target, const Area& area) noexcept;
-    // The source that it is tried with.
-    std::uint32_t trial_flags;
-    std::uint32_t trial_alpha_mask;
-};
+// What SDL's blit depends on, as bits of a number.
+constexpr unsigned kKeyed = 1;        // the source has a colour key
+constexpr unsigned kBlends = 2;       // it has alpha that counts, of its own or of its pixels
+constexpr unsigned kSourceAlpha = 4;  // its pixels have alpha
+constexpr unsigned kTargetAlpha = 8;  // the target's pixels have alpha
+constexpr std::size_t kKinds = 16;
 
-constexpr Loop kLoops[] = {
-    {is_opaque_copy, copy, 0, 0},
-    {has_pixel_alpha, composite_over, SDL_SRCALPHA, kTopByte},
-};
-constexpr std::size_t kLoopCount = std::size(kLoops);
+unsigned kind_of(const SDL_Surface& source, const SDL_Surface& target) noexcept {
+    const bool keyed = (source.flags & SDL_SRCCOLORKEY) != 0;
+    const bool blends = (source.flags & SDL_SRCALPHA) != 0 &&
+                        (has_alpha(source) || source.format->alpha != SDL_ALPHA_OPAQUE);
+    return kKeyed * keyed | kBlends * blends | kSourceAlpha * has_alpha(source) |
+           kTargetAlpha * has_alpha(target);
+}
 
-void draw_by(const Loop& loop, const SDL_Surface& source, const SDL_Rect* from,
-             const SDL_Surface& target, SDL_Rect& to) noexcept {
+using Loop = void (*)(const SDL_Surface& source, const SDL_Surface& target,
+                      const Area& area) noexcept;
+
+// The loop of each kind. Where pixels have alpha that counts, a key does not.
+Loop loop_of(unsigned kind) noexcept {
+    static constexpr Loop kLoops[][4] = {
+        // Neither keyed nor blending; keyed; blending; both.
+        {copy, copy_keyed, composite_evenly, composite_keyed},
+        {copy_to_other_alpha, copy_keyed, composite_over, composite_over},     // source alpha
+        {copy_to_other_alpha, copy_keyed, composite_evenly, composite_keyed},  // target alpha
+        {copy, copy_keyed, composite_over, composite_over},                    // both
+    };
+    return kLoops[kind / 4][kind % 4];
+}
+
+// Which surfaces a loop takes.
+
+// Pixels of one byte stand for colours of a palette, which SDL may have to translate.
+bool have_same_format(const SDL_PixelFormat& a, const SDL_PixelFormat& b) noexcept {
+    return a.BitsPerPixel == b.BitsPerPixel && a.Rmask == b.Rmask && a.Gmask == b.Gmask &&
+           a.Bmask == b.Bmask && a.Amask == b.Amask && a.BytesPerPixel > 1;
+}
+
+// Words of three channels with red or blue lowest, and of alpha or nothing in the top byte. Rows
+// are whole words apart: where SDL blends, it forgets an odd rest.
+bool has_words(const SDL_Surface& surface) noexcept {
+    const SDL_PixelFormat& format = *surface.format;
+    return format.BitsPerPixel == 32 && format.Gmask == kMiddleChannel &&
+           (format.Rmask | format.Bmask) == kOuterChannels &&
+           (format.Rmask == kLowChannel || format.Rmask == kHighChannel) &&
+           (format.Amask == 0 || format.Amask == kTopByte) &&
+           surface.pitch % sizeof(PixelWord) == 0;
+}
+
+bool takes(Loop loop, const SDL_Surface& source, const SDL_Surface& target) noexcept {
+    if (loop == copy) {
+        return have_same_format(*source.format, *target.format);
+    }
+    return has_words(source) && has_words(target) && source.format->Rmask == target.format->Rmask;
+}
+
+// Where that was asked, SDL encodes a picture when it is first drawn; but never one with both alpha
+// that counts in its pixels and a colour key, as turned pictures have.
+bool is_never_encoded(unsigned kind) noexcept {
+    constexpr unsigned kTurned = kKeyed | kBlends | kSourceAlpha;
+    return (kind & kTurned) == kTurned;
+}
+
+bool may_become_encoded(const SDL_Surface& source, unsigned kind) noexcept {
+    return (source.flags & SDL_RLEACCELOK) != 0 && !is_never_encoded(kind);
+}
+
+void draw_by(Loop loop, const SDL_Surface& source, const SDL_Rect* from, const SDL_Surface& target,
+             SDL_Rect& to) noexcept {
     const Area area = clip(source, from, target, to);
     to = {low_16_bits(area.x.to), low_16_bits(area.y.to), 0, 0};
     if (!area.is_empty()) {
-        loop.draw(source, target, area);
+        loop(source, target, area);
         to.w = static_cast<std::uint16_t>(area.x.length);
         to.h = static_cast<std::uint16_t>(area.y.length);
     }
@@ -146,15 +225,17 @@ void draw_by(const Loop& loop, const SDL_Surface& source, const SDL_Rect* from,
 
 // Trying the loops: other builds of SDL clip and round otherwise, or hide their locks.
 
-// A column for each value that alpha can have.
+// A column for each value that a top byte can have.
 constexpr int kTrialWidth = 256;
 constexpr int kTrialHeight = 32;
 
-// All of the source, then pieces that go over each edge and past the ends of 16 bits.
-constexpr struct {
+struct Piece {
     SDL_Rect from;
     SDL_Rect to;
-} kTrials[] = {
+};
+
+// All of the source, then pieces that go over each edge and past the ends of 16 bits.
+constexpr Piece kPieces[] = {
     {{0, 0, kTrialWidth, kTrialHeight}, {0, 0, 0, 0}},
     {{-2, 3, 9, 20}, {5, -2, 0, 0}},
     {{1, -4, 4, 6}, {-1, 4, 0, 0}},
@@ -163,73 +244,92 @@ constexpr struct {
     {{-32768, 0, 65535, 8}, {32767, 1, 0, 0}},
 };
 
-// Colours that take in everything, the same in every run.
-SurfacePtr new_trial_surface(std::uint32_t flags, std::uint32_t alpha_mask,
-                             std::uint32_t seed) noexcept {
-    SurfacePtr surface(SDL_CreateRGBSurface(flags, kTrialWidth, kTrialHeight, 32, 0xFF0000, 0xFF00,
-                                            0xFF, alpha_mask));
+// Two rows, for trying each alpha that a surface can have.
+constexpr Piece kStrip = {{0, 1, kTrialWidth, 2}, {0, 0, 0, 0}};
+
+constexpr std::uint32_t kTrialKey = 0x12345678;
+constexpr std::uint8_t kTrialAlpha = 100;
+
+// Colours that take in everything, the same in every run, and about a quarter of them the key's.
+SurfacePtr new_trial_surface(bool alpha, std::uint32_t seed) noexcept {
+    SurfacePtr surface(SDL_CreateRGBSurface(SDL_SWSURFACE, kTrialWidth, kTrialHeight, 32, 0xFF0000,
+                                            0xFF00, 0xFF, alpha ? kTopByte : 0));
     if (surface == nullptr) {
         return nullptr;
     }
     for (int y = 0; y < kTrialHeight; ++y) {
         for (int x = 0; x < kTrialWidth; ++x) {
             seed = seed * 1664525U + 1013904223U;
+            const std::uint32_t colour = seed >> 30 == 0 ? kTrialKey : seed >> 8;
             *pixel_words(byte_at(*surface, x, y)) =
-                (seed >> 8 & kAllChannels) | static_cast<std::uint32_t>(x) << 24;
+                (colour & kAllChannels) | static_cast<std::uint32_t>(x) << 24;
         }
     }
     return surface;
 }
 
-// Blits the pieces of a source to a target of this alpha mask, by a loop and by SDL.
-bool agrees_on_target(const Loop& loop, SDL_Surface& source, std::uint32_t alpha_mask) noexcept {
-    const SurfacePtr by_sdl = new_trial_surface(SDL_SWSURFACE, alpha_mask, 2);
-    const SurfacePtr by_us = new_trial_surface(SDL_SWSURFACE, alpha_mask, 2);
-    if (by_sdl == nullptr || by_us == nullptr) {
+// Draws a piece by a loop and by SDL, each on its own target.
+bool agrees_on(const Piece& piece, Loop loop, SDL_Surface& source, SDL_Surface& our_target,
+               SDL_Surface& sdl_target) noexcept {
+    SDL_Rect from = piece.from;
+    SDL_Rect drawn_by_us = piece.to;
+    SDL_Rect drawn_by_sdl = piece.to;
+    draw_by(loop, source, &from, our_target, drawn_by_us);
+    return SDL_UpperBlit(&source, &from, &sdl_target, &drawn_by_sdl) == 0 &&
+           has_plain_pixels(&source) &&
+           std::memcmp(&drawn_by_us, &drawn_by_sdl, sizeof drawn_by_us) == 0 &&
+           std::memcmp(our_target.pixels, sdl_target.pixels, buffer_bytes(our_target)) == 0;
+}
+
+bool agrees_with_sdl(unsigned kind) noexcept {
+    const SurfacePtr source = new_trial_surface((kind & kSourceAlpha) != 0, 1);
+    const SurfacePtr our_target = new_trial_surface((kind & kTargetAlpha) != 0, 2);
+    const SurfacePtr sdl_target = new_trial_surface((kind & kTargetAlpha) != 0, 2);
+    if (source == nullptr || our_target == nullptr || sdl_target == nullptr ||
+        !locks_show(source.get())) {
         return false;
     }
-    if (!loop.takes(source, *by_us)) {
-        return true;
+    const Loop loop = loop_of(kind);
+    const auto agrees = [&](const Piece& piece) {
+        return agrees_on(piece, loop, *source, *our_target, *sdl_target);
+    };
+
+    SDL_SetAlpha(source.get(), (kind & kBlends) != 0 ? SDL_SRCALPHA : 0, kTrialAlpha);
+    if ((kind & kKeyed) != 0) {
+        // As turned pictures have it.
+        const std::uint32_t encoding = is_never_encoded(kind) ? SDL_RLEACCEL : 0;
+        SDL_SetColorKey(source.get(), SDL_SRCCOLORKEY | encoding, kTrialKey);
     }
-    for (const auto& trial : kTrials) {
-        SDL_Rect from = trial.from;
-        SDL_Rect to_by_sdl = trial.to;
-        SDL_Rect to_by_us = trial.to;
-        draw_by(loop, source, &from, *by_us, to_by_us);
-        if (SDL_UpperBlit(&source, &from, by_sdl.get(), &to_by_sdl) != 0 ||
-            std::memcmp(&to_by_us, &to_by_sdl, sizeof to_by_us) != 0 ||
-            std::memcmp(by_us->pixels, by_sdl->pixels, buffer_bytes(*by_us)) != 0) {
+    if (!std::all_of(std::begin(kPieces), std::end(kPieces), agrees)) {
+        return false;
+    }
+    const bool has_one_alpha = (kind & (kBlends | kSourceAlpha)) == kBlends;
+    for (int alpha = 0; has_one_alpha && alpha < SDL_ALPHA_OPAQUE; ++alpha) {
+        SDL_SetAlpha(source.get(), SDL_SRCALPHA, static_cast<std::uint8_t>(alpha));
+        if (!agrees(kStrip)) {
             return false;
         }
     }
     return true;
 }
 
-bool agrees_with_sdl(const Loop& loop) noexcept {
-    const SurfacePtr source = new_trial_surface(loop.trial_flags, loop.trial_alpha_mask, 1);
-    return source != nullptr && locks_show(source.get()) && agrees_on_target(loop, *source, 0) &&
-           agrees_on_target(loop, *source, kTopByte);
-}
-
-std::array<bool, kLoopCount> try_loops() noexcept {
-    std::array<bool, kLoopCount> agrees;
-    std::transform(std::begin(kLoops), std::end(kLoops), agrees.begin(), agrees_with_sdl);
-    return agrees;
-}
-
 // The loop that takes a pair of surfaces; null for one that is SDL's.
-const Loop* loop_for(const SDL_Surface& source, const SDL_Surface& target) noexcept {
-    if (!have_same_format(*source.format, *target.format) || (source.flags & SDL_HWACCEL) != 0 ||
-        !has_plain_pixels(&source) || !has_plain_pixels(&target) || share_memory(source, target)) {
+Loop loop_for(const SDL_Surface& source, const SDL_Surface& target) noexcept {
+    enum class Verdict : unsigned char { kUntried, kAgrees, kDiffers };
+    static std::array<Verdict, kKinds> verdicts = {};
+
+    const unsigned kind = kind_of(source, target);
+    const Loop loop = loop_of(kind);
+    if ((source.flags & SDL_HWACCEL) != 0 || !has_plain_pixels(&source) ||
+        !has_plain_pixels(&target) || may_become_encoded(source, kind) ||
+        !takes(loop, source, target) || share_memory(source, target)) {
         return nullptr;
     }
-    static const std::array<bool, kLoopCount> agrees = try_loops();
-    for (std::size_t i = 0; i < kLoopCount; ++i) {
-        if (agrees[i] && kLoops[i].takes(source, target)) {
-            return &kLoops[i];
-        }
+    Verdict& verdict = verdicts[kind];
+    if (verdict == Verdict::kUntried) {
+        verdict = agrees_with_sdl(kind) ? Verdict::kAgrees : Verdict::kDiffers;
     }
-    return nullptr;
+    return verdict == Verdict::kAgrees ? loop : nullptr;
 }
 
 }  // namespace
@@ -240,8 +340,8 @@ bool blit(SDL_Surface* source, const SDL_Rect* from, SDL_Surface* target, SDL_Re
         SDL_SetError("SDL_UpperBlit: passed a NULL surface");
         return false;
     }
-    if (const Loop* loop = loop_for(*source, *target)) {
-        draw_by(*loop, *source, from, *target, *to);
+    if (const Loop loop = loop_for(*source, *target)) {
+        draw_by(loop, *source, from, *target, *to);
         return true;
     }
     SDL_Rect piece = from != nullptr ? *from : SDL_Rect{};

@@ -9,10 +9,11 @@ namespace larkspur::pixel {
 /// `to`: clips to the source and to the target's clip rectangle, honours the source's colour key
 /// and alpha, and leaves in `to` the rectangle that was drawn. Source and target may be the same.
 ///
-/// Pairs of surfaces that a loop of ours takes are drawn by it: opaque copies, which SDL writes
-/// past the processor's cache at a multiple of the time, and pictures whose pixels have alpha,
-/// which it draws one by one. All others are left to SDL, and so is whatever this SDL turns out to
-/// draw in another way.
+/// Pairs of surfaces that a loop of ours takes are drawn by it: copies within one format, which SDL
+/// writes past the processor's cache at a multiple of the time, and pictures of 32 bits with or
+/// without a colour key and alpha, their own or their pixels', which it draws pixel by pixel. All
+/// others are left to SDL: other formats, surfaces that share memory, pictures that SDL encodes, and
+/// whatever this SDL turns out to draw in another way.
 ///
 /// A clip rectangle that a native caller set beyond the target's edges counts as far as it lies
 /// inside where a loop of ours draws.

@@ -83,26 +83,38 @@ class MemoryField {
     std::vector<unsigned char> memory_;
 };
 
-/// One page that may be touched between two that must not even be read.
-class GuardedPage {
+/// Pages that may be touched, for at least `bytes` bytes, between two that must not even be read.
+class GuardedMemory {
  public:
-    GuardedPage()
+    explicit GuardedMemory(std::size_t bytes)
         : page_bytes_(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))),
-          pages_(static_cast<unsigned char*>(
-              mmap(nullptr, 3 * page_bytes_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))) {
-        EXPECT_EQ(mprotect(pages_ + page_bytes_, page_bytes_, PROT_READ | PROT_WRITE), 0);
+          inner_bytes_((bytes + page_bytes_ - 1) / page_bytes_ * page_bytes_),
+          pages_(static_cast<unsigned char*>(mmap(nullptr, inner_bytes_ + 2 * page_bytes_,
+                                                  PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))) {
+        EXPECT_EQ(mprotect(begin(), inner_bytes_, PROT_READ | PROT_WRITE), 0);
     }
-    GuardedPage(const GuardedPage&) = delete;
-    GuardedPage& operator=(const GuardedPage&) = delete;
-    ~GuardedPage() { munmap(pages_, 3 * page_bytes_); }
+    GuardedMemory(const GuardedMemory&) = delete;
+    GuardedMemory& operator=(const GuardedMemory&) = delete;
+    ~GuardedMemory() { munmap(pages_, inner_bytes_ + 2 * page_bytes_); }
 
-    /// `count` bytes that begin, or end, exactly where the page does.
-    unsigned char* at_start() { return pages_ + page_bytes_; }
-    unsigned char* at_end(std::size_t count) { return pages_ + 2 * page_bytes_ - count; }
+    unsigned char* begin() { return pages_ + page_bytes_; }
+    unsigned char* end() { return begin() + inner_bytes_; }
 
  private:
     std::size_t page_bytes_;
+    std::size_t inner_bytes_;
     unsigned char* pages_;
+};
+
+/// One such page.
+class GuardedPage {
+ public:
+    /// `count` bytes that begin, or end, exactly where the page does.
+    unsigned char* at_start() { return memory_.begin(); }
+    unsigned char* at_end(std::size_t count) { return memory_.end() - count; }
+
+ private:
+    GuardedMemory memory_{1};
 };
 
 /// Channel `index` of a word, 0 being the lowest byte.

@@ -2,6 +2,7 @@
 
 #include "../memory_field.h"
 #include "gtest/gtest.h"
+#include "row_kernels.h"
 
 namespace larkspur::pixel {
 namespace {
@@ -66,6 +67,19 @@ TEST(CopyRows, CopyLongRowsAtEveryDistanceWithinAPage) {
         copy_rows(to.row(0), to.pitch(), from.row(0), from.pitch(), 4096, 1);
         ASSERT_TRUE(to.equals(expected)) << offset;
     }
+}
+
+constexpr std::uint32_t kKept = 0xF0FFFF0F;
+constexpr std::uint32_t kAdded = 0x81008100;
+
+TEST(CopyMaskedRows, KeepToTheirPixelsAtEveryWidthAndOffset) {
+    expect_pixels_at_every_width_and_offset(
+        [](const PixelRows& rows) { copy_masked_rows(rows, kKept, kAdded); },
+        [](std::uint32_t over, std::uint32_t) { return (over & kKept) | kAdded; });
+}
+
+TEST(CopyMaskedRows, TouchNoMemoryOutside) {
+    touch_all_memory_inside([](const PixelRows& rows) { copy_masked_rows(rows, kKept, kAdded); });
 }
 
 TEST(CopyRowsMirrored, KeepToTheirPixelsAtEveryWidthAndOffset) {

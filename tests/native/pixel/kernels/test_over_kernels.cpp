@@ -37,5 +37,24 @@ TEST(CompositeOverRows, TouchesNoMemoryOutside) {
     touch_all_memory_inside(composite_over_rows);
 }
 
+TEST(CompositeEvenlyRows, KeepsToItsPixelsAtEveryWidthAndOffset) {
+    expect_pixels_at_every_width_and_offset(
+        [](const PixelRows& rows) { composite_evenly_rows(rows, 77); },
+        [](std::uint32_t over, std::uint32_t under) {
+            return mixed(over, under, 77) | 0xFF000000;
+        });
+}
+
+TEST(CompositeEvenlyRows, PutsEveryByteOverEveryByteWithEveryAlpha) {
+    expect_pixels_of_all_pairs(composite_evenly_rows,
+                               [](std::uint32_t over, std::uint32_t under, int alpha) {
+                                   return mixed(over, under, alpha) | 0xFF000000;
+                               });
+}
+
+TEST(CompositeEvenlyRows, TouchesNoMemoryOutside) {
+    touch_all_memory_inside([](const PixelRows& rows) { composite_evenly_rows(rows, 77); });
+}
+
 }  // namespace
 }  // namespace larkspur::pixel
