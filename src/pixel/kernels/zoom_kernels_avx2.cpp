@@ -1,0 +1,241 @@
+#include "pixel/kernels/zoom_kernels_avx2.h"
+
+#if defined(__x86_64__) && defined(__GNUC__)
+
+#include <immintrin.h>
+
+#include <algorithm>
+#include <array>
+
+// On the functions and not on the file, which would lend its copies of shared inline functions to
+// processors that do not run them.
+#define LARKSPUR_AVX2 __attribute__((target("avx2")))
+
+namespace larkspur::pixel {
+namespace {
+
+constexpr unsigned kPixelShift = 16;
+constexpr int kLanes = 8;
+
+// A row's pixels x to x + 7 lie in so many vectors of the source from the pixel of x on: in one up
+// to a step of a whole pixel, in two up to 15/7 of it, which halving stays below.
+constexpr std::uint32_t kLongestStepInOne = 1 << kPixelShift;
+constexpr std::uint32_t kLongestStepInTwo = (15 << kPixelShift) / 7;
+
+LARKSPUR_AVX2 inline __m256i load(const PixelWord* words) noexcept {
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words));
+}
+
+LARKSPUR_AVX2 inline void store(PixelWord* words, __m256i vector) noexcept {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(words), vector);
+}
+
+LARKSPUR_AVX2 inline __m256i repeated(std::uint32_t word) noexcept {
+    return _mm256_set1_epi32(static_cast<int>(word));
+}
+
+// 0, step, ... 7 * step.
+LARKSPUR_AVX2 inline __m256i multiples(std::uint32_t step) noexcept {
+    return _mm256_mullo_epi32(_mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7), repeated(step));
+}
+
+// Lane i becomes from[indices[i]], each index being below 8 * vectors.
+template <int vectors>
+LARKSPUR_AVX2 inline __m256i shuffled(const PixelWord* from, __m256i indices) noexcept {
+    const __m256i low = _mm256_permutevar8x32_epi32(load(from), indices);
+    if (vectors == 1) {
+        return low;
+    }
+    const __m256i high = _mm256_permutevar8x32_epi32(load(from + kLanes), indices);
+    return _mm256_blendv_epi8(low, high, _mm256_cmpgt_epi32(indices, repeated(kLanes - 1)));
+}
+
+// a + floor((b - a) * share / 65536) for each channel; the share is the low half of a pixel's
+// place. A share of a half and more is negative in 16 bits, which takes a whole difference too
+// much: then b is what to start from.
+LARKSPUR_AVX2 inline __m256i mixed(__m256i a, __m256i b, __m256i places) noexcept {
+    const __m256i low_halves = _mm256_setr_epi8(0, 1, 0, 1, 4, 5, 4, 5, 8, 9, 8, 9, 12, 13, 12, 13,
+                                                0, 1, 0, 1, 4, 5, 4, 5, 8, 9, 8, 9, 12, 13, 12, 13);
+    const __m256i shares = _mm256_shuffle_epi8(places, low_halves);
+    const __m256i low_bytes = _mm256_set1_epi16(0xFF);
+    const __m256i low =
+        _mm256_sub_epi16(_mm256_and_si256(b, low_bytes), _mm256_and_si256(a, low_bytes));
+    const __m256i high = _mm256_sub_epi16(_mm256_srli_epi16(b, 8), _mm256_srli_epi16(a, 8));
+    const __m256i change =
+        _mm256_or_si256(_mm256_and_si256(_mm256_mulhi_epi16(low, shares), low_bytes),
+                        _mm256_slli_epi16(_mm256_mulhi_epi16(high, shares), 8));
+    const __m256i start = _mm256_blendv_epi8(a, b, _mm256_srai_epi16(shares, 15));
+    return _mm256_add_epi8(start, change);
+}
+
+// Where eight pixels of a row are in the source.
+struct Window {
+    const PixelWord* from;
+    __m256i indices;
+};
+
+// The window that begins with the pixel of the first place, or before it at `last_column`, where
+// the source ends.
+LARKSPUR_AVX2 inline Window window_at(const PixelWord* from, std::uint32_t last_column,
+                                      std::uint32_t place, __m256i places) noexcept {
+    const __m256i columns = _mm256_srli_epi32(places, kPixelShift);
+    const __m256i first = _mm256_broadcastd_epi32(_mm256_castsi256_si128(columns));
+    return {from + std::min(place >> kPixelShift, last_column),
+            _mm256_sub_epi32(columns, _mm256_min_epi32(first, repeated(last_column)))};
+}
+
+// Eight pixels picked, or mixed with the next ones. The source has kBehind pixels more than those
+// of the last window.
+struct Picking {
+    static constexpr std::size_t kBehind = 0;
+
+    template <int vectors>
+    LARKSPUR_AVX2 static __m256i pixels(const Window& window, __m256i /*places*/) noexcept {
+        return shuffled<vectors>(window.from, window.indices);
+    }
+};
+struct Mixing {
+    static constexpr std::size_t kBehind = 1;
+
+    template <int vectors>
+    LARKSPUR_AVX2 static __m256i pixels(const Window& window, __m256i places) noexcept {
+        return mixed(shuffled<vectors>(window.from, window.indices),
+                     shuffled<vectors>(window.from + 1, window.indices), places);
+    }
+};
+
+// Sets `width` pixels, 8 and more.
+template <typename Way, int vectors>
+LARKSPUR_AVX2 void set_row(PixelWord* to, const PixelWord* from, std::size_t from_width,
+                           std::uint32_t step, std::size_t width) noexcept {
+    const auto last_column =
+        static_cast<std::uint32_t>(from_width - vectors * kLanes - Way::kBehind);
+    const __m256i first_places = multiples(step);
+    __m256i places = first_places;
+    std::uint32_t place = 0;
+    std::size_t x = 0;
+    for (; x + kLanes <= width; x += kLanes) {
+        const Window window = window_at(from, last_column, place, places);
+        store(to + x, Way::template pixels<vectors>(window, places));
+        place += kLanes * step;
+        places = _mm256_add_epi32(places, repeated(kLanes * step));
+    }
+    if (x < width) {  // the last eight, some of them once more
+        x = width - kLanes;
+        place = static_cast<std::uint32_t>(x) * step;
+        places = _mm256_add_epi32(first_places, repeated(place));
+        const Window window = window_at(from, last_column, place, places);
+        store(to + x, Way::template pixels<vectors>(window, places));
+    }
+}
+
+// As set_row(), of a source of any width: one that is no whole window is made longer.
+template <typename Way, int vectors>
+void set_row_of_any(PixelWord* to, const PixelWord* from, std::size_t from_width,
+                    std::uint32_t step, std::size_t width) noexcept {
+    constexpr std::size_t kLeastWidth = vectors * kLanes + Way::kBehind;
+    if (from_width >= kLeastWidth) {
+        set_row<Way, vectors>(to, from, from_width, step, width);
+        return;
+    }
+    std::array<std::uint32_t, kLeastWidth> longer = {};
+    std::copy_n(from, from_width, longer.begin());
+    set_row<Way, vectors>(to, longer.data(), kLeastWidth, step, width);
+}
+
+// False when the row is not for vectors.
+template <typename Way>
+bool set_row_by_vectors(PixelWord* to, const PixelWord* from, std::size_t from_width,
+                        std::uint32_t step, std::size_t width) noexcept {
+    if (width < kLanes || step > kLongestStepInTwo) {
+        return false;
+    }
+    const auto set = step <= kLongestStepInOne ? set_row_of_any<Way, 1> : set_row_of_any<Way, 2>;
+    set(to, from, from_width, step, width);
+    return true;
+}
+
+void pick_columns_avx2(PixelWord* to, const PixelWord* from, std::size_t from_width,
+                       std::uint32_t step, std::size_t width) noexcept {
+    if (!set_row_by_vectors<Picking>(to, from, from_width, step, width)) {
+        pick_columns(to, from, from_width, step, width);
+    }
+}
+
+void mix_columns_avx2(PixelWord* to, const PixelWord* from, std::size_t from_width,
+                      std::uint32_t step, std::size_t width) noexcept {
+    // A row's last pixel may be the source's, which has none behind it.
+    const bool ends_alike = width > 1 && (width - 1) * step == (from_width - 1) << kPixelShift;
+    if (!set_row_by_vectors<Mixing>(to, from, from_width, step, width - (ends_alike ? 1 : 0))) {
+        mix_columns(to, from, from_width, step, width);
+    } else if (ends_alike) {
+        to[width - 1] = from[from_width - 1];
+    }
+}
+
+// Which pixels of the source are next is worked out for eight at a time, in pixels from its first.
+// They are looked up one by one all the same: gathering them by one instruction takes no less time,
+// and twice as much on processors that guard it.
+constexpr std::int32_t kBlock = 64;
+using Places = std::array<std::int32_t, kBlock>;
+
+LARKSPUR_AVX2 void pick_along_lines_avx2(PixelWord* to, std::ptrdiff_t to_pitch_bytes,
+                                         const PixelWord* from, std::ptrdiff_t from_pitch_bytes,
+                                         const SourceLine* lines, std::size_t height,
+                                         std::uint32_t x_step, std::uint32_t y_step,
+                                         std::int32_t left, std::int32_t right) noexcept {
+    Places places;
+    // A pixel is its row times the pitch and its column: two products of 16 bits in each lane.
+    const auto pitch = static_cast<std::uint32_t>(from_pitch_bytes) / sizeof(PixelWord);
+    const __m256i weights = repeated(1U << 16 | static_cast<std::uint32_t>(pitch));
+    const __m256i first_xs = multiples(x_step);
+    const __m256i first_ys = multiples(y_step);
+    for (std::size_t row = 0; row < height; ++row) {
+        const SourceLine& line = lines[row];
+        const std::int32_t first = std::max(line.first, left);
+        const std::int32_t end = std::min(line.end, right);
+        const auto from_first = static_cast<std::uint32_t>(first);
+        __m256i xs = _mm256_add_epi32(first_xs, repeated(line.x + from_first * x_step));
+        __m256i ys = _mm256_add_epi32(first_ys, repeated(line.y + from_first * y_step));
+        for (std::int32_t done = first; done < end; done += kBlock) {
+            const std::int32_t count = std::min(kBlock, end - done);
+            for (std::int32_t i = 0; i < count; i += kLanes) {
+                const __m256i rows = _mm256_srli_epi32(ys, kPixelShift);
+                const __m256i columns_and_rows = _mm256_blend_epi16(rows, xs, 0xAA);
+                _mm256_storeu_si256(reinterpret_cast<__m256i*>(places.data() + i),
+                                    _mm256_madd_epi16(columns_and_rows, weights));
+                xs = _mm256_add_epi32(xs, repeated(kLanes * x_step));
+                ys = _mm256_add_epi32(ys, repeated(kLanes * y_step));
+            }
+            PixelWord* pixels = to + done;
+#pragma GCC unroll 8
+            for (std::int32_t i = 0; i < count; ++i) {
+                pixels[i] = from[places[i]];
+            }
+        }
+        to = pixel_words(reinterpret_cast<unsigned char*>(to) + to_pitch_bytes);
+    }
+}
+
+}  // namespace
+
+ZoomKernels fastest_zoom_kernels() noexcept {
+    if (__builtin_cpu_supports("avx2")) {
+        return {pick_columns_avx2, mix_columns_avx2, pick_along_lines_avx2};
+    }
+    return {pick_columns, mix_columns, pick_along_lines};
+}
+
+}  // namespace larkspur::pixel
+
+#else
+
+namespace larkspur::pixel {
+
+ZoomKernels fastest_zoom_kernels() noexcept {
+    return {pick_columns, mix_columns, pick_along_lines};
+}
+
+}  // namespace larkspur::pixel
+
+#endif

@@ -1,0 +1,253 @@
+#include "pixel/kernels/zoom_kernels.h"
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+#include "../memory_field.h"
+#include "gtest/gtest.h"
+#include "pixel/kernels/zoom_kernels_avx2.h"
+
+namespace larkspur::pixel {
+namespace {
+
+constexpr std::uint32_t kPixel = 65536;
+
+// The plain loops, and those that this processor runs best.
+const ZoomKernels kBoth[] = {{pick_columns, mix_columns, pick_along_lines}, fastest_zoom_kernels()};
+
+// Fractions of a pixel, its multiples, and what ends in one vector, in two and in none of them.
+constexpr std::uint32_t kSteps[] = {0,      1,      4000,   21845,  32768,     40000,
+                                    65535,  kPixel, 65537,  70000,  2 * 65536, 2 * 65536 + 1234,
+                                    140434, 140435, 150000, 200000, 3 * 65536, 10 * 65536 + 1};
+
+std::size_t column_at(std::size_t x, std::uint32_t step) {
+    return static_cast<std::size_t>(std::uint64_t{x} * step / kPixel);
+}
+std::uint32_t share_at(std::size_t x, std::uint32_t step) {
+    return static_cast<std::uint32_t>(std::uint64_t{x} * step % kPixel);
+}
+
+// Each byte goes from a's to b's by its share, rounded down.
+std::uint32_t mixed(std::uint32_t a, std::uint32_t b, std::uint32_t share) {
+    std::uint32_t result = 0;
+    for (unsigned place = 0; place < 4; ++place) {
+        const std::uint32_t sum = channel(a, place) * (kPixel - share) + channel(b, place) * share;
+        result |= sum / kPixel << (8 * place);
+    }
+    return result;
+}
+
+// Narrowest sources of rows of a width, and some that are wider.
+std::vector<std::size_t> source_widths(std::size_t least) {
+    return {least, least + 1, least + 7, least + 40};
+}
+
+TEST(PickColumns, TakesThePixelAtEachPlaceAtEveryWidthAndStep) {
+    for (const ZoomKernels& kernels : kBoth) {
+        for (std::size_t width = 1; width <= kEnoughPixels; ++width) {
+            for (const std::uint32_t step : kSteps) {
+                for (const std::size_t from_width : source_widths(column_at(width - 1, step) + 1)) {
+                    MemoryField target(4 * (width % 16) + 1, 4 * width, 0, 1, 21);
+                    MemoryField source(4 * (width % 5) + 3, 4 * from_width, 0, 1, 22);
+                    MemoryField expected = target.copy();
+                    for (std::size_t x = 0; x < width; ++x) {
+                        expected.set_word(x, 0, source.word(column_at(x, step), 0));
+                    }
+                    kernels.pick_columns(pixel_words(target.row(0)), pixel_words(source.row(0)),
+                                         from_width, step, width);
+                    ASSERT_TRUE(target.equals(expected))
+                        << "width " << width << " of " << from_width << ", step " << step;
+                }
+            }
+        }
+    }
+}
+
+// The place of a row's last pixel may be the beginning of the source's last one.
+std::size_t least_width_to_mix(std::size_t width, std::uint32_t step) {
+    return column_at(width - 1, step) + (share_at(width - 1, step) != 0 ? 2 : 1);
+}
+
+TEST(MixColumns, MixesThePixelsAroundEachPlaceAtEveryWidthAndStep) {
+    for (const ZoomKernels& kernels : kBoth) {
+        for (std::size_t width = 1; width <= kEnoughPixels; ++width) {
+            for (const std::uint32_t step : kSteps) {
+                for (const std::size_t from_width :
+                     source_widths(least_width_to_mix(width, step))) {
+                    MemoryField target(4 * (width % 16) + 1, 4 * width, 0, 1, 23);
+                    MemoryField source(4 * (width % 5) + 3, 4 * from_width, 0, 1, 24);
+                    MemoryField expected = target.copy();
+                    for (std::size_t x = 0; x < width; ++x) {
+                        const std::size_t column = column_at(x, step);
+                        const std::size_t next = std::min(column + 1, from_width - 1);
+                        expected.set_word(
+                            x, 0,
+                            mixed(source.word(column, 0), source.word(next, 0), share_at(x, step)));
+                    }
+                    kernels.mix_columns(pixel_words(target.row(0)), pixel_words(source.row(0)),
+                                        from_width, step, width);
+                    ASSERT_TRUE(target.equals(expected))
+                        << "width " << width << " of " << from_width << ", step " << step;
+                }
+            }
+        }
+    }
+}
+
+// All pairs of bytes, each in another channel of a pixel, and all shares.
+TEST(MixColumns, MixesEveryByteWithEveryByte) {
+    constexpr std::size_t kWidth = 257;
+    constexpr std::uint32_t kStep = 255;  // a share of each kind between two pixels
+    for (const ZoomKernels& kernels : kBoth) {
+        MemoryField target(0, 4 * kWidth, 0, 1, 25);
+        MemoryField source(0, 4 * 2, 0, 1, 26);
+        for (std::uint32_t a = 0; a < 256; ++a) {
+            for (std::uint32_t b = 0; b < 256; ++b) {
+                const std::uint32_t first = a << 24 | b << 16 | (255 - a) << 8 | (a ^ 0x5A);
+                const std::uint32_t second = b << 24 | a << 16 | b << 8 | (b ^ 0xC3);
+                source.set_word(0, 0, first);
+                source.set_word(1, 0, second);
+                kernels.mix_columns(pixel_words(target.row(0)), pixel_words(source.row(0)), 2,
+                                    kStep, kWidth);
+                for (std::size_t x = 0; x < kWidth; ++x) {
+                    ASSERT_EQ(target.word(x, 0), mixed(first, second, share_at(x, kStep)))
+                        << first << ", " << second << " at " << x;
+                }
+            }
+        }
+    }
+}
+
+TEST(MixRows, MixesEveryByteWithEveryByte) {
+    MemoryField target(0, 4 * 256, 0, 1, 27);
+    MemoryField first(0, 4 * 256, 0, 1, 28);
+    MemoryField second(0, 4 * 256, 0, 1, 29);
+    std::vector<std::uint32_t> shares = {0, 1, 255, 256, 32767, 32768, 32769, 65534, 65535};
+    std::mt19937 random(30);
+    std::generate_n(std::back_inserter(shares), 60, [&] { return random() % kPixel; });
+    for (const std::uint32_t share : shares) {
+        for (std::uint32_t a = 0; a < 256; ++a) {
+            for (std::uint32_t b = 0; b < 256; ++b) {
+                first.set_word(b, 0, a << 24 | b << 16 | (255 - a) << 8 | (a ^ 0x5A));
+                second.set_word(b, 0, b << 24 | a << 16 | b << 8 | (b ^ 0xC3));
+            }
+            mix_rows(pixel_words(target.row(0)), pixel_words(first.row(0)),
+                     pixel_words(second.row(0)), share, 256);
+            for (std::uint32_t b = 0; b < 256; ++b) {
+                ASSERT_EQ(target.word(b, 0), mixed(first.word(b, 0), second.word(b, 0), share))
+                    << a << ", " << b << ", share " << share;
+            }
+        }
+    }
+}
+
+TEST(MixRows, KeepsToItsPixelsAtEveryWidthAndOffset) {
+    for (std::size_t width = 0; width <= kEnoughPixels; ++width) {
+        for (std::size_t offset = 0; offset < kWidestVectorBytes; ++offset) {
+            MemoryField target(offset, 4 * width, 0, 1, 31);
+            MemoryField first((offset + 5) % kWidestVectorBytes, 4 * width, 0, 1, 32);
+            MemoryField second((3 * offset) % kWidestVectorBytes, 4 * width, 0, 1, 33);
+            MemoryField expected = target.copy();
+            for (std::size_t x = 0; x < width; ++x) {
+                expected.set_word(x, 0, mixed(first.word(x, 0), second.word(x, 0), 43210));
+            }
+            mix_rows(pixel_words(target.row(0)), pixel_words(first.row(0)),
+                     pixel_words(second.row(0)), 43210, width);
+            ASSERT_TRUE(target.equals(expected)) << "width " << width << ", offset " << offset;
+        }
+    }
+}
+
+// A line in a source of one size, and the pixels of it that lie inside.
+constexpr std::size_t kSide = 60;
+SourceLine inner_line(std::int64_t x, std::int64_t y, std::int64_t x_step, std::int64_t y_step,
+                      int width) {
+    constexpr std::int64_t kEnd = std::int64_t{kSide} * kPixel;
+    SourceLine line = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), width, width};
+    for (int i = 0; i < width; ++i) {
+        const std::int64_t place_x = x + i * x_step;
+        const std::int64_t place_y = y + i * y_step;
+        if (place_x >= 0 && place_x < kEnd && place_y >= 0 && place_y < kEnd) {
+            line.first = std::min(line.first, i);
+            line.end = i + 1;
+        }
+    }
+    if (line.first == width) {
+        line.end = 0;
+    }
+    return line;
+}
+
+TEST(PickAlongLines, TakesThePixelsInsideAlongEachLine) {
+    constexpr std::size_t kRows = 5;
+    std::mt19937 random(34);
+    const auto between = [&](std::int64_t least, std::int64_t most) {
+        return least +
+               static_cast<std::int64_t>(random() % static_cast<std::uint32_t>(most - least));
+    };
+    for (int round = 0; round < 3000; ++round) {
+        const int width = static_cast<int>(between(1, 150));
+        const std::int64_t x_step = round % 7 == 0 ? 0 : between(-2 * 65536, 2 * 65536);
+        const std::int64_t y_step = round % 5 == 0 ? 0 : between(-2 * 65536, 2 * 65536);
+        MemoryField target(4, 4 * static_cast<std::size_t>(width), 8, kRows, 35);
+        MemoryField source(8, 4 * kSide, 4 * static_cast<std::size_t>(between(0, 5)), kSide, 36);
+        MemoryField expected = target.copy();
+        const auto left = static_cast<int>(between(0, width));
+        const auto right = static_cast<int>(between(left, width + 40));
+        std::vector<SourceLine> lines;
+        for (std::size_t y = 0; y < kRows; ++y) {
+            const std::int64_t start_x = between(-80 * 65536, 140 * 65536);
+            const std::int64_t start_y = between(-80 * 65536, 140 * 65536);
+            lines.push_back(inner_line(start_x, start_y, x_step, y_step, width));
+            for (int x = std::max(left, lines[y].first); x < std::min(right, lines[y].end); ++x) {
+                expected.set_word(
+                    static_cast<std::size_t>(x), y,
+                    source.word(static_cast<std::size_t>(start_x + x * x_step) / kPixel,
+                                static_cast<std::size_t>(start_y + x * y_step) / kPixel));
+            }
+        }
+        for (const ZoomKernels& kernels : kBoth) {
+            MemoryField drawn = target.copy();
+            kernels.pick_along_lines(pixel_words(drawn.row(0)), drawn.pitch(),
+                                     pixel_words(source.row(0)), source.pitch(), lines.data(),
+                                     kRows, static_cast<std::uint32_t>(x_step),
+                                     static_cast<std::uint32_t>(y_step), left, right);
+            ASSERT_TRUE(drawn.equals(expected)) << "round " << round;
+        }
+    }
+}
+
+TEST(ZoomKernels, TouchNoMemoryOutside) {
+    GuardedPage target;
+    GuardedPage source;
+    const auto at_both_ends = [&](std::size_t from_width, std::size_t width, auto kernel) {
+        kernel(pixel_words(target.at_start()), pixel_words(source.at_end(4 * from_width)));
+        kernel(pixel_words(target.at_end(4 * width)), pixel_words(source.at_start()));
+        kernel(pixel_words(target.at_end(4 * width)), pixel_words(source.at_end(4 * from_width)));
+    };
+    for (const ZoomKernels& kernels : kBoth) {
+        for (std::size_t width = 1; width <= kEnoughPixels; ++width) {
+            at_both_ends(width, width, [&](PixelWord* to, const PixelWord* from) {
+                mix_rows(to, from, from, 1234, width);
+            });
+            const SourceLine line = {0, 0, 0, static_cast<std::int32_t>(width)};
+            at_both_ends(width, width, [&](PixelWord* to, const PixelWord* from) {
+                kernels.pick_along_lines(to, 0, from, 4 * 200, &line, 1, kPixel, 0, 0, 1000);
+            });
+            for (const std::uint32_t step : kSteps) {
+                const std::size_t picked = column_at(width - 1, step) + 1;
+                at_both_ends(picked, width, [&](PixelWord* to, const PixelWord* from) {
+                    kernels.pick_columns(to, from, picked, step, width);
+                });
+                const std::size_t mixed_of = least_width_to_mix(width, step);
+                at_both_ends(mixed_of, width, [&](PixelWord* to, const PixelWord* from) {
+                    kernels.mix_columns(to, from, mixed_of, step, width);
+                });
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace larkspur::pixel
