@@ -3,15 +3,30 @@
 #include <SDL_rotozoom.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
-#include <utility>
 
 #include "base/console.h"
+#include "pixel/kernels/pixel_word.h"
+#include "pixel/surface/zoom_loops.h"
 
 namespace larkspur::pixel {
 namespace {
+
+// Which function of SDL_gfx is asked.
+enum class Way : std::uint8_t { kZoom, kSmoothZoom, kRotozoom, kRotozoomXY };
+constexpr std::size_t kWays = 4;
+
+struct Transform {
+    Way way;
+    bool smooth;
+    double angle_degrees;
+    double x_factor;
+    double y_factor;
+};
 
 // Surfaces of these depths are read as they are; any other is first blitted to a 32-bit one, which
 // asks for an unlocked source.
@@ -29,30 +44,38 @@ bool is_refused(double side, double int_end) noexcept {
     return side >= kSideEnd && side < int_end;
 }
 
-bool size_is_refused(const SDL_Surface& surface, double angle_degrees, double x_factor,
-                     double y_factor) noexcept {
-    const auto [width, height] = turned_extents(surface, angle_degrees, x_factor, y_factor);
+bool size_is_refused(const SDL_Surface& surface, const Transform& wanted) noexcept {
+    const auto [width, height] =
+        turned_extents(surface, wanted.angle_degrees, wanted.x_factor, wanted.y_factor);
     // Turned sides are counted in halves.
-    const double int_end = angle_degrees == 0 ? kIntEnd : 2 * kIntEnd;
+    const double int_end = wanted.angle_degrees == 0 ? kIntEnd : 2 * kIntEnd;
     return is_refused(width, int_end) || is_refused(height, int_end);
 }
 
-// True when SDL has no memory for the picture. What SDL_gfx makes of a turned one is not what
-// geometry says: it halves odd sides downwards, and stretches by the x factor alone.
-bool memory_is_refused(const SDL_Surface& surface, double angle_degrees, double x_factor,
-                       double y_factor) noexcept {
-    int width = 0;
-    int height = 0;
-    x_factor = std::fabs(x_factor);
-    y_factor = std::fabs(y_factor);
-    if (angle_degrees == 0) {
-        zoomSurfaceSize(surface.w, surface.h, x_factor, y_factor, &width, &height);
+struct Size {
+    int width;
+    int height;
+};
+
+// The size that SDL_gfx gives the picture. That of a turned one is not what geometry says: it
+// halves odd sides downwards, and stretches by the x factor alone.
+Size size_of(const SDL_Surface& surface, const Transform& wanted) noexcept {
+    Size size = {};
+    const double x_factor = std::fabs(wanted.x_factor);
+    const double y_factor = std::fabs(wanted.y_factor);
+    if (wanted.angle_degrees == 0) {
+        zoomSurfaceSize(surface.w, surface.h, x_factor, y_factor, &size.width, &size.height);
     } else {
-        rotozoomSurfaceSizeXY(surface.w, surface.h, angle_degrees, x_factor, y_factor, &width,
-                              &height);
+        rotozoomSurfaceSizeXY(surface.w, surface.h, wanted.angle_degrees, x_factor, y_factor,
+                              &size.width, &size.height);
     }
+    return size;
+}
+
+// True when SDL has no memory for a picture.
+bool memory_is_refused(const SDL_Surface& surface, const Size& size) noexcept {
     const double pixel_bytes = surface.format->BitsPerPixel == 8 ? 1 : 4;
-    return pixel_bytes * width * height >= kRefusedBytes;
+    return pixel_bytes * size.width * size.height >= kRefusedBytes;
 }
 
 // SDL_gfx makes its results two rows too high and then shortens the record alone. SDL 1.2 goes by
@@ -82,21 +105,196 @@ SurfacePtr of_its_own_height(SurfacePtr result) noexcept {
     return copy;
 }
 
-template <typename Transform>
-SurfacePtr transformed(SDL_Surface* surface, double angle_degrees, double x_factor, double y_factor,
-                       Transform transform) noexcept {
+SurfacePtr by_library(SDL_Surface* surface, const Transform& wanted) noexcept {
+    const int smoothing = wanted.smooth ? SMOOTHING_ON : SMOOTHING_OFF;
+    SDL_Surface* result = nullptr;
+    switch (wanted.way) {
+        case Way::kZoom:
+        case Way::kSmoothZoom:
+            result = zoomSurface(surface, wanted.x_factor, wanted.y_factor, smoothing);
+            break;
+        case Way::kRotozoom:
+            result = rotozoomSurface(surface, wanted.angle_degrees, wanted.x_factor, smoothing);
+            break;
+        case Way::kRotozoomXY:
+            result = rotozoomSurfaceXY(surface, wanted.angle_degrees, wanted.x_factor,
+                                       wanted.y_factor, smoothing);
+            break;
+    }
+    return result != nullptr ? of_its_own_height(SurfacePtr(result)) : nullptr;
+}
+
+// Up to this angle SDL_gfx does not turn, and below this factor it takes it instead.
+constexpr double kLeastTurned = 0.001;
+// SDL_gfx asks SDL for two rows more than it shows, and SDL refuses sides from here on.
+constexpr int kWidthEnd = 16384;
+constexpr int kHeightEnd = 65536 - 2;
+// From here on a place is no int.
+constexpr int kSourceEnd = 32768;
+
+bool is_above_least(double number) noexcept {
+    return std::isfinite(number) && std::fabs(number) > kLeastTurned;
+}
+
+bool is_rotation(const Transform& wanted) noexcept {
+    return wanted.way == Way::kRotozoom || wanted.way == Way::kRotozoomXY;
+}
+
+// Whether the loops are meant for it. SDL_gfx fills a rotation with the colour key of its source
+// first, and counts rows in whole pixels.
+bool takes(const SDL_Surface& source, const Transform& wanted, const Size& size) noexcept {
+    if (source.format->BitsPerPixel != 32 || source.pitch % sizeof(PixelWord) != 0 ||
+        source.w >= kSourceEnd || source.h >= kSourceEnd || size.width >= kWidthEnd ||
+        size.height >= kHeightEnd) {
+        return false;
+    }
+    if (!is_rotation(wanted)) {
+        return true;
+    }
+    if (wanted.smooth || (source.flags & SDL_SRCCOLORKEY) != 0) {
+        return false;
+    }
+    return wanted.angle_degrees == 0 ||
+           (is_above_least(wanted.angle_degrees) && is_above_least(wanted.x_factor));
+}
+
+// By our own loops; null when they can't.
+SurfacePtr by_us(const SDL_Surface& source, const Transform& wanted, const Size& size) noexcept {
+    const SDL_PixelFormat& format = *source.format;
+    SurfacePtr result(SDL_CreateRGBSurface(SDL_SWSURFACE, size.width, size.height, 32, format.Rmask,
+                                           format.Gmask, format.Bmask, format.Amask));
+    if (result == nullptr) {
+        return nullptr;
+    }
+    const Mirroring mirroring = {wanted.x_factor < 0, wanted.y_factor < 0};
+    const bool filled = wanted.angle_degrees == 0
+                            ? fill_by_zoom(*result, source, mirroring, wanted.smooth)
+                            : fill_by_turn(*result, source, mirroring, wanted.angle_degrees,
+                                           std::fabs(wanted.x_factor));
+    if (!filled) {
+        return nullptr;
+    }
+    SDL_SetAlpha(result.get(), SDL_SRCALPHA, SDL_ALPHA_OPAQUE);
+    if (is_rotation(wanted)) {
+        SDL_SetColorKey(result.get(), SDL_SRCCOLORKEY | SDL_RLEACCEL, format.colorkey);
+    }
+    return result;
+}
+
+// Trying the loops: another SDL_gfx may step, round or turn otherwise.
+
+// A wide and a narrow source, both ways up and down; the factors are unequal, as versions of
+// SDL_gfx differ in what they make of the second one in a turn.
+constexpr Size kTrialSizes[] = {{37, 11}, {5, 24}};
+constexpr struct {
+    double x;
+    double y;
+} kTrialFactors[] = {{1, 1}, {2.3, 0.7}, {-0.5, 1.6}, {0.3, -2.5}, {-1.5, -0.004}};
+constexpr double kTrialAngles[] = {0, 30, 90, -200};
+
+// Pixels that take in everything, the same in every run.
+SurfacePtr new_trial_surface(const Size& size, std::uint32_t alpha_mask) noexcept {
+    SurfacePtr surface(SDL_CreateRGBSurface(SDL_SWSURFACE, size.width, size.height, 32, 0xFF0000,
+                                            0xFF00, 0xFF, alpha_mask));
     if (surface == nullptr) {
         return nullptr;
     }
-    if (const char* obstacle = zoom_obstacle(*surface, x_factor, y_factor)) {
+    auto* words = static_cast<std::uint32_t*>(surface->pixels);
+    std::uint32_t word = 1;
+    for (std::size_t i = 0; i < buffer_bytes(*surface) / sizeof word; ++i) {
+        word = word * 1664525U + 1013904223U;
+        words[i] = word ^ word >> 16;
+    }
+    return surface;
+}
+
+bool have_same_record(const SDL_Surface& a, const SDL_Surface& b) noexcept {
+    const SDL_PixelFormat& f = *a.format;
+    const SDL_PixelFormat& g = *b.format;
+    return a.flags == b.flags && a.w == b.w && a.h == b.h && a.pitch == b.pitch &&
+           std::memcmp(&a.clip_rect, &b.clip_rect, sizeof a.clip_rect) == 0 &&
+           f.BitsPerPixel == g.BitsPerPixel && f.Rmask == g.Rmask && f.Gmask == g.Gmask &&
+           f.Bmask == g.Bmask && f.Amask == g.Amask && f.colorkey == g.colorkey &&
+           f.alpha == g.alpha;
+}
+
+bool are_same(SDL_Surface* a, SDL_Surface* b) noexcept {
+    const SurfaceLock lock_a(a);
+    const SurfaceLock lock_b(b);
+    return lock_a && lock_b && have_same_record(*a, *b) &&
+           std::memcmp(a->pixels, b->pixels, buffer_bytes(*a)) == 0;
+}
+
+bool agrees_on(SDL_Surface& source, const Transform& wanted) noexcept {
+    const Size size = size_of(source, wanted);
+    if (!takes(source, wanted, size)) {
+        return true;
+    }
+    const SurfacePtr by_gfx = by_library(&source, wanted);
+    const SurfacePtr own = by_us(source, wanted, size);
+    return by_gfx != nullptr && own != nullptr && are_same(by_gfx.get(), own.get());
+}
+
+bool agrees_everywhere(Way way) noexcept {
+    Transform wanted = {way, way == Way::kSmoothZoom, 0, 0, 0};
+    for (const std::uint32_t alpha_mask : {0U, 0xFF000000U}) {
+        for (const Size& size : kTrialSizes) {
+            const SurfacePtr source = new_trial_surface(size, alpha_mask);
+            if (source == nullptr) {
+                return false;
+            }
+            for (const auto& factors : kTrialFactors) {
+                wanted.x_factor = factors.x;
+                wanted.y_factor = way == Way::kRotozoom ? factors.x : factors.y;
+                for (const double angle_degrees : kTrialAngles) {
+                    wanted.angle_degrees = is_rotation(wanted) ? angle_degrees : 0;
+                    if (!agrees_on(*source, wanted)) {
+                        return false;
+                    }
+                }
+            }
+        }
+    }
+    return true;
+}
+
+std::array<bool, kWays> try_ways() noexcept {
+    std::array<bool, kWays> agrees;
+    for (std::size_t way = 0; way < kWays; ++way) {
+        agrees[way] = agrees_everywhere(static_cast<Way>(way));
+    }
+    return agrees;
+}
+
+bool agrees_with_library(Way way) noexcept {
+    static const std::array<bool, kWays> agrees = try_ways();
+    return agrees[static_cast<std::size_t>(way)];
+}
+
+// The picture, by a loop of ours or by SDL_gfx; the source is there and locked if need be.
+SurfacePtr made(SDL_Surface* surface, const Transform& wanted, const Size& size) noexcept {
+    if (takes(*surface, wanted, size) && agrees_with_library(wanted.way)) {
+        if (SurfacePtr result = by_us(*surface, wanted, size)) {
+            return result;
+        }
+    }
+    return by_library(surface, wanted);
+}
+
+SurfacePtr transformed(SDL_Surface* surface, const Transform& wanted) noexcept {
+    if (surface == nullptr) {
+        return nullptr;
+    }
+    if (const char* obstacle = zoom_obstacle(*surface, wanted.x_factor, wanted.y_factor)) {
         write_stderr("larkspur: cannot scale %s.\n", obstacle);
         return nullptr;
     }
-    if (size_is_refused(*surface, angle_degrees, x_factor, y_factor)) {
+    if (size_is_refused(*surface, wanted)) {
         SDL_SetError("Width or height is too large");  // as SDL itself says
         return nullptr;
     }
-    if (memory_is_refused(*surface, angle_degrees, x_factor, y_factor)) {
+    const Size size = size_of(*surface, wanted);
+    if (memory_is_refused(*surface, size)) {
         SDL_OutOfMemory();  // as SDL itself says
         return nullptr;
     }
@@ -105,12 +303,7 @@ SurfacePtr transformed(SDL_Surface* surface, double angle_degrees, double x_fact
     if (direct && !lock) {
         return nullptr;
     }
-    SurfacePtr result(transform(surface));
-    return result != nullptr ? of_its_own_height(std::move(result)) : nullptr;
-}
-
-int smoothing(bool smooth) noexcept {
-    return smooth ? SMOOTHING_ON : SMOOTHING_OFF;
+    return made(surface, wanted, size);
 }
 
 }  // namespace
@@ -139,23 +332,18 @@ const char* zoom_obstacle(const SDL_Surface& surface, double x_factor, double y_
 }
 
 SurfacePtr zoomed(SDL_Surface* surface, double x_factor, double y_factor, bool smooth) noexcept {
-    return transformed(surface, 0, x_factor, y_factor, [&](SDL_Surface* source) {
-        return zoomSurface(source, x_factor, y_factor, smoothing(smooth));
-    });
+    const Way way = smooth ? Way::kSmoothZoom : Way::kZoom;
+    return transformed(surface, {way, smooth, 0, x_factor, y_factor});
 }
 
 SurfacePtr rotozoomed(SDL_Surface* surface, double angle_degrees, double factor,
                       bool smooth) noexcept {
-    return transformed(surface, angle_degrees, factor, factor, [&](SDL_Surface* source) {
-        return rotozoomSurface(source, angle_degrees, factor, smoothing(smooth));
-    });
+    return transformed(surface, {Way::kRotozoom, smooth, angle_degrees, factor, factor});
 }
 
 SurfacePtr rotozoomed_xy(SDL_Surface* surface, double angle_degrees, double x_factor,
                          double y_factor, bool smooth) noexcept {
-    return transformed(surface, angle_degrees, x_factor, y_factor, [&](SDL_Surface* source) {
-        return rotozoomSurfaceXY(source, angle_degrees, x_factor, y_factor, smoothing(smooth));
-    });
+    return transformed(surface, {Way::kRotozoomXY, smooth, angle_degrees, x_factor, y_factor});
 }
 
 }  // namespace larkspur::pixel

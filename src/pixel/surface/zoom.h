@@ -1,7 +1,11 @@
-// Zooming and rotating through SDL_gfx: the only place that calls it for this, because its results
-// need care. Their clip rectangle is two rows taller than they are, and once SDL has encoded such a
-// picture, decoding it writes past its pixels; here it is set right at once. A layer over SDL 2
-// would even draw the two rows.
+// SDL_gfx's zooms and rotations, faster: to the last bit of the picture and of its record they give
+// what SDL_gfx 2.0.25 does. Pictures of 32 bits are drawn by loops of ours; what these do not take,
+// and whatever the SDL_gfx at hand turns out to draw in another way, is left to it.
+//
+// This is the only place that calls it for this, because its results need care. Their clip
+// rectangle is two rows taller than they are, and once SDL has encoded such a picture, decoding it
+// writes past its pixels; here it is set right at once. A layer over SDL 2 would even draw the two
+// rows.
 #pragma once
 
 #include <SDL.h>

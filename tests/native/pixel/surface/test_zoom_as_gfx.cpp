@@ -1,0 +1,370 @@
+// Pictures by zoom.h against SDL_gfx's own, and when SDL_gfx is asked for them.
+#include <SDL.h>
+#include <SDL_rotozoom.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <iterator>
+#include <limits>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include "../../sdl_layer.h"
+#include "../memory_field.h"
+#include "asked_gfx.h"
+#include "gtest/gtest.h"
+#include "pixel/surface/zoom.h"
+
+namespace larkspur::pixel {
+namespace {
+
+enum Function { kZoom, kSmoothZoom, kRotozoom, kRotozoomXY, kFunctions };
+
+struct Call {
+    Function function;
+    double angle_degrees;
+    double x;
+    double y;
+};
+
+std::ostream& operator<<(std::ostream& out, const Call& call) {
+    return out << "function " << call.function << ", angle " << call.angle_degrees << ", factors "
+               << call.x << " and " << call.y;
+}
+
+SurfacePtr by_us(SDL_Surface* source, const Call& call) {
+    switch (call.function) {
+        case kZoom:
+        case kSmoothZoom:
+            return zoomed(source, call.x, call.y, call.function == kSmoothZoom);
+        case kRotozoom:
+            return rotozoomed(source, call.angle_degrees, call.x, false);
+        default:
+            return rotozoomed_xy(source, call.angle_degrees, call.x, call.y, false);
+    }
+}
+
+// As SDL_gfx draws it, with the clip rectangle of its own size.
+SurfacePtr by_gfx(SDL_Surface* source, const Call& call) {
+    SurfacePtr result;
+    switch (call.function) {
+        case kZoom:
+        case kSmoothZoom:
+            result.reset(zoomSurface(source, call.x, call.y, call.function == kSmoothZoom));
+            break;
+        case kRotozoom:
+            result.reset(rotozoomSurface(source, call.angle_degrees, call.x, 0));
+            break;
+        default:
+            result.reset(rotozoomSurfaceXY(source, call.angle_degrees, call.x, call.y, 0));
+    }
+    if (result != nullptr) {
+        SDL_SetClipRect(result.get(), nullptr);
+        result->clip_rect.h = static_cast<std::uint16_t>(result->h);  // a layer takes two rows more
+    }
+    return result;
+}
+
+::testing::AssertionResult same_pictures(const SDL_Surface* a, const SDL_Surface* b) {
+    if (a == nullptr || b == nullptr) {
+        return a == b ? ::testing::AssertionSuccess()
+                      : ::testing::AssertionFailure() << "one of them is missing";
+    }
+    const auto differ = [](const char* what) {
+        return ::testing::AssertionFailure() << what << " differ";
+    };
+    if (a->w != b->w || a->h != b->h || a->pitch != b->pitch) {
+        return differ("sizes");
+    }
+    if (a->flags != b->flags || a->format->colorkey != b->format->colorkey ||
+        a->format->alpha != b->format->alpha) {
+        return differ("flags, colour keys or alphas");
+    }
+    if (std::memcmp(&a->clip_rect, &b->clip_rect, sizeof a->clip_rect) != 0) {
+        return differ("clip rectangles");
+    }
+    if (a->format->BitsPerPixel != b->format->BitsPerPixel ||
+        a->format->Rmask != b->format->Rmask || a->format->Gmask != b->format->Gmask ||
+        a->format->Bmask != b->format->Bmask || a->format->Amask != b->format->Amask) {
+        return differ("formats");
+    }
+    for (int y = 0; y < a->h; ++y) {
+        const auto row = [&](const SDL_Surface* surface) {
+            return static_cast<const unsigned char*>(surface->pixels) + y * surface->pitch;
+        };
+        for (int x = 0; x < a->w * a->format->BytesPerPixel; ++x) {
+            if (row(a)[x] != row(b)[x]) {
+                return ::testing::AssertionFailure()
+                       << "byte " << x << " of row " << y << " of " << a->w << " x " << a->h
+                       << " is " << int{row(a)[x]} << ", should be " << int{row(b)[x]};
+            }
+        }
+    }
+    return ::testing::AssertionSuccess();
+}
+
+// Makes random sources and calls, the same ones in every run.
+class Chance {
+ public:
+    explicit Chance(unsigned seed) : random_(seed) {}
+
+    int below(int end) { return static_cast<int>(random_() % static_cast<unsigned>(end)); }
+    bool once_in(int times) { return below(times) == 0; }
+    std::uint32_t word() { return static_cast<std::uint32_t>(random_()); }
+
+    int side() {
+        return once_in(150) ? 1000 + below(700) : once_in(3) ? 1 + below(200) : 1 + below(40);
+    }
+    double factor() {
+        constexpr double kOdd[] = {0,
+                                   -0.0,
+                                   1e-9,
+                                   0.0004,
+                                   -0.001,
+                                   0.001,
+                                   1.0 / 3,
+                                   0.5,
+                                   2,
+                                   3,
+                                   4,
+                                   -1,
+                                   -2,
+                                   std::numeric_limits<double>::quiet_NaN(),
+                                   std::numeric_limits<double>::infinity(),
+                                   -std::numeric_limits<double>::infinity()};
+        if (once_in(8)) {
+            return kOdd[below(std::size(kOdd))];
+        }
+        const double factor = once_in(2) ? below(1000) / 1000.0 : below(4000) / 1000.0;
+        return once_in(4) ? -factor : factor;
+    }
+    Call call() {
+        Call call = {static_cast<Function>(below(kFunctions)), 0, factor(), 0};
+        call.y = once_in(3) ? call.x : factor();
+        if (!once_in(6)) {
+            call.angle_degrees = once_in(4) ? 90 * (below(17) - 8) : below(1000) - 500;
+        }
+        if (once_in(20)) {
+            call.angle_degrees += below(1000) / 1000.0;
+        }
+        return call;
+    }
+
+ private:
+    std::mt19937 random_;
+};
+
+constexpr std::uint32_t kMasks[][4] = {{0xFF0000, 0xFF00, 0xFF, 0xFF000000},
+                                       {0xFF0000, 0xFF00, 0xFF, 0},
+                                       {0xFF, 0xFF00, 0xFF0000, 0xFF000000},
+                                       {0xFF000000, 0xFF0000, 0xFF00, 0xFF},
+                                       {0xFF000000, 0xFF0000, 0xFF00, 0}};
+
+// A surface of random pixels, masks, colour key and alpha, in memory of its own or in a piece of
+// somebody else's: at an odd address, with other pixels around, up to the very end of a page.
+class RandomSource {
+ public:
+    explicit RandomSource(Chance& chance, GuardedPage& page) {
+        int width = chance.side();
+        int height = chance.side();
+        int padding = 0;
+        unsigned char* memory = nullptr;
+        if (chance.once_in(3)) {
+            width = 1 + width % 30;
+            height = 1 + height % 30;
+            padding = 4 * chance.below(4);
+            const int bytes = (4 * width + padding) * (height - 1) + 4 * width;
+            memory =
+                chance.once_in(2) ? page.at_start() : page.at_end(static_cast<std::size_t>(bytes));
+        } else {
+            padding = chance.once_in(2) ? chance.below(9) : 4 * chance.below(9);
+            memory_.resize(static_cast<std::size_t>(4 * width + padding) *
+                               static_cast<std::size_t>(height) +
+                           4);
+            memory = memory_.data() + chance.below(4);
+        }
+        const int pitch = 4 * width + padding;
+        for (int i = 0; i < pitch * (height - 1) + 4 * width; ++i) {
+            memory[i] = static_cast<unsigned char>(chance.word());
+        }
+        const auto& masks = kMasks[chance.below(std::size(kMasks))];
+        surface_.reset(SDL_CreateRGBSurfaceFrom(memory, width, height, 32, pitch, masks[0],
+                                                masks[1], masks[2], masks[3]));
+        if (chance.once_in(6)) {
+            SDL_SetColorKey(surface_.get(), SDL_SRCCOLORKEY, chance.word());
+        }
+        if (chance.once_in(3)) {
+            SDL_SetAlpha(surface_.get(), chance.once_in(2) ? SDL_SRCALPHA : 0,
+                         static_cast<std::uint8_t>(chance.below(256)));
+        }
+    }
+
+    SDL_Surface* get() const { return surface_.get(); }
+
+ private:
+    std::vector<unsigned char> memory_;
+    SurfacePtr surface_;
+};
+
+int examples() {
+    const char* wanted = std::getenv("LARKSPUR_FUZZ_EXAMPLES");
+    return wanted != nullptr ? std::atoi(wanted) : 1500;
+}
+
+// Sizes that would take too long, or that zoom.h refuses for SDL_gfx's sake.
+bool is_out_of_scope(const SDL_Surface& source, const Call& call) {
+    const auto extents = turned_extents(source, call.angle_degrees, call.x,
+                                        call.function == kRotozoom ? call.x : call.y);
+    return extents.width * extents.height > 2e6 || extents.width > 16000 || extents.height > 16000;
+}
+
+TEST(ZoomAsGfx, IsTheLibrarysPictureForRandomSourcesAndCalls) {
+    const unsigned seed = examples() > 2000 ? std::random_device()() : 41;
+    Chance chance(seed);
+    GuardedPage page;
+    for (int i = 0; i < examples(); ++i) {
+        const RandomSource source(chance, page);
+        const Call call = chance.call();
+        if (is_out_of_scope(*source.get(), call)) {
+            continue;
+        }
+        const SurfacePtr own = by_us(source.get(), call);
+        const SurfacePtr expected = by_gfx(source.get(), call);
+        ASSERT_TRUE(same_pictures(own.get(), expected.get()))
+            << call << ", source " << source.get()->w << " x " << source.get()->h << ", pitch "
+            << source.get()->pitch << ", example " << i << ", seed " << seed;
+    }
+}
+
+SurfacePtr picture(int depth = 32, int width = 23, int height = 14) {
+    SurfacePtr surface(SDL_CreateRGBSurface(0, width, height, depth, 0, 0, 0, 0));
+    SDL_FillRect(surface.get(), nullptr, 0x345678);
+    return surface;
+}
+
+// Each function as it is usually called, and mirrored.
+constexpr Call kCalls[] = {
+    {kZoom, 0, 1.5, 0.4},         {kZoom, 0, -1.5, -0.4},       {kSmoothZoom, 0, 1.5, 0.4},
+    {kSmoothZoom, 0, -1.5, -0.4}, {kRotozoom, 30, 1.5, 0},      {kRotozoom, 0, 1.5, 0},
+    {kRotozoom, -90, -1.5, 0},    {kRotozoomXY, 30, 1.5, -0.4}, {kRotozoomXY, 0, -1.5, 0.4}};
+
+bool is_rotation(const Call& call) {
+    return call.function == kRotozoom || call.function == kRotozoomXY;
+}
+
+// Whether SDL_gfx is asked for a picture, once the loops were tried.
+bool is_left_to_gfx(SDL_Surface* source, const Call& call) {
+    by_us(picture().get(), call);
+    pictures_by_gfx = 0;
+    by_us(source, call);
+    return pictures_by_gfx != 0;
+}
+
+TEST(ZoomAsGfx, DrawsPicturesOf32BitsItself) {
+    for (const Call& call : kCalls) {
+        EXPECT_FALSE(is_left_to_gfx(picture().get(), call)) << call;
+    }
+}
+
+TEST(ZoomAsGfx, LeavesOtherDepthsToTheLibrary) {
+    for (const Call& call : kCalls) {
+        for (const int depth : {8, 15, 16, 24}) {
+            const bool refused = depth == 8 && (call.x < 0 || call.y < 0);
+            EXPECT_EQ(is_left_to_gfx(picture(depth).get(), call), !refused) << call;
+        }
+    }
+}
+
+// It fills the picture with the key first, and makes it opaque where it has alpha.
+TEST(ZoomAsGfx, LeavesRotationsOfKeyedPicturesToTheLibrary) {
+    const SurfacePtr keyed = picture();
+    SDL_SetColorKey(keyed.get(), SDL_SRCCOLORKEY, 0x345678);
+    for (const Call& call : kCalls) {
+        EXPECT_EQ(is_left_to_gfx(keyed.get(), call), is_rotation(call)) << call;
+    }
+}
+
+TEST(ZoomAsGfx, LeavesSmoothRotationsToTheLibrary) {
+    const SurfacePtr source = picture();
+    by_us(source.get(), kCalls[0]);
+    pictures_by_gfx = 0;
+    rotozoomed(source.get(), 30, 1.5, true);
+    rotozoomed_xy(source.get(), 30, 1.5, 0.4, true);
+    EXPECT_EQ(pictures_by_gfx, 2);
+}
+
+// SDL_gfx steps from row to row in whole pixels.
+TEST(ZoomAsGfx, LeavesRowsThatAreNoWholeNumberOfPixelsApartToTheLibrary) {
+    std::vector<unsigned char> bytes(100 * 14);
+    for (const int rest : {0, 1, 2, 3}) {
+        const SurfacePtr source(SDL_CreateRGBSurfaceFrom(bytes.data(), 23, 14, 32, 92 + rest,
+                                                         0xFF0000, 0xFF00, 0xFF, 0));
+        for (const Call& call : kCalls) {
+            EXPECT_EQ(is_left_to_gfx(source.get(), call), rest != 0) << call << ", rest " << rest;
+        }
+    }
+}
+
+// SDL_gfx counts in 32 bits, and the corners of a turned picture can be beyond.
+TEST(ZoomAsGfx, LeavesTurnsWhosePlacesWrapToTheLibrary) {
+    const Call call = {kRotozoom, 45, 0.002, 0};
+    std::vector<std::uint32_t> words(60000, 0x345678);
+    for (const int side : {20000, 30000}) {
+        // Its rows overlap: nobody wants to fill gigabytes.
+        const SurfacePtr source(
+            SDL_CreateRGBSurfaceFrom(words.data(), side, side, 32, 4, 0xFF0000, 0xFF00, 0xFF, 0));
+        if (source == nullptr) {
+            GTEST_SKIP() << "this SDL makes no surface whose rows overlap";
+        }
+        EXPECT_EQ(is_left_to_gfx(source.get(), call), side == 30000);
+        EXPECT_TRUE(
+            same_pictures(by_us(source.get(), call).get(), by_gfx(source.get(), call).get()));
+    }
+}
+
+TEST(ZoomAsGfx, LeavesOddAnglesAndFactorsOfTurnsToTheLibrary) {
+    constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    for (const double angle : {0.0005, -0.0005, kNan, kInfinity}) {
+        EXPECT_TRUE(is_left_to_gfx(picture().get(), {kRotozoom, angle, 1.5, 0})) << angle;
+    }
+    for (const double factor : {0.0, 0.0005, -0.0005, kNan}) {
+        EXPECT_TRUE(is_left_to_gfx(picture().get(), {kRotozoomXY, 30, factor, 1.5})) << factor;
+    }
+}
+
+// Runs in a process of its own, where the loops have not been tried yet.
+void expect_left_to(GfxChange change, const std::vector<Call>& calls) {
+    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+    const auto left_to_it = [&] {
+        gfx_change = change;
+        const SurfacePtr source = picture();
+        for (const Call& call : calls) {
+            if (!is_left_to_gfx(source.get(), call) ||
+                !same_pictures(by_us(source.get(), call).get(), by_gfx(source.get(), call).get())) {
+                std::cerr << call;
+                return false;
+            }
+        }
+        return true;
+    };
+    EXPECT_EXIT(std::_Exit(left_to_it() ? 0 : 1), ::testing::ExitedWithCode(0), "");
+}
+
+TEST(ZoomAsGfxDeathTest, LeavesAllToALibraryThatDrawsOtherwise) {
+    expect_left_to(GfxChange::kPixel, {std::begin(kCalls), std::end(kCalls)});
+}
+
+TEST(ZoomAsGfxDeathTest, LeavesAllToALibraryThatSetsOtherFlags) {
+    expect_left_to(GfxChange::kFlags, {std::begin(kCalls), std::end(kCalls)});
+}
+
+TEST(ZoomAsGfxDeathTest, LeavesTurnsByTwoFactorsToALibraryThatTurnsByTheSecond) {
+    expect_left_to(GfxChange::kSecondSide, {{kRotozoomXY, 30, 1.5, -0.4}});
+}
+
+}  // namespace
+}  // namespace larkspur::pixel
