@@ -17,6 +17,7 @@
 #include "larkspur.h"
 #include "pixel/surface/blit.h"
 #include "room/instance_draw.h"
+#include "room/intermediate.h"
 #include "room/room_pygame.h"
 #include "types/float_list.h"
 #include "types/room.h"
@@ -166,19 +167,13 @@ void store_scale(AxisPair scale, const PyRef& x, const PyRef& y) noexcept {
     set_attribute(gm6_module(), view_yscale, y);
 }
 
-// A surface of the display's format with alpha; null with an exception.
-SurfacePtr make_intermediate(std::int32_t width, std::int32_t height) noexcept {
+// A view's surface in the display's masks; null with an exception.
+SurfacePtr find_intermediate(int view, std::int32_t width, std::int32_t height) noexcept {
     const SDL_Surface* display = require_display(kFunction);
     if (display == nullptr) {
         return nullptr;
     }
-    const SDL_PixelFormat& format = *display->format;
-    SurfacePtr surface;
-    // SDL itself takes a negative size for a huge one.
-    if (width >= 0 && height >= 0 && 4.0 * width * height < kRefusedBytes) {
-        surface.reset(SDL_CreateRGBSurface(SDL_SWSURFACE | SDL_SRCALPHA, width, height, 32,
-                                           format.Rmask, format.Gmask, format.Bmask, format.Amask));
-    }
+    SurfacePtr surface = intermediate_surface(view, width, height, *display->format);
     if (!surface) {
         PyErr_Format(PyExc_ValueError,
                      "%s can't make a surface of view_wport x view_hport = %d x %d pixels",
@@ -252,7 +247,7 @@ bool ViewPass::scale() noexcept {
         return true;
     }
     intermediate_ =
-        make_intermediate(truncate_to_int32(view->wport), truncate_to_int32(view->hport));
+        find_intermediate(index_, truncate_to_int32(view->wport), truncate_to_int32(view->hport));
     if (!intermediate_) {
         return false;
     }
@@ -263,7 +258,7 @@ bool ViewPass::scale() noexcept {
 }
 
 // Has the host draw the backgrounds: on the target, or on the intermediate surface, which then goes
-// to the view's port and ends. False with an exception.
+// to the view's port. False with an exception.
 bool ViewPass::draw_backgrounds() noexcept {
     const PendingException set_aside;
     if (!intermediate_) {

@@ -745,6 +745,219 @@ def test_view_on_a_part_of_the_display(host):
     assert_same_picture(host.screen, expected, "view-on-part")
 
 
+# --- The surface of scaled backgrounds, from pass to pass -----------------------------------------
+
+# What tells a surface from a new one, beside its pixels.
+RECORD = "flags w h pitch offset locked".split()
+FORMAT = "Rmask Gmask Bmask Amask Rshift Gshift Bshift Ashift colorkey alpha".split()
+
+
+def state_of(surface):
+    record = native.sdl_surface(surface)
+    clip = record.clip_rect
+    return (
+        [getattr(record, name) for name in RECORD]
+        + [getattr(record.format.contents, name) for name in FORMAT]
+        + [clip.x, clip.y, clip.w, clip.h]
+    )
+
+
+class Canvases(object):
+    """Draws backgrounds that show in every pixel. Of each surface that it gets, in turn:
+
+    states      its state
+    blank       whether all its pixels were 0
+    identities  what SDL 1.2 gives no other surface
+    """
+
+    def __init__(self, host, sizes=((50, 30),)):
+        """Gives a room whose views have ports of these sizes, and are scaled."""
+        self.states, self.blank, self.identities = [], [], []
+        self.actions = []
+        host.gm6.Room_DrawBackgrounds = self.draw
+        host.register(larkspur)
+        self.room = make_view_room()
+        for view, (width, height) in enumerate(sizes):
+            set_view(self.room, view, wview=100, wport=width, hport=height)
+
+    def draw(self, room, surface, x, y):
+        self.states.append(state_of(surface))
+        self.blank.append(set(surface.get_buffer().raw) == set("\0"))
+        self.identities.append(native.sdl_surface(surface).format_version)
+        surface.fill((200, 100, 50, 25))
+        if self.actions:
+            self.actions.pop(0)(surface)
+
+
+def test_surface_of_scaled_backgrounds_is_used_again(host):
+    """Where SDL does not show locks there is always a new one."""
+    canvases = Canvases(host, [(50, 30), (60, 40), (50, 30)])
+    for _ in range(3):
+        for view in range(3):
+            draw_well(host, canvases.room, view)
+    assert all(canvases.blank)
+    assert canvases.states == [canvases.states[view % 2] for view in range(3)] * 3
+    if not sdl.is_layer():
+        first, second, third = canvases.identities[:3]
+        assert first == third != second
+        assert canvases.identities == [first, second, third] * 3
+
+
+def share_natively(surface):
+    """SDL's own way to hold a surface."""
+    address = native.surface_address(surface)
+    native.Surface.from_address(address).refcount += 1
+    return address
+
+
+HOLDERS = [
+    lambda surface: surface,
+    lambda surface: surface.subsurface((1, 2, 3, 4)),
+    lambda surface: surface.get_buffer(),
+    lambda surface: surface.get_view("2"),
+    pygame.surfarray.pixels2d,
+    pygame.surfarray.pixels_red,
+    pygame.PixelArray,
+    share_natively,
+]
+
+
+@pytest.mark.parametrize("hold", HOLDERS)
+def test_surface_that_something_holds_is_left_alone(host, hold):
+    canvases = Canvases(host)
+    held = []
+
+    def keep(surface):
+        held.append(hold(surface))
+        record = native.sdl_surface(surface)
+        memory.extend([record.pixels, record.pitch * record.h])
+        pixels.append(ctypes.string_at(*memory))
+
+    memory, pixels = [], []
+    canvases.actions = [keep, lambda surface: surface.fill((1, 2, 3, 4))]
+    draw_well(host, canvases.room)
+    draw_well(host, canvases.room)
+    assert canvases.blank == [True, True] and canvases.states[0] == canvases.states[1]
+    assert ctypes.string_at(*memory) == pixels[0] and set(pixels[0]) != set("\0")
+    if hold is share_natively:
+        native.function("SDL_FreeSurface", None, ctypes.c_void_p)(held[0])
+
+
+def test_surface_that_the_host_has_dropped_again_is_used_again(host):
+    canvases = Canvases(host)
+    held = []
+    canvases.actions = [held.append]
+    draw_well(host, canvases.room)
+    del held[:]
+    draw_well(host, canvases.room)
+    assert all(canvases.blank)
+    assert sdl.is_layer() or len(set(canvases.identities)) == 1
+
+
+def test_surface_that_only_the_host_holds_ends_with_its_surface(host):
+    canvases = Canvases(host)
+    held = []
+    canvases.actions = [held.append]
+    draw_well(host, canvases.room)
+    draw_well(host, canvases.room)
+    assert native.sdl_surface(held[0]).refcount == 1
+
+
+def test_pygames_surface_ends_with_the_pass(host):
+    canvases = Canvases(host)
+    ended = []
+    for _ in range(2):
+        canvases.actions = [lambda surface: ended.append(weakref.ref(surface))]
+        draw_well(host, canvases.room)
+    assert [reference() for reference in ended] == [None, None]
+
+
+def with_item(values, i, value):
+    return values[:i] + (value,) + values[i + 1 :]
+
+
+CHANGES = (
+    [
+        lambda surface: surface.lock(),
+        lambda surface: surface.set_colorkey((200, 100, 50)),
+        lambda surface: surface.set_colorkey((200, 100, 50), pygame.RLEACCEL),
+        lambda surface: surface.set_alpha(100),
+        lambda surface: surface.set_alpha(None),
+        lambda surface: surface.set_alpha(255, pygame.RLEACCEL),
+    ]
+    + [lambda surface, i=i: surface.set_clip(with_item((0, 0, 50, 30), i, 7)) for i in range(4)]
+    + [
+        lambda surface, i=i: surface.set_masks(with_item(surface.get_masks(), i, 0x70))
+        for i in range(4)
+    ]
+    + [
+        lambda surface, i=i: surface.set_shifts(with_item(surface.get_shifts(), i, 4))
+        for i in range(4)
+    ]
+)
+
+
+@pytest.mark.parametrize("with_alpha", [False, True])
+@pytest.mark.parametrize("change", CHANGES)
+def test_nothing_that_the_host_changes_outlives_the_pass(host, change, with_alpha):
+    display = pygame.Surface((9, 9), pygame.SRCALPHA, 32) if with_alpha else host.screen
+    larkspur.set_SDL_screen(display)
+    canvases = Canvases(host)
+    draw_well(host, canvases.room)
+    host.screen.fill((0, 0, 0))
+    draw_well(host, canvases.room)
+    expected = host.screen.copy()
+    canvases.actions = [change]
+    draw_well(host, canvases.room)
+    host.screen.fill((0, 0, 0))
+    draw_well(host, canvases.room)
+    assert all(canvases.blank) and canvases.states == canvases.states[:1] * 4
+    assert_same_picture(host.screen, expected, "after-changed-canvas")
+
+
+def test_surface_follows_the_size_of_the_port(host):
+    canvases = Canvases(host)
+    for width, height in [(50, 30), (51, 30), (51, 31), (30, 51)]:
+        set_view(canvases.room, 0, wport=width, hport=height)
+        draw_well(host, canvases.room)
+        assert canvases.states[-1][1:3] == [width, height]
+    assert all(canvases.blank)
+
+
+@pytest.mark.parametrize("given_before", [False, True])
+@pytest.mark.parametrize("i", range(4))
+def test_surface_follows_the_masks_of_the_display(host, i, given_before):
+    """Also where the host had given the surface the very masks that come next."""
+    displays = [pygame.Surface((9, 9), pygame.SRCALPHA, 32) for _ in range(3)]
+    masks = displays[0].get_masks()
+    displays[1].set_masks(with_item(masks, i, masks[i] & masks[i] << 4))
+    displays[2].set_masks(with_item(masks, 3, 0))
+    canvases = Canvases(host)
+    for display in (displays[0], displays[1], displays[0], displays[2]):
+        if given_before:
+            canvases.actions = [lambda surface: surface.set_masks(display.get_masks())]
+        draw_well(host, canvases.room)
+        larkspur.set_SDL_screen(display)
+        draw_well(host, canvases.room)
+        like = sdl.created(50, 30, 32, display.get_masks(), pygame.SRCALPHA)
+        assert canvases.states[-1] == state_of(like)
+
+
+def test_view_drawn_while_it_is_drawn_has_a_surface_of_its_own(host):
+    canvases = Canvases(host)
+
+    def draw_again(surface):
+        surface.fill((255, 0, 0, 255))
+        draw_well(host, canvases.room)
+        colours.append(surface.get_at((5, 5)))
+
+    colours = []
+    canvases.actions = [draw_again, lambda surface: surface.fill((0, 255, 0, 255))]
+    draw_well(host, canvases.room)
+    assert colours == [(255, 0, 0, 255)] and all(canvases.blank)
+    assert host.screen.get_at((5, 5))[:3] == (255, 0, 0)
+
+
 # --- Pending exceptions --------------------------------------------------------------------------
 
 
