@@ -62,10 +62,10 @@ void mix_columns(PixelWord* to, const PixelWord* from, std::size_t from_width, s
             shares[i] = (place & 0xFFFF) * kBothHalves;
             place += step;
         }
-        auto* __restrict to_pairs = reinterpret_cast<ChannelPair*>(to + done);
-        const auto* a = reinterpret_cast<const ChannelPair*>(first.data());
-        const auto* b = reinterpret_cast<const ChannelPair*>(second.data());
-        const auto* pair_shares = reinterpret_cast<const ChannelPair*>(shares.data());
+        ChannelPair* __restrict to_pairs = reinterpret_cast<ChannelPair*>(to + done);
+        const ChannelPair* a = reinterpret_cast<const ChannelPair*>(first.data());
+        const ChannelPair* b = reinterpret_cast<const ChannelPair*>(second.data());
+        const ChannelPair* pair_shares = reinterpret_cast<const ChannelPair*>(shares.data());
         for (std::size_t i = 0; i < kPairs * count; ++i) {
             const auto share = static_cast<std::int16_t>(pair_shares[i]);
             to_pairs[i] = mixed_pair(a[i], b[i], share, share < 0 ? b[i] : a[i]);
@@ -76,9 +76,9 @@ void mix_columns(PixelWord* to, const PixelWord* from, std::size_t from_width, s
 LARKSPUR_MULTIVERSION
 void mix_rows(PixelWord* to, const PixelWord* first, const PixelWord* second, std::uint32_t share,
               std::size_t width) noexcept {
-    auto* __restrict to_pairs = reinterpret_cast<ChannelPair*>(to);
-    const auto* a = reinterpret_cast<const ChannelPair*>(first);
-    const auto* b = reinterpret_cast<const ChannelPair*>(second);
+    ChannelPair* __restrict to_pairs = reinterpret_cast<ChannelPair*>(to);
+    const ChannelPair* a = reinterpret_cast<const ChannelPair*>(first);
+    const ChannelPair* b = reinterpret_cast<const ChannelPair*>(second);
     const auto signed_share = static_cast<std::int16_t>(share);
     const ChannelPair* start = signed_share < 0 ? b : a;
     for (std::size_t i = 0; i < kPairs * width; ++i) {
