@@ -45,6 +45,11 @@ bool is_refused(double side, double int_end) noexcept {
 }
 
 bool size_is_refused(const SDL_Surface& surface, const Transform& wanted) noexcept {
+    // No side of a turned picture is longer than two of the unturned one together.
+    if (std::fabs(surface.w * wanted.x_factor) + std::fabs(surface.h * wanted.y_factor) <
+        kSideEnd) {
+        return false;
+    }
     const auto [width, height] =
         turned_extents(surface, wanted.angle_degrees, wanted.x_factor, wanted.y_factor);
     // Turned sides are counted in halves.
