@@ -8,6 +8,7 @@ gmapi = sys.modules["gmapi"] = types.ModuleType("gmapi")
 
 import larkspur  # noqa: E402
 import pygame  # noqa: E402
+from pictures import surface_of  # noqa: E402
 
 ROOM_FUNCTIONS = (
     "Compile Create InitializeBackgrounds AddInstance AddDrawnInstance ResortDrawnObjects "
@@ -33,9 +34,8 @@ def draw_no_backgrounds(room, surface, x, y):
 
 
 def set_up():
-    """Opens the display and hands larkspur all that it looks for."""
-    pygame.display.init()
-    larkspur.set_SDL_screen(pygame.display.set_mode((640, 480), 0, 32))
+    """Hands larkspur the display, which is open, and all that it looks for."""
+    larkspur.set_SDL_screen(pygame.display.get_surface())
     gm6.game = gmapi.game = types.ModuleType("game")
     gmapi.game.backgrounds, gmapi.game.sprites = [], []
     gm6.Room_DrawBackgrounds = draw_no_backgrounds
@@ -56,6 +56,6 @@ def register():
 
 def screen(size):
     """A new Surface of the display's format in the display's place."""
-    surface = pygame.Surface(size, 0, 32)
+    surface = surface_of(size)
     larkspur.set_SDL_screen(surface)
     return surface

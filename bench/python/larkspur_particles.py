@@ -11,6 +11,7 @@ import host
 import larkspur
 import pictures
 import pygame
+from pictures import surface_of
 from pygame_ways import Ageing, ClassFrames, LeanFrames
 from ways import build_path, calling, drawing
 
@@ -44,7 +45,7 @@ def empty_calls():
 
 
 def blits(size, flag, name):
-    screen, shape = pygame.Surface((640, 480), 0, 32), pictures.soft_disc(size[0])
+    screen, shape = surface_of((640, 480)), pictures.soft_disc(size[0])
     place = 100 - size[0] // 2, 100 - size[1] // 2
     if flag:
         return {name: drawing(screen, screen.blit, shape, place, None, flag)}
@@ -144,7 +145,7 @@ class Frames(object):
 
 def frames_of_particles(kind, name):
     def ways(_):
-        twin, screen = pygame.Surface(Ageing.DISPLAY, 0, 32), host.screen(Ageing.DISPLAY)
+        twin, screen = surface_of(Ageing.DISPLAY), host.screen(Ageing.DISPLAY)
         own = Frames()
         theirs = kind(twin, own.pictures())
         screen.fill((0, 0, 0))

@@ -10,8 +10,8 @@ import pictures
 import pygame
 import pygame_ways
 from jobs import LARGE
-from pictures import ARGB, RGBA, picture
-from ways import INTEGER, NUMBER, WORD, drawing, drawing_with, making, native_loop
+from pictures import ARGB, RGBA, picture, surface_of
+from ways import INTEGER, NUMBER, WORD, Way, drawing, drawing_with, making, native_loop
 
 library = ctypes.PyDLL(larkspur.__file__)
 
@@ -68,9 +68,7 @@ def additive_blits(size):
         "SDL_gfx: SDL_imageFilterAdd()": drawing_with(
             twin.subsurface((0, 0) + size), native_loop("time_gfx_adding", source, twin)
         ),
-        "XOR of the same bytes": drawing_with(
-            None, native_loop("time_xor_blitting", source, third)
-        ),
+        "XOR of the same bytes": Way(native_loop("time_xor_blitting", source, third)),
     }
 
 
@@ -82,9 +80,8 @@ def smooth_zooms(factor):
         source = picture(size)
         return {
             "larkspur": making(larkspur.scale, source, factor, factor),
-            "SDL_gfx: zoomSurface(), smooth": drawing_with(
-                None,
-                native_loop("time_zoom", source, NUMBER(factor), NUMBER(factor), INTEGER(1)),
+            "SDL_gfx: zoomSurface(), smooth": Way(
+                native_loop("time_zoom", source, NUMBER(factor), NUMBER(factor), INTEGER(1))
             ),
         }
 
@@ -96,8 +93,8 @@ def turns(angle, factor):
         source = picture(size)
         return {
             "larkspur": making(larkspur.rotoscale, source, factor, factor, angle),
-            "SDL_gfx: rotozoomSurface()": drawing_with(
-                None, native_loop("time_rotozoom", source, NUMBER(angle), NUMBER(factor))
+            "SDL_gfx: rotozoomSurface()": Way(
+                native_loop("time_rotozoom", source, NUMBER(angle), NUMBER(factor))
             ),
         }
 
@@ -109,7 +106,7 @@ def scaled_sprite(size):
     function = library.sprite_scalecache_add
     function.restype = ctypes.py_object
     function.argtypes = [ctypes.py_object] * 2 + [ctypes.c_int] * 8
-    image = pygame.Surface((100, 100), pygame.SRCALPHA, 32, ARGB)
+    image = surface_of((100, 100), pygame.SRCALPHA, ARGB)
     image.blit(pictures.soft_sprite((100, 100)), (0, 0))
     sprite = larkspur.GMSprite()
     sprite.subimages = [image]

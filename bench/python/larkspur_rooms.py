@@ -8,9 +8,8 @@ import time
 
 import host
 import larkspur
-import pygame
 from host import gm6, gmapi
-from pictures import picture
+from pictures import picture, surface_of
 from pygame_ways import Tiles
 from ways import Way, build_path, calling, drawing, surface_address
 
@@ -115,7 +114,7 @@ def frames_of_tiles(colour_key, objects=0):
     def ways(_):
         frame = Tiles(colour_key)
         room = room_of(frame, objects)
-        screen, second, third = (pygame.Surface(frame.DISPLAY, 0, 32) for _ in range(3))
+        screen, second, third = (surface_of(frame.DISPLAY) for _ in range(3))
         return {
             "larkspur": drawing(screen, larkspur.Room_Draw, room, screen),
             "bare SDL loop": bare_frame(frame, room, second),
@@ -153,7 +152,7 @@ def scaled_view(size):
     background, as large as the view, in each frame."""
     view = size[0] // 2, size[1] // 2
     background = picture(view)
-    screen = pygame.Surface(size, 0, 32)
+    screen = surface_of(size)
 
     def draw_backgrounds(room, surface, x, y):
         surface.blit(larkspur.scale(background, gm6.view_xscale, gm6.view_yscale), (0, 0))
@@ -170,7 +169,7 @@ def scaled_view(size):
 
 
 def scripted_instances(_):
-    screen = pygame.Surface((640, 480), 0, 32)
+    screen = surface_of((640, 480))
     gm6.Room_DrawBackgrounds = host.draw_no_backgrounds
     host.register()
     gmapi.__builtins__ = sys.modules["__builtin__"]

@@ -3,7 +3,7 @@
 from __future__ import division
 
 import math
-from random import Random
+from random import Random, randrange
 
 import pygame
 
@@ -13,10 +13,26 @@ RGBA = (0xFF000000, 0xFF0000, 0xFF00, 0xFF)
 KEY = (255, 0, 255)
 
 
+# What keeps pictures apart in memory: how a source and a target lie to each other there can make
+# the same loop faster or slower.
+_gaps = []
+
+
+def forget_gaps():
+    """Forgets the gaps between the pictures that were made before."""
+    del _gaps[:]
+
+
+def surface_of(size, flags=0, masks=XRGB):
+    """A black Surface, at a distance from the one before that nobody foresees."""
+    _gaps.append(bytearray(16 * randrange(4096)))
+    return pygame.Surface(size, flags, 32, masks)
+
+
 def picture(size, flags=0, masks=XRGB):
     """Bars of many colours and alphas."""
     width, height = size
-    surface = pygame.Surface(size, flags, 32, masks)
+    surface = surface_of(size, flags, masks)
     for y in range(0, height, 8):
         surface.fill((y * 7 % 256, y * 3 % 256, y % 256, 200), (0, y, width - y % width // 2, 5))
     return surface
@@ -25,7 +41,7 @@ def picture(size, flags=0, masks=XRGB):
 def backdrop(size):
     """What is drawn upon: columns of other colours."""
     width, height = size
-    surface = pygame.Surface(size, 0, 32)
+    surface = surface_of(size)
     for x in range(0, width, 4):
         surface.fill((x * 5 % 256, 90, 255 - x * 3 % 256), (x, 0, 4, height))
     return surface
@@ -55,14 +71,14 @@ def noise(size):
     source = Random(1)
     bits = format(source.getrandbits(4 * width * height), "0%db" % (4 * width * height))
     steps = bytearray(bits.encode("ascii")).replace(b"0", b"\x00").replace(b"1", b"\xff")
-    surface = pygame.Surface(size, pygame.SRCALPHA, 32, ARGB)
+    surface = surface_of(size, pygame.SRCALPHA, ARGB)
     surface.get_buffer().write(bytes(steps), 0)
     return surface
 
 
 def soft_disc(size):
     """A white disc whose alpha falls to 0 at its edge."""
-    disc = pygame.Surface((size, size), pygame.SRCALPHA, 32)
+    disc = surface_of((size, size), pygame.SRCALPHA, ARGB)
     middle = (size - 1) / 2
     for x in range(size):
         for y in range(size):
@@ -72,13 +88,11 @@ def soft_disc(size):
 
 
 def soft_sprite(size):
-    """A picture with alphas of all kinds in runs, as soft edges have them."""
-    width, height = size
+    """A picture that is opaque inside; its alpha falls to 0 over eight pixels at the edges."""
     surface = picture(size, pygame.SRCALPHA, ARGB)
-    steps = bytearray(surface.get_buffer().raw)
-    for y in range(height):
-        for x in range(width):
-            edge = min(x, y, width - 1 - x, height - 1 - y)
-            steps[4 * (y * width + x) + 3] = min(255, edge * 32)
-    surface.get_buffer().write(bytes(steps), 0)
+    surface.fill((0, 0, 0, 255), None, pygame.BLEND_RGBA_SUB)
+    inner = surface.get_rect()
+    for _ in range(8):
+        inner.inflate_ip(-2, -2)
+        surface.fill((0, 0, 0, 32), inner, pygame.BLEND_RGBA_ADD)
     return surface

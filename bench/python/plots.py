@@ -23,17 +23,20 @@ from table import SHORT, size_text
 # File -> (title, whom it shows).
 PICTURES = {
     "speed-libraries": (
-        "SDL's and SDL_gfx's time over larkspur's",
+        "SDL's and SDL_gfx's time over larkspur's (above 1 larkspur leads)",
         ["SDL", "SDL_gfx", "bare SDL loop"],
     ),
-    "speed-pygame-ce": ("pygame-ce's time over larkspur's", [PEER]),
-    "speed-earlier": ("time of revision %s over that of this one" % BASE, [BASE]),
+    "speed-pygame-ce": ("pygame-ce's time over larkspur's (above 1 larkspur leads)", [PEER]),
+    "speed-earlier": (
+        "revision %s's time over that of this one (above 1 this one leads)" % BASE,
+        [BASE],
+    ),
     "speed-pygame": (
-        "time of Python with pygame 1.9.6 over larkspur's",
+        "time of Python with pygame 1.9.6 over larkspur's (above 1 larkspur leads)",
         ["pygame", "plain class", "list subclass", "Surface.blit() with BLEND_ADD"],
     ),
     "speed-memory": (
-        "share of what the memory allows: its time over larkspur's",
+        "time of the least that reads and writes the same bytes, over larkspur's",
         ["roof", "XOR of the same bytes"],
     ),
 }
@@ -114,7 +117,7 @@ def draw(title, rows, foot, path):
     axes.set_yticks(range(len(jobs)))
     axes.set_yticklabels(jobs, fontsize=9)
     axes.tick_params(axis="y", length=0)
-    axes.set_title(title + " (above 1 larkspur leads)", fontsize=11, loc="left")
+    axes.set_title(title, fontsize=11, loc="left")
     axes.legend(
         handles=legend(rows),
         loc="upper left",

@@ -8,7 +8,7 @@ from __future__ import division
 
 import pictures
 import pygame
-from pictures import ARGB, KEY, RGBA, picture
+from pictures import ARGB, KEY, RGBA, picture, surface_of
 from ways import drawing, drawing_with, making, processor_time
 
 # ---- blits
@@ -100,7 +100,7 @@ def flipped(across, down):
 
 def fills(size):
     surface = pictures.backdrop(size)
-    cover = pygame.Surface(size, 0, 32)
+    cover = surface_of(size)
     cover.fill((64, 128, 200))
     cover.set_alpha(100)
 
@@ -139,7 +139,7 @@ def layers(size, gradients, constants, keep):
     needs what an earlier call left."""
     width, height = size
     surface, twin, third = (pictures.backdrop(size) for _ in range(3))
-    cover = pygame.Surface(size, 0, 32)
+    cover = surface_of(size)
     column_colours = mixed_colours(TOP, BOTTOM, height)
     sums = mixed_colours(TOP, BOTTOM, height, 1 - keep / 256)
     across = [(0, y, width, 1) for y in range(height)]
@@ -237,7 +237,7 @@ class Tiles(object):
     def make_sheet(self, colour_key):
         """256 tiles, each of one colour: discs on the key, or squares where there is none."""
         side = self.SIDE
-        sheet = pygame.Surface((16 * side, 16 * side), 0, 32)
+        sheet = surface_of((16 * side, 16 * side))
         for place in range(256):
             area = (place % 16 * side, place // 16 * side, side, side)
             sheet.fill((place, place * 7 % 256, place * 3 % 256), area)
@@ -253,7 +253,7 @@ def frames_of_tiles(colour_key):
 
     def ways(_):
         frame, side = Tiles(colour_key), Tiles.SIDE
-        screen = pygame.Surface(Tiles.DISPLAY, 0, 32)
+        screen = surface_of(Tiles.DISPLAY)
         cut = [(frame.sheet, to, start + (side, side)) for to, start in frame.tiles]
         alone = {start: frame.sheet.subsurface(start + (side, side)) for _, start in frame.tiles}
         whole = [(alone[start], to) for to, start in frame.tiles]
@@ -428,7 +428,7 @@ def frames_of_particles(kind):
     def ways(_):
         found = {}
         for how in ("blit", "fblits"):
-            screen = pygame.Surface(Ageing.DISPLAY, 0, 32)
+            screen = surface_of(Ageing.DISPLAY)
             if hasattr(screen, how):
                 frames = kind(screen, MadeOnce())
                 found[how + "()"] = drawing(screen, getattr(frames, "frame_by_" + how))

@@ -99,15 +99,12 @@ def processor():
     return names[0].strip() if names else "unknown processor"
 
 
-def as_results(rows, bench, rounds):
+def as_results(rows, workers, samples):
     """All that plots are made of."""
-    versions = dict(bench.own.versions, **(bench.peer.versions if bench.peer else {}))
-    told = [
-        "%s %s" % (name, version) for name, version in sorted(versions.items()) if name != MODULE
-    ]
+    told = ["%s %s" % pair for pair in workers.versions() if pair[0] != MODULE]
     return {
-        "told": "%s; %s; medians and quartiles of %d rounds"
-        % (processor(), ", ".join(told), rounds),
+        "told": "%s; %s; medians and quartiles of %d samples"
+        % (processor(), ", ".join(told), samples),
         "rows": [
             {
                 "job": row.job.name,
@@ -126,14 +123,9 @@ def as_results(rows, bench, rounds):
     }
 
 
-def print_table(rows, jobs, bench):
-    print("%-22s %s" % ("processor", processor()))
-    told = set()
-    for worker in (bench.own, bench.older, bench.peer):
-        for version in sorted(worker.versions.items() if worker else ()):
-            if version not in told:
-                print("%-22s %s" % version)
-            told.add(version)
+def print_table(rows, jobs, workers):
+    for pair in [("processor", processor())] + workers.versions():
+        print("%-22s %s" % pair)
     print("\nThe other's time over ours: median of the rounds' ratios (quartiles).\n")
     print(FORM % ("size", "ours", "compared with", "target", "ratio", "", "by its best way"))
     for job in jobs:
@@ -143,4 +135,4 @@ def print_table(rows, jobs, bench):
             for row in own:
                 print(line(row))
     print()
-    print("\n".join(summary(rows, jobs, bench.revision == BASE, bench.peer is not None)))
+    print("\n".join(summary(rows, jobs, workers.revision == BASE, workers.peer is not None)))

@@ -21,7 +21,7 @@ class Way(object):
 
 
 def calling(function, *arguments):
-    """A call from Python, looped in Python; its result is what it shows, if that is a Surface."""
+    """A call from Python, looped in Python, that makes no picture."""
 
     def seconds(calls):
         numbers = range(calls)

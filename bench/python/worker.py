@@ -29,6 +29,10 @@ import traceback
 os.environ.setdefault("SDL_VIDEODRIVER", "dummy")
 os.environ.setdefault("PYGAME_HIDE_SUPPORT_PROMPT", "1")
 
+import pictures
+import pygame
+import pygame_ways
+
 
 def keep_freed_memory():
     """Lets the allocator keep what is freed: results of transforms are as large as pictures, and
@@ -39,45 +43,39 @@ def keep_freed_memory():
         libc.mallopt(option, plenty)
 
 
-def ways_of_pygame(job, size):
-    import pygame_ways
-
-    return pygame_ways.WAYS[job](size) if job in pygame_ways.WAYS else {}
-
-
 class PygameJobs(object):
-    """What pygame does, named as who it is."""
+    """What pygame does, under the name that it is given here."""
 
     def __init__(self, name):
-        import pygame
-
         self.name = name
         pygame.display.init()
-        pygame.display.set_mode((640, 480))
-        self.versions = {name: pygame.version.ver}
-        self.versions["SDL of " + name] = "%d.%d.%d" % tuple(pygame.get_sdl_version())
+        pygame.display.set_mode((640, 480), 0, 32)
+        self.versions = {
+            name: pygame.version.ver,
+            "SDL of " + name: "%d.%d.%d" % tuple(pygame.get_sdl_version()),
+        }
 
     def ways(self, job, size, who):
-        found = ways_of_pygame(job, size) if self.name in who else {}
+        if self.name not in who or job not in pygame_ways.WAYS:
+            return {}
+        found = pygame_ways.WAYS[job](size)
         return {self.name + ": " + how: way for how, way in found.items()}
 
 
-class LarkspurJobs(PygameJobs):
+class LarkspurJobs(object):
     """What larkspur does and what is measured in its process."""
 
     def __init__(self):
+        self.pygame = PygameJobs("pygame")
         import host
-
-        host.set_up()
         import larkspur
         import larkspur_particles
         import larkspur_pixels
         import larkspur_rooms
         import larkspur_variables
 
-        PygameJobs.__init__(self, "pygame")
         host.set_up()
-        self.versions["larkspur"] = larkspur.__file__
+        self.versions = dict(self.pygame.versions, larkspur=larkspur.__file__)
         self.makers = {}
         for module in (larkspur_particles, larkspur_pixels, larkspur_rooms, larkspur_variables):
             self.makers.update(module.WAYS)
@@ -85,16 +83,12 @@ class LarkspurJobs(PygameJobs):
     def ways(self, job, size, who):
         found = self.makers[job](size)
         chosen = {name: way for name, way in found.items() if name.partition(": ")[0] in who}
-        # A way of pygame's that draws as larkspur's host does goes before the ones it has alone.
-        if "pygame" not in chosen:
-            chosen.update(PygameJobs.ways(self, job, size, who))
-        return chosen
+        # Where pygame's way needs what the job has made, it is among these.
+        return chosen if "pygame" in chosen else dict(chosen, **self.pygame.ways(job, size, who))
 
 
 def shown(way):
     """The picture that a way makes, as bytes of red, green, blue and alpha, if it makes any."""
-    import pygame
-
     surface = way.shown() if way.shown is not None else None
     if surface is None:
         return {}
@@ -112,6 +106,7 @@ class Worker(object):
         if "prepare" in request:
             self.prepared = {}  # the old ones go first
             gc.collect()
+            pictures.forget_gaps()
             job, size, who = request["prepare"], tuple(request["size"]), request["who"]
             self.prepared = self.jobs.ways(job, size, who)
             return {"ways": sorted(self.prepared)}

@@ -16,6 +16,7 @@ sys.path.insert(0, BENCH)
 import jobs  # noqa: E402
 import measuring  # noqa: E402
 import table  # noqa: E402
+import workers  # noqa: E402
 
 import bench  # noqa: E402
 
@@ -151,7 +152,7 @@ class FakeWorker(object):
 def test_ways_that_draw_other_pictures_end_the_run(apart, ends):
     worker = FakeWorker(larkspur=(1, 2, 3, 4), SDL=(1, 2, 3, 7))
     job = jobs.Job("draw()", [(3, 2)], {"SDL": []}, apart=apart)
-    measured = bench.Bench(worker)
+    measured = workers.Workers(worker)
     found = measured.prepared_ways(job, (3, 2))
     assert sorted(found) == ["SDL", "larkspur"]
     if ends:
@@ -165,7 +166,7 @@ def test_ways_that_draw_other_pictures_end_the_run(apart, ends):
 def test_older_revision_has_to_draw_the_same_to_the_bit():
     own, older = FakeWorker(larkspur=(1, 2, 3, 4)), FakeWorker(larkspur=(1, 2, 3, 5))
     job = jobs.Job("draw()", [(3, 2)], {}, apart=9)
-    measured = bench.Bench(own, older, "abc1234")
+    measured = workers.Workers(own, older, "abc1234")
     with pytest.raises(SystemExit):
         measured.check_pictures(job, (3, 2), measured.prepared_ways(job, (3, 2)))
 
@@ -242,8 +243,8 @@ def test_plots_are_of_all_jobs(tree):
 def test_results_tell_with_what_and_how_often_they_were_measured():
     worker = FakeWorker()
     worker.versions = {"pygame": "1.9.6", "larkspur": "/somewhere/larkspur.so"}
-    results = table.as_results([row("SDL", 3.5)], bench.Bench(worker), 11)
-    assert results["told"].endswith("; pygame 1.9.6; medians and quartiles of 11 rounds")
+    results = table.as_results([row("SDL", 3.5)], workers.Workers(worker), 11)
+    assert results["told"].endswith("; pygame 1.9.6; medians and quartiles of 11 samples")
     (only,) = json.loads(json.dumps(results))["rows"]
     assert (only["who"], only["median"], only["target"]) == ("SDL", 3.5, 4)
     assert (only["verdict"], only["size"]) == ("SHORT", [64, 64])
