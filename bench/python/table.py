@@ -69,9 +69,7 @@ def summary(rows, jobs, compared, peers):
     """Lines on how many targets were reached, which were not, and which nobody has looked at."""
     judged = [row for row in rows if row.verdict()]
     short = [row for row in judged if row.verdict() == SHORT]
-    lines = [
-        "%d targets: %d reached, %d short" % (len(judged), len(judged) - len(short), len(short))
-    ]
+    lines = ["%d of %d targets reached" % (len(judged) - len(short), len(judged))]
     lines += [
         "    short: %s, %s against %s: %s of %s"
         % (

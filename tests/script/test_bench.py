@@ -125,11 +125,28 @@ def test_line_tells_size_time_target_ratio_and_verdict():
 def test_summary_counts_and_names_what_is_short_or_was_not_measured():
     rows = [row("SDL", 3.5), row("SDL", 4), row("pygame", 0.1)]
     assert table.summary(rows, [rows[0].job], compared=False, peers=False) == [
-        "2 targets: 1 reached, 1 short",
+        "1 of 2 targets reached",
         "    short: draw(), 64 x 64 against SDL: 3.50 of 4.00",
         "targets against pygame-ce are measured with --peers",
     ]
     assert len(table.summary(rows, [rows[0].job], compared=False, peers=True)) == 2
+
+
+def test_fastest_way_of_a_rival_counts_and_ratios_are_its_time_over_ours():
+    job = jobs.Job("draw()", [(64, 64)], {"pygame": []})
+    times = {
+        "larkspur": [2, 2, 2],
+        "pygame: blit()": [9, 9, 9],
+        "pygame: blits()": [6, 8, 20],
+        "abc1234": [3, 3, 3],
+        "roof": [1, 1, 1],
+    }
+    rows = bench.rows_of(job, (64, 64), times)
+    assert [(each.who, each.how, each.ratio[1], each.seconds) for each in rows] == [
+        ("abc1234", "", 1.5, 2),
+        ("pygame", "blits()", 4, 2),
+    ]
+    assert bench.rows_of(job, (64, 64), {}) == []
 
 
 # --- Pictures ------------------------------------------------------------------------------------
@@ -229,6 +246,20 @@ def test_all_that_is_compared_has_a_way(worker):
         wanted = set(job.against) - set(measured_elsewhere) | {"larkspur"}
         answer = worker.ask(prepare=job.name, size=job.sizes[0], who=sorted(wanted))
         assert {name.partition(": ")[0] for name in answer["ways"]} == wanted, job.name
+
+
+def test_run_tells_of_every_comparison(tmpdir):
+    results, build = tmpdir.join("results"), os.environ["LARKSPUR_BUILD_DIR"]
+    arguments = ["--quick", "--older", build, "--revision", "abc1234", "--results", str(results)]
+    command = [sys.executable, "-B", os.path.join(BENCH, "bench.py")] + arguments
+    status, output = run(command + ["v[3]"], tmpdir, LARKSPUR_BUILD_DIR=build)
+    assert status == 0, output
+    lines = output.splitlines()
+    at = lines.index("GMVar, v[3]")
+    assert [line.split()[2] for line in lines[at + 1 : at + 3]] == ["abc1234", "plain"]
+    assert "reached" in lines[at + 2] or "SHORT" in lines[at + 2]
+    assert lines[at + 4][1:] == " of 1 targets reached"
+    assert len(json.loads(results.read())["rows"]) == 2
 
 
 # --- Plots ---------------------------------------------------------------------------------------
