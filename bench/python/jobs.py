@@ -47,6 +47,7 @@ class Job(object):
 
 
 AS_FAST = [(0, 0.95)]
+OPAQUE = [(0, 0.95), (640, 0.8)]
 TWICE_FROM_64 = [(0, 0.95), (64, 2)]
 # Where arithmetic is what costs: beyond these sizes memory is.
 ARITHMETIC = [(64, 1.4), (320, 1.2), (1024, None)]
@@ -57,7 +58,8 @@ WITHOUT_EDGE = 8
 
 JOBS = [
     # Blits.
-    Job("flagged_blit(), opaque", BLITS, {"SDL": [], PEER: [(0, 0.95), (640, 0.8)]}),
+    Job("flagged_blit(), opaque", BLITS, {"SDL": [], PEER: OPAQUE}),
+    Job("flagged_blit(), opaque, made by rotoscale()", BLITS, {"SDL": [], PEER: OPAQUE}),
     Job("flagged_blit(), opaque tile and the next pass", [(320, 64)], {"SDL": [(0, 3)]}),
     Job("flagged_blit(), colour key", BLITS, {"SDL": [(0, 12)], PEER: TWICE_FROM_64}),
     # SDL's own affair, there as here.

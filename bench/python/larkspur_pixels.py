@@ -39,6 +39,11 @@ def blits(make):
     return ways
 
 
+def zoomed_sprite(size):
+    """The same pixels, flagged for the alpha of a surface that has none."""
+    return larkspur.rotoscale(pictures.sprite(size), 1.0, 1.0, 0.0)
+
+
 def tile_and_pass(size):
     """The next pass reads and writes what was drawn: the frame around is larger than it."""
     tile, target, twin = picture(size), pictures.backdrop(LARGE), pictures.backdrop(LARGE)
@@ -166,6 +171,7 @@ LAYERS = (TOP, BOTTOM, 0.2, 0x203040, 0.1, BOTTOM, TOP, 0.2, TOP, BOTTOM, 0.1, 0
 
 WAYS = {
     "flagged_blit(), opaque": blits(pictures.sprite),
+    "flagged_blit(), opaque, made by rotoscale()": blits(zoomed_sprite),
     "flagged_blit(), opaque tile and the next pass": tile_and_pass,
     "flagged_blit(), colour key": blits(pygame_ways.keyed),
     "flagged_blit(), colour key, run-length encoded": blits(pygame_ways.encoded),

@@ -439,6 +439,7 @@ def frames_of_particles(kind):
 
 WAYS = {
     "flagged_blit(), opaque": blits_of(pictures.sprite),
+    "flagged_blit(), opaque, made by rotoscale()": blits_of(pictures.sprite),
     "flagged_blit(), colour key": blits_of(keyed),
     "flagged_blit(), colour key, run-length encoded": blits_of(encoded),
     "flagged_blit(), surface alpha": blits_of(faded),
