@@ -110,8 +110,8 @@ DisplayUse::DisplayUse() noexcept {
     if (surface == seen_surface) {  // and not a native caller's own
         const PendingException set_aside;
         object_use_.emplace(kept_object, "the surface of set_SDL_screen()");
-        PyErr_Clear();  // a subsurface that lost its parent is no display
         if (!*object_use_) {
+            PyErr_Clear();  // a subsurface that lost its parent is no display
             return;
         }
     }

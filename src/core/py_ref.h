@@ -47,10 +47,18 @@ class PyRef {
 /// back at the end. An exception raised inside stays and replaces the older one.
 class PendingException {
  public:
-    PendingException() noexcept { PyErr_Fetch(&type_, &value_, &traceback_); }
+    PendingException() noexcept {
+        // As a rule nothing is pending, many times in every frame, and asking is the cheapest.
+        if (PyErr_Occurred() != nullptr) {
+            PyErr_Fetch(&type_, &value_, &traceback_);
+        }
+    }
     PendingException(const PendingException&) = delete;
     PendingException& operator=(const PendingException&) = delete;
     ~PendingException() {
+        if (type_ == nullptr) {
+            return;  // a newer one stays
+        }
         if (PyErr_Occurred() != nullptr) {
             // Dropping the older exception can run Python code, which must not see the newer one.
             PyObject *type, *value, *traceback;
