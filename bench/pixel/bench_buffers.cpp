@@ -1,5 +1,3 @@
-#include <SDL_imageFilter.h>
-
 #include "canvas.h"
 #include "pixel/kernels/fade_kernels.h"
 #include "pixel/kernels/subtract_kernels.h"
@@ -46,22 +44,10 @@ void add_buffer_kernels() {
     add_kernel(
         "satusub",
         [](Canvas& canvas) {
-            SDL_imageFilterSubUint(canvas.target(), canvas.target(),
-                                   static_cast<unsigned>(canvas.bytes()), kEvenLoss);
+            pixel::subtract_saturating(canvas.target(), canvas.bytes(),
+                                       pixel::pattern_of(kEvenLoss, kEvenLoss));
         },
         [](Canvas& canvas) { scalar::subtract(canvas.target(), canvas.bytes(), kEvenLoss); },
-        xor_in_place);
-    add_kernel(
-        "additive blit",
-        [](Canvas& canvas) {
-            const auto row_bytes = static_cast<std::size_t>(canvas.pitch());
-            auto* from = const_cast<unsigned char*>(canvas.source());  // only read
-            for (std::size_t y = 0; y < canvas.height(); ++y) {
-                unsigned char* to = canvas.target() + y * row_bytes;
-                SDL_imageFilterAdd(from + y * row_bytes, to, to, static_cast<unsigned>(row_bytes));
-            }
-        },
-        [](Canvas& canvas) { scalar::add(canvas.target(), canvas.source(), canvas.bytes()); },
         xor_in_place);
 }
 

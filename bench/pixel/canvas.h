@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "pixel/kernels/pixel_rows.h"
 #include "pixel/kernels/pixel_word.h"
 
 namespace larkspur::bench {
@@ -26,6 +27,9 @@ class Canvas {
         return static_cast<std::ptrdiff_t>(width_ * sizeof(pixel::PixelWord));
     }
     pixel::PixelWord* row(std::size_t y) { return pixel::pixel_words(target_.get()) + y * width_; }
+    pixel::PixelRows rows() {
+        return {row(0), pitch(), pixel::pixel_words(source()), pitch(), width_, height_};
+    }
     unsigned char* target() { return target_.get(); }
     const unsigned char* source() const { return source_.get(); }
 
@@ -47,6 +51,7 @@ using Routine = void (*)(Canvas& canvas);
 void add_kernel(const char* kernel, Routine ours, Routine scalar, Routine roof);
 
 // One line per file of benches.
+void add_blit_kernels();
 void add_buffer_kernels();
 void add_fill_kernels();
 void add_flip_kernels();
@@ -54,6 +59,7 @@ void add_gradient_kernels();
 
 // The roofs, at -O3 and for the newest instructions of this processor.
 void xor_in_place(Canvas& canvas);
+void xor_onto_target(Canvas& canvas);
 void copy_by_memcpy(Canvas& canvas);
 void set_by_memset(Canvas& canvas);
 

@@ -69,6 +69,7 @@ void add_kernel(const char* kernel, Routine ours, Routine scalar, Routine roof) 
 }  // namespace larkspur::bench
 
 int main(int argc, char** argv) {
+    larkspur::bench::add_blit_kernels();
     larkspur::bench::add_buffer_kernels();
     larkspur::bench::add_fill_kernels();
     larkspur::bench::add_flip_kernels();

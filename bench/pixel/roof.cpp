@@ -13,7 +13,19 @@ void xor_words(pixel::PixelWord* words, std::size_t count) {
     }
 }
 
+LARKSPUR_MULTIVERSION
+void xor_words_onto(pixel::PixelWord* __restrict to, const pixel::PixelWord* __restrict from,
+                    std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        to[i] ^= from[i];
+    }
+}
+
 }  // namespace
+
+void xor_onto_target(Canvas& canvas) {
+    xor_words_onto(canvas.row(0), pixel::pixel_words(canvas.source()), canvas.pixels());
+}
 
 void xor_in_place(Canvas& canvas) {
     xor_words(canvas.row(0), canvas.pixels());

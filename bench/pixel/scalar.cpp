@@ -15,6 +15,16 @@ PixelWord* pixel_at(const SDL_Surface& surface, int x, int y) {
            x;
 }
 
+// Calls pixel(target pixel, source pixel) for all of them.
+template <class Pixel>
+void for_each_pixel(pixel::PixelRows rows, Pixel pixel) {
+    for (; rows.height > 0; rows.drop_row()) {
+        for (std::size_t x = 0; x < rows.width; ++x) {
+            pixel(rows.target[x], rows.source[x]);
+        }
+    }
+}
+
 }  // namespace
 
 void fill_translucent(PixelWord* pixels, std::size_t count, std::uint8_t keep, std::uint32_t sum) {
@@ -50,6 +60,48 @@ void add(unsigned char* to, const unsigned char* from, std::size_t count) {
         const int sum = to[i] + from[i];
         to[i] = static_cast<unsigned char>(sum < 255 ? sum : 255);
     }
+}
+
+void copy_masked(const pixel::PixelRows& rows, std::uint32_t kept, std::uint32_t added) {
+    for_each_pixel(rows, [=](PixelWord& to, std::uint32_t from) { to = (from & kept) | added; });
+}
+
+void copy_keyed(const pixel::PixelRows& rows, pixel::ColourKey key, std::uint32_t kept,
+                std::uint32_t added) {
+    for_each_pixel(rows, [=](PixelWord& to, std::uint32_t from) {
+        if ((from & key.compared) != key.colour) {
+            to = (from & kept) | added;
+        }
+    });
+}
+
+void composite_over(const pixel::PixelRows& rows) {
+    for_each_pixel(rows, [](PixelWord& to, std::uint32_t from) {
+        const std::uint32_t alpha = from >> 24;
+        to = pixel::blend(from, to, static_cast<int>(alpha == 255 ? 256 : alpha)) |
+             (to & pixel::kTopByte);
+    });
+}
+
+void composite_evenly(const pixel::PixelRows& rows, std::uint8_t alpha) {
+    for_each_pixel(rows, [=](PixelWord& to, std::uint32_t from) {
+        to = pixel::blend(from, to, alpha) | pixel::kTopByte;
+    });
+}
+
+void composite_keyed(const pixel::PixelRows& rows, pixel::ColourKey key, std::uint8_t alpha) {
+    for_each_pixel(rows, [=](PixelWord& to, std::uint32_t from) {
+        if ((from & key.compared) != key.colour) {
+            std::uint32_t drawn = 0;
+            for (unsigned shift = 0; shift < 24; shift += 8) {
+                const auto s = static_cast<int>(from >> shift & 0xFF);
+                const auto d = static_cast<int>(to >> shift & 0xFF);
+                drawn |= static_cast<std::uint32_t>((256 * d + (s - d) * alpha + 255) / 256)
+                         << shift;
+            }
+            to = drawn;
+        }
+    });
 }
 
 void copy_rows(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned char* from,

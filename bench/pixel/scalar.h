@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "pixel/kernels/key_kernels.h"
+#include "pixel/kernels/pixel_rows.h"
 #include "pixel/kernels/pixel_word.h"
 #include "pixel/surface/painters.h"
 
@@ -17,6 +19,12 @@ void scale_low_alpha(pixel::PixelWord* pixels, std::size_t count, std::uint8_t a
                      std::uint32_t alpha_mask, std::uint32_t colour_mask);
 void subtract(unsigned char* bytes, std::size_t count, std::uint32_t word);
 void add(unsigned char* to, const unsigned char* from, std::size_t count);
+void copy_masked(const pixel::PixelRows& rows, std::uint32_t kept, std::uint32_t added);
+void copy_keyed(const pixel::PixelRows& rows, pixel::ColourKey key, std::uint32_t kept,
+                std::uint32_t added);
+void composite_over(const pixel::PixelRows& rows);
+void composite_evenly(const pixel::PixelRows& rows, std::uint8_t alpha);
+void composite_keyed(const pixel::PixelRows& rows, pixel::ColourKey key, std::uint8_t alpha);
 void copy_rows(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned char* from,
                std::ptrdiff_t from_pitch_bytes, std::size_t width, std::size_t rows);
 void copy_rows_mirrored(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned char* from,

@@ -13,12 +13,13 @@
 
 namespace larkspur::pixel {
 
-/// Pixels side by side: as words, and as halves of words (the low half of each first).
+/// Pixels side by side: as words, as halves of words (the low half of each first), and as bytes.
 template <std::size_t kBytes>
 struct Vectors {
     static constexpr std::size_t kPixels = kBytes / sizeof(std::uint32_t);
     typedef std::uint32_t Words __attribute__((vector_size(kBytes)));
     typedef std::uint16_t Halves __attribute__((vector_size(kBytes)));
+    typedef std::uint8_t Bytes __attribute__((vector_size(kBytes)));
 };
 
 /// The widest that are used.
@@ -46,21 +47,34 @@ struct RepeatedWord {
     std::uint32_t words[Vectors<kWidestBytes>::kPixels];
 };
 
-/// Calls step.run<Vectors<bytes>>(to, from) for the pixels of a row in order: in vectors of
-/// `kBytes` bytes, and for the rest in narrower ones.
+/// Calls step.run<Vectors<bytes>>(to, from) for the pixels of the end of a row, of which there are
+/// `width` modulo twice the vectors' number: in one vector of `kBytes` bytes, if that is full, and
+/// then in narrower ones.
 template <std::size_t kBytes, class Step>
-[[gnu::always_inline]] inline void step_through_row(PixelWord* to, const PixelWord* from,
-                                                    std::size_t width, const Step& step) noexcept {
+[[gnu::always_inline]] inline void step_through_rest(PixelWord* to, const PixelWord* from,
+                                                     std::size_t width, const Step& step) noexcept {
     using Vector = Vectors<kBytes>;
-    for (; width >= Vector::kPixels; width -= Vector::kPixels) {
+    if ((width & Vector::kPixels) != 0) {
         step.template run<Vector>(to, from);
         to += Vector::kPixels;
         from += Vector::kPixels;
     }
     if constexpr (Vector::kPixels > 1) {
-        if (width > 0) {
-            step_through_row<kBytes / 2>(to, from, width, step);
-        }
+        step_through_rest<kBytes / 2>(to, from, width, step);
+    }
+}
+
+/// As above for a whole row.
+template <std::size_t kBytes, class Step>
+[[gnu::always_inline]] inline void step_through_row(PixelWord* to, const PixelWord* from,
+                                                    std::size_t width, const Step& step) noexcept {
+    using Vector = Vectors<kBytes>;
+    std::size_t x = 0;
+    for (; x + Vector::kPixels <= width; x += Vector::kPixels) {
+        step.template run<Vector>(to + x, from + x);
+    }
+    if (x < width) {
+        step_through_rest<kBytes / 2>(to + x, from + x, width, step);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <SDL_imageFilter.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 #include "larkspur.h"
@@ -34,6 +35,39 @@ void subtract_groups(void* buffer, int length_bytes, std::size_t group,
     }
     const std::size_t groups = (static_cast<std::size_t>(length_bytes) + group - 1) / group;
     subtract_saturating(bytes_of(buffer), groups * group, pattern);
+}
+
+void subtract_by_kernel(unsigned char* bytes, std::size_t count, std::uint32_t value) noexcept {
+    subtract_saturating(bytes, count, pattern_of(value, value));
+}
+
+void subtract_by_library(unsigned char* bytes, std::size_t count, std::uint32_t value) noexcept {
+    SDL_imageFilterSubUint(bytes, bytes, static_cast<unsigned>(count), value);
+}
+
+// Whether this SDL_gfx subtracts as the kernel does, also in the order of bytes: every byte from
+// every byte, and then in buffers of each length around those of its vectors.
+bool agrees_with_library() noexcept {
+    constexpr std::size_t kValues = 256;
+    constexpr std::size_t kMostBytes = 64;
+    std::array<unsigned char, 4 * kValues> by_us;
+    std::array<unsigned char, 4 * kValues> by_library;
+    const auto agrees_on = [&](std::size_t count, std::uint32_t value) {
+        subtract_by_kernel(by_us.data(), count, value);
+        subtract_by_library(by_library.data(), count, value);
+        return by_us == by_library;
+    };
+    for (std::uint32_t k = 0; k < kValues; ++k) {
+        for (std::size_t i = 0; i < by_us.size(); ++i) {
+            by_us[i] = by_library[i] = static_cast<unsigned char>(i / 4);
+        }
+        // Four bytes that differ.
+        const std::uint32_t value = k << 24 | (k ^ 0x55) << 16 | (k ^ 0xAA) << 8 | (k ^ 0xFF);
+        if (!agrees_on(by_us.size(), value) || !agrees_on(k % kMostBytes, value)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 }  // namespace
@@ -73,8 +107,9 @@ void satusub(void* buffer, int length_bytes, std::uint32_t value) noexcept {
     if (buffer == nullptr || length_bytes <= 0) {
         return;
     }
-    unsigned char* bytes = bytes_of(buffer);
-    SDL_imageFilterSubUint(bytes, bytes, static_cast<unsigned>(length_bytes), value);
+    static const bool kernel_agrees = agrees_with_library();
+    const auto subtract = kernel_agrees ? subtract_by_kernel : subtract_by_library;
+    subtract(bytes_of(buffer), static_cast<std::size_t>(length_bytes), value);
 }
 
 void subtract_words(void* buffer, int length_bytes, std::uint32_t value) noexcept {

@@ -23,8 +23,9 @@ void translucentify(SDL_Surface* surface, std::uint8_t alpha) noexcept;
 /// order.
 void tint_surface(SDL_Surface* surface, std::uint32_t tint) noexcept;
 
-/// Subtracts the bytes of `value` from the bytes of a buffer, each stopping at 0, through SDL_gfx
-/// and in its byte order. Does nothing for a null buffer or a length below 1.
+/// Subtracts the bytes of `value`, lowest first, from the bytes of a buffer in turn, each stopping
+/// at 0; or does what else SDL_imageFilterSubUint() does with them in the SDL_gfx at hand. Does
+/// nothing for a null buffer or a length below 1.
 void satusub(void* buffer, int length_bytes, std::uint32_t value) noexcept;
 
 /// Subtracts `value`, or `low` and `high` in turn, from the 32-bit words of a buffer, byte by byte
