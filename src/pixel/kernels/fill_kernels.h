@@ -15,4 +15,9 @@ namespace larkspur::pixel {
 void fill_translucent_rows(PixelWord* pixels, std::ptrdiff_t pitch_bytes, std::size_t width,
                            std::size_t height, std::uint8_t keep, std::uint32_t sum) noexcept;
 
+/// The same with a sum for each row, `height` of them.
+void fill_each_translucent_row(PixelWord* pixels, std::ptrdiff_t pitch_bytes, std::size_t width,
+                               std::size_t height, std::uint8_t keep,
+                               const std::uint32_t* sums) noexcept;
+
 }  // namespace larkspur::pixel

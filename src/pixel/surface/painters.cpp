@@ -76,11 +76,11 @@ std::int64_t height_of(const Corners& corners) noexcept {
 }
 
 // The rows of a vertical gradient, band by band: calls colour(words, weights, number of rows),
-// which turns the weights of the top colour into one word per row, then paint(first pixel, number
-// of pixels, word) for each row.
+// which turns the weights of the top colour into one word per row, then paint(first pixel, pitch in
+// bytes, number of pixels in a row, number of rows, words).
 template <typename Colour, typename Paint>
-void for_each_gradient_row(const SDL_Surface& surface, const Corners& corners, Colour colour,
-                           Paint paint) noexcept {
+void for_each_gradient_band(const SDL_Surface& surface, const Corners& corners, Colour colour,
+                            Paint paint) noexcept {
     const int left = std::max(corners.x1, 0);
     const int right = std::min(corners.x2, surface.w - 1);
     const int top = std::max(corners.y1, 0);
@@ -96,10 +96,18 @@ void for_each_gradient_row(const SDL_Surface& surface, const Corners& corners, C
         const int rows = std::min(bottom - y, kBand);
         fraction.take(weights.data(), rows);
         colour(words.data(), weights.data(), static_cast<std::size_t>(rows));
-        for (int i = 0; i < rows; ++i) {
-            paint(painted_pixel(surface, left, y + i), static_cast<std::size_t>(right - left),
-                  words[i]);
-        }
+        paint(painted_pixel(surface, left, y), painted_pitch_bytes(surface),
+              static_cast<std::size_t>(right - left), static_cast<std::size_t>(rows), words.data());
+    }
+}
+
+// Sets each of `height` rows to its word.
+void set_rows(PixelWord* pixels, std::ptrdiff_t pitch_bytes, std::size_t width, std::size_t height,
+              const std::uint32_t* words) noexcept {
+    auto* row = reinterpret_cast<unsigned char*>(pixels);
+    for (std::size_t y = 0; y < height; ++y) {
+        set_pixels(pixel_words(row), width, words[y]);
+        row += pitch_bytes;
     }
 }
 
@@ -143,10 +151,11 @@ void blend_vertical_gradients(const SDL_Surface& surface, const Corners& corners
             add_scaled(sums, words.data(), rows, layers[i].weight);
         }
     };
-    const auto blend_row = [=](PixelWord* row, std::size_t width, std::uint32_t sum) {
-        fill_translucent_rows(row, 0, width, 1, keep, sum);
+    const auto blend_band = [=](PixelWord* pixels, std::ptrdiff_t pitch, std::size_t width,
+                                std::size_t rows, const std::uint32_t* sums) {
+        fill_each_translucent_row(pixels, pitch, width, rows, keep, sums);
     };
-    for_each_gradient_row(surface, corners, sum_layers, blend_row);
+    for_each_gradient_band(surface, corners, sum_layers, blend_band);
 }
 
 void draw_vertical_gradient(const SDL_Surface& surface, const Corners& corners, std::uint32_t top,
@@ -155,7 +164,7 @@ void draw_vertical_gradient(const SDL_Surface& surface, const Corners& corners, 
     const auto mix = [&](std::uint32_t* words, const std::int32_t* weights, std::size_t rows) {
         mix_colours(words, weights, rows, top, bottom, layout);
     };
-    for_each_gradient_row(surface, corners, mix, set_pixels);
+    for_each_gradient_band(surface, corners, mix, set_rows);
 }
 
 void draw_horizontal_gradient(const SDL_Surface& surface, const Corners& corners,

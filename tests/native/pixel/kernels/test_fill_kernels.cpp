@@ -73,5 +73,38 @@ TEST(FillTranslucentRows, TouchesNoMemoryOutside) {
     }
 }
 
+TEST(FillEachTranslucentRow, GivesEachRowItsSumAtEveryWidthAndOffset) {
+    constexpr std::uint32_t kSums[] = {0x00102030, 0xFF000001, 0x00FFFFFF};
+    for (std::size_t width = 0; width <= kEnoughPixels; ++width) {
+        for (std::size_t offset = 0; offset < kWidestVectorBytes; ++offset) {
+            MemoryField field(offset, 4 * width, 4 + width % 5 * 4, 3, 6);
+            MemoryField expected = field.copy();
+            for (std::size_t y = 0; y < 3; ++y) {
+                for (std::size_t x = 0; x < width; ++x) {
+                    expected.set_word(x, y, filled(expected.word(x, y), kKeep, kSums[y]));
+                }
+            }
+            fill_each_translucent_row(pixel_words(field.row(0)), field.pitch(), width, 3, kKeep,
+                                      kSums);
+            ASSERT_TRUE(field.equals(expected)) << "width " << width << ", offset " << offset;
+        }
+    }
+}
+
+TEST(FillEachTranslucentRow, NeedNoRow) {
+    MemoryField field(0, 16, 0, 1, 7);
+    MemoryField expected = field.copy();
+    fill_each_translucent_row(pixel_words(field.row(0)), field.pitch(), 4, 0, kKeep, nullptr);
+    EXPECT_TRUE(field.equals(expected));
+}
+
+TEST(FillEachTranslucentRow, TouchesNoMemoryOutside) {
+    GuardedPage page;
+    for (std::size_t width = 0; width <= kEnoughPixels; ++width) {
+        fill_each_translucent_row(pixel_words(page.at_start()), 0, width, 1, kKeep, &kSum);
+        fill_each_translucent_row(pixel_words(page.at_end(4 * width)), 0, width, 1, kKeep, &kSum);
+    }
+}
+
 }  // namespace
 }  // namespace larkspur::pixel
