@@ -103,11 +103,12 @@ def scale_cache(screen):
 # --- Rooms ---------------------------------------------------------------------------------------
 
 
-def room_of(tiles=(), placements=()):
-    """A room of the screen's size that is entered, with these tiles and (kind, x, y)."""
+def room_of(tiles=(), placements=(), bg0=None):
+    """A room of the screen's size that is entered; placements are (kind, x, y)."""
     room = resources.game.add_room("room_%d" % len(resources.game.rooms), *SIZE)
     room.tiles = list(tiles)
     room.instances = [resources.Placement(*placement) for placement in placements]
+    room.bg0 = bg0
     gm6.goto_room(room)
     return room
 
@@ -145,18 +146,16 @@ def opaque_tiles(screen):
 def scaled_view(screen):
     """The background is scaled afresh in each frame."""
     kind = resources.game.add_object("obj_plain", sprite=plain_sprite("spr_plain"))
-    room = room_of(placements=[(kind, 16 * i % 320, 40 * i // 320 * 7) for i in range(60)])
+    landscape = resources.game.add_background("bg_landscape", picture(320, 240))
+    room = room_of(
+        placements=[(kind, 16 * i % 320, 40 * i // 320 * 7) for i in range(60)],
+        bg0=resources.BackgroundSlot(landscape),
+    )
     resources.set_view(room, 0, (10, 10, 320, 240), (0, 0, 640, 480), kind, (100, 100))
-    landscape = picture(320, 240)
-
-    def draw_backgrounds(room, surface, xview, yview):
-        gm6.drawing.begin_pass(room)
-        surface.blit(larkspur.scale(landscape, 2.0, 2.0), (0, 0))
 
     def scene():
-        kept, gm6.Room_DrawBackgrounds = gm6.Room_DrawBackgrounds, draw_backgrounds
+        landscape.scaled_data_cache.clear()
         larkspur.Room_Draw(room, screen)
-        gm6.Room_DrawBackgrounds = kept
 
     return scene
 
