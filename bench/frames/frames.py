@@ -177,8 +177,8 @@ def plot(found):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    parser.add_argument("--rounds", type=int, default=3)
-    parser.add_argument("--seconds", type=float, default=1.0, help="for each frame and round")
+    parser.add_argument("--rounds", type=int, default=2)
+    parser.add_argument("--seconds", type=float, default=2.0, help="for each room and round")
     parser.add_argument("--plots", action="store_true", help="draw docs/frames-*.svg and .png")
     options = parser.parse_args()
     found = sampled_frames(options.rounds, options.seconds)

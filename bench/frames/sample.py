@@ -10,6 +10,7 @@ from __future__ import division, print_function
 import collections
 import ctypes
 import json
+import math
 import os
 import random
 import struct
@@ -27,40 +28,55 @@ import sampler  # noqa: E402
 import scenery  # noqa: E402
 
 PERIOD_MICROSECONDS = 250
-LEAST_FRAMES = 10
-WARM_UP_FRAMES = 60
+TURN_SECONDS = 0.2
+WARM_UP_FRAMES, WARM_UP_SECONDS = 60, 2.0
 
 
-def measure(frame, seconds):
-    """What a room's frames take: milliseconds each, and how many samples were in what."""
-    # Pictures that are kept are made before; a slow frame is not repeated for ever.
-    begin = time.time()
-    for _ in range(WARM_UP_FRAMES):
-        frame()
-        if time.time() - begin > seconds:
-            break
-    frames, begin, processor = 0, time.time(), time.clock()
-    sampler.start(PERIOD_MICROSECONDS)
-    while frames < LEAST_FRAMES or time.time() - begin < seconds:
-        frame()
-        frames += 1
-    taken = sampler.stop()
-    processor = time.clock() - processor
-    found = owners.Owners()
-    layers, functions = collections.Counter(), collections.Counter()
-    for pair, number in collections.Counter(
-        taken[place : place + 16] for place in range(0, len(taken), 16)
-    ).items():
-        layer, function = found.of(*struct.unpack("QQ", pair))
-        layers[layer] += number
-        if function:
-            functions[function] += number
-    return {
-        "milliseconds": 1000 * processor / frames,
-        "samples": len(taken) // 16,
-        "layers": layers,
-        "functions": functions,
-    }
+class Frames(object):
+    """What the frames of one room took."""
+
+    def __init__(self, room):
+        self.room = room
+        self.frames, self.seconds = 0, 0.0
+        self.addresses = collections.Counter()
+
+    def warm_up(self):
+        """So that pictures that are kept are made before; slow frames are not repeated for ever."""
+        begin = time.time()
+        gm6.goto_room(self.room)
+        for _ in range(WARM_UP_FRAMES):
+            frame()
+            if time.time() - begin > WARM_UP_SECONDS:
+                break
+
+    def take_turn(self):
+        gm6.goto_room(self.room)
+        frame()  # finds the caches full of another room
+        frames, begin, processor = 0, time.time(), time.clock()
+        sampler.start(PERIOD_MICROSECONDS)
+        while frames == 0 or time.time() - begin < TURN_SECONDS:
+            frame()
+            frames += 1
+        taken = sampler.stop()
+        self.seconds += time.clock() - processor
+        self.frames += frames
+        self.addresses.update(taken[place : place + 16] for place in range(0, len(taken), 16))
+
+    def result(self):
+        """Milliseconds of a frame, and how many samples were in what."""
+        found = owners.Owners()
+        layers, functions = collections.Counter(), collections.Counter()
+        for pair, number in self.addresses.items():
+            layer, function = found.of(*struct.unpack("QQ", pair))
+            layers[layer] += number
+            if function:
+                functions[function] += number
+        return {
+            "milliseconds": 1000 * self.seconds / self.frames,
+            "samples": sum(layers.values()),
+            "layers": layers,
+            "functions": functions,
+        }
 
 
 def frame():
@@ -69,35 +85,43 @@ def frame():
 
 
 def configurations():
-    """(series, views, instances, tiles, particles). A room with views draws no tiles."""
+    """(series, views, [(instances, tiles, particles)]). A room with views draws no tiles."""
     for views in (True, False):
-        for particles in (0, 2000, 5000, 10000):
-            yield "particles", views, 300, 0 if views else 2000, particles
-        for instances in (0, 100, 1000, 3000, 10000):
-            yield "instances", views, instances, 0, 0
-    for tiles in (0, 2000, 5000, 20000):
-        yield "tiles", False, 100, tiles, 0
+        tiles = 0 if views else 2000
+        yield "particles", views, [(300, tiles, number) for number in (0, 2000, 5000, 10000)]
+        yield "instances", views, [(number, 0, 0) for number in (0, 100, 1000, 3000, 10000)]
+    yield "tiles", False, [(100, number, 0) for number in (0, 2000, 5000, 20000)]
+
+
+def measure(series, views, numbers, rooms, seconds):
+    """Prints what each room's frames take. Rooms take turns, so that other work on the machine, and
+    what the processor makes of its clock, falls on all alike."""
+    measured = [Frames(room) for room in rooms]
+    for room in measured:
+        room.warm_up()
+    for _ in range(int(math.ceil(seconds / TURN_SECONDS))):
+        for room in measured:
+            room.take_turn()
+    for number, room in zip(numbers, measured):
+        names = {"series": series, "views": views, "number": number}
+        print(json.dumps(dict(room.result(), **names), sort_keys=True))
+    sys.stdout.flush()
 
 
 def main():
-    width, height, seconds = int(sys.argv[1]), int(sys.argv[2]), float(sys.argv[3])
+    size, seconds = (int(sys.argv[1]), int(sys.argv[2])), float(sys.argv[3])
     random.seed(1)
     ctypes.CDLL(None).srand48(1)
     pygame.display.init()
-    evening = scenery.load_demo(pygame.display.set_mode((width, height), 0, 32))
-    for name, room in (("village", evening.village), ("garden", evening.garden)):
-        gm6.goto_room(room)
-        show(measure(frame, seconds), series="demo", views=room is evening.village, number=name)
-    for series, views, instances, tiles, particles in configurations():
-        room = scenery.enter_room((width, height), views, instances, tiles, particles)
-        number = {"instances": instances, "tiles": tiles, "particles": particles}[series]
-        show(measure(frame, seconds), series=series, views=views, number=number)
-        room.drawn_objects, room.tiles = [], []
-
-
-def show(measured, **names):
-    print(json.dumps(dict(measured, **names), sort_keys=True))
-    sys.stdout.flush()
+    evening = scenery.load_demo(pygame.display.set_mode(size, 0, 32))
+    measure("demo", True, ["village"], [evening.village], seconds)
+    measure("demo", False, ["garden"], [evening.garden], seconds)
+    for series, views, amounts in configurations():
+        rooms = [scenery.enter_room(size, views, *amount) for amount in amounts]
+        numbers = [amount[("instances", "tiles", "particles").index(series)] for amount in amounts]
+        measure(series, views, numbers, rooms, seconds)
+        for room in rooms:
+            room.drawn_objects, room.tiles = [], []
 
 
 if __name__ == "__main__":
