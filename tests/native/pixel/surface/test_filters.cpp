@@ -21,7 +21,7 @@ constexpr Uint32 kSeed = 20113;
 
 int examples() {
     const char* count = std::getenv("LARKSPUR_FUZZ_EXAMPLES");
-    return count != nullptr ? std::atoi(count) : 1000;
+    return count != nullptr ? std::atoi(count) : 300;
 }
 
 class Random {
