@@ -4,6 +4,7 @@ is, is no test."""
 import base64
 import json
 import os
+import re
 import subprocess
 import sys
 
@@ -279,3 +280,11 @@ def test_results_tell_with_what_and_how_often_they_were_measured():
     (only,) = json.loads(json.dumps(results))["rows"]
     assert (only["who"], only["median"], only["target"]) == ("SDL", 3.5, 4)
     assert (only["verdict"], only["size"]) == ("SHORT", [64, 64])
+
+
+def test_page_on_speed_shows_all_its_pictures():
+    docs = os.path.join(TREE, "docs")
+    with open(os.path.join(docs, "speed.md")) as page:
+        shown = re.findall(r"\((speed-[a-z-]+)\.png\)", page.read())
+    drawn = [name for name in os.listdir(docs) if name.startswith("speed-")]
+    assert sorted(name + kind for name in shown for kind in (".png", ".svg")) == sorted(drawn)
