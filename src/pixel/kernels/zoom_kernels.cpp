@@ -89,22 +89,39 @@ void mix_rows(PixelWord* to, const PixelWord* first, const PixelWord* second, st
 LARKSPUR_MULTIVERSION
 void pick_along_lines(PixelWord* to, std::ptrdiff_t to_pitch_bytes, const PixelWord* from,
                       std::ptrdiff_t from_pitch_bytes, const SourceLine* lines, std::size_t height,
-                      std::uint32_t x_step, std::uint32_t y_step, std::int32_t left,
-                      std::int32_t right) noexcept {
+                      std::uint32_t x_step, std::uint32_t y_step) noexcept {
     const auto* from_bytes = reinterpret_cast<const unsigned char*>(from);
     for (std::size_t row = 0; row < height; ++row) {
         const SourceLine& line = lines[row];
-        const std::int32_t first = std::max(line.first, left);
-        const std::int32_t end = std::min(line.end, right);
-        std::uint32_t x = line.x + static_cast<std::uint32_t>(first) * x_step;
-        std::uint32_t y = line.y + static_cast<std::uint32_t>(first) * y_step;
-        for (std::int32_t i = first; i < end; ++i) {
+        std::uint32_t x = line.x + static_cast<std::uint32_t>(line.first) * x_step;
+        std::uint32_t y = line.y + static_cast<std::uint32_t>(line.first) * y_step;
+        for (std::int32_t i = line.first; i < line.end; ++i) {
             to[i] =
                 pixel_words(from_bytes + (y >> kPixelShift) * from_pitch_bytes)[x >> kPixelShift];
             x += x_step;
             y += y_step;
         }
         to = pixel_words(reinterpret_cast<unsigned char*>(to) + to_pitch_bytes);
+    }
+}
+
+// A few rows at once, so that what is read of a row of the source is read together.
+LARKSPUR_MULTIVERSION
+void transpose(PixelWord* to, std::ptrdiff_t to_pitch_bytes, const PixelWord* from,
+               std::ptrdiff_t from_pitch_bytes, std::size_t width, std::size_t height) noexcept {
+    constexpr std::size_t kRows = 8;
+    auto* to_bytes = reinterpret_cast<unsigned char*>(to);
+    const auto* from_bytes = reinterpret_cast<const unsigned char*>(from);
+    for (std::size_t top = 0; top < height; top += kRows) {
+        const std::size_t bottom = std::min(top + kRows, height);
+        for (std::size_t x = 0; x < width; ++x) {
+            const PixelWord* column =
+                pixel_words(from_bytes + static_cast<std::ptrdiff_t>(x) * from_pitch_bytes);
+            for (std::size_t y = top; y < bottom; ++y) {
+                pixel_words(to_bytes + static_cast<std::ptrdiff_t>(y) * to_pitch_bytes)[x] =
+                    column[y];
+            }
+        }
     }
 }
 

@@ -34,12 +34,16 @@ struct SourceLine {
     std::int32_t end;
 };
 
-/// Of each of `height` rows, those pixels inside that are in the columns `left` to `right` - 1
-/// become the source's pixels along the row's line, (x_step, y_step) apart; all others stay. Steps
-/// wrap at 32 bits. The rows' pitches are whole pixels, below 32768 of them.
+/// Of each of `height` rows, the pixels inside become the source's pixels along the row's line,
+/// (x_step, y_step) apart; all others stay. Steps wrap at 32 bits. The rows' pitches are whole
+/// pixels, below 32768 of them.
 void pick_along_lines(PixelWord* to, std::ptrdiff_t to_pitch_bytes, const PixelWord* from,
                       std::ptrdiff_t from_pitch_bytes, const SourceLine* lines, std::size_t height,
-                      std::uint32_t x_step, std::uint32_t y_step, std::int32_t left,
-                      std::int32_t right) noexcept;
+                      std::uint32_t x_step, std::uint32_t y_step) noexcept;
+
+/// Pixel (x, y) of `width` x `height` becomes the source's pixel (y, x). Either pitch may be
+/// negative: its pointer then names the last row in memory, and the rows are walked backwards.
+void transpose(PixelWord* to, std::ptrdiff_t to_pitch_bytes, const PixelWord* from,
+               std::ptrdiff_t from_pitch_bytes, std::size_t width, std::size_t height) noexcept;
 
 }  // namespace larkspur::pixel

@@ -182,8 +182,7 @@ using Places = std::array<std::int32_t, kBlock>;
 LARKSPUR_AVX2 void pick_along_lines_avx2(PixelWord* to, std::ptrdiff_t to_pitch_bytes,
                                          const PixelWord* from, std::ptrdiff_t from_pitch_bytes,
                                          const SourceLine* lines, std::size_t height,
-                                         std::uint32_t x_step, std::uint32_t y_step,
-                                         std::int32_t left, std::int32_t right) noexcept {
+                                         std::uint32_t x_step, std::uint32_t y_step) noexcept {
     Places places;
     // A pixel is its row times the pitch and its column: two products of 16 bits in each lane.
     const auto pitch = static_cast<std::uint32_t>(from_pitch_bytes) / sizeof(PixelWord);
@@ -192,13 +191,11 @@ LARKSPUR_AVX2 void pick_along_lines_avx2(PixelWord* to, std::ptrdiff_t to_pitch_
     const __m256i first_ys = multiples(y_step);
     for (std::size_t row = 0; row < height; ++row) {
         const SourceLine& line = lines[row];
-        const std::int32_t first = std::max(line.first, left);
-        const std::int32_t end = std::min(line.end, right);
-        const auto from_first = static_cast<std::uint32_t>(first);
+        const auto from_first = static_cast<std::uint32_t>(line.first);
         __m256i xs = _mm256_add_epi32(first_xs, repeated(line.x + from_first * x_step));
         __m256i ys = _mm256_add_epi32(first_ys, repeated(line.y + from_first * y_step));
-        for (std::int32_t done = first; done < end; done += kBlock) {
-            const std::int32_t count = std::min(kBlock, end - done);
+        for (std::int32_t done = line.first; done < line.end; done += kBlock) {
+            const std::int32_t count = std::min(kBlock, line.end - done);
             for (std::int32_t i = 0; i < count; i += kLanes) {
                 const __m256i rows = _mm256_srli_epi32(ys, kPixelShift);
                 const __m256i columns_and_rows = _mm256_blend_epi16(rows, xs, 0xAA);
@@ -217,13 +214,66 @@ LARKSPUR_AVX2 void pick_along_lines_avx2(PixelWord* to, std::ptrdiff_t to_pitch_
     }
 }
 
+// 8 x 8 pixels. Each step brings together what is 1, 2 and 4 rows apart.
+LARKSPUR_AVX2 inline void transpose_block(unsigned char* to, std::ptrdiff_t to_pitch_bytes,
+                                          const unsigned char* from,
+                                          std::ptrdiff_t from_pitch_bytes) noexcept {
+    __m256i rows[kLanes];
+    for (int y = 0; y < kLanes; ++y) {
+        rows[y] = load(pixel_words(from + y * from_pitch_bytes));
+    }
+    __m256i pairs[kLanes];
+    for (int y = 0; y < kLanes; y += 2) {
+        pairs[y] = _mm256_unpacklo_epi32(rows[y], rows[y + 1]);
+        pairs[y + 1] = _mm256_unpackhi_epi32(rows[y], rows[y + 1]);
+    }
+    __m256i fours[kLanes];
+    for (int half = 0; half < kLanes; half += 4) {
+        fours[half] = _mm256_unpacklo_epi64(pairs[half], pairs[half + 2]);
+        fours[half + 1] = _mm256_unpackhi_epi64(pairs[half], pairs[half + 2]);
+        fours[half + 2] = _mm256_unpacklo_epi64(pairs[half + 1], pairs[half + 3]);
+        fours[half + 3] = _mm256_unpackhi_epi64(pairs[half + 1], pairs[half + 3]);
+    }
+    for (int y = 0; y < 4; ++y) {
+        store(pixel_words(to + y * to_pitch_bytes),
+              _mm256_permute2x128_si256(fours[y], fours[y + 4], 0x20));
+        store(pixel_words(to + (y + 4) * to_pitch_bytes),
+              _mm256_permute2x128_si256(fours[y], fours[y + 4], 0x31));
+    }
+}
+
+LARKSPUR_AVX2 void transpose_avx2(PixelWord* to, std::ptrdiff_t to_pitch_bytes,
+                                  const PixelWord* from, std::ptrdiff_t from_pitch_bytes,
+                                  std::size_t width, std::size_t height) noexcept {
+    auto* to_bytes = reinterpret_cast<unsigned char*>(to);
+    const auto* from_bytes = reinterpret_cast<const unsigned char*>(from);
+    const auto to_row = [&](std::size_t y) {
+        return to_bytes + static_cast<std::ptrdiff_t>(y) * to_pitch_bytes;
+    };
+    const auto from_row = [&](std::size_t x) {
+        return from_bytes + static_cast<std::ptrdiff_t>(x) * from_pitch_bytes;
+    };
+    const std::size_t whole_width = width / kLanes * kLanes;
+    const std::size_t whole_height = height / kLanes * kLanes;
+    for (std::size_t y = 0; y < whole_height; y += kLanes) {
+        for (std::size_t x = 0; x < whole_width; x += kLanes) {
+            transpose_block(to_row(y) + x * sizeof(PixelWord), to_pitch_bytes,
+                            from_row(x) + y * sizeof(PixelWord), from_pitch_bytes);
+        }
+    }
+    transpose(to + whole_width, to_pitch_bytes, pixel_words(from_row(whole_width)),
+              from_pitch_bytes, width - whole_width, whole_height);
+    transpose(pixel_words(to_row(whole_height)), to_pitch_bytes, from + whole_height,
+              from_pitch_bytes, width, height - whole_height);
+}
+
 }  // namespace
 
 ZoomKernels fastest_zoom_kernels() noexcept {
     if (__builtin_cpu_supports("avx2")) {
-        return {pick_columns_avx2, mix_columns_avx2, pick_along_lines_avx2};
+        return {pick_columns_avx2, mix_columns_avx2, pick_along_lines_avx2, transpose_avx2};
     }
-    return {pick_columns, mix_columns, pick_along_lines};
+    return {pick_columns, mix_columns, pick_along_lines, transpose};
 }
 
 }  // namespace larkspur::pixel
@@ -233,7 +283,7 @@ ZoomKernels fastest_zoom_kernels() noexcept {
 namespace larkspur::pixel {
 
 ZoomKernels fastest_zoom_kernels() noexcept {
-    return {pick_columns, mix_columns, pick_along_lines};
+    return {pick_columns, mix_columns, pick_along_lines, transpose};
 }
 
 }  // namespace larkspur::pixel

@@ -12,6 +12,7 @@ struct ZoomKernels {
     decltype(&larkspur::pixel::pick_columns) pick_columns;
     decltype(&larkspur::pixel::mix_columns) mix_columns;
     decltype(&larkspur::pixel::pick_along_lines) pick_along_lines;
+    decltype(&larkspur::pixel::transpose) transpose;
 };
 
 /// The plain loops where the processor knows no AVX2, and in builds for other processors.

@@ -186,13 +186,14 @@ std::int64_t steps_to(std::int64_t place, std::int64_t step, double reciprocal) 
     return steps + (rest > 0 ? 1 : 0) - (rest <= -step ? 1 : 0);
 }
 
-// The pixels of a row from `first` to before `end` that lie inside along one axis.
+// The pixels of a row (or of a column, by the other step) from `first` to before `end` that lie
+// inside along one axis.
 class InsideOf {
  public:
-    explicit InsideOf(const SourceAxis& axis) noexcept
+    InsideOf(const SourceAxis& axis, std::int64_t step) noexcept
         : end_(axis.end),
-          step_(std::abs(axis.column_step)),
-          backwards_(axis.column_step < 0),
+          step_(std::abs(step)),
+          backwards_(step < 0),
           reciprocal_(1.0 / static_cast<double>(step_)) {}
 
     // Narrows the pixels to those inside; `place` is that of the row's pixel 0.
@@ -214,17 +215,35 @@ class InsideOf {
     double reciprocal_;
 };
 
-// Where lines are steep, a row of the target crosses a row of the source at nearly every pixel. The
-// next row finds them in the fastest cache again if it is not long, or if all of the source is
-// there.
-constexpr int kSteepColumns = 32;
-constexpr int kSteepRatio = 4;
-constexpr std::size_t kCacheBytes = 32768;
+// Whether rows become columns, in either direction, pixel by pixel.
+bool is_quarter_turn(const SourceAxis& x_axis, const SourceAxis& y_axis) noexcept {
+    return x_axis.column_step == 0 && std::abs(x_axis.row_step) == kPixel && y_axis.row_step == 0 &&
+           std::abs(y_axis.column_step) == kPixel;
+}
 
-bool is_steep(const SDL_Surface& source, const SourceAxis& x_axis,
-              const SourceAxis& y_axis) noexcept {
-    return buffer_bytes(source) > kCacheBytes &&
-           std::abs(y_axis.column_step) > kSteepRatio * std::abs(x_axis.column_step);
+void fill_by_quarter_turn(SDL_Surface& target, const SDL_Surface& source, const SourceAxis& x_axis,
+                          const SourceAxis& y_axis) noexcept {
+    std::int64_t left = 0;
+    std::int64_t right = target.w;
+    InsideOf(y_axis, y_axis.column_step).narrow(y_axis.start, left, right);
+    std::int64_t top = 0;
+    std::int64_t bottom = target.h;
+    InsideOf(x_axis, x_axis.row_step).narrow(x_axis.start, top, bottom);
+    if (left >= right || top >= bottom) {
+        return;
+    }
+    // The source's columns are walked forwards, so the target's rows may go backwards.
+    const bool upwards = x_axis.row_step < 0;
+    const auto first_row = static_cast<int>(upwards ? bottom - 1 : top);
+    const auto first_column = static_cast<int>(left);
+    const auto from_x = static_cast<int>(x_axis.at(0, first_row) / kPixel);
+    const auto from_y = static_cast<int>(y_axis.at(first_column, 0) / kPixel);
+    const std::ptrdiff_t to_pitch = target.pitch;
+    const std::ptrdiff_t from_pitch = source.pitch;
+    kernels().transpose(
+        row_of(target, first_row) + first_column, upwards ? -to_pitch : to_pitch,
+        row_of(source, from_y) + from_x, y_axis.column_step < 0 ? -from_pitch : from_pitch,
+        static_cast<std::size_t>(right - left), static_cast<std::size_t>(bottom - top));
 }
 
 // False when there is no memory for it.
@@ -234,8 +253,8 @@ bool fill_along(SDL_Surface& target, const SDL_Surface& source, const SourceAxis
     if (lines == nullptr) {
         return false;
     }
-    const InsideOf inside_x(x_axis);
-    const InsideOf inside_y(y_axis);
+    const InsideOf inside_x(x_axis, x_axis.column_step);
+    const InsideOf inside_y(y_axis, y_axis.column_step);
     for (int y = 0; y < target.h; ++y) {
         std::int64_t first = 0;
         std::int64_t end = target.w;
@@ -245,13 +264,10 @@ bool fill_along(SDL_Surface& target, const SDL_Surface& source, const SourceAxis
                     static_cast<std::uint32_t>(y_axis.at(0, y)), static_cast<std::int32_t>(first),
                     static_cast<std::int32_t>(end)};
     }
-    const int columns = is_steep(source, x_axis, y_axis) ? kSteepColumns : target.w;
-    for (int left = 0; left < target.w; left += columns) {
-        kernels().pick_along_lines(
-            row_of(target, 0), target.pitch, row_of(source, 0), source.pitch, lines.get(),
-            static_cast<std::size_t>(target.h), static_cast<std::uint32_t>(x_axis.column_step),
-            static_cast<std::uint32_t>(y_axis.column_step), left, left + columns);
-    }
+    kernels().pick_along_lines(row_of(target, 0), target.pitch, row_of(source, 0), source.pitch,
+                               lines.get(), static_cast<std::size_t>(target.h),
+                               static_cast<std::uint32_t>(x_axis.column_step),
+                               static_cast<std::uint32_t>(y_axis.column_step));
     return true;
 }
 
@@ -298,6 +314,10 @@ bool fill_by_turn(SDL_Surface& target, const SDL_Surface& source, Mirroring mirr
     }
     if (mirroring.top_bottom) {
         y_axis.mirror();
+    }
+    if (is_quarter_turn(x_axis, y_axis)) {
+        fill_by_quarter_turn(target, source, x_axis, y_axis);
+        return true;
     }
     return fill_along(target, source, x_axis, y_axis);
 }

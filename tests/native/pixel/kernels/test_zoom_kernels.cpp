@@ -14,7 +14,8 @@ namespace {
 constexpr std::uint32_t kPixel = 65536;
 
 // The plain loops, and those that this processor runs best.
-const ZoomKernels kBoth[] = {{pick_columns, mix_columns, pick_along_lines}, fastest_zoom_kernels()};
+const ZoomKernels kBoth[] = {{pick_columns, mix_columns, pick_along_lines, transpose},
+                             fastest_zoom_kernels()};
 
 // Fractions of a pixel, its multiples, and what ends in one vector, in two and in none of them.
 constexpr std::uint32_t kSteps[] = {0,      1,      4000,   21845,  32768,     40000,
@@ -193,14 +194,12 @@ TEST(PickAlongLines, TakesThePixelsInsideAlongEachLine) {
         MemoryField target(4, 4 * static_cast<std::size_t>(width), 8, kRows, 35);
         MemoryField source(8, 4 * kSide, 4 * static_cast<std::size_t>(between(0, 5)), kSide, 36);
         MemoryField expected = target.copy();
-        const auto left = static_cast<int>(between(0, width));
-        const auto right = static_cast<int>(between(left, width + 40));
         std::vector<SourceLine> lines;
         for (std::size_t y = 0; y < kRows; ++y) {
             const std::int64_t start_x = between(-80 * 65536, 140 * 65536);
             const std::int64_t start_y = between(-80 * 65536, 140 * 65536);
             lines.push_back(inner_line(start_x, start_y, x_step, y_step, width));
-            for (int x = std::max(left, lines[y].first); x < std::min(right, lines[y].end); ++x) {
+            for (int x = lines[y].first; x < lines[y].end; ++x) {
                 expected.set_word(
                     static_cast<std::size_t>(x), y,
                     source.word(static_cast<std::size_t>(start_x + x * x_step) / kPixel,
@@ -212,9 +211,47 @@ TEST(PickAlongLines, TakesThePixelsInsideAlongEachLine) {
             kernels.pick_along_lines(pixel_words(drawn.row(0)), drawn.pitch(),
                                      pixel_words(source.row(0)), source.pitch(), lines.data(),
                                      kRows, static_cast<std::uint32_t>(x_step),
-                                     static_cast<std::uint32_t>(y_step), left, right);
+                                     static_cast<std::uint32_t>(y_step));
             ASSERT_TRUE(drawn.equals(expected)) << "round " << round;
         }
+    }
+}
+
+TEST(Transpose, SwapsRowsAndColumnsOfEverySize) {
+    for (const ZoomKernels& kernels : kBoth) {
+        for (std::size_t width = 0; width <= 26; ++width) {
+            for (std::size_t height = 0; height <= 26; ++height) {
+                MemoryField target(4 * (width % 16) + 1, 4 * width, height % 5, height, 37);
+                MemoryField source(4 * (width % 5) + 3, 4 * height, width % 3, width, 38);
+                MemoryField expected = target.copy();
+                for (std::size_t y = 0; y < height; ++y) {
+                    for (std::size_t x = 0; x < width; ++x) {
+                        expected.set_word(x, y, source.word(y, x));
+                    }
+                }
+                kernels.transpose(pixel_words(target.row(0)), target.pitch(),
+                                  pixel_words(source.row(0)), source.pitch(), width, height);
+                ASSERT_TRUE(target.equals(expected)) << width << " x " << height;
+            }
+        }
+    }
+}
+
+TEST(Transpose, WalksRowsBackwardsWithANegativePitch) {
+    constexpr std::size_t kWidth = 19;
+    constexpr std::size_t kHeight = 21;
+    for (const ZoomKernels& kernels : kBoth) {
+        MemoryField target(0, 4 * kWidth, 4, kHeight, 39);
+        MemoryField source(0, 4 * kHeight, 8, kWidth, 40);
+        MemoryField expected = target.copy();
+        for (std::size_t y = 0; y < kHeight; ++y) {
+            for (std::size_t x = 0; x < kWidth; ++x) {
+                expected.set_word(x, kHeight - 1 - y, source.word(y, kWidth - 1 - x));
+            }
+        }
+        kernels.transpose(pixel_words(target.row(kHeight - 1)), -target.pitch(),
+                          pixel_words(source.row(kWidth - 1)), -source.pitch(), kWidth, kHeight);
+        ASSERT_TRUE(target.equals(expected));
     }
 }
 
@@ -233,7 +270,11 @@ TEST(ZoomKernels, TouchNoMemoryOutside) {
             });
             const SourceLine line = {0, 0, 0, static_cast<std::int32_t>(width)};
             at_both_ends(width, width, [&](PixelWord* to, const PixelWord* from) {
-                kernels.pick_along_lines(to, 0, from, 4 * 200, &line, 1, kPixel, 0, 0, 1000);
+                kernels.pick_along_lines(to, 0, from, 4 * 200, &line, 1, kPixel, 0);
+            });
+            const auto pitch = static_cast<std::ptrdiff_t>(4 * width);
+            at_both_ends(width * 10, width * 10, [&](PixelWord* to, const PixelWord* from) {
+                kernels.transpose(to, pitch, from, 4 * 10, width, 10);
             });
             for (const std::uint32_t step : kSteps) {
                 const std::size_t picked = column_at(width - 1, step) + 1;
