@@ -1,4 +1,4 @@
-"""Draws what bench.py measured, as PNG and SVG.
+"""Draws what main.py measured, as PNG and SVG.
 
     python plots.py RESULTS DIRECTORY
 

@@ -15,11 +15,10 @@ from support.scripts import TREE, run, write_command
 BENCH = os.path.join(TREE, "bench", "python")
 sys.path.insert(0, BENCH)
 import jobs  # noqa: E402
+import main  # noqa: E402
 import measuring  # noqa: E402
 import table  # noqa: E402
 import workers  # noqa: E402
-
-import bench  # noqa: E402
 
 # --- Arguments -----------------------------------------------------------------------------------
 
@@ -48,15 +47,15 @@ def test_missing_python3_is_told_before_anything_is_measured(tree):
 
 def test_word_in_no_name_is_refused_and_the_names_are_told():
     with pytest.raises(SystemExit) as ended:
-        bench.chosen_jobs(["GMVar", "no such job"])
+        main.chosen_jobs(["GMVar", "no such job"])
     lines = str(ended.value).splitlines()
     assert lines[0] == "bench: no job's name holds 'no such job'; there are:"
     assert lines[1:] == ["    " + job.name for job in jobs.JOBS]
 
 
 def test_words_choose_jobs_by_their_names():
-    assert bench.chosen_jobs([]) == jobs.JOBS
-    names = [job.name for job in bench.chosen_jobs(["gmvar, v +", "int(sprite)"])]
+    assert main.chosen_jobs([]) == jobs.JOBS
+    names = [job.name for job in main.chosen_jobs(["gmvar, v +", "int(sprite)"])]
     assert names == ["GMVar, v + 1", "GMVar, v += 1", "int(sprite)"]
 
 
@@ -142,12 +141,12 @@ def test_fastest_way_of_a_rival_counts_and_ratios_are_its_time_over_ours():
         "abc1234": [3, 3, 3],
         "roof": [1, 1, 1],
     }
-    rows = bench.rows_of(job, (64, 64), times)
+    rows = main.rows_of(job, (64, 64), times)
     assert [(each.who, each.how, each.ratio[1], each.seconds) for each in rows] == [
         ("abc1234", "", 1.5, 2),
         ("pygame", "blits()", 4, 2),
     ]
-    assert bench.rows_of(job, (64, 64), {}) == []
+    assert main.rows_of(job, (64, 64), {}) == []
 
 
 # --- Pictures ------------------------------------------------------------------------------------
@@ -252,7 +251,7 @@ def test_all_that_is_compared_has_a_way(worker):
 def test_run_tells_of_every_comparison(tmpdir):
     results, build = tmpdir.join("results"), os.environ["LARKSPUR_BUILD_DIR"]
     arguments = ["--quick", "--older", build, "--revision", "abc1234", "--results", str(results)]
-    command = [sys.executable, "-B", os.path.join(BENCH, "bench.py")] + arguments
+    command = [sys.executable, "-B", os.path.join(BENCH, "main.py")] + arguments
     status, output = run(command + ["v[3]"], tmpdir, LARKSPUR_BUILD_DIR=build)
     assert status == 0, output
     lines = output.splitlines()

@@ -31,7 +31,7 @@ class Effort(object):
         self.samples, self.seconds_per_sample = sittings * rounds, seconds_per_sample
 
 
-FULL, QUICK = Effort(9, 3, 0.008), Effort(2, 3, 0.0015)
+FULL, QUICK = Effort(7, 3, 0.006), Effort(2, 3, 0.0015)
 
 
 def kernel_times(jobs_and_sizes, effort):
