@@ -21,12 +21,13 @@ constexpr std::int64_t truncate_to_int64(Float value) noexcept {
 /// As truncate_to_int64(), for the signed 32-bit range.
 template <typename Float>
 constexpr std::int32_t truncate_to_int32(Float value) noexcept {
-    const std::int64_t wide = truncate_to_int64(value);
-    if (wide < std::numeric_limits<std::int32_t>::min() ||
-        wide > std::numeric_limits<std::int32_t>::max()) {
-        return std::numeric_limits<std::int32_t>::min();
+    // In single precision the lower bound is -2^31 itself, which gives the same either way.
+    constexpr Float kBelow = static_cast<Float>(-2147483649.0);  // -2^31 - 1
+    constexpr Float kAbove = static_cast<Float>(2147483648.0);   // 2^31
+    if (value > kBelow && value < kAbove) {
+        return static_cast<std::int32_t>(value);
     }
-    return static_cast<std::int32_t>(wide);
+    return std::numeric_limits<std::int32_t>::min();
 }
 
 /// The low 16 bits of a coordinate as SDL's rectangles hold them.
