@@ -1,97 +1,102 @@
-"""Charts of stacked shares, as SVG and as PNG from the same strokes."""
+"""Draws what frames.py measured, as PNG and SVG.
 
-from __future__ import division
+    python charts.py RESULTS DIRECTORY
 
-import pygame
+needs Python 3 with matplotlib, and bench/python on PYTHONPATH; script/bench frames --plots sees to
+that. Each picture shows a series of rooms: a bar for each number, stacked of the layers' shares,
+with the time of the frame above it.
+"""
 
-LAYERS = (
-    ("larkspur", "#5b4fcf"),
-    ("SDL", "#e3a72f"),
-    ("SDL_gfx", "#cf5a45"),
-    ("Python", "#6aa57f"),
-    ("rest", "#b4b4bd"),
-)
-INK, PAPER = "#22222c", "#ffffff"
-PNG_SCALE = 2  # pixels per unit, for screens that are finer
-BAR, GAP, HEIGHT = 56, 14, 220
-LEFT, TOP, BOTTOM = 50, 78, 50
+from __future__ import division, print_function
+
+import json
+import os
+import sys
+
+import plots
+from matplotlib.figure import Figure
+from matplotlib.patches import Patch
+
+COLOURS = {
+    "larkspur": "#5b4fcf",
+    "SDL": "#e3a72f",
+    "SDL_gfx": "#cf5a45",
+    "Python": "#6aa57f",
+    "rest": "#b4b4bd",
+}
+HEIGHT_INCHES, BAR_INCHES, EDGES_INCHES = 3.6, 0.62, 0.9
+LEAST_WIDTH_INCHES = 7.5  # for the names of four panels
+LEAST_NAMED_PERCENT = 5  # a smaller share has no room for its number
 
 
-class Canvas(object):
-    """Rectangles and lines of text; what is kept is both an SVG and a picture."""
-
-    def __init__(self, width, height):
-        self.size = width, height
-        self.elements = []
-        self.picture = pygame.Surface((width * PNG_SCALE, height * PNG_SCALE), 0, 32)
-        self.rectangle(0, 0, width, height, PAPER)
-
-    def rectangle(self, x, y, width, height, colour):
-        self.elements.append(
-            '<rect x="%.1f" y="%.1f" width="%.1f" height="%.1f" fill="%s"/>'
-            % (x, y, width, height, colour)
-        )
-        left, top, right, bottom = (
-            int(round(PNG_SCALE * edge)) for edge in (x, y, x + width, y + height)
-        )
-        self.picture.fill(pygame.Color(colour), (left, top, right - left, bottom - top))
-
-    def text(self, x, y, text, size=12, colour=INK, anchor="middle"):
-        """A line whose foot is at y, with its middle, start or end at x."""
-        self.elements.append(
-            '<text x="%.1f" y="%.1f" font-size="%d" fill="%s" text-anchor="%s">%s</text>'
-            % (x, y, size, colour, anchor, text)
-        )
-        font = pygame.font.SysFont("dejavusans,liberationsans,arial", int(size * PNG_SCALE * 0.94))
-        drawn = font.render(text, True, pygame.Color(colour))
-        shift = {"start": 0, "middle": drawn.get_width() // 2, "end": drawn.get_width()}[anchor]
-        self.picture.blit(
-            drawn, (int(PNG_SCALE * x) - shift, int(PNG_SCALE * y) - font.get_ascent())
-        )
-
-    def save(self, path):
-        """As path.svg and path.png."""
-        with open(path + ".svg", "w") as svg:
-            svg.write(
-                '<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 %d %d" width="%d" '
-                'height="%d" font-family="sans-serif">\n' % (self.size * 2)
+def draw_bar(axes, x, bar, layers):
+    bottom = 0
+    for layer in layers:
+        percent = 100 * bar["shares"].get(layer, 0)
+        axes.bar(x, percent, 0.82, bottom, color=COLOURS[layer])
+        if percent >= LEAST_NAMED_PERCENT:
+            axes.text(
+                x,
+                bottom + percent / 2,
+                "%.0f %%" % percent,
+                color="white",
+                fontsize=7,
+                ha="center",
+                va="center",
             )
-            svg.write("\n".join(self.elements) + "\n</svg>\n")
-        pygame.image.save(self.picture, path + ".png")
+        bottom += percent
+    axes.text(x, 102, "%.3g ms" % bar["milliseconds"], fontsize=8, ha="center")
 
 
-def draw(path, title, axis, panels):
-    """Panels side by side: (name, [(label, milliseconds, {layer: share})])."""
-    pygame.font.init()
-    widths = [len(bars) * (BAR + GAP) + GAP for _, bars in panels]
-    canvas = Canvas(LEFT + sum(widths) + GAP * len(panels), TOP + HEIGHT + BOTTOM)
-    canvas.text(LEFT, 22, title, 15, anchor="start")
-    x = LEFT
-    for layer, colour in LAYERS:
-        canvas.rectangle(x, 33, 11, 11, colour)
-        canvas.text(x + 16, 43, layer, 12, anchor="start")
-        x += 95
-    for percent in (0, 25, 50, 75, 100):
-        y = TOP + HEIGHT * (1 - percent / 100)
-        canvas.text(LEFT - 8, y + 4, "%d %%" % percent, 10, anchor="end")
-    left = LEFT
-    for (name, bars), width in zip(panels, widths):
-        for number, (label, milliseconds, shares) in enumerate(bars):
-            bar(canvas, left + GAP + number * (BAR + GAP), label, milliseconds, shares)
-        middle = left + width / 2
-        canvas.text(middle, TOP + HEIGHT + 34, (name + ", " + axis) if axis else name, 12)
-        left += width + GAP
-    canvas.save(path)
+def draw_panel(axes, panel, axis, layers):
+    """A display's size, with views or without."""
+    for x, bar in enumerate(panel["bars"]):
+        draw_bar(axes, x, bar, layers)
+    axes.set_xlim(-0.6, len(panel["bars"]) - 0.4)
+    axes.set_ylim(0, 100)
+    axes.set_xticks(range(len(panel["bars"])))
+    axes.set_xticklabels([bar["label"] for bar in panel["bars"]], fontsize=8)
+    axes.set_xlabel("\n".join(text for text in (axis, panel["name"]) if text), fontsize=9)
+    axes.yaxis.set_major_formatter(lambda value, _: "%g %%" % value)
+    axes.tick_params(length=0, labelsize=8)
+    for side in ("top", "right", "left"):
+        axes.spines[side].set_visible(False)
 
 
-def bar(canvas, left, label, milliseconds, shares):
-    y = TOP + HEIGHT
-    for layer, colour in LAYERS:
-        height = HEIGHT * shares.get(layer, 0)
-        y -= height
-        canvas.rectangle(left, y, BAR, height, colour)
-        if height >= 13:
-            percent = "%.0f %%" % (100 * shares[layer])
-            canvas.text(left + BAR / 2, y + height / 2 + 4, percent, 10, PAPER)
-    canvas.text(left + BAR / 2, TOP - 5, "%.3g ms" % milliseconds, 11)
-    canvas.text(left + BAR / 2, TOP + HEIGHT + 15, label, 11)
+def draw(chart, layers, foot, path):
+    numbers = [len(panel["bars"]) for panel in chart["panels"]]
+    bars_inches = BAR_INCHES * sum(number + 0.2 for number in numbers)
+    canvas = Figure(figsize=(max(LEAST_WIDTH_INCHES, EDGES_INCHES + bars_inches), HEIGHT_INCHES))
+    panels = canvas.subplots(
+        1,
+        len(numbers),
+        sharey=True,
+        squeeze=False,
+        gridspec_kw={"width_ratios": [number + 0.2 for number in numbers]},
+    )
+    for axes, panel in zip(panels[0], chart["panels"]):
+        draw_panel(axes, panel, chart["axis"], layers)
+    canvas.suptitle(chart["title"], fontsize=11, x=0.02, ha="left")
+    canvas.legend(
+        handles=[Patch(color=COLOURS[layer], label=layer) for layer in layers],
+        loc="upper left",
+        bbox_to_anchor=(0.01, 0.94),
+        ncol=len(layers),
+        fontsize=8,
+        frameon=False,
+    )
+    canvas.text(0.02, 0.02, foot, fontsize=7, color="#666666")
+    canvas.tight_layout(rect=(0, 0.03, 1, 0.93), w_pad=0.4)
+    plots.save(canvas, path)
+
+
+def main():
+    with open(sys.argv[1]) as source:
+        results = json.load(source)
+    for chart in results["charts"]:
+        path = os.path.join(sys.argv[2], "frames-" + chart["series"])
+        draw(chart, results["layers"], results["told"], path)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,15 +1,13 @@
 """Where the time of whole frames of the demo goes, and how it grows.
 
-    python bench/frames/frames.py [--rounds N] [--seconds N] [--plots]
+    python bench/frames/frames.py [--rounds N] [--seconds N] [--results FILE]
 
 script/bench frames calls it. Frames of the demo's two rooms, and of rooms made of its pictures with
 chosen numbers of particles, instances and tiles, on displays of two sizes, are sampled 4,000 times
 a second. Each sample counts for the layer whose code was running: larkspur, SDL, SDL_gfx, Python
 (the interpreter, its modules, pygame, and so all of the engine and the game), or the rest (the C
 library and the kernel's entry); what the C library copies or fills counts for its caller. Times are
-of the processor, medians of the rounds.
-
---plots draws docs/frames-SERIES.svg and .png.
+of the processor, medians of the rounds. charts.py draws the results.
 """
 
 from __future__ import division, print_function
@@ -22,12 +20,18 @@ import os
 import subprocess
 import sys
 
-import charts
-
 HERE = os.path.dirname(os.path.abspath(__file__))
-ROOT = os.path.dirname(os.path.dirname(HERE))
+LAYERS = ("larkspur", "SDL", "SDL_gfx", "Python", "rest")
 SIZES = ((640, 480), (1280, 720))
-SERIES = ("demo", "particles", "instances", "tiles")
+# Name -> title and axis of its picture.
+SERIES = collections.OrderedDict(
+    (
+        ("demo", ("The demo's rooms", "")),
+        ("particles", ("Particles; 300 instances, and 2,000 tiles without views", "particles")),
+        ("instances", ("Instances; neither tiles nor particles", "instances")),
+        ("tiles", ("Tiles; 100 instances", "tiles")),
+    )
+)
 WORTH_A_LOOK = 0.02
 MOST_EXPONENT = 1.05
 # A time that hardly differs from that of nothing says nothing of growth, nor do a few samples.
@@ -124,8 +128,7 @@ def report(found):
                     number,
                     entry.milliseconds,
                     "  ".join(
-                        "%s %4.1f %%" % (layer, 100 * layers.get(layer, 0))
-                        for layer, _ in charts.LAYERS
+                        "%s %4.1f %%" % (layer, 100 * layers.get(layer, 0)) for layer in LAYERS
                     ),
                 )
             )
@@ -153,38 +156,50 @@ def as_text(value):
     return "%.2f" % value if value is not None else "not to be told, it hardly grows"
 
 
-def plot(found):
-    titles = {
-        "demo": ("The demo's rooms", ""),
-        "particles": ("Particles; 300 instances, and 2,000 tiles without views", "particles"),
-        "instances": ("Instances; neither tiles nor particles", "instances"),
-        "tiles": ("Tiles; 100 instances", "tiles"),
-    }
-    for series in SERIES:
-        panels = [
-            (
-                title_of(size, views),
-                [
-                    (str(number), entry.milliseconds, entry.shares(entry.layers))
-                    for number, entry in frames
-                ],
-            )
-            for (name, size, views), frames in found.items()
-            if name == series
+def as_results(found, rounds):
+    """All that pictures are made of."""
+
+    def panel(size, views, frames):
+        bars = [
+            {
+                "label": str(number),
+                "milliseconds": entry.milliseconds,
+                "shares": entry.shares(entry.layers),
+            }
+            for number, entry in frames
         ]
-        charts.draw(os.path.join(ROOT, "docs", "frames-" + series), *(titles[series] + (panels,)))
+        return {"name": title_of(size, views), "bars": bars}
+
+    return {
+        "told": "processor time, medians of %d rounds" % rounds,
+        "layers": LAYERS,
+        "charts": [
+            {
+                "series": series,
+                "title": title,
+                "axis": axis,
+                "panels": [
+                    panel(size, views, frames)
+                    for (name, size, views), frames in found.items()
+                    if name == series
+                ],
+            }
+            for series, (title, axis) in SERIES.items()
+        ],
+    }
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("--rounds", type=int, default=2)
     parser.add_argument("--seconds", type=float, default=2.0, help="for each room and round")
-    parser.add_argument("--plots", action="store_true", help="draw docs/frames-*.svg and .png")
+    parser.add_argument("--results", help="file for the results, to make plots of")
     options = parser.parse_args()
     found = sampled_frames(options.rounds, options.seconds)
     good = report(found)
-    if options.plots:
-        plot(found)
+    if options.results:
+        with open(options.results, "w") as results:
+            json.dump(as_results(found, options.rounds), results, indent=1, sort_keys=True)
     return 0 if good else 1
 
 

@@ -132,23 +132,27 @@ def draw(title, rows, foot, path):
         axes.spines[side].set_visible(False)
     canvas.text(0.01, 0.1 / height, foot, fontsize=7, color="#666666")
     canvas.tight_layout(rect=(0, 0.4 / height, 1, 1))
-    for kind in ("png", "svg"):
-        # No date and no versions: the same figures give the same files.
-        metadata = {"Software": None} if kind == "png" else {"Date": None, "Creator": None}
-        canvas.savefig("%s.%s" % (path, kind), dpi=110, metadata=metadata)
+    save(canvas, path)
+
+
+def save(canvas, path):
+    """As path.png and path.svg, whose texts stay texts. The same figures give the same files: no
+    date, no versions and no names by chance."""
+    metadata = {"png": {"Software": None}, "svg": {"Date": None, "Creator": None}}
+    with matplotlib.rc_context({"svg.hashsalt": "larkspur", "svg.fonttype": "none"}):
+        for kind in sorted(metadata):
+            canvas.savefig("%s.%s" % (path, kind), dpi=110, metadata=metadata[kind])
+    print("drawn: %s.png, %s.svg" % (path, path))
 
 
 def main():
     with open(sys.argv[1]) as source:
         results = json.load(source)
-    matplotlib.rcParams["svg.hashsalt"] = "larkspur"
-    matplotlib.rcParams["svg.fonttype"] = "none"
     for name, (title, shown) in sorted(PICTURES.items()):
         rows = [row for row in results["rows"] if row["who"] in shown]
         path = os.path.join(sys.argv[2], name)
         if rows:
             draw(title, rows, results["told"], path)
-            print("drawn: %s.png, %s.svg" % (path, path))
         else:
             print("not measured, so not drawn: %s" % path)
 

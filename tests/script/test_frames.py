@@ -72,3 +72,18 @@ def test_rounds_add_samples_and_give_the_median_time():
     assert entry.own_milliseconds == pytest.approx(0.3)  # of 0.3, 0.3 and 0.4
     assert entry.shares(entry.layers) == {"larkspur": 0.2, "Python": 0.8}
     assert entry.shares(entry.functions) == {"blit": 0.2}
+
+
+def test_results_have_a_panel_for_each_display_of_a_series():
+    entry = frames.Frames()
+    layers = {"larkspur": 30, "Python": 70}
+    entry.add({"milliseconds": 2.0, "samples": 100, "layers": layers, "functions": {}})
+    found = {("tiles", (640, 480), False): [(0, entry), (5000, entry)]}
+    charts = frames.as_results(found, 2)["charts"]
+    assert [chart["series"] for chart in charts if chart["panels"]] == ["tiles"]
+    (panel,) = charts[-1]["panels"]
+    assert panel["name"] == "640 x 480, no views"
+    assert panel["bars"] == [
+        {"label": number, "milliseconds": 2.0, "shares": {"larkspur": 0.3, "Python": 0.7}}
+        for number in ("0", "5000")
+    ]
