@@ -45,6 +45,7 @@ struct Plan {
     Uint32 flags;
     Uint32 key;
     Uint8 alpha;
+    bool stores_alpha;  // past SDL, as native callers can
 
     std::size_t bytes() const {
         return static_cast<std::size_t>(pitch) * (height - 1) + 4U * static_cast<unsigned>(width);
@@ -125,6 +126,9 @@ class Pair {
         target_ = surface(target, target_start(target));
         source_ = surface(source, source_start);
         SDL_SetAlpha(source_.get(), source.flags & (SDL_SRCALPHA | SDL_RLEACCEL), source.alpha);
+        if (source.stores_alpha) {
+            source_->format->alpha = source.alpha;
+        }
         if ((source.flags & SDL_SRCCOLORKEY) != 0) {
             SDL_SetColorKey(source_.get(), source.flags & (SDL_SRCCOLORKEY | SDL_RLEACCEL),
                             source.key);
@@ -183,6 +187,7 @@ std::pair<Plan, Plan> source_and_target(Dice& dice) {
     source.flags = (dice.one_in(2) ? SDL_SRCCOLORKEY : 0) | (dice.one_in(2) ? SDL_SRCALPHA : 0) |
                    (dice.one_in(6) ? SDL_RLEACCEL : 0);
     source.alpha = dice.alpha();
+    source.stores_alpha = dice.one_in(8);
     source.key = dice.word();
     if (dice.one_in(10)) {
         source.shares = true;
