@@ -11,7 +11,7 @@ import larkspur
 from host import gm6, gmapi
 from pictures import picture, surface_of
 from pygame_ways import Tiles
-from ways import Way, build_path, calling, drawing, surface_address
+from ways import build_path, calling, drawing, drawing_with, surface_address
 
 OBJECTS = 500
 
@@ -165,7 +165,7 @@ def scaled_view(size):
         host.register()
         return frame.seconds(calls)
 
-    return {"larkspur": Way(seconds, lambda: seconds(1) and screen)}
+    return {"larkspur": drawing_with(screen, seconds)}
 
 
 def scripted_instances(_):

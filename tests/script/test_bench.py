@@ -17,6 +17,7 @@ sys.path.insert(0, BENCH)
 import jobs  # noqa: E402
 import main  # noqa: E402
 import measuring  # noqa: E402
+import pygame_ways  # noqa: E402
 import table  # noqa: E402
 import workers  # noqa: E402
 
@@ -246,6 +247,10 @@ def test_all_that_is_compared_has_a_way(worker):
         wanted = set(job.against) - set(measured_elsewhere) | {"larkspur"}
         answer = worker.ask(prepare=job.name, size=job.sizes[0], who=sorted(wanted))
         assert {name.partition(": ")[0] for name in answer["ways"]} == wanted, job.name
+
+
+def test_pygame_ce_has_a_way_wherever_it_is_compared():
+    assert {job.name for job in jobs.JOBS if jobs.PEER in job.against} <= set(pygame_ways.WAYS)
 
 
 def test_run_tells_of_every_comparison(tmpdir):
