@@ -12,8 +12,8 @@ namespace larkspur::pixel {
 /// Pairs of surfaces that a loop of ours takes are drawn by it: copies within one format, which SDL
 /// writes past the processor's cache at a multiple of the time, and pictures of 32 bits with or
 /// without a colour key and alpha, their own or their pixels', which it draws pixel by pixel. All
-/// others are left to SDL: other formats, surfaces that share memory, pictures that SDL encodes, and
-/// whatever this SDL turns out to draw in another way.
+/// others are left to SDL: other formats, surfaces that share memory, pictures that SDL encodes,
+/// and whatever this SDL turns out to draw in another way.
 ///
 /// A clip rectangle that a native caller set beyond the target's edges counts as far as it lies
 /// inside where a loop of ours draws.
