@@ -79,12 +79,15 @@ template <std::size_t kBytes, class Step>
 }
 
 /// As above for all rows. Of long ones the columns before a boundary of vectors come first, as
-/// access across the lines of a cache takes longer.
+/// access across the lines of a cache takes longer; but rows that overlap, as those of foreign
+/// memory can, are stepped through whole and in order.
 template <std::size_t kBytes, class Step>
 [[gnu::always_inline]] inline void step_through_rows(const PixelRows& rows,
                                                      const Step& step) noexcept {
     constexpr std::size_t kLongRow = 128;
-    const bool has_boundary = rows.width >= kLongRow && rows.target_pitch_bytes % kBytes == 0;
+    const auto row_bytes = static_cast<std::ptrdiff_t>(rows.width * sizeof(PixelWord));
+    const bool has_boundary = rows.width >= kLongRow && rows.target_pitch_bytes % kBytes == 0 &&
+                              (rows.height == 1 || rows.target_pitch_bytes >= row_bytes);
     const std::size_t behind = reinterpret_cast<std::uintptr_t>(rows.target) % kBytes;
     std::size_t begin = 0;
     std::size_t end =
