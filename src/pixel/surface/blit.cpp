@@ -183,6 +183,14 @@ bool have_same_format(const SDL_PixelFormat& a, const SDL_PixelFormat& b) noexce
            a.Bmask == b.Bmask && a.Amask == b.Amask && a.BytesPerPixel > 1;
 }
 
+// For masks as has_words() asks for. A host can set shifts that do not fit them, and SDL goes by
+// either.
+bool has_shifts_of_masks(const SDL_PixelFormat& format) noexcept {
+    const int red_shift = format.Rmask == kLowChannel ? 0 : 16;
+    return format.Rshift == red_shift && format.Gshift == 8 && format.Bshift == 16 - red_shift &&
+           (format.Amask == 0 || format.Ashift == 24);
+}
+
 // Words of three channels with red or blue lowest, and of alpha or nothing in the top byte. Rows
 // are whole words apart: where SDL blends, it forgets an odd rest.
 bool has_words(const SDL_Surface& surface) noexcept {
@@ -190,7 +198,7 @@ bool has_words(const SDL_Surface& surface) noexcept {
     return format.BitsPerPixel == 32 && format.Gmask == kMiddleChannel &&
            (format.Rmask | format.Bmask) == kOuterChannels &&
            (format.Rmask == kLowChannel || format.Rmask == kHighChannel) &&
-           (format.Amask == 0 || format.Amask == kTopByte) &&
+           (format.Amask == 0 || format.Amask == kTopByte) && has_shifts_of_masks(format) &&
            surface.pitch % sizeof(PixelWord) == 0;
 }
 

@@ -221,6 +221,22 @@ TEST(BlitDeathTest, LeavesAllToAnSdlThatAnswersOtherwise) {
     }
 }
 
+// pygame's set_shifts() leaves the masks alone.
+TEST(Blit, DrawsAsSdlWhereShiftsDoNotFitTheMasks) {
+    for (const Kind& kind : all_kinds()) {
+        for (Uint8 SDL_PixelFormat::*shift : {&SDL_PixelFormat::Rshift, &SDL_PixelFormat::Gshift,
+                                              &SDL_PixelFormat::Bshift, &SDL_PixelFormat::Ashift}) {
+            std::mt19937 random(kSeed);
+            const Picture source(kind.source, 16, 16, random);
+            const Picture target(kind.target, 64, 48, random);
+            SDL_SetAlpha(source.surface(), kind.blends ? SDL_SRCALPHA : 0, 100);
+            SDL_SetColorKey(source.surface(), kind.has_key ? SDL_SRCCOLORKEY : 0, 0x123456);
+            source.surface()->format->*shift = 4;
+            compare_with_sdl(source.surface(), target, 24, kSeed, false);
+        }
+    }
+}
+
 // A native caller's surface may have a pitch that is shorter than its rows. What is drawn first
 // then lies under the rows below.
 TEST(Blit, DrawsOnRowsThatOverlapAsSdl) {
