@@ -47,6 +47,19 @@ void expect_pixels_at_every_width_and_offset(const Draw& draw, const Drawn& draw
     }
 }
 
+/// Rows that are long enough to be drawn from a boundary of vectors on, at every distance from it.
+template <class Draw, class Drawn>
+void expect_pixels_of_long_rows(const Draw& draw, const Drawn& drawn) {
+    constexpr std::size_t kWidth = 131;
+    constexpr std::size_t kPitchBytes = 9 * kWidestVectorBytes;
+    for (std::size_t offset = 0; offset < kWidestVectorBytes; ++offset) {
+        MemoryField target(offset, 4 * kWidth, kPitchBytes - 4 * kWidth, 3, 15);
+        MemoryField source(7, 4 * kWidth, 8, 3, 16);
+        expect_pixels(draw, drawn, target, source, kWidth, 3);
+        ASSERT_FALSE(::testing::Test::HasFatalFailure()) << "offset " << offset;
+    }
+}
+
 /// All pairs of source and target bytes meet in each of the low bytes, and other pairs beside them.
 /// Tries draw and drawn for each alpha, given to them last and in the top byte of the source.
 template <class Draw, class Drawn>

@@ -27,6 +27,10 @@ TEST(CompositeOverRows, KeepsToItsPixelsAtEveryWidthAndOffset) {
     expect_pixels_at_every_width_and_offset(composite_over_rows, composited);
 }
 
+TEST(CompositeOverRows, DrawsLongRowsFromEveryOffset) {
+    expect_pixels_of_long_rows(composite_over_rows, composited);
+}
+
 TEST(CompositeOverRows, PutsEveryByteOverEveryByteWithEveryAlpha) {
     expect_pixels_of_all_pairs(
         [](const PixelRows& rows, int) { composite_over_rows(rows); },
