@@ -84,6 +84,17 @@ def zooms(screen):
     return scene
 
 
+def flips(screen):
+    small, large = picture(64, 64), picture(320, 240)
+
+    def scene():
+        for flip in (larkspur.flip_h, larkspur.flip_v, larkspur.flip_vh):
+            flip(large)
+            repeat(10, flip, small)
+
+    return scene
+
+
 def scale_cache(screen):
     add = ctypes.PyDLL(larkspur.__file__).sprite_scalecache_add
     add.restype = ctypes.py_object
@@ -141,6 +152,21 @@ def keyed_tiles(screen):
 
 def opaque_tiles(screen):
     return room_of_tiles(picture(256, 256), 16, 2000)
+
+
+def faded_tiles(screen):
+    """Half of the tiles have a colour key too."""
+    plain, keyed = picture(256, 256), picture(256, 256)
+    keyed.set_colorkey(keyed.get_at((0, 8)))
+    for sheet in (plain, keyed):
+        sheet.set_alpha(100)
+    halves = room_of_tiles(plain, 64, 75), room_of_tiles(keyed, 64, 75)
+
+    def scene():
+        for half in halves:
+            half()
+
+    return scene
 
 
 def scaled_view(screen):
@@ -283,10 +309,12 @@ SCENES = (
     ("translucent fills", fills),
     ("gradients", gradients),
     ("zooms and turns", zooms),
+    ("flips", flips),
     ("sprite scale cache", scale_cache),
     ("room of alpha tiles", alpha_tiles),
     ("room of keyed tiles", keyed_tiles),
     ("room of opaque tiles", opaque_tiles),
+    ("rooms of faded tiles", faded_tiles),
     ("scaled view", scaled_view),
     ("scripted instances", scripted_instances),
     ("additive particles", added_particles),
