@@ -11,8 +11,8 @@ from engine import resources
 from evening import art, effects, village
 
 # Types of particles, how many hundredths of all are of each, and steps that all of them live: what
-# snows and burns in the village. Smoke and sparks, whose pictures are kept up to a hundred, are left
-# to the demo's rooms: the more of them there are, the rarer is one found.
+# snows and burns in the village. Smoke and sparks, whose pictures are kept up to a hundred, are
+# left to the demo's rooms: the more of them there are, the rarer is one found.
 MIX = (
     ("snow", 45, 190),
     ("drift", 35, 190),
