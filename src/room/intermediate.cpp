@@ -65,8 +65,9 @@ SurfacePtr intermediate_surface(int view, int width, int height,
         kept = &kept_surfaces[view];
         SurfacePtr(std::exchange(kept->surface, nullptr)).reset();  // its memory may serve again
         SurfacePtr made = make_surface(width, height, format);
-        // Where a lock that a holder leaves behind does not show, no surface can be used again.
-        if (made == nullptr || !locks_show(made.get())) {
+        // Where a lock that a holder leaves behind does not show, no surface can be used again; nor
+        // one in video memory, which goes with its mode.
+        if (made == nullptr || !has_plain_pixels(made.get()) || !locks_show(made.get())) {
             return made;
         }
         *kept = {made.get(), state_of(*made)};
