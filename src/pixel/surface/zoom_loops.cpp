@@ -28,8 +28,8 @@ const ZoomKernels& kernels() noexcept {
 }
 
 PixelWord* row_of(const SDL_Surface& surface, int y) noexcept {
-    return pixel_words(static_cast<unsigned char*>(surface.pixels) +
-                       std::ptrdiff_t{y} * surface.pitch);
+    auto* row = static_cast<unsigned char*>(surface.pixels) + std::ptrdiff_t{y} * surface.pitch;
+    return pixel_words(row);
 }
 
 std::uint32_t step_between(int from_side, int side) noexcept {
