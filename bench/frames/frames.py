@@ -36,7 +36,7 @@ WORTH_A_LOOK = 0.02
 MOST_EXPONENT = 1.05
 # A time that hardly differs from that of nothing says nothing of growth, nor do a few samples.
 LEAST_GROWTH = 0.2
-LEAST_SAMPLES = 100
+LEAST_SAMPLES = 20
 
 
 class Frames(object):
@@ -95,20 +95,24 @@ def sampled_frames(rounds, seconds):
 
 
 def exponent(points):
-    """How a time grows with a number: the slope of its logarithm over that of the number, by least
-    squares, once the time with none of them is taken off; None where too little of it is left."""
-    nothing = dict(points)[0]
+    """How a time grows with a number, from points (number, time, samples that it was worked out
+    of): the slope of its logarithm over that of the number, by least squares, once the time with
+    none of them is taken off; and two standard errors of it, as a count of samples is off by its
+    root. None where too little of the time is left."""
+    nothing = points[0][1]
     grown = [
-        (math.log(number), math.log(time - nothing))
-        for number, time in points
-        if number and time - nothing > LEAST_GROWTH * nothing
+        (math.log(number), math.log(time - nothing), samples)
+        for number, time, samples in points[1:]
+        if time - nothing > LEAST_GROWTH * nothing and samples >= LEAST_SAMPLES
     ]
     if len(grown) < 2:
         return None
-    x_mean, y_mean = (sum(values) / len(grown) for values in zip(*grown))
-    return sum((x - x_mean) * (y - y_mean) for x, y in grown) / sum(
-        (x - x_mean) ** 2 for x, _ in grown
-    )
+    x_mean = sum(x for x, _, _ in grown) / len(grown)
+    y_mean = sum(y for _, y, _ in grown) / len(grown)
+    spread = sum((x - x_mean) ** 2 for x, _, _ in grown)
+    slope = sum((x - x_mean) * (y - y_mean) for x, y, _ in grown) / spread
+    error = math.sqrt(sum((x - x_mean) ** 2 / samples for x, _, samples in grown)) / spread
+    return slope, 2 * error
 
 
 def title_of(size, views):
@@ -138,13 +142,14 @@ def report(found):
         if series != "demo":
             own = exponent(
                 [
-                    (number, entry.own_milliseconds)
+                    (number, entry.own_milliseconds, entry.layers["larkspur"])
                     for number, entry in frames
-                    if number == 0 or entry.layers["larkspur"] >= LEAST_SAMPLES
                 ]
             )
-            whole = exponent([(number, entry.milliseconds) for number, entry in frames])
-            good = good and (own is None or own <= MOST_EXPONENT)
+            whole = exponent(
+                [(number, entry.milliseconds, entry.samples) for number, entry in frames]
+            )
+            good = good and (own is None or own[0] - own[1] <= MOST_EXPONENT)
             print(
                 "  growth: exponent of larkspur's time %s (wanted: at most %.2f), of the frame's %s"
                 % (as_text(own), MOST_EXPONENT, as_text(whole))
@@ -153,7 +158,7 @@ def report(found):
 
 
 def as_text(value):
-    return "%.2f" % value if value is not None else "not to be told, it hardly grows"
+    return "%.2f +- %.2f" % value if value is not None else "not to be told, it hardly grows"
 
 
 def as_results(found, rounds):

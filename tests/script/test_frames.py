@@ -1,6 +1,7 @@
 """What is worked out of samples of frames: whose code it was, and how times grow."""
 
 import ctypes
+import math
 import os
 import sys
 
@@ -48,12 +49,23 @@ def test_address_that_nothing_is_loaded_at_belongs_to_the_rest():
 
 @pytest.mark.parametrize("power", [0.5, 1.0, 1.5])
 def test_exponent_is_that_of_the_growth_over_nothing(power):
-    points = [(0, 3.0)] + [(number, 3.0 + number**power) for number in (10, 100, 1000)]
-    assert frames.exponent(points) == pytest.approx(power)
+    points = [(0, 3.0, 900)] + [(n, 3.0 + n**power, 900) for n in (10, 100, 1000)]
+    assert frames.exponent(points)[0] == pytest.approx(power)
+
+
+def test_error_of_an_exponent_follows_from_the_samples():
+    # Of a slope between two points a decade apart, each known to a tenth.
+    points = [(0, 0.0, 1), (10, 10.0, 100), (100, 100.0, 100)]
+    assert frames.exponent(points)[1] == pytest.approx(2 * (2 * 0.1**2) ** 0.5 / math.log(10))
+
+
+def test_time_of_few_samples_says_nothing_of_an_exponent():
+    assert frames.exponent([(0, 0.0, 1), (10, 10.0, 19), (100, 100.0, 500)]) is None
 
 
 def test_times_that_hardly_grew_say_nothing_of_an_exponent():
-    assert frames.exponent([(0, 100.0), (10, 110.0), (100, 119.0), (1000, 500.0)]) is None
+    times = ((0, 100.0), (10, 110.0), (100, 119.0), (1000, 500.0))
+    assert frames.exponent([(number, time, 900) for number, time in times]) is None
 
 
 def test_rounds_add_samples_and_give_the_median_time():
