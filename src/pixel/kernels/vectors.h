@@ -44,7 +44,7 @@ struct RepeatedWord {
         }
     }
 
-    std::uint32_t words[Vectors<kWidestBytes>::kPixels];
+    std::uint32_t words[Vectors<kWidestBytes>::kPixels] = {};
 };
 
 /// Calls step.run<Vectors<bytes>>(to, from) for the pixels of the end of a row, of which there are
