@@ -17,9 +17,9 @@ namespace larkspur::pixel {
 template <std::size_t kBytes>
 struct Vectors {
     static constexpr std::size_t kPixels = kBytes / sizeof(std::uint32_t);
-    typedef std::uint32_t Words __attribute__((vector_size(kBytes)));
-    typedef std::uint16_t Halves __attribute__((vector_size(kBytes)));
-    typedef std::uint8_t Bytes __attribute__((vector_size(kBytes)));
+    using Words [[gnu::vector_size(kBytes)]] = std::uint32_t;
+    using Halves [[gnu::vector_size(kBytes)]] = std::uint16_t;
+    using Bytes [[gnu::vector_size(kBytes)]] = std::uint8_t;
 };
 
 /// The widest that are used.
