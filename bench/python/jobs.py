@@ -121,7 +121,7 @@ JOBS = [
         {"SDL_gfx": [(0, 1.5), (64, 3.5)], PEER: AS_FAST},
         apart=RESAMPLED,
     ),
-    Job("sprite_scalecache_add()", [(256, 256)], {BASE: [(0, 3)]}),
+    Job("sprite_scalecache_add()", [(256, 256)], {BASE: [(0, 3)], PEER: AS_FAST}, apart=RESAMPLED),
     Job(
         "flip_h()",
         FILLS,
@@ -268,7 +268,12 @@ JOBS = [
         [TILE],
         {"bare SDL loop": [(0, 1 / 1.1)], "pygame": [(0, 2.2)]},
     ),
-    Job("Room_Draw(), a view with a scaled background", [LARGE], {BASE: [(0, 7)]}),
+    Job(
+        "Room_Draw(), a view with a scaled background",
+        [LARGE],
+        {BASE: [(0, 7)], PEER: AS_FAST},
+        apart=RESAMPLED,
+    ),
     Job("Room_Draw(), 500 scripted instances", [TILE], {BASE: [(0, 1.5)]}),
     # Particles.
     Job(
@@ -276,12 +281,27 @@ JOBS = [
         [TILE],
         {"Surface.blit()": [(0, 1 / 1.15)]},
     ),
-    Job("particle drawn from its cache, turned", [TILE, SMALL], {BASE: [(0, 1.8)]}),
+    Job(
+        "particle drawn from its cache, turned",
+        [TILE, SMALL],
+        {BASE: [(0, 1.8)], PEER: AS_FAST},
+        apart=RESAMPLED,
+    ),
     Job("particle outside of the display", [TILE], {"call with 7 ints": [(0, 1 / 1.25)]}),
     Job("particle added", [TILE], {"Surface.blit() with BLEND_ADD": [(0, 7.5)]}),
     Job("CParticle_step()", [TILE], {"call with an object": [(0, 1 / 1.3)]}),
-    Job("particle, picture made anew", [SMALL], {BASE: [(0, 3)]}),
-    Job("particle, picture made anew, turned", [TILE, SMALL], {BASE: [(0, 1.6), (64, 3)]}),
+    Job(
+        "particle, picture made anew",
+        [SMALL],
+        {BASE: [(0, 3)], PEER: AS_FAST},
+        apart=RESAMPLED,
+    ),
+    Job(
+        "particle, picture made anew, turned",
+        [TILE, SMALL],
+        {BASE: [(0, 1.6), (64, 3)], PEER: AS_FAST},
+        apart=RESAMPLED,
+    ),
     Job(
         "5,000 particles, against a class",
         [TILE],

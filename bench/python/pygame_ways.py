@@ -89,6 +89,15 @@ def turned(angle):
     }
 
 
+def smooth_sprite(size):
+    """From a sprite of 100 pixels."""
+    return {
+        "transform.smoothscale()": making(
+            pygame.transform.smoothscale, pictures.soft_sprite((100, 100)), size
+        )
+    }
+
+
 def flipped(across, down):
     return lambda size: {
         "transform.flip()": making(pygame.transform.flip, picture(size), across, down)
@@ -273,6 +282,15 @@ def frames_of_tiles(colour_key):
     return ways
 
 
+def scaled_background(size):
+    """Backgrounds go to the display without a detour."""
+    screen, background = surface_of(size), picture([length // 2 for length in size])
+    smoothscale = pygame.transform.smoothscale
+    return {
+        "smoothscale() onto the display": drawing(screen, smoothscale, background, size, screen)
+    }
+
+
 class Ageing(object):
     """Particles that fall by a pixel per frame in the colour and alpha of their age, each a disc of
     16 pixels, and are born again when their life is over; their ages are spread evenly."""
@@ -342,6 +360,29 @@ class MadeOnce(dict):
         disc.fill(channels, None, pygame.BLEND_RGBA_MULT)
         self[key] = disc
         return disc
+
+
+def single_particles(angle, anew):
+    """A disc of twice its shape's size, turned, at (100, 100)."""
+
+    def ways(size):
+        screen, shape = surface_of((640, 480)), pictures.soft_disc(size[0] // 2)
+
+        def look():
+            return pygame.transform.rotate(pygame.transform.scale(shape, size), angle)
+
+        kept = look()
+        place = 100 - kept.get_width() // 2, 100 - kept.get_height() // 2
+        if not anew:
+            return {"blit()": drawing(screen, screen.blit, kept, place)}
+
+        def make_and_blit():
+            drawn = look() if angle else pygame.transform.scale(shape, size)
+            screen.blit(drawn, place)
+
+        return {"transform.scale(), rotate(), blit()": drawing(screen, make_and_blit)}
+
+    return ways
 
 
 class ClassFrames(object):
@@ -452,6 +493,7 @@ WAYS = {
     "rotoscale(), halved": scaled("scale", 0.5),
     "rotoscale(), turned by 30 degrees": turned(30),
     "rotoscale(), turned by 90 degrees": turned(90),
+    "sprite_scalecache_add()": smooth_sprite,
     "flip_h()": flipped(True, False),
     "flip_vh()": flipped(True, True),
     "flip_v()": flipped(False, True),
@@ -470,6 +512,10 @@ WAYS = {
     "satusub()": filled((32, 32, 32, 32), "BLEND_RGBA_SUB", pygame.SRCALPHA, ARGB),
     "Room_Draw(), 2,000 opaque tiles": frames_of_tiles(False),
     "Room_Draw(), 2,000 colour-keyed tiles": frames_of_tiles(True),
+    "Room_Draw(), a view with a scaled background": scaled_background,
+    "particle drawn from its cache, turned": single_particles(30, anew=False),
+    "particle, picture made anew": single_particles(0, anew=True),
+    "particle, picture made anew, turned": single_particles(30, anew=True),
     "5,000 particles, against a class": frames_of_particles(ClassFrames),
     "5,000 particles, against bare lists": frames_of_particles(LeanFrames),
 }
