@@ -59,9 +59,7 @@ struct Place {
     int pitch;
     int before_end;
 
-    std::size_t bytes() const {
-        return static_cast<std::size_t>(pitch * (height - 1) + 4 * width + before_end);
-    }
+    int bytes() const { return pitch * (height - 1) + 4 * width + before_end; }
 };
 
 Place any_place(Random& random) {
@@ -97,12 +95,11 @@ TEST(AdditiveBlit, DoesAsTheLibrary) {
         if (shares) {
             source_place = target_place;
             source_place.height = random.from(1, target_place.height);
-            source_place.before_end =
-                random.from(0, static_cast<int>(target_place.bytes() - source_place.bytes()));
+            source_place.before_end = random.from(0, target_place.bytes() - source_place.bytes());
         }
-        GuardedMemory source_memory(source_place.bytes());
-        GuardedMemory ours(target_place.bytes());
-        GuardedMemory expected(target_place.bytes());
+        GuardedMemory source_memory(static_cast<std::size_t>(source_place.bytes()));
+        GuardedMemory ours(static_cast<std::size_t>(target_place.bytes()));
+        GuardedMemory expected(static_cast<std::size_t>(target_place.bytes()));
         random.fill(source_memory);
         random.fill(ours);
         std::copy(ours.begin(), ours.end(), expected.begin());
@@ -120,8 +117,7 @@ TEST(AdditiveBlit, DoesAsTheLibrary) {
         const int row_bytes =
             4 * random.from(0, target_place.width) + (random.one_in(4) ? random.from(0, 3) : 0);
         const std::ptrdiff_t from = random.one_in(2) ? 0 : random.from(-4, 4 * source_place.width);
-        const std::ptrdiff_t to =
-            random.from(-4, static_cast<int>(random.one_in(2) ? 40 : target_place.bytes()));
+        const std::ptrdiff_t to = random.from(-4, random.one_in(2) ? 40 : target_place.bytes());
         const int rows = random.one_in(8) ? 100000 : random.from(-1, 42);
         filters_by_gfx = 0;
         additive_blit(our_source.get(), our_target.get(), from, to, rows, row_bytes);
