@@ -14,12 +14,7 @@ void copy_rows(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned 
     for (std::size_t y = 0; y < rows; ++y) {
         unsigned char* __restrict to_bytes = to;
         const unsigned char* __restrict from_bytes = from;
-        // Mostly rows are whole words, whose loop has a shorter rest.
-        const std::size_t words = row_bytes / sizeof(PixelWord);
-        for (std::size_t i = 0; i < words; ++i) {
-            pixel_words(to_bytes)[i] = pixel_words(from_bytes)[i];
-        }
-        for (std::size_t i = words * sizeof(PixelWord); i < row_bytes; ++i) {
+        for (std::size_t i = 0; i < row_bytes; ++i) {
             to_bytes[i] = from_bytes[i];
         }
         to += to_pitch_bytes;
