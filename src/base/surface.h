@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 
 namespace larkspur {
@@ -69,6 +70,12 @@ inline std::size_t buffer_bytes(const SDL_Surface& surface) noexcept {
     }
     return (rows - 1) * surface.pitch +
            static_cast<std::size_t>(surface.w) * surface.format->BytesPerPixel;
+}
+
+/// Sets all bytes of the first rows of a surface to 0, the padding included; its pixels can be
+/// touched.
+inline void clear_first_rows(const SDL_Surface& surface, int rows) noexcept {
+    std::memset(surface.pixels, 0, static_cast<std::size_t>(rows) * surface.pitch);
 }
 
 /// True when a surface's pixels are plain memory: there, without the need of a lock, and not locked

@@ -6,6 +6,7 @@
 
 #include "base/console.h"
 #include "base/convert.h"
+#include "base/recycled_surface.h"
 #include "base/surface.h"
 #include "core/attribute.h"
 #include "core/display.h"
@@ -17,7 +18,6 @@
 #include "larkspur.h"
 #include "pixel/surface/blit.h"
 #include "room/instance_draw.h"
-#include "room/intermediate.h"
 #include "room/room_pygame.h"
 #include "types/float_list.h"
 #include "types/room.h"
@@ -167,19 +167,24 @@ void store_scale(AxisPair scale, const PyRef& x, const PyRef& y) noexcept {
     set_attribute(gm6_module(), view_yscale, y);
 }
 
-// A view's surface in the display's masks; null with an exception.
-SurfacePtr find_intermediate(int view, std::int32_t width, std::int32_t height) noexcept {
+// An empty surface in the display's masks; null with an exception.
+SurfacePtr make_intermediate(std::int32_t width, std::int32_t height) noexcept {
     const SDL_Surface* display = require_display(kFunction);
     if (display == nullptr) {
         return nullptr;
     }
-    SurfacePtr surface = intermediate_surface(view, width, height, *display->format);
+    auto [surface, is_clear] =
+        recycled_surface(SDL_SWSURFACE | SDL_SRCALPHA, width, height, 32, *display->format);
     if (!surface) {
         PyErr_Format(PyExc_ValueError,
                      "%s can't make a surface of view_wport x view_hport = %d x %d pixels",
                      kFunction, static_cast<int>(width), static_cast<int>(height));
+        return nullptr;
     }
-    return surface;
+    if (!is_clear) {
+        clear_first_rows(*surface, height);
+    }
+    return std::move(surface);
 }
 
 // The drawing of one view in its steps, and what they hand on.
@@ -247,7 +252,7 @@ bool ViewPass::scale() noexcept {
         return true;
     }
     intermediate_ =
-        find_intermediate(index_, truncate_to_int32(view->wport), truncate_to_int32(view->hport));
+        make_intermediate(truncate_to_int32(view->wport), truncate_to_int32(view->hport));
     if (!intermediate_) {
         return false;
     }

@@ -854,15 +854,6 @@ def test_surface_that_the_host_has_dropped_again_is_used_again(host):
     assert sdl.is_layer() or len(set(canvases.identities)) == 1
 
 
-def test_surface_that_only_the_host_holds_ends_with_its_surface(host):
-    canvases = Canvases(host)
-    held = []
-    canvases.actions = [held.append]
-    draw_well(host, canvases.room)
-    draw_well(host, canvases.room)
-    assert native.sdl_surface(held[0]).refcount == 1
-
-
 def test_pygames_surface_ends_with_the_pass(host):
     canvases = Canvases(host)
     ended = []

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "base/console.h"
+#include "base/recycled_surface.h"
 #include "larkspur.h"
 #include "pixel/kernels/copy_kernels.h"
 
@@ -27,20 +29,35 @@ void set_depth_error(const char* function, const SDL_Surface* surface) noexcept 
     }
 }
 
+// As clone_surface(), but it may have to be cleared.
+RecycledSurface recycled_clone(const SDL_Surface& surface) noexcept {
+    const SDL_PixelFormat& format = *surface.format;
+    return recycled_surface(surface.flags, surface.w, surface.h, format.BitsPerPixel, format);
+}
+
 // The source's rows first_row .. h - 1 from the last one up, mirrored, into the copy's rows from
-// first_row down.
+// first_row down; those before are 0.
 SurfacePtr mirrored_copy(SDL_Surface* source, int first_row, bool upside_down) noexcept {
     const SurfaceLock lock(source);
-    SurfacePtr copy = lock ? pixel::clone_surface(source) : nullptr;
-    if (copy == nullptr || source->w == 0 || source->h <= first_row) {
-        return copy;
+    if (!lock) {
+        return nullptr;
+    }
+    auto [copy, is_clear] = recycled_clone(*source);
+    if (copy == nullptr) {
+        return nullptr;
+    }
+    if (!is_clear) {
+        clear_first_rows(*copy, std::min(first_row, source->h));
+    }
+    if (source->w == 0 || source->h <= first_row) {
+        return std::move(copy);
     }
     const std::ptrdiff_t pitch = source->pitch;
     copy_rows_mirrored(row_of(*copy, first_row), copy->pitch,
                        row_of(*source, upside_down ? source->h - 1 : first_row),
                        upside_down ? -pitch : pitch, static_cast<std::size_t>(source->w),
                        static_cast<std::size_t>(source->h - first_row));
-    return copy;
+    return std::move(copy);
 }
 
 }  // namespace
@@ -58,22 +75,29 @@ SurfacePtr clone_surface(const SDL_Surface* surface) noexcept {
 
 SurfacePtr flip_v(SDL_Surface* surface) noexcept {
     const SurfaceLock lock(surface);
-    SurfacePtr copy = lock ? pixel::clone_surface(surface) : nullptr;
+    if (!lock) {
+        return nullptr;
+    }
+    auto [copy, is_clear] = recycled_clone(*surface);
     if (copy == nullptr || surface->w == 0 || surface->h == 0) {
-        return copy;
+        return std::move(copy);
     }
     // Only the source's last row can be short of its padding: its buffer may end there.
     const std::size_t row_bytes = std::min(copy->pitch, surface->pitch);
     const auto rows_before_last = static_cast<std::size_t>(surface->h - 1);
-    const std::size_t last_row_bytes = buffer_bytes(*surface) - rows_before_last * surface->pitch;
+    const std::size_t last_row_bytes =
+        std::min(row_bytes, buffer_bytes(*surface) - rows_before_last * surface->pitch);
+    if (!is_clear && last_row_bytes < copy->pitch) {
+        clear_first_rows(*copy, copy->h);
+    }
     const std::ptrdiff_t pitch = surface->pitch;
     copy_rows(row_of(*copy, 0), copy->pitch, row_of(*surface, surface->h - 1), -pitch,
-              std::min(row_bytes, last_row_bytes), 1);
+              last_row_bytes, 1);
     if (rows_before_last > 0) {
         copy_rows(row_of(*copy, 1), copy->pitch, row_of(*surface, surface->h - 2), -pitch,
                   row_bytes, rows_before_last);
     }
-    return copy;
+    return std::move(copy);
 }
 
 SurfacePtr flip_h(SDL_Surface* surface) noexcept {

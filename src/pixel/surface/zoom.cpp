@@ -8,8 +8,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 #include "base/console.h"
+#include "base/recycled_surface.h"
 #include "pixel/kernels/pixel_word.h"
 #include "pixel/surface/zoom_loops.h"
 
@@ -166,16 +168,18 @@ bool takes(const SDL_Surface& source, const Transform& wanted, const Size& size)
 // By our own loops; null when they can't.
 SurfacePtr by_us(const SDL_Surface& source, const Transform& wanted, const Size& size) noexcept {
     const SDL_PixelFormat& format = *source.format;
-    SurfacePtr result(SDL_CreateRGBSurface(SDL_SWSURFACE, size.width, size.height, 32, format.Rmask,
-                                           format.Gmask, format.Bmask, format.Amask));
+    auto [result, is_clear] = recycled_surface(SDL_SWSURFACE, size.width, size.height, 32, format);
     if (result == nullptr) {
         return nullptr;
     }
+    const bool turned = wanted.angle_degrees != 0;
+    if (turned && !is_clear) {
+        clear_first_rows(*result, size.height);
+    }
     const Mirroring mirroring = {wanted.x_factor < 0, wanted.y_factor < 0};
-    const bool filled = wanted.angle_degrees == 0
-                            ? fill_by_zoom(*result, source, mirroring, wanted.smooth)
-                            : fill_by_turn(*result, source, mirroring, wanted.angle_degrees,
-                                           std::fabs(wanted.x_factor));
+    const bool filled = !turned ? fill_by_zoom(*result, source, mirroring, wanted.smooth)
+                                : fill_by_turn(*result, source, mirroring, wanted.angle_degrees,
+                                               std::fabs(wanted.x_factor));
     if (!filled) {
         return nullptr;
     }
@@ -183,7 +187,7 @@ SurfacePtr by_us(const SDL_Surface& source, const Transform& wanted, const Size&
     if (is_rotation(wanted)) {
         SDL_SetColorKey(result.get(), SDL_SRCCOLORKEY | SDL_RLEACCEL, format.colorkey);
     }
-    return result;
+    return std::move(result);
 }
 
 // Trying the loops: another SDL_gfx may step, round or turn otherwise.

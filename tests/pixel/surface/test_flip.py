@@ -42,7 +42,10 @@ clone_surface = native.function("clone_surface", ctypes.c_void_p, ctypes.c_void_
 
 
 def flipped(name, surface):
-    return getattr(larkspur, name)(surface)
+    """In memory that has just held another picture."""
+    function = getattr(larkspur, name)
+    function(surface).fill((0xA5, 0xA5, 0xA5))
+    return function(surface)
 
 
 @pytest.mark.parametrize("name", NAMES)
@@ -179,18 +182,38 @@ def test_foreign_memory_is_read_up_to_its_last_pixel(name, padding, offset):
     free_surface(address)
 
 
-def test_flip_v_reads_no_padding_behind_the_last_row():
-    memory = GuardedMemory(2 * 8 + 5)  # ends with the last pixel; reading on ends the process
-    memory.bytes[...] = numpy.arange(1, 22)
-    source = create_surface_from(memory.address, 5, 3, 8, 8, 0, 0, 0, 0)
-    address = NATIVE["flip_v"](source)
-    copy = native.Surface.from_address(address)
-    assert copy.pitch == 8
-    rows = bytearray(ctypes.string_at(copy.pixels, 24))
-    assert list(rows) == range(17, 22) + [0] * 3 + range(9, 17) + range(1, 9)
-    free_surface(address)
+@pytest.mark.parametrize("depth, width", [(8, 5), (16, 3), (24, 2)])
+def test_flip_v_reads_no_padding_behind_the_last_row(depth, width):
+    row_bytes = width * depth // 8
+    memory = GuardedMemory(2 * 8 + row_bytes)  # reading on behind the last pixel ends the process
+    memory.bytes[...] = numpy.arange(1, 17 + row_bytes)
+    source = create_surface_from(memory.address, width, 3, depth, 8, 0, 0, 0, 0)
+    for earlier in ["none", "another"]:  # picture in the copy's memory
+        address = NATIVE["flip_v"](source)
+        copy = native.Surface.from_address(address)
+        assert copy.pitch == 8
+        rows = bytearray(ctypes.string_at(copy.pixels, 24))
+        last = range(17, 17 + row_bytes) + [0] * (8 - row_bytes)
+        assert list(rows) == last + range(9, 17) + range(1, 9), earlier
+        ctypes.memset(copy.pixels, 0xA5, 24)
+        free_surface(address)
     free_surface(source)
     memory.free()
+
+
+def test_flip_v_of_rows_without_padding_leaves_that_of_the_copy_blank():
+    memory = numpy.arange(1, 31, dtype=numpy.uint8)
+    source = create_surface_from(memory.ctypes.data, 5, 3, 16, 10, 0, 0, 0, 0)
+    for earlier in ["none", "another"]:  # picture in the copy's memory
+        address = NATIVE["flip_v"](source)
+        copy = native.Surface.from_address(address)
+        assert copy.pitch == 12
+        rows = numpy.frombuffer(ctypes.string_at(copy.pixels, 36), numpy.uint8).reshape(3, 12)
+        assert (rows[:, :10] == memory.reshape(3, 10)[::-1]).all(), earlier
+        assert not rows[:, 10:].any(), earlier
+        ctypes.memset(copy.pixels, 0xA5, 36)
+        free_surface(address)
+    free_surface(source)
 
 
 # ---- the blank copy

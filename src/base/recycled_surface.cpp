@@ -1,0 +1,119 @@
+#include "base/recycled_surface.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
+#include <tuple>
+#include <utility>
+
+namespace larkspur {
+namespace {
+
+// What SDL has no function for, but holders change all the same.
+auto layout_of(const SDL_Surface& surface) noexcept {
+    const SDL_PixelFormat& format = *surface.format;
+    return std::make_tuple(surface.flags, format.Rmask, format.Gmask, format.Bmask, format.Amask,
+                           format.Rshift, format.Gshift, format.Bshift, format.Ashift);
+}
+
+struct Kept {
+    SDL_Surface* surface;  // a share of ours
+    Uint32 flags;          // that it was asked for with
+    decltype(layout_of(std::declval<const SDL_Surface&>())) as_made;
+};
+
+// Eight displays of 1024 x 1024 pixels, or four of 1920 x 1080.
+constexpr std::size_t kMostBytes = 32U << 20;
+constexpr std::ptrdiff_t kMostSurfaces = 8;
+
+// Never released at the end of the process, when SDL may be gone.
+std::array<Kept, kMostSurfaces> kept_surfaces = {};
+auto kept_end = kept_surfaces.begin();
+
+bool is_held_elsewhere(const Kept& kept) noexcept {
+    return kept.surface->refcount > 1;
+}
+
+bool fits(const Kept& kept, Uint32 flags, int width, int height, int depth,
+          const SDL_PixelFormat& masks) noexcept {
+    const SDL_PixelFormat& own = *kept.surface->format;
+    return kept.surface->w == width && kept.surface->h == height && kept.flags == flags &&
+           own.BitsPerPixel == depth && own.Rmask == masks.Rmask && own.Gmask == masks.Gmask &&
+           own.Bmask == masks.Bmask && own.Amask == masks.Amask;
+}
+
+// Puts back what SDL has functions for, and says whether the surface is as it was made. The colour
+// key goes first: that decodes a picture that is run-length encoded, where SDL has the memory.
+bool is_made_anew(const Kept& kept) noexcept {
+    SDL_Surface* surface = kept.surface;
+    if (is_held_elsewhere(kept) || surface->locked != 0) {
+        return false;
+    }
+    SDL_SetColorKey(surface, 0, 0);
+    SDL_SetAlpha(surface, std::get<0>(kept.as_made) & SDL_SRCALPHA, SDL_ALPHA_OPAQUE);
+    SDL_SetClipRect(surface, nullptr);
+    return layout_of(*surface) == kept.as_made && surface->pixels != nullptr;
+}
+
+template <typename Condition>
+void let_go_if(const Condition& condition) noexcept {
+    kept_end = std::remove_if(kept_surfaces.begin(), kept_end, [&](const Kept& kept) {
+        if (!condition(kept)) {
+            return false;
+        }
+        SDL_FreeSurface(kept.surface);
+        return true;
+    });
+}
+
+bool has_room_for(const SDL_Surface& surface) noexcept {
+    std::size_t bytes = buffer_bytes(surface);
+    for (auto kept = kept_surfaces.begin(); kept != kept_end; ++kept) {
+        bytes += buffer_bytes(*kept->surface);
+    }
+    return kept_end != kept_surfaces.end() && bytes <= kMostBytes;
+}
+
+void keep(SDL_Surface* surface, Uint32 flags) noexcept {
+    // Where a lock that a holder leaves behind does not show, no surface can be used again; nor one
+    // in video memory, which goes with its mode, or whose colours can be changed.
+    if (!has_plain_pixels(surface) || !locks_show(surface) || surface->format->palette != nullptr ||
+        buffer_bytes(*surface) > kMostBytes) {
+        return;
+    }
+    if (!has_room_for(*surface)) {
+        // What others hold may be pictures that stay; what nobody holds has just served.
+        let_go_if(is_held_elsewhere);
+    }
+    if (!has_room_for(*surface)) {
+        let_go_if([](const Kept&) { return true; });
+    }
+    ++surface->refcount;
+    *kept_end++ = {surface, flags, layout_of(*surface)};
+}
+
+}  // namespace
+
+RecycledSurface recycled_surface(Uint32 flags, int width, int height, int depth,
+                                 const SDL_PixelFormat& masks) noexcept {
+    const auto kept = std::find_if(kept_surfaces.begin(), kept_end, [&](const Kept& candidate) {
+        return fits(candidate, flags, width, height, depth, masks) && is_made_anew(candidate);
+    });
+    if (kept != kept_end) {
+        ++kept->surface->refcount;
+        return {SurfacePtr(kept->surface), false};
+    }
+    // SDL itself takes a negative size for a huge one.
+    if (width < 0 || height < 0 || 4.0 * width * height >= kRefusedBytes) {
+        return {};
+    }
+    SurfacePtr made(SDL_CreateRGBSurface(flags, width, height, depth, masks.Rmask, masks.Gmask,
+                                         masks.Bmask, masks.Amask));
+    if (made != nullptr) {
+        keep(made.get(), flags);
+    }
+    return {std::move(made), true};
+}
+
+}  // namespace larkspur

@@ -1,0 +1,191 @@
+// When a surface serves again, how many are kept, and which. What holders leave behind in one is
+// tested where Python holds it, with the views of rooms.
+#include "base/recycled_surface.h"
+
+#include <SDL.h>
+
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <vector>
+
+#include "../sdl_layer.h"
+#include "gtest/gtest.h"
+
+namespace larkspur {
+namespace {
+
+struct Wanted {
+    Uint32 flags;
+    int width;
+    int height;
+    int depth;
+    Uint32 masks[4];
+};
+
+constexpr Wanted kWanted = {SDL_SWSURFACE, 20, 10, 32, {0xFF0000, 0xFF00, 0xFF, 0}};
+
+Wanted of_size(int width, int height) {
+    Wanted wanted = kWanted;
+    wanted.width = width;
+    wanted.height = height;
+    return wanted;
+}
+
+RecycledSurface taken(const Wanted& wanted) {
+    SDL_PixelFormat masks = {};
+    masks.Rmask = wanted.masks[0];
+    masks.Gmask = wanted.masks[1];
+    masks.Bmask = wanted.masks[2];
+    masks.Amask = wanted.masks[3];
+    return recycled_surface(wanted.flags, wanted.width, wanted.height, wanted.depth, masks);
+}
+
+// What SDL gives to no other surface.
+unsigned identity_of(const SDL_Surface& surface) {
+    return surface.format_version;
+}
+
+// Whether somebody beside the test holds it.
+bool is_kept(const SurfacePtr& surface) {
+    return surface->refcount == 2;
+}
+
+// Lets go of all that is kept: one that is as large as all of them together takes their place, and
+// is no size that a test asks for.
+void let_go_of_all() {
+    taken(of_size(2048, 4096));
+}
+
+class RecycledSurfaces : public ::testing::Test {
+ protected:
+    void SetUp() override {
+        if (is_layer()) {
+            GTEST_SKIP() << "locks do not show in its records, so nothing is kept";
+        }
+        let_go_of_all();
+    }
+};
+
+TEST(RecycledSurface, IsAsSdlMakesIt) {
+    for (const int depth : {16, 24, 32}) {
+        for (const Uint32 alpha_mask : {0U, 0xFF000000U}) {
+            Wanted wanted = kWanted;
+            wanted.depth = depth;
+            wanted.masks[3] = depth == 32 ? alpha_mask : 0;
+            const auto& masks = wanted.masks;
+            const SurfacePtr expected(SDL_CreateRGBSurface(SDL_SWSURFACE, 20, 10, depth, masks[0],
+                                                           masks[1], masks[2], masks[3]));
+            for (int time = 0; time < 3; ++time) {
+                const RecycledSurface again = taken(wanted);
+                const SDL_Surface& surface = *again.surface;
+                EXPECT_EQ(surface.flags, expected->flags);
+                EXPECT_EQ(surface.w, 20);
+                EXPECT_EQ(surface.h, 10);
+                EXPECT_EQ(surface.pitch, expected->pitch);
+                EXPECT_EQ(surface.format->BitsPerPixel, depth);
+                EXPECT_EQ(surface.format->Amask, expected->format->Amask);
+                if (again.is_clear) {
+                    const std::vector<unsigned char> zeros(buffer_bytes(surface));
+                    EXPECT_EQ(std::memcmp(surface.pixels, zeros.data(), zeros.size()), 0);
+                }
+                SDL_FillRect(again.surface.get(), nullptr, 0x123456);
+            }
+        }
+    }
+}
+
+TEST(RecycledSurface, IsNullWhereSdlRefusesTheSize) {
+    constexpr int kLeast = std::numeric_limits<int>::min();
+    for (const Wanted& wanted : {of_size(-1, 5), of_size(5, -1), of_size(kLeast, 5),
+                                 of_size(70000, 5), of_size(16384, 32768)}) {
+        EXPECT_EQ(taken(wanted).surface, nullptr) << wanted.width << " x " << wanted.height;
+    }
+}
+
+TEST_F(RecycledSurfaces, ServesAgainOnceNobodyHoldsIt) {
+    RecycledSurface first = taken(kWanted);
+    EXPECT_TRUE(first.is_clear);
+    const unsigned identity = identity_of(*first.surface);
+    const RecycledSurface second = taken(kWanted);
+    EXPECT_NE(identity_of(*second.surface), identity);
+    EXPECT_TRUE(second.is_clear);
+    first.surface.reset();
+    const RecycledSurface third = taken(kWanted);
+    EXPECT_EQ(identity_of(*third.surface), identity);
+    EXPECT_FALSE(third.is_clear);
+}
+
+TEST_F(RecycledSurfaces, ServesForTheSameAlone) {
+    std::vector<Wanted> others(8, kWanted);
+    others[0].flags = SDL_SRCALPHA;
+    others[1].width = 21;
+    others[2].height = 11;
+    others[3].depth = 24;
+    for (int i = 0; i < 4; ++i) {
+        others[4 + i].masks[i] = 0xF000000;
+    }
+    for (const Wanted& other : others) {
+        const unsigned identity = identity_of(*taken(kWanted).surface);
+        EXPECT_NE(identity_of(*taken(other).surface), identity);
+        EXPECT_EQ(identity_of(*taken(kWanted).surface), identity);
+        let_go_of_all();
+    }
+}
+
+TEST_F(RecycledSurfaces, AreKeptUpToEight) {
+    std::vector<SurfacePtr> held;
+    for (int i = 0; i < 8; ++i) {
+        held.push_back(taken(of_size(20 + i, 10)).surface);
+    }
+    for (const SurfacePtr& surface : held) {
+        EXPECT_TRUE(is_kept(surface));
+    }
+    const SurfacePtr ninth = taken(of_size(50, 10)).surface;
+    EXPECT_TRUE(is_kept(ninth));
+    for (const SurfacePtr& surface : held) {
+        EXPECT_FALSE(is_kept(surface));
+    }
+}
+
+TEST_F(RecycledSurfaces, AreLetGoFirstWhereOthersHoldThem) {
+    const unsigned identity = identity_of(*taken(kWanted).surface);
+    std::vector<SurfacePtr> held;
+    for (int i = 0; i < 8; ++i) {
+        held.push_back(taken(of_size(30 + i, 10)).surface);
+    }
+    EXPECT_FALSE(is_kept(held.front()));
+    EXPECT_TRUE(is_kept(held.back()));
+    EXPECT_EQ(identity_of(*taken(kWanted).surface), identity);
+}
+
+TEST_F(RecycledSurfaces, AllMakeRoomForAnotherWhereNobodyHoldsThem) {
+    const unsigned identity = identity_of(*taken(kWanted).surface);
+    for (int i = 0; i < 8; ++i) {
+        taken(of_size(30 + i, 10));
+    }
+    EXPECT_NE(identity_of(*taken(kWanted).surface), identity);
+}
+
+TEST_F(RecycledSurfaces, AreKeptUpTo32MiB) {
+    constexpr int kSideOf16MiB = 2048;
+    const unsigned identity = identity_of(*taken(of_size(kSideOf16MiB, kSideOf16MiB)).surface);
+    taken(of_size(kSideOf16MiB, kSideOf16MiB - 1));
+    EXPECT_EQ(identity_of(*taken(of_size(kSideOf16MiB, kSideOf16MiB)).surface), identity);
+    taken(of_size(kSideOf16MiB, 2));
+    EXPECT_NE(identity_of(*taken(of_size(kSideOf16MiB, kSideOf16MiB)).surface), identity);
+    EXPECT_TRUE(is_kept(taken(of_size(2048, 4096)).surface));
+    EXPECT_FALSE(is_kept(taken(of_size(2048, 4097)).surface));
+}
+
+TEST_F(RecycledSurfaces, AreNotKeptWhereTheyHaveNoPixelsOrAPalette) {
+    EXPECT_FALSE(is_kept(taken(of_size(0, 10)).surface));
+    EXPECT_FALSE(is_kept(taken(of_size(10, 0)).surface));
+    Wanted wanted = kWanted;
+    wanted.depth = 8;
+    EXPECT_FALSE(is_kept(taken(wanted).surface));
+}
+
+}  // namespace
+}  // namespace larkspur
