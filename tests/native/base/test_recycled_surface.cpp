@@ -104,7 +104,7 @@ TEST(RecycledSurface, IsNullWhereSdlRefusesTheSize) {
     }
 }
 
-TEST_F(RecycledSurfaces, ServesAgainOnceNobodyHoldsIt) {
+TEST_F(RecycledSurfaces, ServeAgainOnceNobodyHoldsThem) {
     RecycledSurface first = taken(kWanted);
     EXPECT_TRUE(first.is_clear);
     const unsigned identity = identity_of(*first.surface);
@@ -117,7 +117,38 @@ TEST_F(RecycledSurfaces, ServesAgainOnceNobodyHoldsIt) {
     EXPECT_FALSE(third.is_clear);
 }
 
-TEST_F(RecycledSurfaces, ServesForTheSameAlone) {
+TEST_F(RecycledSurfaces, ServeAgainWhereSdlCanPutBackWhatHoldersSet) {
+    const std::vector<std::function<void(SDL_Surface*)>> changes = {
+        [](SDL_Surface* surface) { SDL_SetColorKey(surface, SDL_SRCCOLORKEY, 5); },
+        [](SDL_Surface* surface) { SDL_SetAlpha(surface, SDL_SRCALPHA, 100); },
+        [](SDL_Surface* surface) { SDL_SetAlpha(surface, SDL_RLEACCEL, 100); },
+        [](SDL_Surface* surface) {
+            SDL_Rect middle = {2, 3, 4, 5};
+            SDL_SetClipRect(surface, &middle);
+        },
+        [](SDL_Surface* surface) {
+            SDL_SetColorKey(surface, SDL_SRCCOLORKEY | SDL_RLEACCEL, 5);
+            const SurfacePtr target(SDL_CreateRGBSurface(0, 9, 9, 32, 0xFF0000, 0xFF00, 0xFF, 0));
+            SDL_BlitSurface(surface, nullptr, target.get(), nullptr);
+            EXPECT_NE(surface->flags & SDL_RLEACCEL, 0U);
+        }};
+    const SDL_Surface fresh = *taken(kWanted).surface;
+    for (const auto& change : changes) {
+        change(taken(kWanted).surface.get());
+        const SurfacePtr again = taken(kWanted).surface;
+        EXPECT_EQ(identity_of(*again), fresh.format_version);
+        EXPECT_EQ(again->flags, fresh.flags);
+        EXPECT_EQ(again->format->colorkey, 0U);
+        EXPECT_EQ(again->format->alpha, 255);
+        EXPECT_EQ(again->clip_rect.x, 0);
+        EXPECT_EQ(again->clip_rect.y, 0);
+        EXPECT_EQ(again->clip_rect.w, 20);
+        EXPECT_EQ(again->clip_rect.h, 10);
+        EXPECT_NE(again->pixels, nullptr);
+    }
+}
+
+TEST_F(RecycledSurfaces, ServeForTheSameAlone) {
     std::vector<Wanted> others(8, kWanted);
     others[0].flags = SDL_SRCALPHA;
     others[1].width = 21;
