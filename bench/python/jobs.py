@@ -274,6 +274,12 @@ JOBS = [
         {BASE: [(0, 7)], PEER: AS_FAST},
         apart=RESAMPLED,
     ),
+    Job(
+        "Room_Draw(), a view with a scaled background, against scaling it onto the display",
+        [LARGE],
+        {PEER: []},
+        apart=RESAMPLED,
+    ),
     Job("Room_Draw(), 500 scripted instances", [TILE], {BASE: [(0, 1.5)]}),
     # Particles.
     Job(

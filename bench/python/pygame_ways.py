@@ -282,13 +282,36 @@ def frames_of_tiles(colour_key):
     return ways
 
 
-def scaled_background(size):
-    """Backgrounds go to the display without a detour."""
-    screen, background = surface_of(size), picture([length // 2 for length in size])
-    smoothscale = pygame.transform.smoothscale
-    return {
-        "smoothscale() onto the display": drawing(screen, smoothscale, background, size, screen)
-    }
+def view_on_display(draw_background):
+    """A function that draws one on a canvas, which lies in the display without a detour."""
+
+    def ways(size):
+        screen, background = surface_of(size), picture([length // 2 for length in size])
+        canvas = screen.subsurface(screen.get_rect())
+        return {
+            name: drawing(screen, draw, background, size, canvas)
+            for name, draw in draw_background(size).items()
+        }
+
+    return ways
+
+
+def scaled_and_blitted(size):
+    """As an engine draws any number of backgrounds, anywhere."""
+    smoothscale, kept = pygame.transform.smoothscale, surface_of(size)
+
+    def draw(background, size, canvas):
+        canvas.blit(smoothscale(background, size), (0, 0))
+
+    def draw_by_kept(background, size, canvas):
+        canvas.blit(smoothscale(background, size, kept), (0, 0))
+
+    return {"smoothscale(), blit()": draw, "smoothscale() to a kept Surface, blit()": draw_by_kept}
+
+
+def scaled_in_place(size):
+    """The one background that covers all of the view, and no more than it."""
+    return {"smoothscale() onto the display": pygame.transform.smoothscale}
 
 
 class Ageing(object):
@@ -512,7 +535,10 @@ WAYS = {
     "satusub()": filled((32, 32, 32, 32), "BLEND_RGBA_SUB", pygame.SRCALPHA, ARGB),
     "Room_Draw(), 2,000 opaque tiles": frames_of_tiles(False),
     "Room_Draw(), 2,000 colour-keyed tiles": frames_of_tiles(True),
-    "Room_Draw(), a view with a scaled background": scaled_background,
+    "Room_Draw(), a view with a scaled background": view_on_display(scaled_and_blitted),
+    "Room_Draw(), a view with a scaled background, against scaling it onto the display": (
+        view_on_display(scaled_in_place)
+    ),
     "particle drawn from its cache, turned": single_particles(30, anew=False),
     "particle, picture made anew": single_particles(0, anew=True),
     "particle, picture made anew, turned": single_particles(30, anew=True),
