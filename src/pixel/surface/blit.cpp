@@ -183,22 +183,31 @@ bool have_same_format(const SDL_PixelFormat& a, const SDL_PixelFormat& b) noexce
            a.Bmask == b.Bmask && a.Amask == b.Amask && a.BytesPerPixel > 1;
 }
 
-// For masks as has_words() asks for. A host can set shifts that do not fit them, and SDL goes by
-// either.
-bool has_shifts_of_masks(const SDL_PixelFormat& format) noexcept {
-    const int red_shift = format.Rmask == kLowChannel ? 0 : 16;
-    return format.Rshift == red_shift && format.Gshift == 8 && format.Bshift == 16 - red_shift &&
-           (format.Amask == 0 || format.Ashift == 24);
+// The masks of three channels, and a byte for the shift of each and of alpha, red's lowest.
+struct ChannelOrder {
+    std::uint32_t red;
+    std::uint32_t green;
+    std::uint32_t blue;
+    std::uint32_t shifts;
+};
+constexpr ChannelOrder kRedLowest = {kLowChannel, kMiddleChannel, kHighChannel, 0x18100800};
+constexpr ChannelOrder kBlueLowest = {kHighChannel, kMiddleChannel, kLowChannel, 0x18000810};
+
+// Side by side in the record, so that the compiler reads them at once.
+std::uint32_t shifts_of(const SDL_PixelFormat& format) noexcept {
+    return format.Rshift | format.Gshift << 8 | format.Bshift << 16 |
+           std::uint32_t{format.Ashift} << 24;
 }
 
-// Words of three channels with red or blue lowest, and of alpha or nothing in the top byte. Rows
-// are whole words apart: where SDL blends, it forgets an odd rest.
-bool has_words(const SDL_Surface& surface) noexcept {
+// Words of three channels in this order, and of alpha or nothing in the top byte. Rows are whole
+// words apart: where SDL blends, it forgets an odd rest. A host can set shifts that do not fit the
+// masks, and SDL goes by either; without alpha the shift of it says nothing. Inline, as it is asked
+// twice for each picture that is drawn.
+inline bool has_words(const SDL_Surface& surface, const ChannelOrder& order) noexcept {
     const SDL_PixelFormat& format = *surface.format;
-    return format.BitsPerPixel == 32 && format.Gmask == kMiddleChannel &&
-           (format.Rmask | format.Bmask) == kOuterChannels &&
-           (format.Rmask == kLowChannel || format.Rmask == kHighChannel) &&
-           (format.Amask == 0 || format.Amask == kTopByte) && has_shifts_of_masks(format) &&
+    return format.BitsPerPixel == 32 && format.Rmask == order.red && format.Gmask == order.green &&
+           format.Bmask == order.blue && (format.Amask == 0 || format.Amask == kTopByte) &&
+           ((shifts_of(format) ^ order.shifts) & (kAllChannels | format.Amask)) == 0 &&
            surface.pitch % sizeof(PixelWord) == 0;
 }
 
@@ -206,7 +215,8 @@ bool takes(Loop loop, const SDL_Surface& source, const SDL_Surface& target) noex
     if (loop == copy) {
         return have_same_format(*source.format, *target.format);
     }
-    return has_words(source) && has_words(target) && source.format->Rmask == target.format->Rmask;
+    const ChannelOrder& order = source.format->Rmask == kLowChannel ? kRedLowest : kBlueLowest;
+    return has_words(source, order) && has_words(target, order);
 }
 
 // Where that was asked, SDL encodes a picture when it is first drawn; but never one with both alpha
