@@ -5,12 +5,16 @@
 
 namespace larkspur::pixel {
 
+// That the pixels of a row do not depend on each other is said to the compiler, as it else looks
+// before each row whether source and target overlap.
+
 LARKSPUR_MULTIVERSION
 void copy_keyed_rows(const PixelRows& rows, ColourKey key, std::uint32_t kept,
                      std::uint32_t added) noexcept {
     for (PixelRows left = rows; left.height > 0; left.drop_row()) {
-        PixelWord* __restrict to = left.target;
-        const PixelWord* __restrict from = left.source;
+        PixelWord* to = left.target;
+        const PixelWord* from = left.source;
+#pragma GCC ivdep
         for (std::size_t x = 0; x < left.width; ++x) {
             const std::uint32_t pixel = from[x];
             const std::uint32_t under = to[x];
@@ -24,8 +28,9 @@ void composite_keyed_rows(const PixelRows& rows, ColourKey key, std::uint8_t alp
                           std::uint32_t added) noexcept {
     const std::uint32_t share = alpha;
     for (PixelRows left = rows; left.height > 0; left.drop_row()) {
-        PixelWord* __restrict to = left.target;
-        const PixelWord* __restrict from = left.source;
+        PixelWord* to = left.target;
+        const PixelWord* from = left.source;
+#pragma GCC ivdep
         for (std::size_t x = 0; x < left.width; ++x) {
             const std::uint32_t over = from[x];
             const std::uint32_t under = to[x];
