@@ -23,8 +23,9 @@ class PictureKey {
         : numbers_{width, height, colour, alpha, angle}, count_(5) {}
 
     /// The entry under this key, as the dictionary's own lookup finds it, but without making a
-    /// tuple for one that this class stored: a particle on its way through a frame does little
-    /// else. Empty when there is none; with MemoryError when the key cannot be made.
+    /// tuple where this class stored all that lies on the way to it: a particle on its way through
+    /// a frame does little else. Empty when there is none; with MemoryError when a key is needed
+    /// and cannot be made.
     PyRef find_in(PyObject* cache) const noexcept;
 
     /// Stores an entry under this key. False with an exception when that fails.
@@ -37,8 +38,9 @@ class PictureKey {
     long hash() const noexcept;
     /// Whether a key of the dictionary equals this one, as far as that shows without running code.
     Match compare(PyObject* key) const noexcept;
-    /// Borrowed; null when there is none, or only the dictionary can tell.
-    PyObject* find_quickly(PyObject* cache) const noexcept;
+    /// Sets `picture` to the entry, borrowed, or null when there is none. False when only the
+    /// dictionary can tell.
+    bool find_quickly(PyObject* cache, PyObject*& picture) const noexcept;
 
     std::array<std::int32_t, 5> numbers_;
     std::size_t count_;
