@@ -166,9 +166,9 @@ TEST_F(RecycledSurfaces, ServeForTheSameAlone) {
 }
 
 TEST_F(RecycledSurfaces, AreKeptUpToEight) {
-    std::vector<SurfacePtr> held;
+    std::vector<SurfacePtr> held(8);
     for (int i = 0; i < 8; ++i) {
-        held.push_back(taken(of_size(20 + i, 10)).surface);
+        held[i] = taken(of_size(20 + i, 10)).surface;
     }
     for (const SurfacePtr& surface : held) {
         EXPECT_TRUE(is_kept(surface));
@@ -182,9 +182,9 @@ TEST_F(RecycledSurfaces, AreKeptUpToEight) {
 
 TEST_F(RecycledSurfaces, AreLetGoFirstWhereOthersHoldThem) {
     const unsigned identity = identity_of(*taken(kWanted).surface);
-    std::vector<SurfacePtr> held;
+    std::vector<SurfacePtr> held(8);
     for (int i = 0; i < 8; ++i) {
-        held.push_back(taken(of_size(30 + i, 10)).surface);
+        held[i] = taken(of_size(30 + i, 10)).surface;
     }
     EXPECT_FALSE(is_kept(held.front()));
     EXPECT_TRUE(is_kept(held.back()));
