@@ -104,10 +104,6 @@ RecycledSurface recycled_surface(Uint32 flags, int width, int height, int depth,
         ++kept->surface->refcount;
         return {SurfacePtr(kept->surface), false};
     }
-    // SDL itself takes a negative size for a huge one.
-    if (width < 0 || height < 0 || 4.0 * width * height >= kRefusedBytes) {
-        return {};
-    }
     SurfacePtr made(SDL_CreateRGBSurface(flags, width, height, depth, masks.Rmask, masks.Gmask,
                                          masks.Bmask, masks.Amask));
     if (made != nullptr) {

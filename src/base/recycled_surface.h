@@ -24,7 +24,7 @@ struct RecycledSurface {
 /// Of the latest surfaces up to eight, of 32 MiB together, are kept by a share of this unit's.
 ///
 /// @param flags as SDL_CreateRGBSurface() takes them
-/// @param width, height pixels
+/// @param width, height pixels, not negative
 /// @param depth bits a pixel
 RecycledSurface recycled_surface(Uint32 flags, int width, int height, int depth,
                                  const SDL_PixelFormat& masks) noexcept;

@@ -173,8 +173,11 @@ SurfacePtr make_intermediate(std::int32_t width, std::int32_t height) noexcept {
     if (display == nullptr) {
         return nullptr;
     }
-    auto [surface, is_clear] =
-        recycled_surface(SDL_SWSURFACE | SDL_SRCALPHA, width, height, 32, *display->format);
+    // SDL itself takes a negative size for a huge one.
+    const bool refused = width < 0 || height < 0 || 4.0 * width * height >= kRefusedBytes;
+    auto [surface, is_clear] = refused ? RecycledSurface{}
+                                       : recycled_surface(SDL_SWSURFACE | SDL_SRCALPHA, width,
+                                                          height, 32, *display->format);
     if (!surface) {
         PyErr_Format(PyExc_ValueError,
                      "%s can't make a surface of view_wport x view_hport = %d x %d pixels",

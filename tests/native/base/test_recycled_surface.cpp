@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
-#include <limits>
 #include <vector>
 
 #include "../sdl_layer.h"
@@ -97,9 +96,7 @@ TEST(RecycledSurface, IsAsSdlMakesIt) {
 }
 
 TEST(RecycledSurface, IsNullWhereSdlRefusesTheSize) {
-    constexpr int kLeast = std::numeric_limits<int>::min();
-    for (const Wanted& wanted : {of_size(-1, 5), of_size(5, -1), of_size(kLeast, 5),
-                                 of_size(70000, 5), of_size(16384, 32768)}) {
+    for (const Wanted& wanted : {of_size(70000, 5), of_size(5, 70000), of_size(16384, 32768)}) {
         EXPECT_EQ(taken(wanted).surface, nullptr) << wanted.width << " x " << wanted.height;
     }
 }

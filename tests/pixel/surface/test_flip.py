@@ -254,6 +254,20 @@ def test_a_copy_that_sdl_refuses_is_null():
         assert function(surface.address) is None
 
 
+def test_reason_is_sdls_where_it_has_no_memory_for_a_copy():
+    if sdl.is_layer():
+        pytest.skip("it has memory for more")
+    memory = (ctypes.c_uint8 * 65532)()
+    source = create_surface_from(ctypes.addressof(memory), 16383, 32771, 32, 0, 0, 0, 0, 0)
+    clear_error = native.function("SDL_ClearError", None)
+    get_error = native.function("SDL_GetError", ctypes.c_char_p)
+    for function in NATIVE.values():
+        clear_error()
+        assert function(source) is None
+        assert get_error() == "Out of memory"
+    free_surface(source)
+
+
 # ---- from Python
 
 
