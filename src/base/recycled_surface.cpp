@@ -51,7 +51,11 @@ bool is_made_anew(const Kept& kept) noexcept {
         return false;
     }
     SDL_SetColorKey(surface, 0, 0);
-    SDL_SetAlpha(surface, std::get<0>(kept.as_made) & SDL_SRCALPHA, SDL_ALPHA_OPAQUE);
+    // There and back: when flags change, SDL forgets by which loop it drew the surface last, and
+    // where to. After a conversion that may be one that leaves the alpha out.
+    const Uint32 alpha_flag = std::get<0>(kept.as_made) & SDL_SRCALPHA;
+    SDL_SetAlpha(surface, alpha_flag ^ SDL_SRCALPHA, SDL_ALPHA_OPAQUE);
+    SDL_SetAlpha(surface, alpha_flag, SDL_ALPHA_OPAQUE);
     SDL_SetClipRect(surface, nullptr);
     return layout_of(*surface) == kept.as_made && surface->pixels != nullptr;
 }

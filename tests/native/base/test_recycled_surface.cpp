@@ -145,6 +145,23 @@ TEST_F(RecycledSurfaces, ServeAgainWhereSdlCanPutBackWhatHoldersSet) {
     }
 }
 
+// A conversion to pixels with alpha draws without the source's, and SDL keeps the loop for the next
+// time.
+TEST_F(RecycledSurfaces, AreDrawnByNoLoopOfAnEarlierHolder) {
+    Wanted wanted = kWanted;
+    wanted.masks[3] = 0xFF000000;
+    SurfacePtr first = taken(wanted).surface;
+    const unsigned identity = identity_of(*first);
+    const SurfacePtr target(SDL_ConvertSurface(first.get(), first->format, SDL_SWSURFACE));
+    first.reset();
+    const SurfacePtr again = taken(wanted).surface;
+    ASSERT_EQ(identity_of(*again), identity);
+    SDL_FillRect(target.get(), nullptr, 0xFF0000FF);
+    SDL_FillRect(again.get(), nullptr, 0x00FF0000);
+    SDL_BlitSurface(again.get(), nullptr, target.get(), nullptr);
+    EXPECT_EQ(*static_cast<Uint32*>(target->pixels), 0xFF0000FF);
+}
+
 TEST_F(RecycledSurfaces, ServeForTheSameAlone) {
     std::vector<Wanted> others(8, kWanted);
     others[0].flags = SDL_SRCALPHA;
