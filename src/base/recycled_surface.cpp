@@ -43,11 +43,11 @@ bool fits(const Kept& kept, Uint32 flags, int width, int height, int depth,
            own.Bmask == masks.Bmask && own.Amask == masks.Amask;
 }
 
-// Puts back what SDL has functions for, and says whether the surface is as it was made. The colour
-// key goes first: that decodes a picture that is run-length encoded, where SDL has the memory.
+// Puts back what SDL has functions for, and says whether the surface is as it was made. One that is
+// run-length encoded has no pixels: to decode it takes longer than to make another.
 bool is_made_anew(const Kept& kept) noexcept {
     SDL_Surface* surface = kept.surface;
-    if (is_held_elsewhere(kept) || surface->locked != 0) {
+    if (is_held_elsewhere(kept) || !has_plain_pixels(surface)) {
         return false;
     }
     SDL_SetColorKey(surface, 0, 0);
@@ -57,7 +57,7 @@ bool is_made_anew(const Kept& kept) noexcept {
     SDL_SetAlpha(surface, alpha_flag ^ SDL_SRCALPHA, SDL_ALPHA_OPAQUE);
     SDL_SetAlpha(surface, alpha_flag, SDL_ALPHA_OPAQUE);
     SDL_SetClipRect(surface, nullptr);
-    return layout_of(*surface) == kept.as_made && surface->pixels != nullptr;
+    return layout_of(*surface) == kept.as_made;
 }
 
 template <typename Condition>

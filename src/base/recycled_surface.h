@@ -18,8 +18,8 @@ struct RecycledSurface {
 
 /// A surface in the masks of a format, its record as SDL_CreateRGBSurface() makes it but for the
 /// number of its holders: one of an earlier call for the same when nobody else holds it any
-/// longer, and none of its holders left anything behind that can't be put back, such as a lock or
-/// other masks; else a new one.
+/// longer, and none of its holders left anything behind that can't be put back, such as a lock,
+/// other masks or a picture that is run-length encoded; else a new one.
 ///
 /// Of the latest surfaces up to eight, of 32 MiB together, are kept by a share of this unit's.
 ///

@@ -123,12 +123,7 @@ TEST_F(RecycledSurfaces, ServeAgainWhereSdlCanPutBackWhatHoldersSet) {
             SDL_Rect middle = {2, 3, 4, 5};
             SDL_SetClipRect(surface, &middle);
         },
-        [](SDL_Surface* surface) {
-            SDL_SetColorKey(surface, SDL_SRCCOLORKEY | SDL_RLEACCEL, 5);
-            const SurfacePtr target(SDL_CreateRGBSurface(0, 9, 9, 32, 0xFF0000, 0xFF00, 0xFF, 0));
-            SDL_BlitSurface(surface, nullptr, target.get(), nullptr);
-            EXPECT_NE(surface->flags & SDL_RLEACCEL, 0U);
-        }};
+        [](SDL_Surface* surface) { surface->format->alpha = 100; }};
     const SDL_Surface fresh = *taken(kWanted).surface;
     for (const auto& change : changes) {
         change(taken(kWanted).surface.get());
@@ -142,6 +137,33 @@ TEST_F(RecycledSurfaces, ServeAgainWhereSdlCanPutBackWhatHoldersSet) {
         EXPECT_EQ(again->clip_rect.w, 20);
         EXPECT_EQ(again->clip_rect.h, 10);
         EXPECT_NE(again->pixels, nullptr);
+    }
+}
+
+TEST_F(RecycledSurfaces, DoNotServeAgainWhereHoldersLeaveMoreBehind) {
+    const std::vector<std::function<void(SDL_Surface*)>> changes = {
+        [](SDL_Surface* surface) { SDL_LockSurface(surface); },
+        [](SDL_Surface* surface) {
+            SDL_SetColorKey(surface, SDL_SRCCOLORKEY | SDL_RLEACCEL, 5);
+            const SurfacePtr target(SDL_CreateRGBSurface(0, 9, 9, 32, 0xFF0000, 0xFF00, 0xFF, 0));
+            SDL_BlitSurface(surface, nullptr, target.get(), nullptr);
+            EXPECT_EQ(surface->pixels, nullptr);
+        },
+        [](SDL_Surface* surface) { surface->format->Rmask = 0xFF; },
+        [](SDL_Surface* surface) { surface->format->Gmask = 0xFF; },
+        [](SDL_Surface* surface) { surface->format->Bmask = 0xFF00; },
+        [](SDL_Surface* surface) { surface->format->Amask = 0xFF000000; },
+        [](SDL_Surface* surface) { surface->format->Rshift = 8; },
+        [](SDL_Surface* surface) { surface->format->Gshift = 16; },
+        [](SDL_Surface* surface) { surface->format->Bshift = 8; },
+        [](SDL_Surface* surface) { surface->format->Ashift = 24; }};
+    for (const auto& change : changes) {
+        SurfacePtr first = taken(kWanted).surface;
+        const unsigned identity = identity_of(*first);
+        change(first.get());
+        first.reset();
+        EXPECT_NE(identity_of(*taken(kWanted).surface), identity) << &change - changes.data();
+        let_go_of_all();
     }
 }
 
