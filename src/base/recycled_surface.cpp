@@ -13,14 +13,25 @@ namespace {
 // What SDL has no function for, but holders change all the same.
 auto layout_of(const SDL_Surface& surface) noexcept {
     const SDL_PixelFormat& format = *surface.format;
-    return std::make_tuple(surface.flags, format.Rmask, format.Gmask, format.Bmask, format.Amask,
-                           format.Rshift, format.Gshift, format.Bshift, format.Ashift);
+    return std::make_tuple(surface.flags, surface.w, surface.h, format.Rmask, format.Gmask,
+                           format.Bmask, format.Amask, format.Rshift, format.Gshift, format.Bshift,
+                           format.Ashift);
 }
+
+// What a surface is asked for with: SDL can give it other flags and masks.
+auto request_of(Uint32 flags, int width, int height, int depth,
+                const SDL_PixelFormat& masks) noexcept {
+    return std::make_tuple(flags, width, height, depth, masks.Rmask, masks.Gmask, masks.Bmask,
+                           masks.Amask);
+}
+
+using Layout = decltype(layout_of(std::declval<const SDL_Surface&>()));
+using Request = decltype(request_of(0, 0, 0, 0, std::declval<const SDL_PixelFormat&>()));
 
 struct Kept {
     SDL_Surface* surface;  // a share of ours
-    Uint32 flags;          // that it was asked for with
-    decltype(layout_of(std::declval<const SDL_Surface&>())) as_made;
+    Request request;
+    Layout as_made;
 };
 
 // Eight displays of 1024 x 1024 pixels, or four of 1920 x 1080.
@@ -33,14 +44,6 @@ auto kept_end = kept_surfaces.begin();
 
 bool is_held_elsewhere(const Kept& kept) noexcept {
     return kept.surface->refcount > 1;
-}
-
-bool fits(const Kept& kept, Uint32 flags, int width, int height, int depth,
-          const SDL_PixelFormat& masks) noexcept {
-    const SDL_PixelFormat& own = *kept.surface->format;
-    return kept.surface->w == width && kept.surface->h == height && kept.flags == flags &&
-           own.BitsPerPixel == depth && own.Rmask == masks.Rmask && own.Gmask == masks.Gmask &&
-           own.Bmask == masks.Bmask && own.Amask == masks.Amask;
 }
 
 // Puts back what SDL has functions for, and says whether the surface is as it was made. One that is
@@ -79,7 +82,7 @@ bool has_room_for(const SDL_Surface& surface) noexcept {
     return kept_end != kept_surfaces.end() && bytes <= kMostBytes;
 }
 
-void keep(SDL_Surface* surface, Uint32 flags) noexcept {
+void keep(SDL_Surface* surface, const Request& request) noexcept {
     // Where a lock that a holder leaves behind does not show, no surface can be used again; nor one
     // in video memory, which goes with its mode, or whose colours can be changed.
     if (!has_plain_pixels(surface) || !locks_show(surface) || surface->format->palette != nullptr ||
@@ -94,15 +97,16 @@ void keep(SDL_Surface* surface, Uint32 flags) noexcept {
         let_go_if([](const Kept&) { return true; });
     }
     ++surface->refcount;
-    *kept_end++ = {surface, flags, layout_of(*surface)};
+    *kept_end++ = {surface, request, layout_of(*surface)};
 }
 
 }  // namespace
 
 RecycledSurface recycled_surface(Uint32 flags, int width, int height, int depth,
                                  const SDL_PixelFormat& masks) noexcept {
+    const Request request = request_of(flags, width, height, depth, masks);
     const auto kept = std::find_if(kept_surfaces.begin(), kept_end, [&](const Kept& candidate) {
-        return fits(candidate, flags, width, height, depth, masks) && is_made_anew(candidate);
+        return candidate.request == request && is_made_anew(candidate);
     });
     if (kept != kept_end) {
         ++kept->surface->refcount;
@@ -111,7 +115,7 @@ RecycledSurface recycled_surface(Uint32 flags, int width, int height, int depth,
     SurfacePtr made(SDL_CreateRGBSurface(flags, width, height, depth, masks.Rmask, masks.Gmask,
                                          masks.Bmask, masks.Amask));
     if (made != nullptr) {
-        keep(made.get(), flags);
+        keep(made.get(), request);
     }
     return {std::move(made), true};
 }

@@ -4,6 +4,7 @@
 
 #include <SDL.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <functional>
@@ -149,6 +150,8 @@ TEST_F(RecycledSurfaces, DoNotServeAgainWhereHoldersLeaveMoreBehind) {
             SDL_BlitSurface(surface, nullptr, target.get(), nullptr);
             EXPECT_EQ(surface->pixels, nullptr);
         },
+        [](SDL_Surface* surface) { --surface->w; },
+        [](SDL_Surface* surface) { surface->h -= 2; },
         [](SDL_Surface* surface) { surface->format->Rmask = 0xFF; },
         [](SDL_Surface* surface) { surface->format->Gmask = 0xFF; },
         [](SDL_Surface* surface) { surface->format->Bmask = 0xFF00; },
@@ -199,6 +202,17 @@ TEST_F(RecycledSurfaces, ServeForTheSameAlone) {
         EXPECT_EQ(identity_of(*taken(kWanted).surface), identity);
         let_go_of_all();
     }
+}
+
+// Without masks of colours SDL takes its own, and leaves the alpha's out but for the flag.
+TEST_F(RecycledSurfaces, DoNotServeForTheMasksThatSdlChose) {
+    Wanted without_colours = kWanted;
+    std::fill_n(without_colours.masks, 3, 0U);
+    without_colours.masks[3] = 0xFF000000;
+    const SDL_Surface chosen = *taken(without_colours).surface;
+    EXPECT_EQ(chosen.flags, SDL_SRCALPHA);
+    EXPECT_EQ(taken(kWanted).surface->flags, SDL_SWSURFACE);
+    EXPECT_EQ(identity_of(*taken(without_colours).surface), identity_of(chosen));
 }
 
 TEST_F(RecycledSurfaces, AreKeptUpToEight) {
