@@ -42,17 +42,17 @@ constexpr std::ptrdiff_t kMostSurfaces = 8;
 std::array<Kept, kMostSurfaces> kept_surfaces = {};
 auto kept_end = kept_surfaces.begin();
 
-bool is_held_elsewhere(const Kept& kept) noexcept {
-    return kept.surface->refcount > 1;
+// Whether only this unit holds it, and nobody left it locked or run-length encoded: to decode one
+// takes longer than to make another.
+bool is_free(const Kept& kept) noexcept {
+    return kept.surface->refcount == 1 && has_plain_pixels(kept.surface);
 }
 
-// Puts back what SDL has functions for, and says whether the surface is as it was made. One that is
-// run-length encoded has no pixels: to decode it takes longer than to make another.
+// Puts back what SDL has functions for, and says whether the surface is as it was made.
+//
+// REQUIRES: it is free.
 bool is_made_anew(const Kept& kept) noexcept {
     SDL_Surface* surface = kept.surface;
-    if (is_held_elsewhere(kept) || !has_plain_pixels(surface)) {
-        return false;
-    }
     SDL_SetColorKey(surface, 0, 0);
     // There and back: when flags change, SDL forgets by which loop it drew the surface last, and
     // where to. After a conversion that may be one that leaves the alpha out.
@@ -90,8 +90,8 @@ void keep(SDL_Surface* surface, const Request& request) noexcept {
         return;
     }
     if (!has_room_for(*surface)) {
-        // What others hold may be pictures that stay; what nobody holds has just served.
-        let_go_if(is_held_elsewhere);
+        // What others hold may be pictures that stay; what is free has just served.
+        let_go_if([](const Kept& kept) { return !is_free(kept); });
     }
     if (!has_room_for(*surface)) {
         let_go_if([](const Kept&) { return true; });
@@ -106,7 +106,7 @@ RecycledSurface recycled_surface(Uint32 flags, int width, int height, int depth,
                                  const SDL_PixelFormat& masks) noexcept {
     const Request request = request_of(flags, width, height, depth, masks);
     const auto kept = std::find_if(kept_surfaces.begin(), kept_end, [&](const Kept& candidate) {
-        return candidate.request == request && is_made_anew(candidate);
+        return candidate.request == request && is_free(candidate) && is_made_anew(candidate);
     });
     if (kept != kept_end) {
         ++kept->surface->refcount;

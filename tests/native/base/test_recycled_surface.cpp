@@ -241,6 +241,14 @@ TEST_F(RecycledSurfaces, AreLetGoFirstWhereOthersHoldThem) {
     EXPECT_EQ(identity_of(*taken(kWanted).surface), identity);
 }
 
+TEST_F(RecycledSurfaces, AreLetGoFirstWhereTheyWereLeftLocked) {
+    const unsigned identity = identity_of(*taken(kWanted).surface);
+    for (int i = 0; i < 8; ++i) {
+        SDL_LockSurface(taken(of_size(30 + i, 10)).surface.get());
+    }
+    EXPECT_EQ(identity_of(*taken(kWanted).surface), identity);
+}
+
 TEST_F(RecycledSurfaces, AllMakeRoomForAnotherWhereNobodyHoldsThem) {
     const unsigned identity = identity_of(*taken(kWanted).surface);
     for (int i = 0; i < 8; ++i) {
