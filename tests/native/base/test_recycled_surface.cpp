@@ -13,6 +13,23 @@
 #include "../sdl_layer.h"
 #include "gtest/gtest.h"
 
+namespace {
+
+bool locks_are_hidden = false;
+
+}  // namespace
+
+extern "C" {
+
+int __real_SDL_LockSurface(SDL_Surface* surface);
+
+// A lock of a software surface is a count in its record and no more.
+int __wrap_SDL_LockSurface(SDL_Surface* surface) {
+    return locks_are_hidden ? 0 : __real_SDL_LockSurface(surface);
+}
+
+}  // extern "C"
+
 namespace larkspur {
 namespace {
 
@@ -266,6 +283,13 @@ TEST_F(RecycledSurfaces, AreKeptUpTo32MiB) {
     EXPECT_NE(identity_of(*taken(of_size(kSideOf16MiB, kSideOf16MiB)).surface), identity);
     EXPECT_TRUE(is_kept(taken(of_size(2048, 4096)).surface));
     EXPECT_FALSE(is_kept(taken(of_size(2048, 4097)).surface));
+}
+
+TEST_F(RecycledSurfaces, AreNotKeptWhereLocksDoNotShow) {
+    locks_are_hidden = true;
+    EXPECT_FALSE(is_kept(taken(kWanted).surface));
+    locks_are_hidden = false;
+    EXPECT_TRUE(is_kept(taken(kWanted).surface));
 }
 
 TEST_F(RecycledSurfaces, AreNotKeptWhereTheyHaveNoPixelsOrAPalette) {
