@@ -8,7 +8,9 @@ namespace {
 
 struct AddSaturating {
     template <class Vector>
-    [[gnu::always_inline]] void run(PixelWord* to, const PixelWord* from) const noexcept {
+    [[gnu::always_inline]] void draw(typename Vector::Words& drawn, const PixelWord* to,
+                                     const PixelWord* from) const noexcept {
+        using Words = typename Vector::Words;
         using Bytes = typename Vector::Bytes;
         Bytes sum;
         Bytes added;
@@ -17,7 +19,7 @@ struct AddSaturating {
         // No more than there is room for: in this form no sum leaves its byte.
         const Bytes room = ~sum;
         sum += added < room ? added : room;
-        store(to, sum);
+        drawn = reinterpret_cast<Words>(sum);
     }
 };
 

@@ -10,21 +10,20 @@ namespace {
 // added to the word. A pixel is drawn on itself, so the rows to step through are target and source.
 struct FadeAndAdd {
     template <class Vector>
-    [[gnu::always_inline]] void run(PixelWord* to, const PixelWord* /*from*/) const noexcept {
+    [[gnu::always_inline]] void draw(typename Vector::Words& drawn, const PixelWord* to,
+                                     const PixelWord* /*from*/) const noexcept {
         using Words = typename Vector::Words;
         using Halves = typename Vector::Halves;
         Halves pixels;
         Halves low_share;
         Halves high_share;
-        Words added;
         load(pixels, to);
         load(low_share, low_shares.words);
         load(high_share, high_shares.words);
-        load(added, sums.words);
+        load(drawn, sums.words);
         const Halves low = (pixels & 0xFF) * low_share >> 8;
         const Halves high = (pixels >> 8) * high_share & 0xFF00;
-        added += reinterpret_cast<Words>(low | high);
-        store(to, added);
+        drawn += reinterpret_cast<Words>(low | high);
     }
 
     RepeatedWord low_shares;   // for channels 0 and 2

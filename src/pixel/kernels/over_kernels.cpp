@@ -20,7 +20,8 @@ template <class Halves>
 
 struct CompositeOver {
     template <class Vector>
-    [[gnu::always_inline]] void run(PixelWord* to, const PixelWord* from) const noexcept {
+    [[gnu::always_inline]] void draw(typename Vector::Words& drawn, const PixelWord* to,
+                                     const PixelWord* from) const noexcept {
         using Words = typename Vector::Words;
         using Halves = typename Vector::Halves;
         Halves under;
@@ -34,13 +35,15 @@ struct CompositeOver {
         const Words high_share = alpha + ((alpha + 1) >> 8);
         const Words low_share = high_share | high_share << 16;
         mix(under, over, reinterpret_cast<Halves>(low_share), reinterpret_cast<Halves>(high_share));
-        store(to, under);
+        drawn = reinterpret_cast<Words>(under);
     }
 };
 
 struct CompositeEvenly {
     template <class Vector>
-    [[gnu::always_inline]] void run(PixelWord* to, const PixelWord* from) const noexcept {
+    [[gnu::always_inline]] void draw(typename Vector::Words& drawn, const PixelWord* to,
+                                     const PixelWord* from) const noexcept {
+        using Words = typename Vector::Words;
         using Halves = typename Vector::Halves;
         Halves under;
         Halves over;
@@ -52,7 +55,7 @@ struct CompositeEvenly {
         load(top, tops.words);
         mix(under, over, share, share);
         under |= top;
-        store(to, under);
+        drawn = reinterpret_cast<Words>(under);
     }
 
     RepeatedWord shares;

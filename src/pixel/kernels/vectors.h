@@ -47,35 +47,29 @@ struct RepeatedWord {
     std::uint32_t words[Vectors<kWidestBytes>::kPixels] = {};
 };
 
-/// Calls step.run<Vectors<bytes>>(to, from) for the pixels of the end of a row, of which there are
-/// `width` modulo twice the vectors' number: in one vector of `kBytes` bytes, if that is full, and
-/// then in narrower ones.
-template <std::size_t kBytes, class Step>
-[[gnu::always_inline]] inline void step_through_rest(PixelWord* to, const PixelWord* from,
-                                                     std::size_t width, const Step& step) noexcept {
-    using Vector = Vectors<kBytes>;
-    if ((width & Vector::kPixels) != 0) {
-        step.template run<Vector>(to, from);
-        to += Vector::kPixels;
-        from += Vector::kPixels;
-    }
-    if constexpr (Vector::kPixels > 1) {
-        step_through_rest<kBytes / 2>(to, from, width, step);
-    }
-}
-
-/// As above for a whole row.
+/// Stores what step.draw<Vectors<bytes>>(drawn, to, from) makes of the `width` pixels of a row, in
+/// vectors of `kBytes` bytes or, where the row is shorter, the widest that it fills. The last
+/// vector ends with the row, so some pixels may be drawn twice: it is made before any other one is
+/// stored, of the pixels as they were.
 template <std::size_t kBytes, class Step>
 [[gnu::always_inline]] inline void step_through_row(PixelWord* to, const PixelWord* from,
                                                     std::size_t width, const Step& step) noexcept {
     using Vector = Vectors<kBytes>;
-    std::size_t x = 0;
-    for (; x + Vector::kPixels <= width; x += Vector::kPixels) {
-        step.template run<Vector>(to + x, from + x);
+    if (width < Vector::kPixels) {
+        if constexpr (Vector::kPixels > 1) {
+            step_through_row<kBytes / 2>(to, from, width, step);
+        }
+        return;
     }
-    if (x < width) {
-        step_through_rest<kBytes / 2>(to + x, from + x, width, step);
+    const std::size_t last = width - Vector::kPixels;
+    typename Vector::Words at_end;
+    step.template draw<Vector>(at_end, to + last, from + last);
+    for (std::size_t x = 0; x < last; x += Vector::kPixels) {
+        typename Vector::Words drawn;
+        step.template draw<Vector>(drawn, to + x, from + x);
+        store(to + x, drawn);
     }
+    store(to + last, at_end);
 }
 
 /// As above for all rows. Of long ones the columns before a boundary of vectors come first, as
