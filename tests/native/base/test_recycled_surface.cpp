@@ -119,6 +119,13 @@ TEST(RecycledSurface, IsNullWhereSdlRefusesTheSize) {
     }
 }
 
+TEST(RecycledSurface, IsNotKeptWhereLocksDoNotShow) {
+    locks_are_hidden = true;
+    EXPECT_FALSE(is_kept(taken(of_size(23, 10)).surface));
+    locks_are_hidden = false;
+    EXPECT_EQ(is_kept(taken(of_size(23, 10)).surface), !is_layer());
+}
+
 TEST_F(RecycledSurfaces, ServeAgainOnceNobodyHoldsThem) {
     RecycledSurface first = taken(kWanted);
     EXPECT_TRUE(first.is_clear);
@@ -283,13 +290,6 @@ TEST_F(RecycledSurfaces, AreKeptUpTo32MiB) {
     EXPECT_NE(identity_of(*taken(of_size(kSideOf16MiB, kSideOf16MiB)).surface), identity);
     EXPECT_TRUE(is_kept(taken(of_size(2048, 4096)).surface));
     EXPECT_FALSE(is_kept(taken(of_size(2048, 4097)).surface));
-}
-
-TEST_F(RecycledSurfaces, AreNotKeptWhereLocksDoNotShow) {
-    locks_are_hidden = true;
-    EXPECT_FALSE(is_kept(taken(kWanted).surface));
-    locks_are_hidden = false;
-    EXPECT_TRUE(is_kept(taken(kWanted).surface));
 }
 
 TEST_F(RecycledSurfaces, AreNotKeptWhereTheyHaveNoPixelsOrAPalette) {
