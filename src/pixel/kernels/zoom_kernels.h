@@ -1,6 +1,6 @@
-// Rows of pictures that are zoomed, and whole pictures that are turned. Places in a source are
-// counted in 65536ths of a pixel: bits 16 and up say which pixel lies there, the bits below are the
-// share that the next one has in a mixture. Source and target share no memory.
+// Pictures that are zoomed, whole or row by row, and turned. Places in a source are counted in
+// 65536ths of a pixel: bits 16 and up say which pixel lies there, the bits below are the share that
+// the next one has in a mixture. Source and target share no memory.
 #pragma once
 
 #include <cstddef>
@@ -10,10 +10,24 @@
 
 namespace larkspur::pixel {
 
-/// Pixel x of `width` becomes the source's pixel at x * step. All these places lie in the source,
-/// which has `from_width` pixels, 1 to 65535.
-void pick_columns(PixelWord* to, const PixelWord* from, std::size_t from_width, std::uint32_t step,
-                  std::size_t width) noexcept;
+/// A picture whose pixels are looked up: rows of `width` of them, 1 to 65535, a pitch apart.
+struct LookedUp {
+    const PixelWord* pixels;
+    std::ptrdiff_t pitch_bytes;
+    std::size_t width;
+
+    const PixelWord* row(std::size_t y) const noexcept {
+        return pixel_words(reinterpret_cast<const unsigned char*>(pixels) +
+                           static_cast<std::ptrdiff_t>(y) * pitch_bytes);
+    }
+};
+
+/// Pixel (x, y) of `width` x `height` becomes the source's pixel at (x * x_step, y * y_step). All
+/// these places lie in the source. Either pitch may be negative: its pointer then names the last
+/// row in memory, and the rows are walked backwards.
+void pick_pixels(PixelWord* to, std::ptrdiff_t to_pitch_bytes, std::size_t width,
+                 std::size_t height, const LookedUp& from, std::uint32_t x_step,
+                 std::uint32_t y_step) noexcept;
 
 /// Each channel of pixel x of `width` becomes a + floor((b - a) * share / 65536), with a from the
 /// source's pixel at x * step, b from the one behind it, and the share that is there. None of these

@@ -84,39 +84,103 @@ LARKSPUR_AVX2 inline Window window_at(const PixelWord* from, std::uint32_t last_
             _mm256_sub_epi32(columns, _mm256_min_epi32(first, repeated(last_column)))};
 }
 
-// Eight pixels picked, or mixed with the next ones. The source has kBehind pixels more than those
-// of the last window.
-struct Picking {
-    static constexpr std::size_t kBehind = 0;
-
-    template <int vectors>
-    LARKSPUR_AVX2 static __m256i pixels(const Window& window, __m256i /*places*/) noexcept {
-        return shuffled<vectors>(window.from, window.indices);
-    }
+// Eight pixels of each row: their first column, that of their window in the source, and which
+// pixels of the window they are.
+struct PickedColumns {
+    std::size_t to;
+    std::size_t from;
+    std::array<std::uint32_t, kLanes> indices;
 };
-struct Mixing {
-    static constexpr std::size_t kBehind = 1;
 
-    template <int vectors>
-    LARKSPUR_AVX2 static __m256i pixels(const Window& window, __m256i places) noexcept {
-        return mixed(shuffled<vectors>(window.from, window.indices),
-                     shuffled<vectors>(window.from + 1, window.indices), places);
+// Where pixels are picked from is worked out once for so many columns of all rows.
+constexpr std::size_t kPickedAtOnce = 32;
+using ManyColumns = std::array<PickedColumns, kPickedAtOnce>;
+
+// Fills in the columns from `begin` on, the row's last eight some of them once more. Returns their
+// number.
+template <int vectors>
+LARKSPUR_AVX2 std::size_t look_for_columns(ManyColumns& columns, std::size_t begin,
+                                           std::size_t width, std::size_t from_width,
+                                           std::uint32_t step) noexcept {
+    const auto last_column = static_cast<std::uint32_t>(from_width - vectors * kLanes);
+    const __m256i first_places = multiples(step);
+    std::size_t count = 0;
+    for (std::size_t x = begin; x < width && count < columns.size(); x += kLanes) {
+        PickedColumns& picked = columns[count++];
+        picked.to = std::min(x, width - kLanes);
+        const std::uint32_t place = static_cast<std::uint32_t>(picked.to) * step;
+        picked.from = std::min(place >> kPixelShift, last_column);
+        const __m256i places = _mm256_add_epi32(first_places, repeated(place));
+        store(picked.indices.data(),
+              _mm256_sub_epi32(_mm256_srli_epi32(places, kPixelShift),
+                               repeated(static_cast<std::uint32_t>(picked.from))));
     }
-};
+    return count;
+}
+
+// Rows of 8 pixels and more, of a source of as many vectors or more.
+template <int vectors>
+LARKSPUR_AVX2 void pick_by_vectors(PixelWord* to, std::ptrdiff_t to_pitch_bytes, std::size_t width,
+                                   std::size_t height, const LookedUp& from, std::uint32_t x_step,
+                                   std::uint32_t y_step) noexcept {
+    ManyColumns columns;
+    for (std::size_t begin = 0; begin < width; begin += kPickedAtOnce * kLanes) {
+        const std::size_t count =
+            look_for_columns<vectors>(columns, begin, width, from.width, x_step);
+        PixelWord* row = to;
+        const PixelWord* above = to;
+        const PixelWord* shown = nullptr;
+        for (std::size_t y = 0; y < height; ++y) {
+            const PixelWord* from_row =
+                from.row(static_cast<std::uint32_t>(y) * y_step >> kPixelShift);
+            if (from_row == shown) {
+                for (std::size_t i = 0; i < count; ++i) {
+                    store(row + columns[i].to, load(above + columns[i].to));
+                }
+            } else {
+                for (std::size_t i = 0; i < count; ++i) {
+                    store(row + columns[i].to, shuffled<vectors>(from_row + columns[i].from,
+                                                                 load(columns[i].indices.data())));
+                }
+                shown = from_row;
+            }
+            above = row;
+            row = pixel_words(reinterpret_cast<unsigned char*>(row) + to_pitch_bytes);
+        }
+    }
+}
+
+void pick_pixels_avx2(PixelWord* to, std::ptrdiff_t to_pitch_bytes, std::size_t width,
+                      std::size_t height, const LookedUp& from, std::uint32_t x_step,
+                      std::uint32_t y_step) noexcept {
+    const bool in_one = x_step <= kLongestStepInOne;
+    const std::size_t least_width = in_one ? kLanes : 2 * kLanes;
+    if (width < kLanes || from.width < least_width || x_step > kLongestStepInTwo) {
+        pick_pixels(to, to_pitch_bytes, width, height, from, x_step, y_step);
+        return;
+    }
+    const auto pick = in_one ? pick_by_vectors<1> : pick_by_vectors<2>;
+    pick(to, to_pitch_bytes, width, height, from, x_step, y_step);
+}
+
+// Eight pixels mixed with the next ones. The source has a pixel more than those of the window.
+template <int vectors>
+LARKSPUR_AVX2 inline __m256i mixed_at(const Window& window, __m256i places) noexcept {
+    return mixed(shuffled<vectors>(window.from, window.indices),
+                 shuffled<vectors>(window.from + 1, window.indices), places);
+}
 
 // Sets `width` pixels, 8 and more.
-template <typename Way, int vectors>
-LARKSPUR_AVX2 void set_row(PixelWord* to, const PixelWord* from, std::size_t from_width,
+template <int vectors>
+LARKSPUR_AVX2 void mix_row(PixelWord* to, const PixelWord* from, std::size_t from_width,
                            std::uint32_t step, std::size_t width) noexcept {
-    const auto last_column =
-        static_cast<std::uint32_t>(from_width - vectors * kLanes - Way::kBehind);
+    const auto last_column = static_cast<std::uint32_t>(from_width - 1 - vectors * kLanes);
     const __m256i first_places = multiples(step);
     __m256i places = first_places;
     std::uint32_t place = 0;
     std::size_t x = 0;
     for (; x + kLanes <= width; x += kLanes) {
-        const Window window = window_at(from, last_column, place, places);
-        store(to + x, Way::template pixels<vectors>(window, places));
+        store(to + x, mixed_at<vectors>(window_at(from, last_column, place, places), places));
         place += kLanes * step;
         places = _mm256_add_epi32(places, repeated(kLanes * step));
     }
@@ -124,51 +188,36 @@ LARKSPUR_AVX2 void set_row(PixelWord* to, const PixelWord* from, std::size_t fro
         x = width - kLanes;
         place = static_cast<std::uint32_t>(x) * step;
         places = _mm256_add_epi32(first_places, repeated(place));
-        const Window window = window_at(from, last_column, place, places);
-        store(to + x, Way::template pixels<vectors>(window, places));
+        store(to + x, mixed_at<vectors>(window_at(from, last_column, place, places), places));
     }
 }
 
-// As set_row(), of a source of any width: one that is no whole window is made longer.
-template <typename Way, int vectors>
-void set_row_of_any(PixelWord* to, const PixelWord* from, std::size_t from_width,
+// As mix_row(), of a source of any width: one that is no whole window is made longer.
+template <int vectors>
+void mix_row_of_any(PixelWord* to, const PixelWord* from, std::size_t from_width,
                     std::uint32_t step, std::size_t width) noexcept {
-    constexpr std::size_t kLeastWidth = vectors * kLanes + Way::kBehind;
+    constexpr std::size_t kLeastWidth = vectors * kLanes + 1;
     if (from_width >= kLeastWidth) {
-        set_row<Way, vectors>(to, from, from_width, step, width);
+        mix_row<vectors>(to, from, from_width, step, width);
         return;
     }
     std::array<std::uint32_t, kLeastWidth> longer = {};
     std::copy_n(from, from_width, longer.begin());
-    set_row<Way, vectors>(to, longer.data(), kLeastWidth, step, width);
-}
-
-// False when the row is not for vectors.
-template <typename Way>
-bool set_row_by_vectors(PixelWord* to, const PixelWord* from, std::size_t from_width,
-                        std::uint32_t step, std::size_t width) noexcept {
-    if (width < kLanes || step > kLongestStepInTwo) {
-        return false;
-    }
-    const auto set = step <= kLongestStepInOne ? set_row_of_any<Way, 1> : set_row_of_any<Way, 2>;
-    set(to, from, from_width, step, width);
-    return true;
-}
-
-void pick_columns_avx2(PixelWord* to, const PixelWord* from, std::size_t from_width,
-                       std::uint32_t step, std::size_t width) noexcept {
-    if (!set_row_by_vectors<Picking>(to, from, from_width, step, width)) {
-        pick_columns(to, from, from_width, step, width);
-    }
+    mix_row<vectors>(to, longer.data(), kLeastWidth, step, width);
 }
 
 void mix_columns_avx2(PixelWord* to, const PixelWord* from, std::size_t from_width,
                       std::uint32_t step, std::size_t width) noexcept {
     // A row's last pixel may be the source's, which has none behind it.
     const bool ends_alike = width > 1 && (width - 1) * step == (from_width - 1) << kPixelShift;
-    if (!set_row_by_vectors<Mixing>(to, from, from_width, step, width - (ends_alike ? 1 : 0))) {
+    const std::size_t mixed_width = width - (ends_alike ? 1 : 0);
+    if (mixed_width < kLanes || step > kLongestStepInTwo) {
         mix_columns(to, from, from_width, step, width);
-    } else if (ends_alike) {
+        return;
+    }
+    const auto mix = step <= kLongestStepInOne ? mix_row_of_any<1> : mix_row_of_any<2>;
+    mix(to, from, from_width, step, mixed_width);
+    if (ends_alike) {
         to[width - 1] = from[from_width - 1];
     }
 }
@@ -271,9 +320,9 @@ LARKSPUR_AVX2 void transpose_avx2(PixelWord* to, std::ptrdiff_t to_pitch_bytes,
 
 ZoomKernels fastest_zoom_kernels() noexcept {
     if (__builtin_cpu_supports("avx2")) {
-        return {pick_columns_avx2, mix_columns_avx2, pick_along_lines_avx2, transpose_avx2};
+        return {pick_pixels_avx2, mix_columns_avx2, pick_along_lines_avx2, transpose_avx2};
     }
-    return {pick_columns, mix_columns, pick_along_lines, transpose};
+    return {pick_pixels, mix_columns, pick_along_lines, transpose};
 }
 
 }  // namespace larkspur::pixel
@@ -283,7 +332,7 @@ ZoomKernels fastest_zoom_kernels() noexcept {
 namespace larkspur::pixel {
 
 ZoomKernels fastest_zoom_kernels() noexcept {
-    return {pick_columns, mix_columns, pick_along_lines, transpose};
+    return {pick_pixels, mix_columns, pick_along_lines, transpose};
 }
 
 }  // namespace larkspur::pixel

@@ -9,7 +9,7 @@ namespace larkspur::pixel {
 
 /// Each does what the kernel of its name does.
 struct ZoomKernels {
-    decltype(&larkspur::pixel::pick_columns) pick_columns;
+    decltype(&larkspur::pixel::pick_pixels) pick_pixels;
     decltype(&larkspur::pixel::mix_columns) mix_columns;
     decltype(&larkspur::pixel::pick_along_lines) pick_along_lines;
     decltype(&larkspur::pixel::transpose) transpose;

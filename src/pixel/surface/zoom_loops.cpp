@@ -37,7 +37,7 @@ std::uint32_t step_between(int from_side, int side) noexcept {
            static_cast<std::uint32_t>(side);
 }
 
-// Memory of a few rows of pixels; null when there is none.
+// Memory of rows of pixels; null when there is none.
 using RowMemory = std::unique_ptr<std::uint32_t[]>;
 
 RowMemory new_rows(int rows, int width) noexcept {
@@ -45,63 +45,57 @@ RowMemory new_rows(int rows, int width) noexcept {
     return RowMemory(new (std::nothrow) std::uint32_t[count]);
 }
 
-// The rows of a surface, mirrored where that is asked. At most one row is used at a time.
-class SourceRows {
+// The pixels of a surface, mirrored where that is asked: from left to right in a copy.
+class SourcePixels {
  public:
-    SourceRows(const SDL_Surface& surface, Mirroring mirroring) noexcept
-        : surface_(surface), top_bottom_(mirroring.top_bottom) {
+    SourcePixels(const SDL_Surface& surface, Mirroring mirroring) noexcept
+        : pixels_{row_of(surface, 0), surface.pitch, static_cast<std::size_t>(surface.w)} {
         if (mirroring.left_right) {
-            mirrored_ = new_rows(1, surface.w);
-            usable_ = mirrored_ != nullptr;
+            usable_ = mirror_columns(surface.h);
+        }
+        if (mirroring.top_bottom) {
+            pixels_.pixels = pixels_.row(static_cast<std::size_t>(surface.h - 1));
+            pixels_.pitch_bytes = -pixels_.pitch_bytes;
         }
     }
 
     explicit operator bool() const noexcept { return usable_; }
 
-    const PixelWord* row(int y) noexcept {
-        const PixelWord* row = row_of(surface_, top_bottom_ ? surface_.h - 1 - y : y);
-        if (mirrored_ == nullptr) {
-            return row;
-        }
-        copy_rows_mirrored(reinterpret_cast<unsigned char*>(mirrored_.get()), 0,
-                           reinterpret_cast<const unsigned char*>(row), 0, width(), 1);
-        return mirrored_.get();
-    }
-    std::size_t width() const noexcept { return static_cast<std::size_t>(surface_.w); }
+    const LookedUp& get() const noexcept { return pixels_; }
 
  private:
-    const SDL_Surface& surface_;
+    // False when there is no memory for the copy.
+    bool mirror_columns(int height) noexcept {
+        const auto pitch_bytes = static_cast<std::ptrdiff_t>(pixels_.width * sizeof(PixelWord));
+        mirrored_ = new_rows(height, static_cast<int>(pixels_.width));
+        if (mirrored_ == nullptr) {
+            return false;
+        }
+        copy_rows_mirrored(reinterpret_cast<unsigned char*>(mirrored_.get()), pitch_bytes,
+                           reinterpret_cast<const unsigned char*>(pixels_.pixels),
+                           pixels_.pitch_bytes, pixels_.width, static_cast<std::size_t>(height));
+        pixels_ = {mirrored_.get(), pitch_bytes, pixels_.width};
+        return true;
+    }
+
+    LookedUp pixels_;
     RowMemory mirrored_;
-    bool top_bottom_;
     bool usable_ = true;
 };
 
-// Each pixel is the one of the source that lies at its place. Rows that come from the same one are
-// copies of the first.
-void fill_picked(SDL_Surface& target, const SDL_Surface& source, SourceRows& rows) noexcept {
-    const std::uint32_t x_step = step_between(source.w, target.w);
-    const std::uint32_t y_step = step_between(source.h, target.h);
-    const auto width = static_cast<std::size_t>(target.w);
-    int shown = -1;
-    for (int y = 0; y < target.h; ++y) {
-        const int from = static_cast<int>(static_cast<std::uint32_t>(y) * y_step >> kPixelShift);
-        if (from != shown) {
-            kernels().pick_columns(row_of(target, y), rows.row(from), rows.width(), x_step, width);
-            shown = from;
-        } else {
-            copy_rows(reinterpret_cast<unsigned char*>(row_of(target, y)), 0,
-                      reinterpret_cast<const unsigned char*>(row_of(target, y - 1)), 0,
-                      width * sizeof(PixelWord), 1);
-        }
-    }
+// Each pixel is the one of the source that lies at its place.
+void fill_picked(SDL_Surface& target, const SDL_Surface& source, const LookedUp& pixels) noexcept {
+    kernels().pick_pixels(row_of(target, 0), target.pitch, static_cast<std::size_t>(target.w),
+                          static_cast<std::size_t>(target.h), pixels,
+                          step_between(source.w, target.w), step_between(source.h, target.h));
 }
 
 // Rows of the source, mixed to the target's width. The last two are kept: up to a step of a pixel
 // each serves several rows of the target.
 class MixedRows {
  public:
-    MixedRows(SourceRows& rows, std::uint32_t step, int width) noexcept
-        : rows_(rows),
+    MixedRows(const LookedUp& from, std::uint32_t step, int width) noexcept
+        : from_(from),
           memory_(new_rows(2, width)),
           step_(step),
           width_(static_cast<std::size_t>(width)) {}
@@ -112,14 +106,15 @@ class MixedRows {
         const std::size_t place = static_cast<std::size_t>(y) % kept_.size();
         PixelWord* row = memory_.get() + place * width_;
         if (kept_[place] != y) {
-            kernels().mix_columns(row, rows_.row(y), rows_.width(), step_, width_);
+            kernels().mix_columns(row, from_.row(static_cast<std::size_t>(y)), from_.width, step_,
+                                  width_);
             kept_[place] = y;
         }
         return row;
     }
 
  private:
-    SourceRows& rows_;
+    const LookedUp& from_;
     RowMemory memory_;
     std::uint32_t step_;
     std::size_t width_;
@@ -128,12 +123,12 @@ class MixedRows {
 
 // Each pixel is mixed of the four of the source around its place. First and last pixels are the
 // source's own. False when there is no memory for it.
-bool fill_mixed(SDL_Surface& target, const SDL_Surface& source, SourceRows& rows) noexcept {
+bool fill_mixed(SDL_Surface& target, const SDL_Surface& source, const LookedUp& pixels) noexcept {
     const auto step_to_last = [](int from_side, int side) {
         return side > 1 ? step_between(from_side - 1, side - 1) : 0;
     };
     const std::uint32_t y_step = step_to_last(source.h, target.h);
-    MixedRows mixed(rows, step_to_last(source.w, target.w), target.w);
+    MixedRows mixed(pixels, step_to_last(source.w, target.w), target.w);
     if (!mixed) {
         return false;
     }
@@ -275,14 +270,14 @@ bool fill_along(SDL_Surface& target, const SDL_Surface& source, const SourceAxis
 
 bool fill_by_zoom(SDL_Surface& target, const SDL_Surface& source, Mirroring mirroring,
                   bool smooth) noexcept {
-    SourceRows rows(source, mirroring);
-    if (!rows) {
+    const SourcePixels pixels(source, mirroring);
+    if (!pixels) {
         return false;
     }
     if (smooth) {
-        return fill_mixed(target, source, rows);
+        return fill_mixed(target, source, pixels.get());
     }
-    fill_picked(target, source, rows);
+    fill_picked(target, source, pixels.get());
     return true;
 }
 

@@ -14,7 +14,7 @@ namespace {
 constexpr std::uint32_t kPixel = 65536;
 
 // The plain loops, and those that this processor runs best.
-const ZoomKernels kBoth[] = {{pick_columns, mix_columns, pick_along_lines, transpose},
+const ZoomKernels kBoth[] = {{pick_pixels, mix_columns, pick_along_lines, transpose},
                              fastest_zoom_kernels()};
 
 // Fractions of a pixel, its multiples, and what ends in one vector, in two and in none of them.
@@ -44,24 +44,65 @@ std::vector<std::size_t> source_widths(std::size_t least) {
     return {least, least + 1, least + 7, least + 40};
 }
 
-TEST(PickColumns, TakesThePixelAtEachPlaceAtEveryWidthAndStep) {
+LookedUp all_of(MemoryField& source, std::size_t width) {
+    return {pixel_words(source.row(0)), source.pitch(), width};
+}
+
+// Five rows of a width, of three of a source.
+void check_picking(const ZoomKernels& kernels, std::size_t width, std::size_t from_width,
+                   std::uint32_t step) {
+    constexpr std::uint32_t kYStep = 40000;
+    MemoryField target(4 * (width % 16) + 1, 4 * width, width % 3, 5, 21);
+    MemoryField source(4 * (width % 5) + 3, 4 * from_width, width % 2, 3, 22);
+    MemoryField expected = target.copy();
+    for (std::size_t y = 0; y < 5; ++y) {
+        for (std::size_t x = 0; x < width; ++x) {
+            expected.set_word(x, y, source.word(column_at(x, step), column_at(y, kYStep)));
+        }
+    }
+    kernels.pick_pixels(pixel_words(target.row(0)), target.pitch(), width, 5,
+                        all_of(source, from_width), step, kYStep);
+    ASSERT_TRUE(target.equals(expected))
+        << "width " << width << " of " << from_width << ", step " << step;
+}
+
+TEST(PickPixels, TakesThePixelAtEachPlaceAtEveryWidthAndStep) {
     for (const ZoomKernels& kernels : kBoth) {
         for (std::size_t width = 1; width <= kEnoughPixels; ++width) {
             for (const std::uint32_t step : kSteps) {
                 for (const std::size_t from_width : source_widths(column_at(width - 1, step) + 1)) {
-                    MemoryField target(4 * (width % 16) + 1, 4 * width, 0, 1, 21);
-                    MemoryField source(4 * (width % 5) + 3, 4 * from_width, 0, 1, 22);
-                    MemoryField expected = target.copy();
-                    for (std::size_t x = 0; x < width; ++x) {
-                        expected.set_word(x, 0, source.word(column_at(x, step), 0));
-                    }
-                    kernels.pick_columns(pixel_words(target.row(0)), pixel_words(source.row(0)),
-                                         from_width, step, width);
-                    ASSERT_TRUE(target.equals(expected))
-                        << "width " << width << " of " << from_width << ", step " << step;
+                    check_picking(kernels, width, from_width, step);
                 }
             }
         }
+    }
+}
+
+TEST(PickPixels, TakesThePixelAtEachPlaceOfLongRows) {
+    for (const ZoomKernels& kernels : kBoth) {
+        for (const std::size_t width : {255, 256, 257, 263, 264, 265, 512, 519, 1000}) {
+            for (const std::uint32_t step : kSteps) {
+                check_picking(kernels, width, column_at(width - 1, step) + 1, step);
+            }
+        }
+    }
+}
+
+TEST(PickPixels, WalksRowsBackwardsWithANegativePitch) {
+    constexpr std::size_t kWidth = 21;
+    for (const ZoomKernels& kernels : kBoth) {
+        MemoryField target(0, 4 * kWidth, 4, 4, 23);
+        MemoryField source(0, 4 * kWidth, 8, 2, 24);
+        MemoryField expected = target.copy();
+        for (std::size_t y = 0; y < 4; ++y) {
+            for (std::size_t x = 0; x < kWidth; ++x) {
+                expected.set_word(x, 3 - y, source.word(x, 1 - y / 2));
+            }
+        }
+        kernels.pick_pixels(pixel_words(target.row(3)), -target.pitch(), kWidth, 4,
+                            {pixel_words(source.row(1)), -source.pitch(), kWidth}, kPixel,
+                            kPixel / 2);
+        ASSERT_TRUE(target.equals(expected));
     }
 }
 
@@ -279,7 +320,7 @@ TEST(ZoomKernels, TouchNoMemoryOutside) {
             for (const std::uint32_t step : kSteps) {
                 const std::size_t picked = column_at(width - 1, step) + 1;
                 at_both_ends(picked, width, [&](PixelWord* to, const PixelWord* from) {
-                    kernels.pick_columns(to, from, picked, step, width);
+                    kernels.pick_pixels(to, 0, width, 1, {from, 0, picked}, step, 0);
                 });
                 const std::size_t mixed_of = least_width_to_mix(width, step);
                 at_both_ends(mixed_of, width, [&](PixelWord* to, const PixelWord* from) {
