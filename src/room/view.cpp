@@ -175,19 +175,20 @@ SurfacePtr make_intermediate(std::int32_t width, std::int32_t height) noexcept {
     }
     // SDL itself takes a negative size for a huge one.
     const bool refused = width < 0 || height < 0 || 4.0 * width * height >= kRefusedBytes;
-    auto [surface, is_clear] = refused ? RecycledSurface{}
+    RecycledSurface recycled = refused ? RecycledSurface{}
                                        : recycled_surface(SDL_SWSURFACE | SDL_SRCALPHA, width,
                                                           height, 32, *display->format);
+    SurfacePtr surface = std::move(recycled.surface);
     if (!surface) {
         PyErr_Format(PyExc_ValueError,
                      "%s can't make a surface of view_wport x view_hport = %d x %d pixels",
                      kFunction, static_cast<int>(width), static_cast<int>(height));
         return nullptr;
     }
-    if (!is_clear) {
+    if (!recycled.is_clear) {
         clear_first_rows(*surface, height);
     }
-    return std::move(surface);
+    return surface;
 }
 
 // The drawing of one view in its steps, and what they hand on.

@@ -42,22 +42,23 @@ SurfacePtr mirrored_copy(SDL_Surface* source, int first_row, bool upside_down) n
     if (!lock) {
         return nullptr;
     }
-    auto [copy, is_clear] = recycled_clone(*source);
+    RecycledSurface recycled = recycled_clone(*source);
+    SurfacePtr copy = std::move(recycled.surface);
     if (copy == nullptr) {
         return nullptr;
     }
-    if (!is_clear) {
+    if (!recycled.is_clear) {
         clear_first_rows(*copy, std::min(first_row, source->h));
     }
     if (source->w == 0 || source->h <= first_row) {
-        return std::move(copy);
+        return copy;
     }
     const std::ptrdiff_t pitch = source->pitch;
     copy_rows_mirrored(row_of(*copy, first_row), copy->pitch,
                        row_of(*source, upside_down ? source->h - 1 : first_row),
                        upside_down ? -pitch : pitch, static_cast<std::size_t>(source->w),
                        static_cast<std::size_t>(source->h - first_row));
-    return std::move(copy);
+    return copy;
 }
 
 }  // namespace
@@ -78,16 +79,17 @@ SurfacePtr flip_v(SDL_Surface* surface) noexcept {
     if (!lock) {
         return nullptr;
     }
-    auto [copy, is_clear] = recycled_clone(*surface);
+    RecycledSurface recycled = recycled_clone(*surface);
+    SurfacePtr copy = std::move(recycled.surface);
     if (copy == nullptr || surface->w == 0 || surface->h == 0) {
-        return std::move(copy);
+        return copy;
     }
     // Only the source's last row can be short of its padding: its buffer may end there.
     const std::size_t row_bytes = std::min(copy->pitch, surface->pitch);
     const auto rows_before_last = static_cast<std::size_t>(surface->h - 1);
     const std::size_t last_row_bytes =
         std::min(row_bytes, buffer_bytes(*surface) - rows_before_last * surface->pitch);
-    if (!is_clear && last_row_bytes < copy->pitch) {
+    if (!recycled.is_clear && last_row_bytes < copy->pitch) {
         clear_first_rows(*copy, copy->h);
     }
     const std::ptrdiff_t pitch = surface->pitch;
@@ -97,7 +99,7 @@ SurfacePtr flip_v(SDL_Surface* surface) noexcept {
         copy_rows(row_of(*copy, 1), copy->pitch, row_of(*surface, surface->h - 2), -pitch,
                   row_bytes, rows_before_last);
     }
-    return std::move(copy);
+    return copy;
 }
 
 SurfacePtr flip_h(SDL_Surface* surface) noexcept {

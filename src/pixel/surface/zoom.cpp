@@ -168,18 +168,19 @@ bool takes(const SDL_Surface& source, const Transform& wanted, const Size& size)
 // By our own loops; null when they can't.
 SurfacePtr by_us(const SDL_Surface& source, const Transform& wanted, const Size& size) noexcept {
     const SDL_PixelFormat& format = *source.format;
-    auto [result, is_clear] = recycled_surface(SDL_SWSURFACE, size.width, size.height, 32, format);
+    RecycledSurface recycled = recycled_surface(SDL_SWSURFACE, size.width, size.height, 32, format);
+    SurfacePtr result = std::move(recycled.surface);
     if (result == nullptr) {
         return nullptr;
     }
     const bool turned = wanted.angle_degrees != 0;
-    if (turned && !is_clear) {
+    if (turned && !recycled.is_clear) {
         clear_first_rows(*result, size.height);
     }
     const Mirroring mirroring = {wanted.x_factor < 0, wanted.y_factor < 0};
-    const bool filled = !turned ? fill_by_zoom(*result, source, mirroring, wanted.smooth)
-                                : fill_by_turn(*result, source, mirroring, wanted.angle_degrees,
-                                               std::fabs(wanted.x_factor));
+    const bool filled = turned ? fill_by_turn(*result, source, mirroring, wanted.angle_degrees,
+                                              std::fabs(wanted.x_factor))
+                               : fill_by_zoom(*result, source, mirroring, wanted.smooth);
     if (!filled) {
         return nullptr;
     }
@@ -187,7 +188,7 @@ SurfacePtr by_us(const SDL_Surface& source, const Transform& wanted, const Size&
     if (is_rotation(wanted)) {
         SDL_SetColorKey(result.get(), SDL_SRCCOLORKEY | SDL_RLEACCEL, format.colorkey);
     }
-    return std::move(result);
+    return result;
 }
 
 // Trying the loops: another SDL_gfx may step, round or turn otherwise.

@@ -45,6 +45,10 @@ RowMemory new_rows(int rows, int width) noexcept {
     return RowMemory(new (std::nothrow) std::uint32_t[count]);
 }
 
+// A picture of 4096 x 4096 pixels. Rows of foreign surfaces can overlap, so that a copy needs far
+// more memory than the surface.
+constexpr std::ptrdiff_t kMostMirroredBytes = 64 << 20;
+
 // The pixels of a surface, mirrored where that is asked: from left to right in a copy.
 class SourcePixels {
  public:
@@ -64,9 +68,12 @@ class SourcePixels {
     const LookedUp& get() const noexcept { return pixels_; }
 
  private:
-    // False when there is no memory for the copy.
+    // False when there is no memory for the copy, or it would take too much.
     bool mirror_columns(int height) noexcept {
         const auto pitch_bytes = static_cast<std::ptrdiff_t>(pixels_.width * sizeof(PixelWord));
+        if (pitch_bytes * height > kMostMirroredBytes) {
+            return false;
+        }
         mirrored_ = new_rows(height, static_cast<int>(pixels_.width));
         if (mirrored_ == nullptr) {
             return false;

@@ -17,7 +17,8 @@ struct Mirroring {
 // nothing, or not everything, was drawn and the library has to.
 
 /// Fills the target with the source, zoomed to the target's size: pixels of the source that are
-/// repeated or left out or, if smooth, mixed of four. False when there is no memory for rows.
+/// repeated or left out or, if smooth, mixed of four. False when there is no memory for rows,
+/// or for the copy that a mirror image from left to right needs, of 64 MiB at most.
 bool fill_by_zoom(SDL_Surface& target, const SDL_Surface& source, Mirroring mirroring,
                   bool smooth) noexcept;
 
