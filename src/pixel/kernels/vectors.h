@@ -49,8 +49,8 @@ struct RepeatedWord {
 
 /// Stores what step.draw<Vectors<bytes>>(drawn, to, from) makes of the `width` pixels of a row, in
 /// vectors of `kBytes` bytes or, where the row is shorter, the widest that it fills. The last
-/// vector ends with the row, so some pixels may be drawn twice: it is made before any other one is
-/// stored, of the pixels as they were.
+/// vector ends with the row, so some pixels may be drawn twice: it is made before the one that it
+/// overlaps is stored, of the pixels as they were.
 template <std::size_t kBytes, class Step>
 [[gnu::always_inline]] inline void step_through_row(PixelWord* to, const PixelWord* from,
                                                     std::size_t width, const Step& step) noexcept {
@@ -62,10 +62,15 @@ template <std::size_t kBytes, class Step>
         return;
     }
     const std::size_t last = width - Vector::kPixels;
+    typename Vector::Words drawn;
+    std::size_t x = 0;
+    for (; x + Vector::kPixels <= last; x += Vector::kPixels) {
+        step.template draw<Vector>(drawn, to + x, from + x);
+        store(to + x, drawn);
+    }
     typename Vector::Words at_end;
     step.template draw<Vector>(at_end, to + last, from + last);
-    for (std::size_t x = 0; x < last; x += Vector::kPixels) {
-        typename Vector::Words drawn;
+    if (x < last) {
         step.template draw<Vector>(drawn, to + x, from + x);
         store(to + x, drawn);
     }
