@@ -275,7 +275,7 @@ JOBS = [
         apart=RESAMPLED,
     ),
     Job(
-        "Room_Draw(), a view with a scaled background, against scaling it onto the display",
+        "Room_Draw(), against scaling onto the display",
         [LARGE],
         {PEER: []},
         apart=RESAMPLED,

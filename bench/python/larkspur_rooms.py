@@ -187,8 +187,6 @@ WAYS = {
     "Room_Draw(), 2,000 colour-keyed tiles": frames_of_tiles(True),
     "Room_Draw(), 2,000 opaque tiles and 500 objects": frames_of_tiles(False, OBJECTS),
     "Room_Draw(), a view with a scaled background": scaled_view,
-    "Room_Draw(), a view with a scaled background, against scaling it onto the display": (
-        scaled_view
-    ),
+    "Room_Draw(), against scaling onto the display": scaled_view,
     "Room_Draw(), 500 scripted instances": scripted_instances,
 }

@@ -536,9 +536,7 @@ WAYS = {
     "Room_Draw(), 2,000 opaque tiles": frames_of_tiles(False),
     "Room_Draw(), 2,000 colour-keyed tiles": frames_of_tiles(True),
     "Room_Draw(), a view with a scaled background": view_on_display(scaled_and_blitted),
-    "Room_Draw(), a view with a scaled background, against scaling it onto the display": (
-        view_on_display(scaled_in_place)
-    ),
+    "Room_Draw(), against scaling onto the display": view_on_display(scaled_in_place),
     "particle drawn from its cache, turned": single_particles(30, anew=False),
     "particle, picture made anew": single_particles(0, anew=True),
     "particle, picture made anew, turned": single_particles(30, anew=True),
