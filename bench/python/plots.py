@@ -122,7 +122,7 @@ def draw(title, rows, foot, path):
         handles=legend(rows),
         loc="upper left",
         bbox_to_anchor=(0, -0.5 / (height - 1)),
-        ncol=10,
+        ncol=5,
         fontsize=8,
         frameon=False,
         handletextpad=0.1,
