@@ -80,7 +80,7 @@ TEST(PickPixels, TakesThePixelAtEachPlaceAtEveryWidthAndStep) {
 
 TEST(PickPixels, TakesThePixelAtEachPlaceOfLongRows) {
     for (const ZoomKernels& kernels : kBoth) {
-        for (const std::size_t width : {255, 256, 257, 263, 264, 265, 512, 519, 1000}) {
+        for (const std::size_t width : {257, 1000, 2047, 2048, 2049, 2055, 2056, 2057, 4103}) {
             for (const std::uint32_t step : kSteps) {
                 check_picking(kernels, width, column_at(width - 1, step) + 1, step);
             }
