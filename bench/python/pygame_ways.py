@@ -283,7 +283,10 @@ def frames_of_tiles(colour_key):
 
 
 def view_on_display(draw_background):
-    """A function that draws one on a canvas, which lies in the display without a detour."""
+    """A view whose canvas lies in the display, so that nothing has to be copied there.
+
+    draw_background: size -> name -> function that draws a background, scaled to it, on a canvas
+    """
 
     def ways(size):
         screen, background = surface_of(size), picture([length // 2 for length in size])

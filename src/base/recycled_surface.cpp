@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstring>
 #include <tuple>
 #include <utility>
 
 namespace larkspur {
 namespace {
 
-// What SDL has no function for, but holders change all the same.
+// The flags, and what SDL has no function for but holders change all the same.
 auto layout_of(const SDL_Surface& surface) noexcept {
     const SDL_PixelFormat& format = *surface.format;
     return std::make_tuple(surface.flags, surface.w, surface.h, format.Rmask, format.Gmask,

@@ -41,6 +41,7 @@ void copy_rows(unsigned char* to, std::ptrdiff_t to_pitch_bytes, const unsigned 
     }
 }
 
+// That pixels do not depend on each other is said to the compiler, as in key_kernels.cpp.
 LARKSPUR_MULTIVERSION
 void copy_masked_rows(const PixelRows& rows, std::uint32_t kept, std::uint32_t added) noexcept {
     for (PixelRows left = rows; left.height > 0; left.drop_row()) {

@@ -92,8 +92,8 @@ struct PickedColumns {
     std::array<std::uint32_t, kLanes> indices;
 };
 
-// Where pixels are picked from is worked out once for so many vectors of all rows: 2048 pixels, so
-// that hardly a picture's rows are written in pieces, which takes up to 1.8 times as long.
+// Where pixels are picked from is worked out once for so many vectors of all rows: 2048 pixels, as
+// rows that are written in several pieces take up to 1.8 times as long.
 constexpr std::size_t kPickedAtOnce = 256;
 using ManyColumns = std::array<PickedColumns, kPickedAtOnce>;
 

@@ -1,5 +1,5 @@
-// When a surface serves again, how many are kept, and which. What holders leave behind in one is
-// tested where Python holds it, with the views of rooms.
+// When a surface serves again, what is put back in it, how many are kept, and which. How Python can
+// hold and change one is tested with the views of rooms.
 #include "base/recycled_surface.h"
 
 #include <SDL.h>
@@ -69,8 +69,7 @@ bool is_kept(const SurfacePtr& surface) {
     return surface->refcount == 2;
 }
 
-// Lets go of all that is kept: one that is as large as all of them together takes their place, and
-// is no size that a test asks for.
+// Lets go of all that is kept: one that is as large as all of them may be takes their place.
 void let_go_of_all() {
     taken(of_size(2048, 4096));
 }
@@ -79,7 +78,9 @@ class RecycledSurfaces : public ::testing::Test {
  protected:
     void SetUp() override {
         if (is_layer()) {
-            GTEST_SKIP() << "locks do not show in its records, so nothing is kept";
+            GTEST_SKIP()
+                << "a layer over SDL 2 shows no locks, so nothing is kept that could serve "
+                   "again; RecycledSurface.IsNotKeptWhereLocksDoNotShow tests that there";
         }
         let_go_of_all();
     }

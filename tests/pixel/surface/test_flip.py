@@ -256,7 +256,7 @@ def test_a_copy_that_sdl_refuses_is_null():
 
 def test_reason_is_sdls_where_it_has_no_memory_for_a_copy():
     if sdl.is_layer():
-        pytest.skip("it has memory for more")
+        pytest.skip("a layer over SDL 2 has no such limit: it would make a copy of 2 GiB")
     memory = (ctypes.c_uint8 * 65532)()
     source = create_surface_from(ctypes.addressof(memory), 16383, 32771, 32, 0, 0, 0, 0, 0)
     clear_error = native.function("SDL_ClearError", None)
