@@ -79,15 +79,15 @@ class PendingException {
 };
 
 /// Makes a release that no acquisition pairs with: callers of the operation see one count less.
-/// The last reference that someone else may hold is never given away.
+/// The last reference that someone else may hold is never given away, and no reference to an object
+/// that the interpreter itself hands out again and again: it would one day free what it still
+/// shares. These are None, NotImplemented, Ellipsis, True, False, the ints from -5 to 256 (the 0
+/// that stands for an unset element of a variable is one), the empty tuple and frozenset, strings
+/// of no or one character, interned strings, and types.
 ///
 /// @param object borrowed
 /// @param held number of references that the running call itself holds on the object
-inline void release_unowned(PyObject* object, Py_ssize_t held) noexcept {
-    if (Py_REFCNT(object) > held + 1) {
-        Py_DECREF(object);
-    }
-}
+void release_unowned(PyObject* object, Py_ssize_t held) noexcept;
 
 /// The module that is loaded under this name, or what stands in its place; empty when there is
 /// none, without an exception unless memory ran out.

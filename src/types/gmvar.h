@@ -7,9 +7,10 @@
 // Reference counts that are out of balance, which is part of the type and stays so:
 //   cmp(v, w)          releases a reference to each of the two values without having taken one. Of
 //                      two holders of a value one can thus be left with an object that is gone;
-//                      only its very last reference is never released. A host that compares in
-//                      quantity takes references to spare. Where the values have rich comparison
-//                      alone, the answer to whether they are equal is never released.
+//                      only its very last reference is never released, nor any of an object that
+//                      the interpreter shares, as small ints (see release_unowned()). A host that
+//                      compares in quantity takes references to spare. Where the values have rich
+//                      comparison alone, the answer to whether they are equal is never released.
 //   v[i, j] = value    with a key that is refused: i and j are never released.
 //   v.__init__(value)  the elements of the array so far are never released.
 #pragma once

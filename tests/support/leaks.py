@@ -45,6 +45,41 @@ def object_growth(action, rounds=1000):
     return len(gc.get_objects()) - before
 
 
+class _AClass(object):
+    pass
+
+
+# One or more of each kind of object that the interpreter hands out again and again.
+SHARED_BY_INTERPRETER = [
+    None,
+    NotImplemented,
+    Ellipsis,
+    True,
+    False,
+    -5,
+    0,
+    256,
+    (),
+    frozenset(),
+    "",
+    "a",
+    "b".upper(),  # one character that is not interned
+    intern("a name that the interpreter keeps"),
+    unicode(),
+    unicode("a"),
+    int,
+    _AClass,
+]
+
+
+def assert_shared_object_loses_nothing(action, shared):
+    """`action`, called a thousand times, takes no references from one of SHARED_BY_INTERPRETER,
+    whose count others may change as well meanwhile."""
+    lend_references(shared, 10000)  # so that where it does the process survives to tell
+    (change,) = count_changes(action, [shared])
+    assert -0.1 < change
+
+
 def lend_references(counted, references):
     """Gives an object references that nobody owns, for operations that release what they never
     took: without them its count would end below the number of its owners."""

@@ -13,7 +13,13 @@ import larkspur
 import pytest
 from larkspur import GMVar
 from support import records
-from support.leaks import assert_counts_unchanged, count_changes, lend_references
+from support.leaks import (
+    SHARED_BY_INTERPRETER,
+    assert_counts_unchanged,
+    assert_shared_object_loses_nothing,
+    count_changes,
+    lend_references,
+)
 from support.variables import holding, mutations, native, new_without_init, size
 
 ROUNDS = 1000
@@ -538,6 +544,11 @@ def lent(value):
     return value
 
 
+def copied(value):
+    """An object of its own with this value, which no code's constants hold."""
+    return eval(repr(value))
+
+
 def compared(a, b):
     """cmp() of two variables, with the references it takes from their values made good."""
     lend_references(a, 1)
@@ -750,6 +761,35 @@ def test_the_last_reference_of_a_value_compared_with_itself_is_not_given_away():
     cmp(x, y)
     assert alive() is not None
     lend_references(x[0], 1)  # for the second of its two owners
+
+
+@pytest.mark.parametrize("shared", SHARED_BY_INTERPRETER, ids=repr)
+def test_what_the_interpreter_shares_loses_no_reference(shared):
+    x, other = GMVar(shared), GMVar(lent(Plain()))
+
+    def compare():
+        cmp(x, other)
+        cmp(other, x)
+        try:
+            cmp(x, GMVar(shared))
+        except TypeError:
+            assert type(shared) is frozenset
+
+    assert_shared_object_loses_nothing(compare, shared)
+
+
+def test_the_zero_of_empty_slots_loses_no_reference():
+    x, y = new_without_init(), new_without_init()
+    assert_shared_object_loses_nothing(lambda: cmp(x, y), 0)
+
+
+@pytest.mark.parametrize(
+    "value", [-6, 257, "two letters", unicode("two"), (1,), frozenset([1]), 2.5]
+)
+def test_all_other_objects_lose_theirs(value):
+    value = lent(copied(value))
+    x, y = GMVar(value), GMVar(lent(Plain()))
+    assert count_changes(lambda: cmp(x, y), [value]) == [-1.0]
 
 
 # Attributes, calls, text.

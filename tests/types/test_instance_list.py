@@ -14,7 +14,14 @@ import pytest
 from models.instance_list_model import ModelList
 from support import records
 from support.host import Instance, ParticleSystem, Plain
-from support.leaks import assert_counts_unchanged, count_changes, lend_references, object_growth
+from support.leaks import (
+    SHARED_BY_INTERPRETER,
+    assert_counts_unchanged,
+    assert_shared_object_loses_nothing,
+    count_changes,
+    lend_references,
+    object_growth,
+)
 
 ROUNDS = 1000
 
@@ -541,6 +548,26 @@ def test_an_id_that_is_its_own_instance_survives_failing_removals(host):
     lend_references(key, 20)
     assert sys.getrefcount(key) > 20
     assert key == 70001
+
+
+@pytest.mark.parametrize("shared", SHARED_BY_INTERPRETER, ids=repr)
+def test_what_the_interpreter_shares_loses_no_reference(host, shared):
+    host.registry[70000] = shared
+    target = new_list()
+
+    def append_and_remove():
+        target.append(70000)
+        target.remove(70000)
+        pytest.raises(SystemError, target.remove, 70000)
+
+    assert_shared_object_loses_nothing(append_and_remove, shared)
+
+
+@pytest.mark.parametrize("number", [-5, 0, 7, 256, True])
+def test_inserting_by_a_shared_int_takes_nothing_from_it(host, number):
+    host.registry[number] = Instance()
+    target = new_list()
+    assert_shared_object_loses_nothing(lambda: target.insert(0, number), number)
 
 
 # Pickling.
