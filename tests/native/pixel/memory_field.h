@@ -117,9 +117,4 @@ class GuardedPage {
     GuardedMemory memory_{1};
 };
 
-/// Channel `index` of a word, 0 being the lowest byte.
-constexpr std::uint32_t channel(std::uint32_t word, unsigned index) {
-    return word >> (8 * index) & 0xFF;
-}
-
 }  // namespace larkspur::pixel

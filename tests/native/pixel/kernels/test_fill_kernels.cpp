@@ -1,19 +1,11 @@
 #include "pixel/kernels/fill_kernels.h"
 
+#include "../formulas.h"
 #include "../memory_field.h"
 #include "gtest/gtest.h"
 
 namespace larkspur::pixel {
 namespace {
-
-// The rule for one pixel, channel by channel.
-std::uint32_t filled(std::uint32_t pixel, std::uint32_t keep, std::uint32_t sum) {
-    std::uint32_t kept = 0;
-    for (unsigned i = 0; i < 3; ++i) {
-        kept += channel(pixel, i) * keep / 256 << (8 * i);
-    }
-    return kept + sum;
-}
 
 constexpr std::uint8_t kKeep = 171;
 constexpr std::uint32_t kSum = 0x00102030;

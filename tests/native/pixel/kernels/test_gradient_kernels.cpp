@@ -5,25 +5,12 @@
 #include <random>
 #include <vector>
 
+#include "../formulas.h"
 #include "../memory_field.h"
 #include "gtest/gtest.h"
 
 namespace larkspur::pixel {
 namespace {
-
-// The rule for one colour, channel by channel. GM colours begin with red.
-std::uint32_t mixed(std::uint32_t first, std::uint32_t second, std::int32_t weight,
-                    const PixelLayout& layout) {
-    const PixelLayout::Channel channels[] = {layout.red, layout.green, layout.blue};
-    std::uint32_t word = layout.opaque;
-    for (unsigned i = 0; i < 3; ++i) {
-        const auto share = static_cast<std::uint32_t>(weight);
-        const std::uint32_t value =
-            (channel(first, i) * share + channel(second, i) * (256 - share)) / 256;
-        word |= value >> channels[i].loss << channels[i].shift;
-    }
-    return word;
-}
 
 constexpr PixelLayout kLayouts[] = {
     {{0, 16}, {0, 8}, {0, 0}, 0},            // red above green above blue
@@ -46,7 +33,7 @@ TEST(MixColours, SetsItsWordsAtEveryCountAndOffset) {
                 MemoryField field(offset, 4 * count, 0, 1, 4);
                 MemoryField expected = field.copy();
                 for (std::size_t x = 0; x < count; ++x) {
-                    expected.set_word(x, 0, mixed(kFirst, kSecond, weights[x], layout));
+                    expected.set_word(x, 0, mixed_colour(kFirst, kSecond, weights[x], layout));
                 }
                 mix_colours(pixel_words(field.row(0)), weights.data(), count, kFirst, kSecond,
                             layout);
@@ -65,7 +52,7 @@ TEST(MixColours, MixesEveryValueWithEveryWeight) {
         std::vector<std::uint32_t> words(weights.size());
         mix_colours(words.data(), weights.data(), words.size(), first, second, kLayouts[0]);
         for (std::size_t i = 0; i < words.size(); ++i) {
-            ASSERT_EQ(words[i], mixed(first, second, weights[i], kLayouts[0]))
+            ASSERT_EQ(words[i], mixed_colour(first, second, weights[i], kLayouts[0]))
                 << "value " << value << ", weight " << i;
         }
     }
@@ -81,9 +68,7 @@ TEST(AddScaled, AddsEachChannelsShareAtEveryCountAndWeight) {
             std::generate(sums.begin(), sums.end(), random);
             std::vector<std::uint32_t> expected = sums;
             for (std::size_t i = 0; i < count; ++i) {
-                for (unsigned c = 0; c < 3; ++c) {
-                    expected[i] += channel(words[i], c) * weight / 256 << (8 * c);
-                }
+                expected[i] += scaled(words[i], weight);
             }
             add_scaled(sums.data(), words.data(), count, static_cast<std::uint8_t>(weight));
             ASSERT_EQ(sums, expected) << "count " << count << ", weight " << weight;

@@ -1,5 +1,6 @@
 #include "pixel/kernels/subtract_kernels.h"
 
+#include "../formulas.h"
 #include "../memory_field.h"
 #include "gtest/gtest.h"
 
@@ -7,10 +8,6 @@ namespace larkspur::pixel {
 namespace {
 
 constexpr BytePattern kUnlikeBytes = {1, 255, 128, 0, 77, 2, 200, 64};
-
-unsigned char subtracted(int byte, int k) {
-    return static_cast<unsigned char>(byte < k ? 0 : byte - k);
-}
 
 TEST(SubtractSaturating, KeepsToItsBytesAtEveryCountAndOffset) {
     for (std::size_t count = 0; count <= kEnoughBytes; ++count) {

@@ -4,14 +4,13 @@
 #include <random>
 #include <vector>
 
+#include "../formulas.h"
 #include "../memory_field.h"
 #include "gtest/gtest.h"
 #include "pixel/kernels/zoom_kernels_avx2.h"
 
 namespace larkspur::pixel {
 namespace {
-
-constexpr std::uint32_t kPixel = 65536;
 
 // The plain loops, and those that this processor runs best.
 const ZoomKernels kBoth[] = {{pick_pixels, mix_columns, pick_along_lines, transpose},
@@ -21,23 +20,6 @@ const ZoomKernels kBoth[] = {{pick_pixels, mix_columns, pick_along_lines, transp
 constexpr std::uint32_t kSteps[] = {0,      1,      4000,   21845,  32768,     40000,
                                     65535,  kPixel, 65537,  70000,  2 * 65536, 2 * 65536 + 1234,
                                     140434, 140435, 150000, 200000, 3 * 65536, 10 * 65536 + 1};
-
-std::size_t column_at(std::size_t x, std::uint32_t step) {
-    return static_cast<std::size_t>(std::uint64_t{x} * step / kPixel);
-}
-std::uint32_t share_at(std::size_t x, std::uint32_t step) {
-    return static_cast<std::uint32_t>(std::uint64_t{x} * step % kPixel);
-}
-
-// Each byte goes from a's to b's by its share, rounded down.
-std::uint32_t mixed(std::uint32_t a, std::uint32_t b, std::uint32_t share) {
-    std::uint32_t result = 0;
-    for (unsigned place = 0; place < 4; ++place) {
-        const std::uint32_t sum = channel(a, place) * (kPixel - share) + channel(b, place) * share;
-        result |= sum / kPixel << (8 * place);
-    }
-    return result;
-}
 
 // Narrowest sources of rows of a width, and some that are wider.
 std::vector<std::size_t> source_widths(std::size_t least) {
@@ -106,11 +88,6 @@ TEST(PickPixels, WalksRowsBackwardsWithANegativePitch) {
     }
 }
 
-// The place of a row's last pixel may be the beginning of the source's last one.
-std::size_t least_width_to_mix(std::size_t width, std::uint32_t step) {
-    return column_at(width - 1, step) + (share_at(width - 1, step) != 0 ? 2 : 1);
-}
-
 TEST(MixColumns, MixesThePixelsAroundEachPlaceAtEveryWidthAndStep) {
     for (const ZoomKernels& kernels : kBoth) {
         for (std::size_t width = 1; width <= kEnoughPixels; ++width) {
@@ -123,9 +100,9 @@ TEST(MixColumns, MixesThePixelsAroundEachPlaceAtEveryWidthAndStep) {
                     for (std::size_t x = 0; x < width; ++x) {
                         const std::size_t column = column_at(x, step);
                         const std::size_t next = std::min(column + 1, from_width - 1);
-                        expected.set_word(
-                            x, 0,
-                            mixed(source.word(column, 0), source.word(next, 0), share_at(x, step)));
+                        expected.set_word(x, 0,
+                                          mixed_pixel(source.word(column, 0), source.word(next, 0),
+                                                      share_at(x, step)));
                     }
                     kernels.mix_columns(pixel_words(target.row(0)), pixel_words(source.row(0)),
                                         from_width, step, width);
@@ -153,7 +130,7 @@ TEST(MixColumns, MixesEveryByteWithEveryByte) {
                 kernels.mix_columns(pixel_words(target.row(0)), pixel_words(source.row(0)), 2,
                                     kStep, kWidth);
                 for (std::size_t x = 0; x < kWidth; ++x) {
-                    ASSERT_EQ(target.word(x, 0), mixed(first, second, share_at(x, kStep)))
+                    ASSERT_EQ(target.word(x, 0), mixed_pixel(first, second, share_at(x, kStep)))
                         << first << ", " << second << " at " << x;
                 }
             }
@@ -177,7 +154,8 @@ TEST(MixRows, MixesEveryByteWithEveryByte) {
             mix_rows(pixel_words(target.row(0)), pixel_words(first.row(0)),
                      pixel_words(second.row(0)), share, 256);
             for (std::uint32_t b = 0; b < 256; ++b) {
-                ASSERT_EQ(target.word(b, 0), mixed(first.word(b, 0), second.word(b, 0), share))
+                ASSERT_EQ(target.word(b, 0),
+                          mixed_pixel(first.word(b, 0), second.word(b, 0), share))
                     << a << ", " << b << ", share " << share;
             }
         }
@@ -192,7 +170,7 @@ TEST(MixRows, KeepsToItsPixelsAtEveryWidthAndOffset) {
             MemoryField second((3 * offset) % kWidestVectorBytes, 4 * width, 0, 1, 33);
             MemoryField expected = target.copy();
             for (std::size_t x = 0; x < width; ++x) {
-                expected.set_word(x, 0, mixed(first.word(x, 0), second.word(x, 0), 43210));
+                expected.set_word(x, 0, mixed_pixel(first.word(x, 0), second.word(x, 0), 43210));
             }
             mix_rows(pixel_words(target.row(0)), pixel_words(first.row(0)),
                      pixel_words(second.row(0)), 43210, width);
@@ -201,25 +179,8 @@ TEST(MixRows, KeepsToItsPixelsAtEveryWidthAndOffset) {
     }
 }
 
-// A line in a source of one size, and the pixels of it that lie inside.
+// The source of lines is a square.
 constexpr std::size_t kSide = 60;
-SourceLine inner_line(std::int64_t x, std::int64_t y, std::int64_t x_step, std::int64_t y_step,
-                      int width) {
-    constexpr std::int64_t kEnd = std::int64_t{kSide} * kPixel;
-    SourceLine line = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), width, width};
-    for (int i = 0; i < width; ++i) {
-        const std::int64_t place_x = x + i * x_step;
-        const std::int64_t place_y = y + i * y_step;
-        if (place_x >= 0 && place_x < kEnd && place_y >= 0 && place_y < kEnd) {
-            line.first = std::min(line.first, i);
-            line.end = i + 1;
-        }
-    }
-    if (line.first == width) {
-        line.end = 0;
-    }
-    return line;
-}
 
 TEST(PickAlongLines, TakesThePixelsInsideAlongEachLine) {
     constexpr std::size_t kRows = 5;
@@ -239,7 +200,7 @@ TEST(PickAlongLines, TakesThePixelsInsideAlongEachLine) {
         for (std::size_t y = 0; y < kRows; ++y) {
             const std::int64_t start_x = between(-80 * 65536, 140 * 65536);
             const std::int64_t start_y = between(-80 * 65536, 140 * 65536);
-            lines.push_back(inner_line(start_x, start_y, x_step, y_step, width));
+            lines.push_back(inner_line(start_x, start_y, x_step, y_step, width, kSide, kSide));
             for (int x = lines[y].first; x < lines[y].end; ++x) {
                 expected.set_word(
                     static_cast<std::size_t>(x), y,

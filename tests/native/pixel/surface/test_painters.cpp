@@ -3,6 +3,7 @@
 #include <limits>
 #include <vector>
 
+#include "../formulas.h"
 #include "../memory_field.h"
 #include "base/surface.h"
 #include "gtest/gtest.h"
@@ -14,14 +15,6 @@ constexpr int kWidth = 9;
 constexpr int kHeight = 6;
 constexpr std::uint32_t kColour = 0x4080C0E0;
 constexpr std::uint8_t kAlpha = 100;
-
-std::uint32_t scaled(std::uint32_t word, std::uint32_t weight) {
-    std::uint32_t result = 0;
-    for (unsigned i = 0; i < 3; ++i) {
-        result |= channel(word, i) * weight / 256 << (8 * i);
-    }
-    return result;
-}
 
 // A surface inside a field, as a part of another surface lies: around memory that is not its own.
 SurfacePtr surface_in(MemoryField& field, int width, int height) {
