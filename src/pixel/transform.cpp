@@ -9,23 +9,10 @@
 #include "core/pygame.h"
 #include "pixel/surface/flip.h"
 #include "pixel/surface/zoom.h"
+#include "pixel/zoom_guard.h"
 
 namespace larkspur {
 namespace {
-
-// False with ValueError when the surface cannot be scaled by these factors.
-bool require_scalable(const SDL_Surface& surface, double x_factor, double y_factor,
-                      const char* function) noexcept {
-    const char* obstacle = pixel::zoom_obstacle(surface, x_factor, y_factor);
-    if (obstacle == nullptr) {
-        return true;
-    }
-    PyErr_Format(PyExc_ValueError,
-                 "%s cannot scale %s; pass a surface with an area, of 32 bits for a mirrored "
-                 "picture",
-                 function, obstacle);
-    return false;
-}
 
 PyObject* flip(PyObject* args, SurfacePtr (*flipped)(SDL_Surface*), const char* function) noexcept {
     PyObject* object = nullptr;
@@ -50,7 +37,8 @@ PyObject* rotoscale(PyObject* /*module*/, PyObject* args) noexcept {
         return nullptr;
     }
     const SurfaceUse source(object, "rotoscale()");
-    if (!source || !require_scalable(*source.get(), x_scale, y_scale, "rotoscale()")) {
+    if (!source || !pixel::require_no_obstacle(
+                       pixel::turn_obstacle(*source.get(), x_scale, y_scale), "rotoscale()")) {
         return nullptr;
     }
     const double whole_degrees = truncate_to_int32(angle_degrees);
@@ -72,7 +60,8 @@ PyObject* scale(PyObject* /*module*/, PyObject* args) noexcept {
         return nullptr;
     }
     const SurfaceUse source(object, "scale()");
-    if (!source || !require_scalable(*source.get(), x_scale, y_scale, "scale()")) {
+    if (!source || !pixel::require_no_obstacle(
+                       pixel::zoom_obstacle(*source.get(), x_scale, y_scale), "scale()")) {
         return nullptr;
     }
     SurfacePtr result = pixel::zoomed(source.get(), x_scale, y_scale, true);

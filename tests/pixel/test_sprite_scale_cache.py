@@ -11,7 +11,16 @@ import pytest
 from models import pixel_model
 from support import leaks, native, pending, sdl
 from support.pictures import assert_same_words, put_words, words
-from support.surfaces import ABGR, ARGB, XRGB, buffer_of, encoded_surface, printed, surface_of
+from support.surfaces import (
+    ABGR,
+    ARGB,
+    XRGB,
+    buffer_of,
+    encoded_surface,
+    long_surface,
+    printed,
+    surface_of,
+)
 
 WHITE = 0xFFFFFF
 KEY = ("walk", 3)
@@ -362,6 +371,20 @@ def test_transforms_that_yield_nothing(display, capfd):
 def test_mirroring_an_8_bit_image_says_why(display, capfd):
     add(sprite_of(pygame.Surface((6, 6), 0, 8)), width=-6)
     assert printed(capfd).err == "Cannot horizontally flip non-32-bit surfaces.\nNo source?\n"
+
+
+def test_long_images_are_not_scaled_and_say_why(display, capfd):
+    """Nor turned, for which images of 16 bits need a copy."""
+    line = "larkspur: cannot scale a surface %s.\nNo source?\n"
+    long_side = line % "with a side of more than 32767 pixels"
+    no_copy = line % "of neither 8 nor 32 bits that has more than 16383 columns"
+    for size, bits, arguments, expected_lines in [
+        ((1, 40000), 32, {"height": 10}, long_side),
+        ((1, 40000), 8, {"height": 10}, long_side),
+        ((16384, 1), 16, {"angle": 90}, no_copy),
+    ]:
+        assert add(sprite_of(long_surface(size, bits)), **arguments) is None
+        assert printed(capfd).err == expected_lines
 
 
 def test_absurdly_large_copies_are_not_made(display, capfd):

@@ -7,7 +7,15 @@ import pygame
 import pytest
 from support import leaks, native
 from support.pictures import assert_same_words, words
-from support.surfaces import ALL_MASKS, ARGB, XRGB, assert_encoded, encoded_surface, surface_of
+from support.surfaces import (
+    ALL_MASKS,
+    ARGB,
+    XRGB,
+    assert_encoded,
+    encoded_surface,
+    long_surface,
+    surface_of,
+)
 
 number, integer, pointer = ctypes.c_double, ctypes.c_int, ctypes.c_void_p
 
@@ -274,6 +282,30 @@ def test_8_bit_surfaces_cannot_be_mirrored(name, x_scale, y_scale):
         "%s() cannot scale an 8-bit surface by a negative factor" % name
     )
     CALLS[name](pygame.Surface((5, 5), 0, 16), x_scale, y_scale)
+
+
+@pytest.mark.parametrize(
+    "bits, longest, too_long",
+    [(bits, (1, 32767), (1, 32768)) for bits in (8, 16, 24, 32)] + [(8, (32767, 1), (32768, 1))],
+)
+def test_sides_of_more_than_32767_pixels_are_refused(name, bits, longest, too_long):
+    CALLS[name](long_surface(longest, bits), 0.25, 0.25)
+    with pytest.raises(ValueError) as raised:
+        CALLS[name](long_surface(too_long, bits), 0.25, 0.25)
+    assert str(raised.value).startswith(
+        "%s() cannot scale a surface with a side of more than 32767 pixels" % name
+    )
+
+
+@pytest.mark.parametrize("bits", [15, 16, 24])
+@pytest.mark.parametrize("angle", [0.0, 30.0])
+def test_wide_surfaces_that_are_turned_through_a_copy_are_refused(bits, angle):
+    """SDL_gfx would not notice that SDL makes no copy of 32 bits and more than 16383 columns."""
+    assert larkspur.rotoscale(long_surface((16383, 1), bits), 0.5, 0.25, angle)
+    for x_scale, y_scale in [(0.5, 0.5), (0.5, 0.25)]:
+        with pytest.raises(ValueError) as raised:
+            larkspur.rotoscale(long_surface((16384, 1), bits), x_scale, y_scale, angle)
+        assert str(raised.value).startswith("rotoscale() cannot scale a surface of neither 8 nor")
 
 
 def test_arguments(name):

@@ -21,7 +21,9 @@ create_surface_from = native.function(
     "SDL_CreateRGBSurfaceFrom", ctypes.c_void_p, *_create_arguments
 )
 free_surface = native.function("SDL_FreeSurface", None, ctypes.c_void_p)
+_wrap = native.function("PySurface_FromSurface", ctypes.c_void_p, ctypes.c_void_p)
 _fflush = ctypes.CDLL(None).fflush
+_kept_for_good = []
 
 
 def _give_masks(address, masks):
@@ -56,6 +58,15 @@ def surface_of(width, height, masks=XRGB, seed=1):
         _give_masks(native.surface_address(surface), masks)
     put_words(surface, random_words(width, height, seed))
     return surface
+
+
+def long_surface(size, bits):
+    """A pygame Surface of any number of columns, of which SDL itself gives one 16383 at most."""
+    pitch = (size[0] * ((bits + 7) // 8) + 3) // 4 * 4
+    memory = numpy.zeros(pitch * size[1], numpy.uint8)
+    address = create_surface_from(memory.ctypes.data, size[0], size[1], bits, pitch, 0, 0, 0, 0)
+    _kept_for_good.append(memory)
+    return native.new_reference(_wrap(address))
 
 
 def encode(surface):

@@ -36,8 +36,8 @@ bool is_read_directly(const SDL_Surface& surface) noexcept {
     return surface.format->BitsPerPixel == 32 || surface.format->BitsPerPixel == 8;
 }
 
+constexpr int kLongestSource = 32767;
 constexpr double kSideEnd = 65536;
-constexpr double kIntEnd = 2147483648.0;
 
 // SDL refuses sides from 65536 pixels on, but SDL_gfx counts in ints: near their end a side
 // overflows on its way to SDL and comes back as one that it accepts. From `int_end` on a side is no
@@ -133,11 +133,9 @@ SurfacePtr by_library(SDL_Surface* surface, const Transform& wanted) noexcept {
 
 // Up to this angle SDL_gfx does not turn, and below this factor it takes it instead.
 constexpr double kLeastTurned = 0.001;
-// SDL_gfx asks SDL for two rows more than it shows, and SDL refuses sides from here on.
+// SDL refuses sides from here on, and SDL_gfx asks it for two rows more than it shows.
 constexpr int kWidthEnd = 16384;
 constexpr int kHeightEnd = 65536 - 2;
-// From here on a place is no int.
-constexpr int kSourceEnd = 32768;
 
 bool is_above_least(double number) noexcept {
     return std::isfinite(number) && std::fabs(number) > kLeastTurned;
@@ -151,8 +149,7 @@ bool is_rotation(const Transform& wanted) noexcept {
 // first, and counts rows in whole pixels.
 bool takes(const SDL_Surface& source, const Transform& wanted, const Size& size) noexcept {
     if (source.format->BitsPerPixel != 32 || source.pitch % sizeof(PixelWord) != 0 ||
-        source.w >= kSourceEnd || source.h >= kSourceEnd || size.width >= kWidthEnd ||
-        size.height >= kHeightEnd) {
+        size.width >= kWidthEnd || size.height >= kHeightEnd) {
         return false;
     }
     if (!is_rotation(wanted)) {
@@ -295,7 +292,8 @@ SurfacePtr transformed(SDL_Surface* surface, const Transform& wanted) noexcept {
     if (surface == nullptr) {
         return nullptr;
     }
-    if (const char* obstacle = zoom_obstacle(*surface, wanted.x_factor, wanted.y_factor)) {
+    const auto obstacle_to = is_rotation(wanted) ? turn_obstacle : zoom_obstacle;
+    if (const char* obstacle = obstacle_to(*surface, wanted.x_factor, wanted.y_factor)) {
         write_stderr("larkspur: cannot scale %s.\n", obstacle);
         return nullptr;
     }
@@ -338,7 +336,19 @@ const char* zoom_obstacle(const SDL_Surface& surface, double x_factor, double y_
     if (surface.format->BitsPerPixel == 8 && (x_factor < 0 || y_factor < 0)) {
         return "an 8-bit surface by a negative factor";
     }
+    if (surface.w > kLongestSource || surface.h > kLongestSource) {
+        return "a surface with a side of more than 32767 pixels";
+    }
     return nullptr;
+}
+
+const char* turn_obstacle(const SDL_Surface& surface, double x_factor, double y_factor) noexcept {
+    if (const char* obstacle = zoom_obstacle(surface, x_factor, y_factor)) {
+        return obstacle;
+    }
+    return !is_read_directly(surface) && surface.w >= kWidthEnd
+               ? "a surface of neither 8 nor 32 bits that has more than 16383 columns"
+               : nullptr;
 }
 
 SurfacePtr zoomed(SDL_Surface* surface, double x_factor, double y_factor, bool smooth) noexcept {

@@ -20,6 +20,10 @@ struct Extents {
     double height;
 };
 
+/// A side of so many pixels, turned ones of twice as many, is no int to SDL_gfx, which then makes
+/// the smallest picture.
+constexpr double kIntEnd = 2147483648.0;
+
 /// The box around a surface that was scaled by a factor for each axis, negative or not, and then
 /// turned.
 Extents turned_extents(const SDL_Surface& surface, double angle_degrees, double x_factor,
@@ -27,8 +31,14 @@ Extents turned_extents(const SDL_Surface& surface, double angle_degrees, double 
 
 /// What keeps SDL_gfx from scaling a surface by these factors without leaving its memory, as a text
 /// for messages; null when nothing does. It reads outside an 8-bit surface whose factor is
-/// negative, and from a null pointer for a surface without an area.
+/// negative, from a null pointer for a surface without an area, and counts places in the source in
+/// 65536ths of a pixel, which are no int from 32768 pixels on. Of the factors only the signs count.
 const char* zoom_obstacle(const SDL_Surface& surface, double x_factor, double y_factor) noexcept;
+
+/// The same for the rotations, also by 0 degrees. These go through a copy of 32 bits of a surface
+/// that has neither 8 nor 32; SDL makes none of more than 16383 columns, and SDL_gfx does not ask
+/// whether it did.
+const char* turn_obstacle(const SDL_Surface& surface, double x_factor, double y_factor) noexcept;
 
 // All of these return null when there is an obstacle (after a line on standard error that names
 // it), for a null surface, when the pixels cannot be reached and when SDL refuses the size.

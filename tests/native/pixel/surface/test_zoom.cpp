@@ -1,5 +1,6 @@
 #include "pixel/surface/zoom.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -28,6 +29,21 @@ const std::vector<Transform> kTransforms = {
 SurfacePtr surface_of(int width, int height, int depth = 32) {
     return SurfacePtr(SDL_CreateRGBSurface(0, width, height, depth, 0, 0, 0, 0));
 }
+
+// Around memory that is there: SDL makes none of more than 16383 columns itself.
+class WideSurface {
+ public:
+    WideSurface(int width, int depth)
+        : memory_(static_cast<std::size_t>(width) * 3),
+          surface_(
+              SDL_CreateRGBSurfaceFrom(memory_.data(), width, 1, depth, width * 3, 0, 0, 0, 0)) {}
+
+    SDL_Surface* get() const { return surface_.get(); }
+
+ private:
+    std::vector<unsigned char> memory_;
+    SurfacePtr surface_;
+};
 
 TEST(Zoom, GivesTheResultAClipRectangleOfItsOwnSize) {
     for (const int depth : {8, 16, 32}) {
@@ -82,6 +98,53 @@ TEST(ZoomObstacle, IsAnyNegativeFactorOf8Bits) {
     for (const int depth : {16, 24, 32}) {
         EXPECT_EQ(zoom_obstacle(*surface_of(4, 4, depth), -1, -1), nullptr);
     }
+}
+
+// Places in the source are 65536ths of a pixel in an int, which holds 32767 of them and a rest.
+TEST(ZoomObstacle, IsASideOfMoreThan32767Pixels) {
+    for (const int depth : {8, 16, 24, 32}) {
+        EXPECT_EQ(zoom_obstacle(*surface_of(1, 32767, depth), 1, 1), nullptr) << depth;
+        EXPECT_NE(zoom_obstacle(*surface_of(1, 32768, depth), 1, 1), nullptr) << depth;
+    }
+    EXPECT_EQ(zoom_obstacle(*WideSurface(32767, 8).get(), 1, 1), nullptr);
+    EXPECT_NE(zoom_obstacle(*WideSurface(32768, 8).get(), 1, 1), nullptr);
+}
+
+TEST(Zoom, ReportsLongSidesInsteadOfReadingOutsideThem) {
+    const SurfacePtr high = surface_of(1, 40000, 8);
+    const WideSurface wide(40000, 8);
+    for (SDL_Surface* surface : {high.get(), wide.get()}) {
+        for (const Transform& transform : kTransforms) {
+            ::testing::internal::CaptureStderr();
+            EXPECT_EQ(transform(surface, 0.25, 0.25), nullptr);
+            EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+                      "larkspur: cannot scale a surface with a side of more than 32767 pixels.\n");
+        }
+    }
+}
+
+// The copy of 32 bits that SDL_gfx turns in its place has at most 16383 columns.
+TEST(TurnObstacle, IsARowOfMoreThan16383PixelsThatIsTurnedThroughACopy) {
+    for (const int depth : {15, 16, 24}) {
+        EXPECT_EQ(turn_obstacle(*WideSurface(16383, depth).get(), 1, 1), nullptr) << depth;
+        const WideSurface wide(16384, depth);
+        EXPECT_NE(turn_obstacle(*wide.get(), 1, 1), nullptr) << depth;
+        EXPECT_EQ(zoom_obstacle(*wide.get(), 1, 1), nullptr) << depth;
+        ::testing::internal::CaptureStderr();
+        EXPECT_EQ(rotozoomed(wide.get(), 30, 0.5, false), nullptr);
+        EXPECT_EQ(rotozoomed_xy(wide.get(), 0, 0.5, 0.25, false), nullptr);
+        const std::string line =
+            "larkspur: cannot scale a surface of neither 8 nor 32 bits that has more than 16383 "
+            "columns.\n";
+        EXPECT_EQ(::testing::internal::GetCapturedStderr(), line + line);
+    }
+    EXPECT_EQ(turn_obstacle(*WideSurface(16384, 8).get(), 1, 1), nullptr);
+}
+
+TEST(TurnObstacle, IsEveryZoomObstacle) {
+    EXPECT_NE(turn_obstacle(*surface_of(4, 4, 8), -1, 1), nullptr);
+    EXPECT_NE(turn_obstacle(*surface_of(4, 0), 1, 1), nullptr);
+    EXPECT_NE(turn_obstacle(*surface_of(1, 32768), 1, 1), nullptr);
 }
 
 TEST(Zoom, OfNothingIsNull) {
