@@ -20,6 +20,8 @@
 #include "pixel/surface/flagged_blit.h"
 #include "pixel/surface/picture.h"
 #include "pixel/surface/tint.h"
+#include "pixel/surface/zoom.h"
+#include "pixel/zoom_guard.h"
 
 namespace larkspur {
 namespace {
@@ -292,6 +294,10 @@ PyRef ParticleDrawing::make() noexcept {
 // worked on.
 
 SurfacePtr ParticleDrawing::make_scaled(SDL_Surface* shape, const SDL_Surface& display) noexcept {
+    if (!pixel::require_no_obstacle(pixel::zoom_obstacle(*shape, look_.width, look_.height),
+                                    function_)) {
+        return nullptr;
+    }
     SurfacePtr picture = pixel::scaled_picture(shape, look_.width, look_.height);
     if (picture == nullptr || !tint(picture.get())) {
         return nullptr;
@@ -354,8 +360,12 @@ bool ParticleDrawing::fade(SDL_Surface* picture) noexcept {
 }
 
 SurfacePtr ParticleDrawing::turned(SurfacePtr picture) noexcept {
-    return look_.angle_degrees != 0 ? pixel::turned_picture(picture.get(), look_.angle_degrees, 1.0)
-                                    : std::move(picture);
+    if (look_.angle_degrees == 0) {
+        return picture;
+    }
+    return pixel::require_no_obstacle(pixel::turn_obstacle(*picture, 1.0, 1.0), function_)
+               ? pixel::turned_picture(picture.get(), look_.angle_degrees, 1.0)
+               : nullptr;
 }
 
 bool render(const particle_record& particle, int x_offset, int y_offset,

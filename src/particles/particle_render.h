@@ -13,8 +13,10 @@ namespace larkspur {
 ///
 /// Raises TypeError for what is no particle and for a type whose shape is no pygame Surface,
 /// RuntimeError when there is no display or the shape's pixels are gone, ValueError when a surface
-/// has other than 32 bits per pixel and has to be tinted, faded or added; the step has been made
-/// then. A picture that SDL refuses, by its size above all, is not drawn, and no failure.
+/// has other than 32 bits per pixel and has to be tinted, faded or added, or when the shape can't
+/// be scaled or turned: one of 8 bits to its mirror image, or one with a side of more than 32767
+/// pixels. The step has been made then. A picture that SDL refuses, by its size above all, is not
+/// drawn, and no failure.
 PyObject* cparticle_dec_ttl_and_render(PyObject* module, PyObject* args) noexcept;
 
 /// Draws a particle without a step for a native caller: as the module function does, and nothing

@@ -880,8 +880,46 @@ def test_shapes_of_other_depths(display, bits):
             try:
                 larkspur.CParticle_dec_ttl_and_render(particle, 0, 0)
             except ValueError as failure:
-                assert "CParticle_dec_ttl_and_render() needs a surface of 32 bits" in str(failure)
+                assert "CParticle_dec_ttl_and_render() " in str(failure)
+                if settings.get("scale") == (-2, 2):
+                    assert "cannot scale an 8-bit surface by a negative factor" in str(failure)
+                else:
+                    assert "needs a surface of 32 bits" in str(failure)
                 assert bits == 8 or "blend" in settings
+
+
+def assert_can_not_be_scaled(scene, capfd, text):
+    """Drawing raises each time, and nothing is printed, drawn or kept; native drawing does the
+    same without the exception."""
+    before = words(scene.display)
+    particle = scene.particle()
+    for _ in range(2):
+        with pytest.raises(ValueError) as raised:
+            larkspur.CParticle_dec_ttl_and_render(particle, 0, 0)
+        assert str(raised.value).startswith("CParticle_dec_ttl_and_render() cannot scale " + text)
+    assert particles.particle_record(particle).ttl == 99
+    render_low(particles.particle_record(particle), 0, 0)
+    assert printed(capfd) == ("", "")
+    assert particles.cache_of(scene.handle) == {}
+    assert_same_words(words(scene.display), before, "nothing drawn")
+
+
+@pytest.mark.parametrize("scale", [(-1, 1), (1, -1), (-2, -2)])
+def test_an_8_bit_shape_can_not_be_mirrored(display, capfd, scale):
+    scene = Scene(display, pygame.Surface((6, 6), 0, 8), scale=scale)
+    assert_can_not_be_scaled(scene, capfd, "an 8-bit surface by a negative factor")
+
+
+@pytest.mark.parametrize("bits", [8, 16, 24, 32])
+def test_a_shape_with_a_side_of_more_than_32767_pixels_can_not_be_scaled(display, capfd, bits):
+    scene = Scene(display, pygame.Surface((1, 32768), 0, bits), scale=(1, 0.25))
+    assert_can_not_be_scaled(scene, capfd, "a surface with a side of more than 32767 pixels")
+
+
+def test_a_shape_with_a_side_of_more_than_32767_pixels_can_not_be_turned(display, capfd):
+    shape = pygame.Surface((1, 32768), 0, 32)
+    scene = Scene(display, shape, alpha3=(0.5,) * 3, orientation=(45, 45, 0, 0, 0))
+    assert_can_not_be_scaled(scene, capfd, "a surface with a side of more than 32767 pixels")
 
 
 def test_an_8_bit_shape_scaled_and_tinted_raises_and_keeps_nothing(display):
