@@ -922,6 +922,15 @@ def test_a_shape_with_a_side_of_more_than_32767_pixels_can_not_be_turned(display
     assert_can_not_be_scaled(scene, capfd, "a surface with a side of more than 32767 pixels")
 
 
+@pytest.mark.parametrize("side", [1, 48, 49, 50, 98])
+def test_a_size_that_is_no_number_draws_one_pixel_whatever_the_width(display, side):
+    scene = Scene(display, soft_shape(side, side))
+    particle = scene.particle(size=NAN)
+    assert larkspur.CParticle_dec_ttl_and_render(particle, 0, 0) == 100
+    kept = particles.cache_of(scene.handle)
+    assert [(key[:2], kept[key].get_size()) for key in kept] == [((-(2**31), -(2**31)), (1, 1))]
+
+
 def test_an_8_bit_shape_scaled_and_tinted_raises_and_keeps_nothing(display):
     scene = Scene(display, pygame.Surface((6, 6), 0, 8), scale=(2, 2))
     particle = scene.particle(color1=5, color2=5, color3=5)

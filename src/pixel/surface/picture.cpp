@@ -16,6 +16,12 @@ bool too_large(double width, double height) noexcept {
     return width <= kSdlLargestSide && height <= kSdlLargestSide && width * height > kLargestPixels;
 }
 
+// The factor of one axis. A size that is no int comes out as a single pixel; its quotient could
+// come back as one that is.
+double factor_to(double size, int side) noexcept {
+    return std::fabs(size) < kIntEnd ? size / side : size;
+}
+
 }  // namespace
 
 SurfacePtr scaled_picture(SDL_Surface* surface, std::int64_t width, std::int64_t height) noexcept {
@@ -27,7 +33,7 @@ SurfacePtr scaled_picture(SDL_Surface* surface, std::int64_t width, std::int64_t
     if (too_large(std::fabs(x_size), std::fabs(y_size))) {
         return nullptr;
     }
-    return zoomed(surface, x_size / surface->w, y_size / surface->h, false);
+    return zoomed(surface, factor_to(x_size, surface->w), factor_to(y_size, surface->h), false);
 }
 
 SurfacePtr turned_picture(SDL_Surface* surface, int angle_degrees, double factor) noexcept {

@@ -1,13 +1,16 @@
 // How large a picture may become. Its source has 8 bits a pixel, so that the largest takes 64 MiB.
 #include "pixel/surface/picture.h"
 
+#include <cstdint>
+
 #include "gtest/gtest.h"
 
 namespace larkspur::pixel {
 namespace {
 
 constexpr int kSourceSide = 2;
-constexpr int kLargestSide = 8192;  // of a square of 2^26 pixels
+constexpr int kLargestSide = 8192;            // of a square of 2^26 pixels
+constexpr std::int64_t kNoInt = -2147483648;  // what a size of NaN or out of range is converted to
 
 SurfacePtr source() {
     return SurfacePtr(SDL_CreateRGBSurface(0, kSourceSide, kSourceSide, 8, 0, 0, 0, 0));
@@ -20,6 +23,18 @@ TEST(ScaledPicture, HasAtMost2To26Pixels) {
     EXPECT_EQ(largest->h, kLargestSide);
     EXPECT_EQ(scaled_picture(source().get(), kLargestSide + 1, kLargestSide), nullptr);
     EXPECT_EQ(scaled_picture(source().get(), kLargestSide, kLargestSide + 1), nullptr);
+}
+
+// The quotient of such a size by 49, times 49 again, is below 2^31.
+TEST(ScaledPicture, OfASizeThatIsNoIntIsOnePixelForAnySource) {
+    for (int side = 1; side <= 200; ++side) {
+        const SurfacePtr surface(SDL_CreateRGBSurface(0, side, side, 32, 0, 0, 0, 0));
+        const SurfacePtr picture = scaled_picture(surface.get(), kNoInt, kNoInt);
+        ASSERT_NE(picture, nullptr) << side;
+        EXPECT_EQ(picture->w, 1) << side;
+        EXPECT_EQ(picture->h, 1) << side;
+        EXPECT_EQ(scaled_picture(surface.get(), -1 - kNoInt, 1), nullptr) << side;
+    }
 }
 
 // A square turned by 30 degrees is as wide and high as its side times sine + cosine of them, 1.366:
