@@ -1,5 +1,6 @@
 #include "room/instance_draw.h"
 
+#include <array>
 #include <iterator>
 
 #include "base/console.h"
@@ -7,6 +8,7 @@
 #include "core/host.h"
 #include "core/host_access.h"
 #include "core/py_ref.h"
+#include "core/tuple.h"
 
 namespace larkspur {
 namespace {
@@ -37,7 +39,6 @@ AttributeName sprite_attributes[] = {
     AttributeName("image_blend"),
     AttributeName("image_alpha"),
 };
-constexpr Py_ssize_t kSpriteAttributeCount = std::size(sprite_attributes);
 
 // True when an object can be evaluated like a module's code; false with TypeError. Code with free
 // variables would read them from cells that are not there.
@@ -69,18 +70,14 @@ bool run_draw_code(const SelfScope& self, PyObject* code) noexcept {
 
 // Calls the host's draw_sprite_ext for an instance. False with an exception.
 bool draw_sprite_of(PyObject* instance) noexcept {
-    const PyRef arguments = PyRef::steal(PyTuple_New(kSpriteAttributeCount));
-    if (!arguments) {
-        return false;
-    }
-    for (Py_ssize_t i = 0; i < kSpriteAttributeCount; ++i) {
-        PyRef value = get_attribute(instance, sprite_attributes[i]);
-        if (!value) {
+    std::array<PyRef, std::size(sprite_attributes)> values;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = get_attribute(instance, sprite_attributes[i]);
+        if (!values[i]) {
             return false;
         }
-        PyTuple_SET_ITEM(arguments.get(), i, value.release());
     }
-    return static_cast<bool>(call_host(host_object(HostObject::kDrawSpriteExt), arguments));
+    return static_cast<bool>(call_host(host_object(HostObject::kDrawSpriteExt), tuple_of(values)));
 }
 
 // Stores that an instance has no draw code; returns `status`, or false when the store failed.

@@ -10,6 +10,7 @@
 #include "core/host_access.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
+#include "core/tuple.h"
 #include "core/view_state.h"
 #include "larkspur.h"
 #include "pixel/surface/blit.h"
@@ -275,7 +276,7 @@ PyObject* room_draw(PyObject* /*module*/, PyObject* args) noexcept {
         return nullptr;
     }
     // The frame draws this snapshot, whatever the objects do to the list.
-    const PyRef drawn = PyRef::steal(PySequence_Tuple(objects.get()));
+    const PyRef drawn = tuple_of(objects.get());
     if (!drawn) {
         write_stderr("Error making tuple from drawn_objects\n");
         return nullptr;

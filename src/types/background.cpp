@@ -27,17 +27,20 @@ BackgroundObject* as_background(PyObject* self) noexcept {
 }
 
 PyObject* background_new(PyTypeObject* type, PyObject* /*args*/, PyObject* /*kwargs*/) noexcept {
-    PyRef self = PyRef::steal(type->tp_alloc(type, 0));
-    if (!self) {
+    PyRef scaled_data_cache = PyRef::steal(PyDict_New());
+    if (!scaled_data_cache) {
         return nullptr;
     }
-    BackgroundObject* background = as_background(self.get());
+    // The background comes last: from then on the collector shows it, which sees it complete.
+    PyObject* self = type->tp_alloc(type, 0);
+    if (self == nullptr) {
+        return nullptr;
+    }
+    BackgroundObject* background = as_background(self);
     background->name = new_none();
     background->surf = new_none();
-    if (!replace_field(background->scaled_data_cache, PyRef::steal(PyDict_New()))) {
-        return nullptr;
-    }
-    return self.release();
+    background->scaled_data_cache = scaled_data_cache.release();
+    return self;
 }
 
 // The image is left to the host, which loads it again, and with it the size.

@@ -7,6 +7,7 @@
 #include "core/py_ref.h"
 #include "core/record.h"
 #include "core/static_type.h"
+#include "core/tuple.h"
 #include "types/gmvar.h"
 
 namespace larkspur {
@@ -196,7 +197,7 @@ PyObject* insert(PyObject* self, PyObject* args) noexcept {
 // Pickling.
 
 PyObject* reduce(PyObject* self, PyObject* /*args*/) noexcept {
-    return reduced(instance_list_type, PyRef::steal(PyList_AsTuple(self)));
+    return reduced(instance_list_type, tuple_of(self));
 }
 
 PyObject* set_state(PyObject* self, PyObject* args) noexcept {

@@ -9,6 +9,7 @@
 #include "core/py_ref.h"
 #include "core/record.h"
 #include "core/static_type.h"
+#include "core/tuple.h"
 #include "types/comparison.h"
 #include "types/resource.h"
 
@@ -197,20 +198,16 @@ PyObject* forward(PyObject* self, PyObject* args) noexcept {
 
 // One pair of name and value per member, in the order of the member table.
 PyObject* room_reduce(PyObject* self, PyObject* /*args*/) noexcept {
-    const PyRef state = PyRef::steal(PyTuple_New(RoomRecord::field_count()));
-    if (!state) {
-        return nullptr;
-    }
-    for (Py_ssize_t i = 0; i < RoomRecord::field_count(); ++i) {
+    std::array<PyRef, RoomRecord::field_count()> pairs;
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
         const char* name = kRoomFields[i].name;
         const PyRef value = PyRef::steal(PyObject_GetAttrString(self, name));
-        PyObject* pair = value ? Py_BuildValue("(sO)", name, value.get()) : nullptr;
-        if (pair == nullptr) {
+        pairs[i] = PyRef::steal(value ? Py_BuildValue("(sO)", name, value.get()) : nullptr);
+        if (!pairs[i]) {
             return nullptr;
         }
-        PyTuple_SET_ITEM(state.get(), i, pair);
     }
-    return reduced(room_type, state);
+    return reduced(room_type, tuple_of(pairs));
 }
 
 // Assigns one pair of name and value. A pair that cannot be assigned is passed over: a state may

@@ -46,17 +46,21 @@ SpriteObject* as_sprite(PyObject* self) noexcept {
 }
 
 PyObject* sprite_new(PyTypeObject* type, PyObject* /*args*/, PyObject* /*kwargs*/) noexcept {
-    PyRef self = PyRef::steal(type->tp_alloc(type, 0));
-    if (!self) {
+    PyRef subimages = PyRef::steal(PyList_New(0));
+    PyRef scalecache = PyRef::steal(PyDict_New());
+    if (!subimages || !scalecache) {
         return nullptr;
     }
-    SpriteObject* sprite = as_sprite(self.get());
+    // The sprite comes last: from then on the collector shows it, which sees it complete.
+    PyObject* self = type->tp_alloc(type, 0);
+    if (self == nullptr) {
+        return nullptr;
+    }
+    SpriteObject* sprite = as_sprite(self);
     sprite->name = new_none();
-    if (!replace_field(sprite->subimages, PyRef::steal(PyList_New(0))) ||
-        !replace_field(sprite->scalecache, PyRef::steal(PyDict_New()))) {
-        return nullptr;
-    }
-    return self.release();
+    sprite->subimages = subimages.release();
+    sprite->scalecache = scalecache.release();
+    return self;
 }
 
 // Unlike a background's or room's, a sprite's text fails when it is not in the list.
@@ -151,10 +155,6 @@ PyObject* sprite_from_surface(PyObject* /*module*/, PyObject* args) noexcept {
     if (!PyArg_ParseTuple(args, "O|O", &surface_object, &name)) {
         return nullptr;
     }
-    PyRef self = PyRef::steal(sprite_new(&sprite_type, nullptr, nullptr));
-    if (!self) {
-        return nullptr;
-    }
     const SurfaceUse surface(surface_object, kFunction);
     if (!surface) {
         return nullptr;
@@ -163,15 +163,25 @@ PyObject* sprite_from_surface(PyObject* /*module*/, PyObject* args) noexcept {
     if (display == nullptr) {
         return nullptr;
     }
+    const int width = surface.get()->w;
+    const int height = surface.get()->h;
+    const PyRef subimage = wrap_surface(pygame_api(), converted(surface.get(), display->format, 0));
+    if (!subimage) {
+        return nullptr;
+    }
+    // Made when nothing is left that runs Python code, which could find it and take it apart.
+    PyRef self = PyRef::steal(sprite_new(&sprite_type, nullptr, nullptr));
+    if (!self) {
+        return nullptr;
+    }
     SpriteObject* sprite = as_sprite(self.get());
     if (name != nullptr) {
         Py_INCREF(name);
         sprite->name = name;  // the None that stood here is never released
     }
-    sprite->w = sprite->rightbound = surface.get()->w;
-    sprite->h = sprite->bottombound = surface.get()->h;
-    const PyRef subimage = wrap_surface(pygame_api(), converted(surface.get(), display->format, 0));
-    if (!subimage || PyList_Append(sprite->subimages, subimage.get()) != 0) {
+    sprite->w = sprite->rightbound = width;
+    sprite->h = sprite->bottombound = height;
+    if (PyList_Append(sprite->subimages, subimage.get()) != 0) {
         return nullptr;
     }
     return self.release();
