@@ -429,6 +429,19 @@ def test_tiles_on_an_encoded_surface(host):
     assert_same_picture(ours, expected, "room-encoded")
 
 
+@pytest.mark.parametrize("encoded", [False, True])
+def test_tiles_of_a_surface_on_itself_that_asks_for_encoding_draw_nothing(host, encoded):
+    surface = with_key(pygame.RLEACCEL)
+    expected = surface.copy()
+    expected.set_colorkey(None)
+    if encoded:
+        host.screen.blit(surface, (0, 0))
+    host.game.backgrounds.append(make_background(surface))
+    draw_frame(make_room(tiles=[make_tile(x=5, y=6), make_tile()]), surface)
+    surface.set_colorkey(None)
+    assert_same_picture(surface, expected, "room-itself")
+
+
 def test_tiles_on_a_part_of_the_display(host):
     host.game.backgrounds.append(make_background(patterned((64, 48), 8)))
     part = host.screen.subsurface((100, 50, 60, 40))

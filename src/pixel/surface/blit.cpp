@@ -358,6 +358,10 @@ bool blit(SDL_Surface* source, const SDL_Rect* from, SDL_Surface* target, SDL_Re
         SDL_SetError("SDL_UpperBlit: passed a NULL surface");
         return false;
     }
+    if (source == target && (source->flags & SDL_RLEACCELOK) != 0) {
+        to->w = to->h = 0;
+        return true;
+    }
     if (const Loop loop = loop_for(*source, *target)) {
         draw_by(loop, *source, from, *target, *to);
         return true;

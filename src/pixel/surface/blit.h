@@ -7,7 +7,9 @@ namespace larkspur::pixel {
 
 /// Does what SDL_UpperBlit(source, from, target, to) does, to the last bit of the pixels and of
 /// `to`: clips to the source and to the target's clip rectangle, honours the source's colour key
-/// and alpha, and leaves in `to` the rectangle that was drawn. Source and target may be the same.
+/// and alpha, and leaves in `to` the rectangle that was drawn. Source and target may be the same;
+/// where such a surface asks for run-length encoding, which would take its pixels away under SDL's
+/// hands, nothing is drawn, and `to` is left without an area.
 ///
 /// Pairs of surfaces that a loop of ours takes are drawn by it: copies within one format, which SDL
 /// writes past the processor's cache at a multiple of the time, and pictures of 32 bits with or

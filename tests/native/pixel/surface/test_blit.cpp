@@ -344,6 +344,37 @@ TEST(Blit, LeavesPicturesThatSdlEncodesToSdl) {
     }
 }
 
+// SDL would encode it first, which takes its pixels away, and then draw on them.
+TEST(Blit, DrawsNothingWhereASurfaceGoesOntoItselfEncoded) {
+    std::mt19937 random(kSeed);
+    constexpr SDL_Rect kPiece = {0, 0, 5, 6};
+    for (const bool keyed : {true, false}) {
+        for (const Format& format : {kOpaque32, kAlpha32, kOpaque16}) {
+            for (const bool encoded : {false, true}) {
+                const Picture picture(format, 16, 12, random);
+                SDL_Surface* surface = picture.surface();
+                if (keyed) {
+                    SDL_SetColorKey(surface, SDL_SRCCOLORKEY | SDL_RLEACCEL, 0x1234);
+                } else {
+                    SDL_SetAlpha(surface, SDL_SRCALPHA | SDL_RLEACCEL, 255);
+                }
+                const Picture target(format, 16, 12, random);
+                if (encoded) {
+                    SDL_UpperBlit(surface, nullptr, target.surface(), nullptr);
+                }
+                const std::vector<Uint8> before = picture.bytes();
+                SDL_Rect to = {3, 4, 0, 0};
+                blits_by_sdl = 0;
+                EXPECT_TRUE(blit(surface, &kPiece, surface, &to));
+                EXPECT_EQ(blits_by_sdl, 0);
+                EXPECT_EQ(to.w, 0);
+                EXPECT_EQ(to.h, 0);
+                EXPECT_EQ(picture.bytes(), before);
+            }
+        }
+    }
+}
+
 TEST(Blit, LeavesOutTheColourKeyAsSdl) {
     for (const Uint32 flag : {SDL_SRCCOLORKEY, SDL_SRCCOLORKEY | SDL_RLEACCEL}) {
         SCOPED_TRACE(flag);
