@@ -23,13 +23,27 @@ inline bool has_32_bit_pixels(const SDL_Surface& surface) noexcept {
     return surface.format->BytesPerPixel == 4;
 }
 
+/// True when no row of a surface reaches into the next one. SDL keeps the pitch of memory that is
+/// not its own modulo 65536.
+inline bool has_separate_rows(const SDL_Surface& surface) noexcept {
+    const SDL_PixelFormat& format = *surface.format;
+    const std::int64_t width = surface.w;
+    return surface.pitch >= (format.BitsPerPixel < 8 ? (width * format.BitsPerPixel + 7) / 8
+                                                     : width * format.BytesPerPixel);
+}
+
 /// Makes a surface's pixels touchable for a scope. Locks only what must be locked: a surface that
 /// says so itself, or one whose pixels are null because it is run-length encoded. Plain software
-/// surfaces are left alone. False when the surface is null or cannot be locked.
+/// surfaces are left alone. False when the surface is null or cannot be locked, or when its rows
+/// overlap; SDL's error says which.
 class SurfaceLock {
  public:
     explicit SurfaceLock(SDL_Surface* surface) noexcept {
         if (surface == nullptr) {
+            return;
+        }
+        if (!has_separate_rows(*surface)) {
+            SDL_SetError("The surface's rows overlap");
             return;
         }
         const bool must_lock = SDL_MUSTLOCK(surface) || surface->pixels == nullptr;

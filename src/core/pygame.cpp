@@ -218,6 +218,13 @@ SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept {
     if (surface == nullptr) {
         return;
     }
+    if (!has_separate_rows(*surface)) {
+        PyErr_Format(PyExc_ValueError,
+                     "%s can't use a surface with rows of %d pixels only %d bytes apart; SDL keeps "
+                     "distances below 65536, so make it narrower",
+                     function, surface->w, static_cast<int>(surface->pitch));
+        return;
+    }
     object_ = PyRef::borrow(object);
     if (as_surface_object(object)->part != nullptr) {
         const auto prepare = reinterpret_cast<PartFunction>(pygame_api().surflock[kPrepareEntry]);

@@ -52,8 +52,9 @@ SDL_Surface* peek_surface(PyObject* surface_object) noexcept;
 /// Holds a pygame Surface for a scope in which its pixels are used: checks it, keeps it alive, and
 /// when it is a part of another surface finds its pixels again, which move whenever the parent is
 /// encoded, closed or replaced. Locks nothing else, so SDL can blit from and to it; use SurfaceLock
-/// inside to touch pixels directly. False with an exception (as surface_of(), and RuntimeError when
-/// a subsurface no longer lies inside its parent, or SDL would not find it there).
+/// inside to touch pixels directly. False with an exception (as surface_of(), ValueError when its
+/// rows overlap, and RuntimeError when a subsurface no longer lies inside its parent, or SDL would
+/// not find it there).
 class SurfaceUse {
  public:
     SurfaceUse(PyObject* object, const char* function) noexcept;

@@ -3,10 +3,11 @@
 import ctypes
 
 import larkspur
+import numpy
 import pygame
 import pytest
 from support import leaks, native, pending, sdl, subprocess_python
-from support.rooms import make_view_room, set_view
+from support.rooms import make_background, make_room, make_tile, make_view_room, set_view
 
 WRAP = native.function("PySurface_FromSurface", ctypes.c_void_p, ctypes.c_void_p)
 SDL = ctypes.CDLL("libSDL-1.2.so.0")
@@ -207,6 +208,86 @@ def test_wrapping_keeps_no_references(display):
 
 
 # --- Checking ------------------------------------------------------------------------------------
+
+
+def surface_of_wrapped_rows(width, height=3):
+    """A Surface so wide that SDL's 16 bits don't hold the distance of its rows, and its memory."""
+    memory = numpy.arange(4 * width * height, dtype=numpy.uint32).astype(numpy.uint8)
+    surface = pygame.image.frombuffer(buffer(memory), (width, height), "RGBX")
+    assert native.sdl_surface(surface).pitch == 4 * width % 65536
+    return surface, memory
+
+
+WRAPPED_ROWS = {
+    "scale": lambda surface: larkspur.scale(surface, 0.01, 1.0),
+    "rotoscale": lambda surface: larkspur.rotoscale(surface, 0.01, 1.0, 0.0),
+    "flip_h": larkspur.flip_h,
+    "flip_v": larkspur.flip_v,
+    "flip_vh": larkspur.flip_vh,
+    "fill_translucent": lambda surface: larkspur.fill_translucent(surface, 0, 0, 9, 9, 5, 5),
+    "fast_draw_gradient_v": lambda surface: larkspur.fast_draw_gradient_v(
+        surface, 0, 0, 20000, 3, 1, 2, 255
+    ),
+    "GMSprite_from_surface": larkspur.GMSprite_from_surface,
+}
+
+
+@pytest.mark.parametrize("width", [16384, 20000, 32768])
+@pytest.mark.parametrize("name", sorted(WRAPPED_ROWS))
+def test_surface_whose_rows_overlap_is_refused(display, name, width):
+    surface, memory = surface_of_wrapped_rows(width)
+    before = memory.copy()
+    with pytest.raises(ValueError) as raised:
+        WRAPPED_ROWS[name](surface)
+    assert str(raised.value).startswith(name + "() can't use a surface with rows of %d" % width)
+    assert (memory == before).all()
+
+
+def test_tiles_from_and_to_a_surface_whose_rows_overlap_fail_the_frame(host):
+    wrapped, memory = surface_of_wrapped_rows(20000)
+    before = memory.copy()
+    host.game.backgrounds.append(make_background(wrapped))
+    for target in (host.screen, wrapped):
+        outcome = pending.call(larkspur.Room_Draw, make_room(tiles=[make_tile()]), target)
+        assert isinstance(outcome.exception, ValueError)
+        assert "Room_Draw()" in str(outcome.exception)
+    assert (memory == before).all()
+
+
+def test_display_whose_rows_overlap_is_not_drawn_on(display):
+    wrapped, memory = surface_of_wrapped_rows(20000)
+    before = memory.copy()
+    larkspur.set_SDL_screen(wrapped)
+    for draw in (
+        lambda: larkspur.fast_draw_rectangle_color(0, 0, 9, 2, 1, 2, 2, 1, 1.0, 0),
+        lambda: larkspur.fast_draw_rectangle_color(0, 0, 9, 2, 1, 1, 2, 2, 1.0, 0),
+    ):
+        with pytest.raises(RuntimeError):
+            draw()
+    assert (memory == before).all()
+
+
+def test_native_work_on_a_surface_whose_rows_overlap_does_nothing(display):
+    wrapped, memory = surface_of_wrapped_rows(20000)
+    before = memory.copy()
+    address = native.surface_address(wrapped)
+    for name in ("flip_v", "flip_h", "flip_vh"):
+        assert native.function(name, ctypes.c_void_p, ctypes.c_void_p)(address) is None
+    native.function("Tint_Surface", None, ctypes.c_void_p, ctypes.c_uint32)(address, 0x102030)
+    native.function("Translucentify", None, ctypes.c_void_p, ctypes.c_uint8)(address, 7)
+    white = pygame.Surface((9, 9), 0, 32)
+    white.fill((255, 255, 255))
+    add = native.function("additive_blit", None, *[ctypes.c_void_p] * 2 + [ctypes.c_int] * 4)
+    add(native.surface_address(white), address, 0, 0, 3, 36)
+    assert (memory == before).all()
+
+
+@pytest.mark.parametrize("bits", [1, 4, 8, 16, 24, 32])
+def test_rows_side_by_side_do_not_overlap(display, bits):
+    """Rows of pixels that are less than a byte take fewer bytes than pixels."""
+    assert larkspur.flip_v(
+        native.new_reference(WRAP(SDL.SDL_CreateRGBSurface(0, 64, 3, bits, 0, 0, 0, 0)))
+    ).get_size() == (64, 3)
 
 
 def test_part_of_a_display_that_was_closed_is_refused(host):

@@ -45,8 +45,7 @@ RowMemory new_rows(int rows, int width) noexcept {
     return RowMemory(new (std::nothrow) std::uint32_t[count]);
 }
 
-// A picture of 4096 x 4096 pixels. Rows of foreign surfaces can overlap, so that a copy needs far
-// more memory than the surface.
+// A picture of 4096 x 4096 pixels. SDL_gfx mirrors larger ones in place.
 constexpr std::ptrdiff_t kMostMirroredBytes = 64 << 20;
 
 // The pixels of a surface, mirrored where that is asked: from left to right in a copy.

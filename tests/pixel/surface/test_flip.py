@@ -2,6 +2,7 @@
 
 import ctypes
 import itertools
+import mmap
 
 import larkspur
 import numpy
@@ -257,8 +258,9 @@ def test_a_copy_that_sdl_refuses_is_null():
 def test_reason_is_sdls_where_it_has_no_memory_for_a_copy():
     if sdl.is_layer():
         pytest.skip("a layer over SDL 2 has no such limit: it would make a copy of 2 GiB")
-    memory = (ctypes.c_uint8 * 65532)()
-    source = create_surface_from(ctypes.addressof(memory), 16383, 32771, 32, 0, 0, 0, 0, 0)
+    memory = mmap.mmap(-1, 65532 * 32771)  # 2 GiB that nobody touches
+    address = ctypes.addressof(ctypes.c_char.from_buffer(memory))
+    source = create_surface_from(address, 16383, 32771, 32, 65532, 0, 0, 0, 0)
     clear_error = native.function("SDL_ClearError", None)
     get_error = native.function("SDL_GetError", ctypes.c_char_p)
     for function in NATIVE.values():
