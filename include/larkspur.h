@@ -100,7 +100,9 @@ extern LARKSPUR_EXPORT struct _object* pygame_Surface;
 /* Position of `object` (compared by identity) in the list gm6.game.<list_name>: a new int, float or
  * string. When it is not there, or the attribute is no list, the first two return null without an
  * exception and the third the string "-1". Null with an exception when gm6.game or its attribute
- * cannot be fetched; while gm6 is not bound the first returns null without one. */
+ * cannot be fetched, or the name is null; while gm6 is not bound the first returns null without
+ * one. An exception that is pending at the call is set aside meanwhile and pending again
+ * afterwards, unless there is a newer one. */
 LARKSPUR_EXPORT struct _object* Game_Sequence_Index(struct _object* object, const char* list_name);
 LARKSPUR_EXPORT struct _object* Game_Sequence_Index_F(struct _object* object,
                                                       const char* list_name);
@@ -112,7 +114,8 @@ LARKSPUR_EXPORT struct _object* Game_Sequence_Index_S(struct _object* object,
 LARKSPUR_EXPORT int32_t seqi(struct _object* sequence, int32_t i);
 
 /* The first instance of an object resource or, when it has none, of its children, depth first: a
- * new reference. Null without an exception when there is none, with one when a lookup failed. */
+ * new reference. Null without an exception when there is none, with one when a lookup failed. An
+ * exception that is pending at the call is treated as above. */
 LARKSPUR_EXPORT struct _object* GetFirstInstance(struct _object* object);
 
 /* PushSelf saves gmapi.self on gmapi.py_self_stack and makes `instance` the new one; PopSelf puts

@@ -49,52 +49,18 @@ Py_ssize_t saved_self_count() noexcept {
     return stack != nullptr ? PyList_GET_SIZE(stack) : 0;
 }
 
-// A native caller's text as a name to look up; empty with MemoryError.
-PyRef interned(const char* text) noexcept {
-    return PyRef::steal(PyString_InternFromString(text));
-}
-
-// One channel of a colour; -1 with its exception when it does not convert. Another channel's
-// failure must not show in the code of this one.
-std::uint32_t colour_channel(PyObject* colour, Py_ssize_t i) noexcept {
+// Looks an object up for a native caller, in the list whose name it gives as text.
+template <PyRef (*look_up)(PyObject* object, PyObject* list_name) noexcept>
+PyObject* look_up_by_text(PyObject* object, const char* list_name) noexcept {
+    // The host's code would stop at an exception that the caller has pending.
     const PendingException set_aside;
-    const PyRef channel = PyRef::steal(PySequence_GetItem(colour, i));
-    return channel ? static_cast<std::uint32_t>(PyInt_AsLong(channel.get())) : UINT_MAX;
+    const PyRef name =
+        PyRef::steal(list_name != nullptr ? PyString_InternFromString(list_name) : nullptr);
+    return look_up(object, name.get()).release();
 }
 
-}  // namespace
-
-PyRef game_list(PyObject* host_module, PyObject* list_name) noexcept {
-    if (host_module == nullptr) {
-        PyErr_SetString(PyExc_RuntimeError, "the host's modules gm6 and gmapi are not bound");
-        return PyRef();
-    }
-    if (list_name == nullptr) {
-        return PyRef();
-    }
-    const PyRef game = get_attribute(host_module, game_name);
-    return game ? get_attribute(game.get(), list_name) : PyRef();
-}
-
-PyRef game_list_index(PyObject* object, PyObject* list_name) noexcept {
-    if (gm6_module() == nullptr) {
-        return PyRef();  // without the host's modules there is no list to be in
-    }
-    const Py_ssize_t position = position_in_game_list(object, list_name);
-    return position < 0 ? PyRef() : PyRef::steal(PyInt_FromSsize_t(position));
-}
-
-PyRef game_list_index_as_float(PyObject* object, PyObject* list_name) noexcept {
-    const Py_ssize_t position = position_in_game_list(object, list_name);
-    return position < 0 ? PyRef() : PyRef::steal(PyFloat_FromDouble(static_cast<double>(position)));
-}
-
-PyRef game_list_index_as_text(PyObject* object, PyObject* list_name) noexcept {
-    const Py_ssize_t position = position_in_game_list(object, list_name);
-    return position == kLookupFailed ? PyRef() : PyRef::steal(PyString_FromFormat("%zd", position));
-}
-
-PyRef first_instance(PyObject* object) noexcept {
+// As first_instance(), with whatever exception is pending.
+PyRef search_instance(PyObject* object) noexcept {
     const RecursionGuard recursion(" while searching the first instance of an object");
     if (!recursion) {
         return PyRef();
@@ -126,11 +92,59 @@ PyRef first_instance(PyObject* object) noexcept {
         if (!child) {
             return PyRef();
         }
-        PyRef found = first_instance(child.get());
+        PyRef found = search_instance(child.get());
         if (found || PyErr_Occurred() != nullptr) {
             return found;
         }
     }
+}
+
+// One channel of a colour; -1 with its exception when it does not convert. Another channel's
+// failure must not show in the code of this one.
+std::uint32_t colour_channel(PyObject* colour, Py_ssize_t i) noexcept {
+    const PendingException set_aside;
+    const PyRef channel = PyRef::steal(PySequence_GetItem(colour, i));
+    return channel ? static_cast<std::uint32_t>(PyInt_AsLong(channel.get())) : UINT_MAX;
+}
+
+}  // namespace
+
+PyRef game_list(PyObject* host_module, PyObject* list_name) noexcept {
+    if (host_module == nullptr) {
+        PyErr_SetString(PyExc_RuntimeError, "the host's modules gm6 and gmapi are not bound");
+        return PyRef();
+    }
+    if (list_name == nullptr) {
+        if (PyErr_Occurred() == nullptr) {
+            PyErr_SetString(PyExc_TypeError, "a list of gm6.game needs a name, got a null pointer");
+        }
+        return PyRef();
+    }
+    const PyRef game = get_attribute(host_module, game_name);
+    return game ? get_attribute(game.get(), list_name) : PyRef();
+}
+
+PyRef game_list_index(PyObject* object, PyObject* list_name) noexcept {
+    if (gm6_module() == nullptr) {
+        return PyRef();  // without the host's modules there is no list to be in
+    }
+    const Py_ssize_t position = position_in_game_list(object, list_name);
+    return position < 0 ? PyRef() : PyRef::steal(PyInt_FromSsize_t(position));
+}
+
+PyRef game_list_index_as_float(PyObject* object, PyObject* list_name) noexcept {
+    const Py_ssize_t position = position_in_game_list(object, list_name);
+    return position < 0 ? PyRef() : PyRef::steal(PyFloat_FromDouble(static_cast<double>(position)));
+}
+
+PyRef game_list_index_as_text(PyObject* object, PyObject* list_name) noexcept {
+    const Py_ssize_t position = position_in_game_list(object, list_name);
+    return position == kLookupFailed ? PyRef() : PyRef::steal(PyString_FromFormat("%zd", position));
+}
+
+PyRef first_instance(PyObject* object) noexcept {
+    const PendingException set_aside;
+    return search_instance(object);
 }
 
 bool push_self(PyObject* instance) noexcept {
@@ -238,16 +252,15 @@ std::int32_t state_int(PyObject* state, Py_ssize_t i) noexcept {
 extern "C" {
 
 PyObject* Game_Sequence_Index(PyObject* object, const char* list_name) {
-    return larkspur::game_list_index(object, larkspur::interned(list_name).get()).release();
+    return larkspur::look_up_by_text<larkspur::game_list_index>(object, list_name);
 }
 
 PyObject* Game_Sequence_Index_F(PyObject* object, const char* list_name) {
-    return larkspur::game_list_index_as_float(object, larkspur::interned(list_name).get())
-        .release();
+    return larkspur::look_up_by_text<larkspur::game_list_index_as_float>(object, list_name);
 }
 
 PyObject* Game_Sequence_Index_S(PyObject* object, const char* list_name) {
-    return larkspur::game_list_index_as_text(object, larkspur::interned(list_name).get()).release();
+    return larkspur::look_up_by_text<larkspur::game_list_index_as_text>(object, list_name);
 }
 
 int32_t seqi(PyObject* sequence, int32_t i) {

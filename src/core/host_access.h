@@ -19,7 +19,8 @@ inline AttributeName object_list("objects");
 /// gm6.game or gmapi.game and one of its lists: a new reference to game.<list_name>; empty with the
 /// lookup's exception. RuntimeError before the host's modules are bound.
 ///
-/// @param list_name a string, here and below; null stands for an exception that is already pending
+/// @param list_name a string, here and below; null stands for an exception that is already pending,
+///     and is a TypeError where none is
 PyRef game_list(PyObject* host_module, PyObject* list_name) noexcept;
 
 /// Position of an object, by identity, in gm6.game.<list_name>, as an int, a float or text. Where
@@ -31,7 +32,8 @@ PyRef game_list_index_as_float(PyObject* object, PyObject* list_name) noexcept;
 PyRef game_list_index_as_text(PyObject* object, PyObject* list_name) noexcept;
 
 /// First instance of an object resource or, when it has none, of its children, depth first. Empty
-/// without an exception when there is none, with one when a lookup failed.
+/// without an exception of its own when there is none, with one when a lookup failed. An older
+/// exception is set aside while the host's code is asked.
 PyRef first_instance(PyObject* object) noexcept;
 
 /// Saves gmapi.self on the host's stack and makes `instance` the current one. False with an

@@ -56,6 +56,19 @@ bool check_draw_code(PyObject* code) noexcept {
     return true;
 }
 
+// The dictionary in which draw code runs; empty with TypeError when the host has none. Names are
+// looked up in it without another check.
+PyRef code_globals() noexcept {
+    PyObject* globals = game_globals();
+    if (globals == nullptr || !PyDict_Check(globals)) {
+        PyErr_Format(PyExc_TypeError,
+                     "draw code runs in gmapi.__dict__, which must be a dictionary, got %.200s",
+                     globals != nullptr ? Py_TYPE(globals)->tp_name : "nothing");
+        return PyRef();
+    }
+    return PyRef::borrow(globals);
+}
+
 // Runs draw code as the current `self`, which a scope has made the instance. False with an
 // exception.
 bool run_draw_code(const SelfScope& self, PyObject* code) noexcept {
@@ -63,9 +76,9 @@ bool run_draw_code(const SelfScope& self, PyObject* code) noexcept {
     if (!self || !check_draw_code(code)) {
         return false;
     }
-    PyObject* globals = game_globals();
-    return static_cast<bool>(
-        PyRef::steal(PyEval_EvalCode(reinterpret_cast<PyCodeObject*>(code), globals, globals)));
+    const PyRef globals = code_globals();
+    return globals && PyRef::steal(PyEval_EvalCode(reinterpret_cast<PyCodeObject*>(code),
+                                                   globals.get(), globals.get()));
 }
 
 // Calls the host's draw_sprite_ext for an instance. False with an exception.

@@ -225,6 +225,22 @@ bool draw_tiles(PyObject* room, PyObject* surface) noexcept {
     return true;
 }
 
+// Has one object draw itself. False with an exception.
+bool draw_object(PyObject* object, PyObject* no_arguments) noexcept {
+    // A call can succeed and still leave an exception, which must not show in another's code.
+    const PendingException set_aside;
+    const PyRef method = get_attribute(object, draw);
+    if (!method) {
+        write_stderr("ERror!\n");  // the capital tells a missing method from a failing one
+        return false;
+    }
+    if (!PyRef::steal(PyObject_Call(method.get(), no_arguments, nullptr))) {
+        write_stderr("Error!\n");
+        return false;
+    }
+    return true;
+}
+
 // Draws the objects in order up to the first that fails. False with an exception.
 bool draw_objects(PyObject* drawn) noexcept {
     const PyRef no_arguments = PyRef::steal(PyTuple_New(0));
@@ -233,13 +249,7 @@ bool draw_objects(PyObject* drawn) noexcept {
     }
     const Py_ssize_t count = PyTuple_GET_SIZE(drawn);
     for (Py_ssize_t i = 0; i < count; ++i) {
-        const PyRef method = get_attribute(PyTuple_GET_ITEM(drawn, i), draw);
-        if (!method) {
-            write_stderr("ERror!\n");  // the capital tells a missing method from a failing one
-            return false;
-        }
-        if (!PyRef::steal(PyObject_Call(method.get(), no_arguments.get(), nullptr))) {
-            write_stderr("Error!\n");
+        if (!draw_object(PyTuple_GET_ITEM(drawn, i), no_arguments.get())) {
             return false;
         }
     }

@@ -93,13 +93,47 @@ def test_unbound_gm6_has_no_positions(host):
     bound = native.variable(ctypes.c_void_p, "gm6")
     saved, bound.value = bound.value, None
     try:
-        assert INDEX(None, "sprites") is None
-        for function in (INDEX_F, INDEX_S):
-            with pytest.raises(RuntimeError) as raised:
-                function(None, "sprites")
-            assert "gm6" in str(raised.value)
+        for list_name in ("sprites", None):
+            assert INDEX(None, list_name) is None
+            for function in (INDEX_F, INDEX_S):
+                with pytest.raises(RuntimeError) as raised:
+                    function(None, list_name)
+                assert "gm6" in str(raised.value)
     finally:
         bound.value = saved
+
+
+class Looping(object):
+    """Runs a loop, which would stop at a pending exception, whenever it is asked for something."""
+
+    def __init__(self, **attributes):
+        self.__dict__.update(attributes)
+
+    def __getattribute__(self, name):
+        for _ in "ab":
+            pass
+        return object.__getattribute__(self, name)
+
+
+INDEX_FUNCTIONS = ["Game_Sequence_Index", "Game_Sequence_Index_F", "Game_Sequence_Index_S"]
+
+
+@pytest.mark.parametrize("function, position", zip(INDEX_FUNCTIONS, [2, 2.0, "2"]))
+def test_an_older_exception_does_not_disturb_a_lookup(host, function, position):
+    wanted, older = object(), KeyError("older")
+    host.gm6.game = Looping(sprites=[None, None, wanted])
+    assert pending.find_in_list(function, wanted, "sprites", older) == (True, position, older)
+    nowhere = pending.find_in_list(function, object(), "sprites", older)
+    assert nowhere.result == ("-1" if position == "2" else None) and nowhere.exception is older
+    failed = pending.find_in_list(function, wanted, "no_such_list", older)
+    assert not failed.succeeded and isinstance(failed.exception, AttributeError)
+
+
+@pytest.mark.parametrize("function", INDEX_FUNCTIONS)
+def test_a_list_without_a_name_raises(host, function):
+    outcome = pending.find_in_list(function, host, None)
+    assert not outcome.succeeded and isinstance(outcome.exception, TypeError)
+    assert "name" in str(outcome.exception)
 
 
 def test_lists_come_from_gm6_and_not_from_gmapi(host):
@@ -270,6 +304,18 @@ def test_children_that_vanish_while_they_are_searched(host):
 
     parent = resource([], Vanishing(), resource([Instance()]))
     assert first(parent) is None
+
+
+def test_an_older_exception_does_not_disturb_the_search(host):
+    instance, older = Instance(), KeyError("older")
+    tree = Looping(
+        instances=[],
+        children=[Looping(instances=[], children=[]), Looping(instances=[instance])],
+    )
+    assert pending.first_instance(tree, older) == (True, instance, older)
+    assert pending.first_instance(resource(), older) == (False, None, older)
+    failed = pending.first_instance(Plain(), older)
+    assert not failed.succeeded and isinstance(failed.exception, AttributeError)
 
 
 def test_search_keeps_no_references(host):

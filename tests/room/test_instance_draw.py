@@ -1,8 +1,11 @@
 """How a view draws an instance, resolves its draw code, and draws a particle system."""
 
+import ctypes
+import types
+
 import larkspur
 import pytest
-from support import leaks, pending, subprocess_python
+from support import leaks, native, pending, subprocess_python
 from support.host import Instance, ParticleSystem, Plain, Raising, RaisingAttributes
 from support.rooms import (
     SPRITE_ATTRIBUTES,
@@ -165,6 +168,41 @@ def test_code_of_a_function_with_parameters_fails(host, capfd):
     status, error = draw(host, make_instance(py_Draw=(lambda a: a).func_code))
     assert status == 0 and isinstance(error, TypeError)
     capfd.readouterr()
+
+
+@pytest.mark.parametrize("globals_", [None, [], types.ModuleType("gmapi"), Raising()])
+@pytest.mark.parametrize("resolved", [True, False])
+def test_without_a_dictionary_no_code_runs(host, log, capfd, globals_, resolved):
+    """Looking a name up in anything else would crash."""
+    source = "log.append(1)"
+    if resolved:
+        instance = make_instance(py_Draw=compiled(source))
+    else:
+        instance = make_instance(py_Draw=0, object_index=object_with_draw_events(source))
+    host.gmapi.self = outer = Instance()
+    variable = native.variable(ctypes.c_void_p, "gmapi__dict__")
+    bound, variable.value = variable.value, None if globals_ is None else id(globals_)
+    try:
+        status, error = draw(host, instance)
+    finally:
+        variable.value = bound
+    assert status == 0 and isinstance(error, TypeError) and "gmapi.__dict__" in str(error)
+    assert log == [] and host.gmapi.self is outer and host.gmapi.py_self_stack == []
+    capfd.readouterr()
+
+
+def test_a_kind_of_dictionary_will_do(host, log):
+    class Globals(dict):
+        pass
+
+    globals_ = Globals(host.gmapi.__dict__)
+    variable = native.variable(ctypes.c_void_p, "gmapi__dict__")
+    bound, variable.value = variable.value, id(globals_)
+    try:
+        assert run(host, "log.append(1); made = 2") == (1, None)
+    finally:
+        variable.value = bound
+    assert log == [1] and globals_["made"] == 2
 
 
 def test_code_may_change_how_its_instance_is_drawn(host, log):

@@ -865,6 +865,29 @@ def test_view_that_failed_without_an_exception_fails_the_frame_likewise(host, ca
     assert capfd.readouterr()[1] == "Events too small!\n"
 
 
+def test_an_exception_left_by_one_object_does_not_disturb_the_next(host):
+    """Without views, too: it is pending again afterwards, unless a newer one is."""
+    del host.gm6.Room_Create
+    leaving = Plain(Draw=larkspur.RegisterInstancesDict)  # succeeds, and leaves its AttributeError
+    log = []
+
+    class Counting(Drawable):
+        def Draw(self):
+            self.log.append([i for i in range(3)])  # a loop would stop at a pending exception
+            Drawable.Draw(self)
+
+    drawn = [leaving, Counting(log, "a"), Counting(log, "b")]
+    outcome = pending.call(larkspur.Room_Draw, make_room(drawn_objects=drawn), host.screen)
+    assert log == [[0, 1, 2], "a", [0, 1, 2], "b"]
+    assert outcome.succeeded and isinstance(outcome.exception, AttributeError)
+    assert "Room_Create" in str(outcome.exception)
+
+    drawn = [leaving, Drawable(log, "c", lambda: {}["newer"]), Drawable(log, "d")]
+    outcome = pending.call(larkspur.Room_Draw, make_room(drawn_objects=drawn), host.screen)
+    assert not outcome.succeeded and isinstance(outcome.exception, KeyError)
+    assert log[4:] == ["c"]
+
+
 def test_failure_that_does_not_count_stays_pending_through_the_other_views(host, capfd):
     """The followed object does not exist: each view says so, and code of the host runs unharmed."""
 

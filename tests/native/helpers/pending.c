@@ -5,6 +5,8 @@
 
 typedef uint32_t (*ColorAsInt)(PyObject* colour);
 typedef int32_t (*DrawView)(PyObject* room, PyObject* surface, int32_t view, PyObject* drawn);
+typedef PyObject* (*FindInList)(PyObject* object, const char* list_name);
+typedef PyObject* (*FindInstance)(PyObject* object);
 typedef void (*RenderParticle)(void* record, int x_offset, int y_offset);
 typedef PyObject* (*AddToScaleCache)(PyObject* sprite, PyObject* key, int subimage, int width,
                                      int height, int angle, int ignored, int colour, int alpha,
@@ -30,9 +32,9 @@ static void set_exception(PyObject* exception) {
     }
 }
 
-/* Calls a function; (1 or 0 for success, its result or None, the exception or None). */
-PyObject* call(PyObject* callable, PyObject* arguments) {
-    PyObject* result = PyObject_CallObject(callable, arguments);
+/* What a function returned, a new reference or null, as (1 or 0 for success, the result or None,
+ * the exception or None). */
+static PyObject* outcome(PyObject* result) {
     PyObject* exception = take_exception();
     const int succeeded = result != NULL;
     if (result == NULL) {
@@ -40,6 +42,23 @@ PyObject* call(PyObject* callable, PyObject* arguments) {
         result = Py_None;
     }
     return Py_BuildValue("(iNN)", succeeded, result, exception);
+}
+
+/* Calls a function; its outcome. */
+PyObject* call(PyObject* callable, PyObject* arguments) {
+    return outcome(PyObject_CallObject(callable, arguments));
+}
+
+/* Calls one of the three functions that find an object's position in a list, or GetFirstInstance,
+ * with an exception pending, unless `before` is None; its outcome. */
+PyObject* find_in_list(FindInList function, PyObject* before, PyObject* object,
+                       const char* list_name) {
+    set_exception(before);
+    return outcome(function(object, list_name));
+}
+PyObject* find_instance(FindInstance function, PyObject* before, PyObject* object) {
+    set_exception(before);
+    return outcome(function(object));
 }
 
 /* Calls Room_DrawView with an exception pending, unless `before` is None; (status, exception). */
@@ -68,15 +87,9 @@ PyObject* render_particle(RenderParticle function, PyObject* before, PyObject* p
 }
 
 /* Calls sprite_scalecache_add for a copy of the first subimage with an exception pending, unless
- * `before` is None; (result or None, exception). */
+ * `before` is None; its outcome. */
 PyObject* add_to_scale_cache(AddToScaleCache function, PyObject* before, PyObject* sprite,
                              PyObject* key, int width, int height, int colour) {
     set_exception(before);
-    PyObject* result = function(sprite, key, 0, width, height, 0, 0, colour, 255, 0);
-    PyObject* exception = take_exception();
-    if (result == NULL) {
-        Py_INCREF(Py_None);
-        result = Py_None;
-    }
-    return Py_BuildValue("(NN)", result, exception);
+    return outcome(function(sprite, key, 0, width, height, 0, 0, colour, 255, 0));
 }
