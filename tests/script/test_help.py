@@ -22,7 +22,7 @@ PASSING_ARGUMENTS_ON = [os.path.join("script", "demo"), os.path.join("script", "
 
 
 def test_scripts_are_found():
-    assert len(commands()) == 9
+    assert len(commands()) == 10
 
 
 @pytest.mark.parametrize("path", commands())
