@@ -247,6 +247,26 @@ provide_sdl_layer() {
     dirname "$library"
 }
 
+# What draws plots, with Python 3 in build/plots; for the scripts that do.
+# shellcheck disable=SC2034
+plot_package='matplotlib<4'
+
+# provide_python3 DIRECTORY PACKAGE...: makes an environment of Python 3 with these packages.
+provide_python3() {
+    local directory=$1
+    shift
+    if [ "$(cat "$directory/made-for" 2>/dev/null)" = "$*" ]; then
+        return
+    fi
+    say "making $directory: $*"
+    rm -rf "$directory"
+    python3 -m venv "$directory" >/dev/null 2>&1 ||
+        fail "needs a Python 3 with venv and pip for $*, and there is none;" \
+            "Debian's package is python3-venv"
+    quietly build/tools/pip.log retry "$directory/bin/python" -m pip install "$@"
+    printf '%s\n' "$*" >"$directory/made-for"
+}
+
 # python27_with_headers CANDIDATE: prints the path of the interpreter behind CANDIDATE; fails
 # unless it runs, is Python 2.7 and has its headers.
 python27_with_headers() {
@@ -349,6 +369,43 @@ build_tree() {
     configure_tree "$@"
     say "building $directory"
     quietly "$directory/build.log" ninja -C "$directory" -j "$(nproc)"
+}
+
+# Lists of leaks that are not ours to mend.
+leak_suppressions=(tests/sanitize/lsan.supp)
+
+# Builds what runs under the sanitizers and sets, for the caller, where it is (`build`), where reports
+# go (`reports`), and what the environment of native tests and of the interpreter needs.
+# shellcheck disable=SC2034
+prepare_sanitizers() {
+    local common=allocator_may_return_null=1 log
+    build=$root/build/sanitize
+    reports=$build/reports
+    log=log_path=$reports/report
+    case $root in
+        *[[:space:]:]*) fail "the loader can preload no sanitizer from a path with blanks: $root" ;;
+    esac
+    build_tree build/sanitize Sanitize
+    rm -rf "$reports"
+    mkdir -p "$reports"
+    cat "${leak_suppressions[@]}" >"$build/lsan.supp"
+    export LSAN_OPTIONS=suppressions=$build/lsan.supp:print_suppressions=0
+    # Add fast_unwind_on_malloc=0 to see stacks beyond libraries without frame pointers; with it the
+    # tests take four times as long.
+    export UBSAN_OPTIONS=print_stacktrace=1
+    native_settings=("ASAN_OPTIONS=$common:detect_leaks=1")
+    # The interpreter is not instrumented: the sanitizer's library must be loaded before it, and
+    # the C++ library with it so that exceptions are followed. Leaks are looked for once, at the
+    # end of the run (tests/sanitize/leak_check.py); reports go to files because pytest holds
+    # back what a dying test prints.
+    python_settings=(
+        PYTHONPATH="$build:$root/tests/sanitize"
+        LARKSPUR_FUZZ_EXAMPLES="${LARKSPUR_FUZZ_EXAMPLES:-30}"
+        ASAN_OPTIONS="$common:detect_leaks=1:leak_check_at_exit=0:$log"
+        UBSAN_OPTIONS="$UBSAN_OPTIONS:$log"
+        LD_PRELOAD="$(g++ -print-file-name=libasan.so) $(g++ -print-file-name=libstdc++.so.6) \
+$build/tests/sanitize/libarena_roots.so"
+    )
 }
 
 # show_sanitizer_reports DIRECTORY: shows them and fails when there are any. Among the files are
