@@ -9,6 +9,17 @@
  * Compiles as C11 and as C++17. Python's headers are not needed: Python objects are pointers to
  * the incomplete `struct _object`, which is what PyObject is. A "new reference" is the caller's to
  * release, a "borrowed" one is not.
+ *
+ * What every caller sees to, as no function can check it:
+ *   - A pointer is valid, and not null unless the contract says what null does. A surface lies in
+ *     memory as it says of itself, a record is one that the module made.
+ *   - Objects that are passed are held by the caller until the call returns. All functions that
+ *     take or give Python objects can run Python code, and so can larkspur_init_rooms(), PopSelf()
+ *     and particle_render_low(): the host's, and at any allocation that of weak references and
+ *     destructors. It can close or replace the display, and drop whatever only Python holds. What
+ *     was borrowed before such a call, as items of lists, records and surfaces inside of objects,
+ *     is looked up again after it. No other function runs Python code.
+ *   - No exception is pending at a call, unless the contract says what becomes of it.
  */
 #ifndef LARKSPUR_H
 #define LARKSPUR_H
@@ -44,7 +55,9 @@ LARKSPUR_EXPORT struct _object* PySurface_FromSurface(struct SDL_Surface* surfac
 
 /* ---- Shared variables ---------------------------------------------------------------------- */
 /* Objects hold references of the module's own for the life of the process, gmapi two and the others
- * one each; null until the function named has run. */
+ * one each; null until the function named has run, and where the lookup failed. A native caller may
+ * store another object, which it has to hold as long as it stands there; nothing that is
+ * overwritten is released. */
 
 /* The host's modules and the dictionary in which game code runs; bound when larkspur is imported.
  */
@@ -54,7 +67,10 @@ extern LARKSPUR_EXPORT struct _object* gmapi__dict__;
 
 /* The display's surface, whose pixel format every surface made here shares, and that format's red,
  * green and blue masks together (white without alpha). Set by set_SDL_screen(); a native caller may
- * store a surface of its own, which it has to keep alive. */
+ * store a surface of its own, which it has to keep alive. Where the host closes the display or sets
+ * it anew, the module looks before it uses these, and sets them anew; until then the old pointer
+ * stands here, and its surface is gone. So ask the host, and read through g_screen only while the
+ * display is known to be the one given to set_SDL_screen(). */
 extern LARKSPUR_EXPORT struct SDL_Surface* g_screen;
 extern LARKSPUR_EXPORT uint32_t COLOR_WHITE;
 
@@ -139,9 +155,20 @@ LARKSPUR_EXPORT uint32_t color_as_int(struct _object* colour);
 /* ---- Particles ----------------------------------------------------------------------------- */
 /* Particle types and particles are made by the module's Python functions, which return handles:
  * CObjects that own one of the records below. PyCObject_AsVoidPtr() gives the record; it lives as
- * long as its handle. Fields may be read and, where they are plain numbers, written at any time;
- * object fields belong to the module and are only read. Floats are in single precision, ints are
- * truncated toward zero where Python passes a float. */
+ * long as its handle, and its address is no reference to it. Fields may be read and, where they are
+ * plain numbers, written at any time; object fields belong to the module and are only read. Floats
+ * are in single precision, ints are truncated toward zero where Python passes a float.
+ *
+ * From outside nothing tells the handle of a type from that of a particle, nor either from a
+ * CObject of another module: they are of one Python type, and PyCObject_AsVoidPtr() gives an
+ * address for each. A caller keeps them apart itself. One record taken for the other is
+ * misread, and read and written behind its end. Only the module's Python functions tell, and raise
+ * TypeError: a caller that got a handle from elsewhere can ask part_type_speed() or
+ * CParticle_step(), which change what is right.
+ *
+ * Colours are GM colours, as below: red in bits 0-7, green in 8-15, blue in 16-23; the top byte
+ * does not count. 0xFFFFFF shows the shape as it is, and everything else takes from it. A new type
+ * has COLOR_WHITE, or 0xFFFFFF as long as no display was set. */
 
 /* What all particles of one type share. Numbers apply to living particles from the next step or
  * drawing on, except the ranges from which a particle takes its own values when it is made: speed,
@@ -150,7 +177,8 @@ struct particle_type_record {
     struct _object* shape;             /* owned: the pygame Surface that is drawn, or a sprite
                                           object (which is not); null until one is set */
     struct SDL_Surface* shape_surface; /* borrowed: the surface inside the last pygame Surface set;
-                                          not read by the module, as pygame may replace it */
+                                          not read by the module, as pygame may replace it, and not
+                                          to be read by others: it may be gone */
     int32_t blend;                     /* blend mode of flagged_blit(): 0, or 1 and 128 to add */
     int32_t animate;                   /* 1 when the sprite is animated */
     int32_t stretch;                   /* stretch flag of an animated sprite */
@@ -163,7 +191,7 @@ struct particle_type_record {
     float size_wiggle; /* amplitude of the random part per step, likewise */
     float xscale;      /* factors of the drawn width and height */
     float yscale;
-    int32_t color1; /* colours at birth, half life and death */
+    int32_t color1; /* GM colours at birth, half life and death */
     int32_t color2;
     int32_t color3;
     float alpha_start; /* alphas at birth, half life and death, 0 to 1 */
@@ -203,8 +231,8 @@ struct particle_record {
     struct _object* beancounter; /* owned: the Beancounter that counts it, or null */
     struct _object* type_handle; /* owned: handle of its type */
     float size;                  /* factor of the shape's size */
-    int32_t ttl;                 /* remaining life, steps; may fall below 0 */
-    int32_t color1;              /* colours at birth, half life and death */
+    int32_t ttl;                 /* remaining life, steps; goes on below 0 */
+    int32_t color1;              /* GM colours at birth, half life and death */
     int32_t color2;
     int32_t color3;
     float life;        /* its whole life, steps: ttl when it was made */
@@ -212,16 +240,41 @@ struct particle_record {
 };
 
 /* One step: moves the particle, takes one from its ttl, and changes its orientation and size as its
- * type says, drawing from drand48() only for a wiggle that is not 0 (orientation first). */
+ * type says, drawing from drand48() only for a wiggle that is not 0 (orientation first). The least
+ * ttl, -2^31, is followed by the greatest. */
 LARKSPUR_EXPORT void CParticle_step_low(struct particle_record* particle);
 
 /* Sets vx and vy from direction and speed. */
 LARKSPUR_EXPORT void CParticle_reset_velocities(struct particle_record* particle);
 
 /* Draws a particle on g_screen, centred on its position moved by the offsets (pixels), through its
- * type's cache of prerendered surfaces. Draws nothing without a display, for a type without a
- * pygame Surface as shape, for a size that comes to 0 pixels, and when memory runs out. Leaves no
- * exception of its own and keeps a pending one. */
+ * type's cache of prerendered surfaces. Leaves no exception of its own and keeps a pending one.
+ *
+ * It draws whatever `ttl` is, also at 0 and below, where colours and alpha go on as they came: a
+ * caller looks at `ttl` itself, as CParticle_dec_ttl_and_render() does.
+ *
+ * It can run Python code, which can drop the particle: the caller holds the particle's handle for
+ * the time of the call, by a reference of its own and not just by a list's. The type is held here.
+ *
+ * Nothing is drawn, and nothing said of it, in these cases:
+ *   - there is no display, it was closed, or it is a subsurface whose parent has changed;
+ *   - pygame's native tables were not found, or are those of a pygame on another SDL;
+ *   - the type's shape is no pygame Surface, or one of a display that was closed, or a subsurface
+ *     whose parent has changed;
+ *   - the drawn width or height comes to 0 pixels;
+ *   - the picture that is not in the cache yet cannot be made: SDL has no memory for it; it would
+ *     have more than 2^26 pixels, or a side that SDL refuses; the shape has no pixels at all, or a
+ *     side of more than 32767; it has 8 bits and would be mirrored, or 15, 16 or 24 and SDL refuses
+ *     the copy that turning takes;
+ *   - a picture that is to be tinted or faded has no 32 bits, or the picture or the display has not
+ *     when the blend mode adds;
+ *   - the entry of the cache is no pygame Surface, which is only where others wrote to it;
+ *   - flagged_blit() draws nothing: outside the display or, in mode 0, its clip rectangle, and in
+ *     the adding modes where the picture touches or crosses the right edge; also a surface drawn on
+ * itself while it asks for run-length encoding, and one that SDL refuses to blit, as it is locked;
+ *   - there is no memory for the key or for the entry of the cache.
+ * Two cases have a line: a shape that does not convert to the display's format, on standard error,
+ * and a blend mode that flagged_blit() does not know, on standard output, which is drawn. */
 LARKSPUR_EXPORT void particle_render_low(struct particle_record* particle, int x_offset,
                                          int y_offset);
 
@@ -276,7 +329,8 @@ LARKSPUR_EXPORT void Tint_Surface(struct SDL_Surface* surface, uint32_t tint);
  * prints "Error: Unexpected additive blend mode %d\n" on standard output and is drawn as mode 0.
  * Placing of every mode but 0: a negative y counts as 0, a negative x leaves out the first columns,
  * a source that touches or crosses the right edge is not drawn, rows below the target are left out.
- */
+ * Modes 1 and 128 draw only from and to surfaces of 32 bits, and do not look at clip rectangles. A
+ * null rectangle draws nothing. */
 LARKSPUR_EXPORT void flagged_blit(struct SDL_Surface* source, struct SDL_Surface* target,
                                   struct SDL_Rect* rect, int mode);
 
@@ -357,12 +411,15 @@ LARKSPUR_EXPORT int32_t Room_DrawView(struct _object* room, struct _object* surf
 
 /* ---- Diagnostics --------------------------------------------------------------------------- */
 
-/* Appends "larkspur: <message>\n" to debug.log in the current directory; result of the close. */
+/* Appends "larkspur: <message>\n" to debug.log in the current directory; result of the close, EOF
+ * where the file can't be opened. */
 LARKSPUR_EXPORT int debug_log(const char* message);
 /* Prints a printf format that takes no arguments, and flushes standard output; result of the
- * flush. */
+ * flush. A per-cent sign in it starts a conversion that reads arguments which are not there: pass
+ * fixed texts only. */
 LARKSPUR_EXPORT int debug(const char* format);
-/* Appends the message's bytes to logfile.txt in the current directory; result of the close. */
+/* Appends the message's bytes to logfile.txt in the current directory; result of the close, -1
+ * where the file can't be opened. */
 LARKSPUR_EXPORT int dump(const char* message);
 /* Dumps "crasher called.\n" and ends the process with status 0. */
 LARKSPUR_EXPORT void crasher(void);

@@ -617,6 +617,38 @@ def test_native_drawing_does_not_step(display):
     assert particles.values(record) == before
 
 
+@pytest.mark.parametrize("ttl", [1, 0, -1, -150])
+def test_native_drawing_does_not_look_at_the_life_left(display, ttl):
+    scene = Scene(display, soft_shape(), alpha3=(1, 0.7, 0.9))
+    record = particles.particle_record(scene.particle(ttl=ttl, life=100))
+    before = words(display)
+    render_low(record, 0, 0)
+    assert (words(display) != before).any()
+    scene.draw_model(record)
+    scene.check()
+
+
+@pytest.mark.parametrize("colour, shown", [(0xFF, 0xFF0000), (0xFF00, 0xFF00), (0xFF0000, 0xFF)])
+def test_colours_have_red_in_the_lowest_byte(display, colour, shown):
+    white = pygame.Surface((4, 4), 0, 32)
+    white.fill((255, 255, 255))
+    handle = larkspur.part_type_create()
+    larkspur.part_type_shape(handle, white)
+    larkspur.part_type_color3(handle, colour, colour, colour)
+    particle = larkspur.CParticle_new(handle, 160, 120)
+    render_low(particles.particle_record(particle), 0, 0)
+    assert words(display)[120, 160] & WHITE == shown
+
+
+def test_nothing_outside_tells_a_type_from_a_particle(display):
+    description = ctypes.pythonapi.PyCObject_GetDesc
+    description.argtypes, description.restype = [ctypes.py_object], ctypes.c_void_p
+    kind = larkspur.part_type_create()
+    particle = larkspur.CParticle_new(kind, 0, 0)
+    assert type(kind) is type(particle) and dir(kind) == dir(particle)
+    assert description(kind) is description(particle) is None
+
+
 # ---- the cache
 
 
