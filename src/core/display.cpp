@@ -107,19 +107,20 @@ DisplayUse::DisplayUse() noexcept {
     if (surface == nullptr) {
         return;
     }
-    if (surface == seen_surface) {  // and not a native caller's own
-        const PendingException set_aside;
-        object_use_.emplace(kept_object, "the surface of set_SDL_screen()");
-        if (!*object_use_) {
-            PyErr_Clear();  // a subsurface that lost its parent is no display
-            return;
-        }
+    if (surface != seen_surface) {
+        foreign_ = surface;
+        return;
     }
-    surface_ = surface;
+    const PendingException set_aside;
+    kept_.emplace(kept_object, "the surface of set_SDL_screen()");
+    if (!*kept_) {
+        PyErr_Clear();  // a subsurface that lost its parent is no display
+        kept_.reset();
+    }
 }
 
 DisplayUse::DisplayUse(const char* function) noexcept : DisplayUse() {
-    if (surface_ == nullptr) {
+    if (get() == nullptr) {
         raise_without_display(function);
     }
 }

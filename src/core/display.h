@@ -36,18 +36,21 @@ PyObject* screen_surface_object() noexcept;
 /// Holds the display for a scope in which its pixels are used: the kept Surface stays alive and,
 /// should it be a subsurface of another, has its pixels found again. False when there is no
 /// display: without an exception when made for a native caller, with RuntimeError when made with
-/// the name of a module function.
+/// the name of a module function. As SurfaceUse it looks for the surface anew when it is asked, and
+/// is false with RuntimeError once that is gone.
 class DisplayUse {
  public:
     DisplayUse() noexcept;
     explicit DisplayUse(const char* function) noexcept;
 
-    SDL_Surface* get() const noexcept { return surface_; }
-    explicit operator bool() const noexcept { return surface_ != nullptr; }
+    SDL_Surface* get() const noexcept { return kept_ ? kept_->get() : foreign_; }
+    explicit operator bool() const noexcept {
+        return kept_ ? static_cast<bool>(*kept_) : foreign_ != nullptr;
+    }
 
  private:
-    std::optional<SurfaceUse> object_use_;
-    SDL_Surface* surface_ = nullptr;
+    std::optional<SurfaceUse> kept_;
+    SDL_Surface* foreign_ = nullptr;  // stored by a native caller
 };
 
 }  // namespace larkspur

@@ -123,6 +123,16 @@ bool part_is_intact(PyObject* object, const char* function) noexcept {
     return true;
 }
 
+// Calls pygame's prepare or release of a part. Preparing makes a weak reference, after pygame has
+// looked for the owner's surface: the collector could run code of the host there that closes or
+// replaces it. While an exception is pending the interpreter starts no collection.
+void call_without_collection(PartFunction function, PyObject* part) noexcept {
+    const PendingException set_aside;
+    PyErr_SetNone(PyExc_RuntimeError);
+    function(part);
+    PyErr_Clear();  // a refused lock shows as missing pixels, which the user of them meets
+}
+
 // True when SDL takes a subsurface's pixels from where pygame's prepare has just written that they
 // are. A layer over SDL 2 remembers for itself where they were when the subsurface was made, and
 // shows it while it is locked: in the old display's memory, when the display was set anew since.
@@ -213,8 +223,8 @@ SDL_Surface* peek_surface(PyObject* surface_object) noexcept {
     return as_surface_object(surface_object)->surface;
 }
 
-SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept {
-    SDL_Surface* surface = surface_of(object, function);
+SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept : function_(function) {
+    const SDL_Surface* surface = surface_of(object, function);
     if (surface == nullptr) {
         return;
     }
@@ -226,37 +236,34 @@ SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept {
         return;
     }
     object_ = PyRef::borrow(object);
-    if (as_surface_object(object)->part != nullptr) {
-        const auto prepare = reinterpret_cast<PartFunction>(pygame_api().surflock[kPrepareEntry]);
-        if (prepare == nullptr) {
-            raise_without_pygame(function);
-            return;
-        }
-        if (!part_is_intact(object, function)) {
-            return;
-        }
-        {
-            const PendingException set_aside;
-            prepare(object);
-            PyErr_Clear();  // a refused lock shows as missing pixels, which the user of them meets
-        }
-        prepared_ = true;
-        if (!sdl_finds_pixels(surface, function)) {
-            return;
-        }
+    in_use_ = as_surface_object(object)->part == nullptr || find_part();
+}
+
+// Has pygame find a part's pixels again. False with an exception when they are not there.
+bool SurfaceUse::find_part() noexcept {
+    const auto prepare = reinterpret_cast<PartFunction>(pygame_api().surflock[kPrepareEntry]);
+    if (prepare == nullptr) {
+        raise_without_pygame(function_);
+        return false;
     }
-    surface_ = surface;
+    if (!part_is_intact(object_.get(), function_)) {
+        return false;
+    }
+    call_without_collection(prepare, object_.get());
+    prepared_ = true;
+    return part_is_intact(object_.get(), function_) &&
+           sdl_finds_pixels(peek_surface(object_.get()), function_);
 }
 
 SurfaceUse::~SurfaceUse() {
-    if (prepared_) {
-        const PendingException set_aside;
-        const auto release = reinterpret_cast<PartFunction>(pygame_api().surflock[kReleaseEntry]);
-        if (release != nullptr) {
-            release(object_.get());
-        }
-        PyErr_Clear();
+    const auto release = reinterpret_cast<PartFunction>(pygame_api().surflock[kReleaseEntry]);
+    if (prepared_ && release != nullptr) {
+        call_without_collection(release, object_.get());
     }
+}
+
+SurfaceUse::operator bool() const noexcept {
+    return in_use_ && surface_of(object_.get(), function_) != nullptr;
 }
 
 bool require_32_bit(const SDL_Surface& surface, const char* function) noexcept {

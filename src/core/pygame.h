@@ -55,6 +55,10 @@ SDL_Surface* peek_surface(PyObject* surface_object) noexcept;
 /// inside to touch pixels directly. False with an exception (as surface_of(), ValueError when its
 /// rows overlap, and RuntimeError when a subsurface no longer lies inside its parent, or SDL would
 /// not find it there).
+///
+/// No collection starts while it is made, and so no code of the host. All the same both questions
+/// look inside the object anew: where two surfaces are used, ask for the first one again once the
+/// second one is there.
 class SurfaceUse {
  public:
     SurfaceUse(PyObject* object, const char* function) noexcept;
@@ -62,13 +66,17 @@ class SurfaceUse {
     SurfaceUse& operator=(const SurfaceUse&) = delete;
     ~SurfaceUse();
 
-    SDL_Surface* get() const noexcept { return surface_; }
-    explicit operator bool() const noexcept { return surface_ != nullptr; }
+    /// Null when it is not in use, or no longer there.
+    SDL_Surface* get() const noexcept { return in_use_ ? peek_surface(object_.get()) : nullptr; }
+    explicit operator bool() const noexcept;
 
  private:
+    bool find_part() noexcept;
+
     PyRef object_;
-    SDL_Surface* surface_ = nullptr;
+    const char* function_;
     bool prepared_ = false;
+    bool in_use_ = false;
 };
 
 /// Checks that a surface has 32-bit pixels; false with ValueError that names what it has.

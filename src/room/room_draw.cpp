@@ -170,7 +170,7 @@ bool draw_tile(const TileObject& tile, PyObject* backgrounds, PyObject* surface)
     }
     PyObject* image = reinterpret_cast<BackgroundObject*>(background.get())->surf;
     const SurfaceUse source(image != nullptr ? image : Py_None, kTileSource);
-    if (!source) {
+    if (!source || !target) {
         return false;
     }
     SDL_Rect from = {};

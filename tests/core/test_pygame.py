@@ -178,6 +178,102 @@ def test_room_drawing_keeps_its_table_when_there_is_no_other_one(host, capfd):
     capfd.readouterr()
 
 
+# --- Preparing parts -----------------------------------------------------------------------------
+
+# pygame's prepare is replaced by a function prepare(part) of the test.
+OWN_PREPARE = (
+    CONTAINERS
+    + """
+real = (ctypes.c_void_p * 5).from_address(pointer("pygame.surflock"))
+fake = ctypes.PYFUNCTYPE(None, ctypes.c_void_p)(lambda part: prepare(part))
+table = (ctypes.c_void_p * 5)(*real)
+table[1] = ctypes.cast(fake, ctypes.c_void_p).value
+def replace(module, _):
+    module._PYGAME_C_API = api.PyCObject_FromVoidPtr(ctypes.addressof(table), None)
+put("pygame.surflock", replace)
+from support import host
+host.install_modules()
+import larkspur
+from support import pending, rooms
+from support.collections_everywhere import CollectingEverywhere
+recording = host.RecordingHost(screen)
+recording.register(larkspur)
+larkspur.set_SDL_screen(screen)
+
+def part():
+    return pygame.Surface((64, 48), 0, 32).subsurface((1, 1, 9, 9))
+"""
+)
+
+COUNTING_PREPARE = (
+    OWN_PREPARE
+    + """
+class Kept(object):
+    pass
+
+kept = []
+points = []
+def prepare(part):
+    points.append(collecting.points)
+    kept.append(Kept())
+    points.append(collecting.points)
+
+drawn = part()
+with CollectingEverywhere() as collecting:
+    prepare(drawn)
+    larkspur.flip_v(drawn)
+print points[1] > points[0], points[3] == points[2]
+"""
+)
+
+
+def test_no_collection_starts_while_a_part_is_prepared():
+    """It could run code that closes the display whose surface pygame has just looked up."""
+    status, out, err = subprocess_python.run(COUNTING_PREPARE)
+    assert status == 0, err
+    assert out.splitlines()[-1] == "True True"
+
+
+CLOSING_PREPARE = (
+    OWN_PREPARE
+    + """
+def prepare(part):
+    pygame.display.quit()
+
+kind = larkspur.part_type_create()
+larkspur.part_type_shape(kind, part())
+larkspur.part_type_%(setting)s
+particle = larkspur.CParticle_new(kind, 9, 9)
+recording.game.backgrounds.append(rooms.make_background(part()))
+room = rooms.make_room(tiles=[rooms.make_tile()])
+use = {
+    "tile": lambda: larkspur.Room_Draw(room, screen),
+    "part": lambda: larkspur.flip_v(screen.subsurface((1, 1, 9, 9))),
+    "particle": lambda: larkspur.CParticle_dec_ttl_and_render(particle, 0, 0),
+}[%(name)r]
+outcome = pending.call(use)
+print type(outcome.exception).__name__, "closed" in str(outcome.exception)
+"""
+)
+
+
+@pytest.mark.parametrize(
+    "name, setting",
+    [
+        ("tile", "alpha2(kind, 1, 1)"),
+        ("part", "alpha2(kind, 1, 1)"),
+        ("particle", "alpha2(kind, 1, 1)"),
+        ("particle", "scale(kind, 2, 2)"),
+    ],
+)
+def test_display_that_goes_while_a_part_is_prepared_is_noticed(name, setting):
+    """Whatever looked at it before looks again."""
+    code = CLOSING_PREPARE % dict(name=name, setting=setting)
+    status, out, err = subprocess_python.run(code)
+    assert status == 0, err
+    assert out.splitlines()[-1] == "RuntimeError True"
+
+
 # --- Wrapping ------------------------------------------------------------------------------------
 
 
