@@ -5,7 +5,7 @@ import ctypes
 import larkspur
 import pygame
 import pytest
-from support import leaks, native
+from support import leaks, native, sdl
 from support.pictures import assert_same_words, words
 from support.surfaces import (
     ALL_MASKS,
@@ -306,6 +306,21 @@ def test_wide_surfaces_that_are_turned_through_a_copy_are_refused(bits, angle):
         with pytest.raises(ValueError) as raised:
             larkspur.rotoscale(long_surface((16384, 1), bits), x_scale, y_scale, angle)
         assert str(raised.value).startswith("rotoscale() cannot scale a surface of neither 8 nor")
+
+
+@pytest.mark.skipif(sdl.is_layer(), reason="a layer over SDL 2 sets no such key")
+@pytest.mark.parametrize("angle", [0.0, 30.0])
+def test_a_colour_key_that_is_no_place_in_the_palette_is_refused(angle):
+    """SDL_gfx would look it up behind the palette."""
+    surface = pygame.Surface((8, 8), 0, 8)
+    surface.set_colorkey(255)
+    assert larkspur.rotoscale(surface, 1.0, 0.5, angle)
+    for key in (256, 123456789, 0xFFFFFFFF):
+        surface.set_colorkey(key)
+        with pytest.raises(ValueError) as raised:
+            larkspur.rotoscale(surface, 1.0, 0.5, angle)
+        assert str(raised.value).startswith("rotoscale() cannot scale a surface whose colour key")
+        assert larkspur.scale(surface, 1.0, 0.5)  # makes nothing of a key
 
 
 def test_arguments(name):

@@ -346,9 +346,15 @@ const char* turn_obstacle(const SDL_Surface& surface, double x_factor, double y_
     if (const char* obstacle = zoom_obstacle(surface, x_factor, y_factor)) {
         return obstacle;
     }
-    return !is_read_directly(surface) && surface.w >= kWidthEnd
-               ? "a surface of neither 8 nor 32 bits that has more than 16383 columns"
-               : nullptr;
+    if (!is_read_directly(surface) && surface.w >= kWidthEnd) {
+        return "a surface of neither 8 nor 32 bits that has more than 16383 columns";
+    }
+    const SDL_PixelFormat& format = *surface.format;
+    if ((surface.flags & SDL_SRCCOLORKEY) != 0 && format.palette != nullptr &&
+        format.colorkey >= static_cast<Uint32>(format.palette->ncolors)) {
+        return "a surface whose colour key is no place in its palette";
+    }
+    return nullptr;
 }
 
 SurfacePtr zoomed(SDL_Surface* surface, double x_factor, double y_factor, bool smooth) noexcept {

@@ -37,7 +37,8 @@ const char* zoom_obstacle(const SDL_Surface& surface, double x_factor, double y_
 
 /// The same for the rotations, also by 0 degrees. These go through a copy of 32 bits of a surface
 /// that has neither 8 nor 32; SDL makes none of more than 16383 columns, and SDL_gfx does not ask
-/// whether it did.
+/// whether it did. Nor does it ask whether a colour key is a place in the palette where it looks it
+/// up.
 const char* turn_obstacle(const SDL_Surface& surface, double x_factor, double y_factor) noexcept;
 
 // All of these return null when there is an obstacle (after a line on standard error that names

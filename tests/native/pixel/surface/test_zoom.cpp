@@ -141,6 +141,24 @@ TEST(TurnObstacle, IsARowOfMoreThan16383PixelsThatIsTurnedThroughACopy) {
     EXPECT_EQ(turn_obstacle(*WideSurface(16384, 8).get(), 1, 1), nullptr);
 }
 
+// SDL_gfx would look it up behind the palette. A layer over SDL 2 sets no such key.
+TEST(TurnObstacle, IsAColourKeyThatIsNoPlaceInThePalette) {
+    for (const Uint32 key : {0U, 255U, 256U, 0x12345678U, 0xFFFFFFFFU}) {
+        const SurfacePtr surface = surface_of(4, 4, 8);
+        SDL_SetColorKey(surface.get(), SDL_SRCCOLORKEY, key);
+        EXPECT_EQ((surface->flags & SDL_SRCCOLORKEY) != 0, key < 256 || !is_layer());
+        const bool refused = key >= 256 && !is_layer();
+        EXPECT_EQ(turn_obstacle(*surface, 1, 1) != nullptr, refused) << key;
+        EXPECT_EQ(zoom_obstacle(*surface, 1, 1), nullptr) << key;
+        ::testing::internal::CaptureStderr();
+        EXPECT_EQ(rotozoomed(surface.get(), 30, 0.5, false) == nullptr, refused) << key;
+        EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+                  refused ? "larkspur: cannot scale a surface whose colour key is no place in its "
+                            "palette.\n"
+                          : "");
+    }
+}
+
 TEST(TurnObstacle, IsEveryZoomObstacle) {
     EXPECT_NE(turn_obstacle(*surface_of(4, 4, 8), -1, 1), nullptr);
     EXPECT_NE(turn_obstacle(*surface_of(4, 0), 1, 1), nullptr);
