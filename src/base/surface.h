@@ -32,6 +32,20 @@ inline bool has_separate_rows(const SDL_Surface& surface) noexcept {
                                                      : width * format.BytesPerPixel);
 }
 
+/// Decodes a picture that SDL has run-length encoded by the alpha of its pixels; it still asks to
+/// be encoded when it is drawn again. When SDL unlocks such a picture, it encodes it for the target
+/// of its last blit, which may be gone. Leaves all other surfaces alone.
+inline void decode_pixel_alpha(SDL_Surface* surface) noexcept {
+    // A colour key takes precedence over alpha. A locked one is decoded, whatever its flags say.
+    const bool encoded_by_alpha =
+        (surface->flags & (SDL_RLEACCEL | SDL_SRCCOLORKEY)) == SDL_RLEACCEL && surface->locked == 0;
+    if (encoded_by_alpha) {
+        const Uint8 alpha = surface->format->alpha;
+        SDL_SetAlpha(surface, 0, alpha);
+        SDL_SetAlpha(surface, SDL_SRCALPHA | SDL_RLEACCEL, alpha);
+    }
+}
+
 /// Makes a surface's pixels touchable for a scope. Locks only what must be locked: a surface that
 /// says so itself, or one whose pixels are null because it is run-length encoded. Plain software
 /// surfaces are left alone. False when the surface is null or cannot be locked, or when its rows
@@ -46,6 +60,7 @@ class SurfaceLock {
             SDL_SetError("The surface's rows overlap");
             return;
         }
+        decode_pixel_alpha(surface);
         const bool must_lock = SDL_MUSTLOCK(surface) || surface->pixels == nullptr;
         if (must_lock) {
             if (SDL_LockSurface(surface) != 0) {

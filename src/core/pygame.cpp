@@ -249,6 +249,11 @@ bool SurfaceUse::find_part() noexcept {
     if (!part_is_intact(object_.get(), function_)) {
         return false;
     }
+    // pygame locks all that it is a part of.
+    for (const SurfaceObject* part = as_surface_object(object_.get()); part->part != nullptr;) {
+        part = as_surface_object(part->part->owner);
+        decode_pixel_alpha(part->surface);
+    }
     call_without_collection(prepare, object_.get());
     prepared_ = true;
     return part_is_intact(object_.get(), function_) &&

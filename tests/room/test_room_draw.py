@@ -429,6 +429,33 @@ def test_tiles_on_an_encoded_surface(host):
     assert_same_picture(ours, expected, "room-encoded")
 
 
+def test_tiles_on_a_surface_whose_last_target_is_gone(host):
+    """SDL has encoded it by the alpha of its pixels for that target, and would look at it again."""
+    out, err = subprocess_python.output(
+        """
+        import pygame
+        from support import host, memory
+        host.install_modules()
+        import larkspur
+        from support.rooms import make_background, make_room, make_tile
+        recording = host.RecordingHost(pygame.display.set_mode((64, 48), 0, 32))
+        recording.register(larkspur)
+        image = pygame.Surface((16, 16), 0, 32)
+        image.fill((1, 2, 3))
+        recording.game.backgrounds.append(make_background(image))
+        target = pygame.Surface((30, 20), pygame.SRCALPHA, 32)
+        target.fill((10, 20, 30, 100))
+        target.set_alpha(255, pygame.RLEACCEL)
+        pygame.Surface((30, 20), 0, 32).blit(target, (0, 0))
+        memory.spoil_freed()
+        larkspur.Room_Draw(make_room(tiles=[make_tile()]), target)
+        target.set_alpha(None)
+        print target.get_at((0, 0))[:3], target.get_at((20, 9))
+        """
+    )
+    assert out.splitlines()[-1] == "(1, 2, 3) (10, 20, 30, 100)"
+
+
 @pytest.mark.parametrize("encoded", [False, True])
 def test_tiles_of_a_surface_on_itself_that_asks_for_encoding_draw_nothing(host, encoded):
     surface = with_key(pygame.RLEACCEL)

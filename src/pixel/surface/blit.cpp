@@ -366,6 +366,7 @@ bool blit(SDL_Surface* source, const SDL_Rect* from, SDL_Surface* target, SDL_Re
         draw_by(loop, *source, from, *target, *to);
         return true;
     }
+    decode_pixel_alpha(target);  // SDL locks it
     SDL_Rect piece = from != nullptr ? *from : SDL_Rect{};
     return SDL_UpperBlit(source, from != nullptr ? &piece : nullptr, target, to) == 0;
 }

@@ -1,0 +1,113 @@
+// Pictures that SDL has run-length encoded, locked and drawn on when what they were drawn to is
+// gone.
+#include "base/surface.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <random>
+#include <vector>
+
+#include "gtest/gtest.h"
+
+namespace larkspur {
+namespace {
+
+constexpr int kWidth = 16;
+constexpr int kHeight = 12;
+constexpr std::uint32_t kAlphaMask = 0xFF000000;
+
+SurfacePtr new_surface(std::uint32_t alpha_mask) {
+    return SurfacePtr(SDL_CreateRGBSurface(SDL_SWSURFACE, kWidth, kHeight, 32, 0xFF0000, 0xFF00,
+                                           0xFF, alpha_mask));
+}
+
+std::vector<std::uint32_t> pixels_of(const SDL_Surface& surface) {
+    std::vector<std::uint32_t> pixels(kWidth * kHeight);
+    std::memcpy(pixels.data(), surface.pixels, pixels.size() * sizeof pixels[0]);
+    return pixels;
+}
+
+// Writes over memory that was just freed, as far as new blocks of its size get it.
+void spoil_freed_memory() {
+    constexpr int kByte = 0xEE;
+    std::vector<void*> blocks;
+    for (std::size_t size = 24; size < 260; size += 16) {
+        for (int i = 0; i < 12; ++i) {
+            blocks.push_back(std::memset(std::malloc(size), kByte, size));
+        }
+    }
+    for (void* block : blocks) {
+        std::free(block);
+    }
+}
+
+// A picture of random pixels, none of them fully transparent, which SDL would forget the colours
+// of; drawn to a target that is gone. SDL 2 encodes nothing that shows.
+SurfacePtr drawn_picture(std::uint8_t alpha) {
+    SurfacePtr picture = new_surface(kAlphaMask);
+    std::mt19937 random(1);
+    auto* words = static_cast<std::uint32_t*>(picture->pixels);
+    for (int i = 0; i < kWidth * kHeight; ++i) {
+        words[i] = static_cast<std::uint32_t>(random()) | (i % 3 == 0 ? kAlphaMask : 0x01000000);
+    }
+    SDL_SetAlpha(picture.get(), SDL_SRCALPHA | SDL_RLEACCEL, alpha);
+    {
+        const SurfacePtr target = new_surface(0);
+        SDL_UpperBlit(picture.get(), nullptr, target.get(), nullptr);
+    }
+    spoil_freed_memory();
+    return picture;
+}
+
+std::vector<std::uint32_t> pixels_before(std::uint8_t alpha) {
+    const SurfacePtr picture = drawn_picture(alpha);
+    SDL_SetAlpha(picture.get(), 0, 0);  // decodes it
+    return pixels_of(*picture);
+}
+
+TEST(SurfaceLock, NeedsNoTargetOfAnEncodedPicture) {
+    for (const std::uint8_t alpha : {255, 100}) {
+        const SurfacePtr picture = drawn_picture(alpha);
+        const Uint32 asks = picture->flags & (SDL_SRCALPHA | SDL_RLEACCELOK);
+        for (int round = 0; round < 2; ++round) {
+            const SurfaceLock outer(picture.get());
+            const SurfaceLock lock(picture.get());
+            ASSERT_TRUE(outer && lock);
+            EXPECT_EQ(pixels_of(*picture), pixels_before(alpha));
+        }
+        EXPECT_EQ(picture->flags & (SDL_SRCALPHA | SDL_RLEACCELOK), asks);
+        EXPECT_EQ(picture->format->alpha, alpha);
+        EXPECT_EQ(picture->locked, 0U);
+    }
+}
+
+TEST(SurfaceLock, LeavesAPictureDrawableThatWasEncoded) {
+    const auto drawn = [](SDL_Surface* picture) {
+        const SurfacePtr target = new_surface(0);
+        SDL_FillRect(target.get(), nullptr, 0x336699);
+        EXPECT_EQ(SDL_UpperBlit(picture, nullptr, target.get(), nullptr), 0);
+        return pixels_of(*target);
+    };
+    const SurfacePtr locked = drawn_picture(255);
+    { const SurfaceLock lock(locked.get()); }
+    EXPECT_EQ(drawn(locked.get()), drawn(drawn_picture(255).get()));
+}
+
+TEST(SurfaceLock, LeavesALockOfTheHostAlone) {
+    const SurfacePtr target = new_surface(0);
+    const SurfacePtr picture = drawn_picture(255);
+    SDL_UpperBlit(picture.get(), nullptr, target.get(), nullptr);
+    ASSERT_EQ(SDL_LockSurface(picture.get()), 0);
+    const Uint32 flags = picture->flags;
+    {
+        const SurfaceLock lock(picture.get());
+        EXPECT_TRUE(lock);
+        EXPECT_EQ(pixels_of(*picture), pixels_before(255));
+    }
+    EXPECT_EQ(picture->flags, flags);
+    SDL_UnlockSurface(picture.get());
+}
+
+}  // namespace
+}  // namespace larkspur
