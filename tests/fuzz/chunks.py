@@ -1,0 +1,118 @@
+"""Runs steps in child processes, so that one that ends the process names its seed and step.
+
+A program gives main() a function new(random) that makes an object with
+
+    step()     does one step, made of the numbers of `random`, and checks what came of it
+    doing      what the last step was, as a text
+
+and is then called as
+
+    PROGRAM [--seconds N] [--steps M] [--seed S]
+
+Each child does CHUNK steps of a seed of its own. What failed is written with the command that
+repeats it up to the failing step; the number of steps ends the output as libFuzzer's does.
+"""
+
+from __future__ import print_function
+
+import argparse
+import mmap
+import os
+import random
+import struct
+import subprocess
+import sys
+import tempfile
+import time
+import traceback
+
+CHUNK = 5000
+_STEP = struct.Struct("<q")
+_DOING_BYTES = 200
+
+
+def _run_chunk(new, seed, steps, progress):
+    """Does the steps of a seed; the file `progress` always tells which, and what it is."""
+    with open(progress, "r+b") as memory:
+        shared = mmap.mmap(memory.fileno(), 4096)
+    world = new(random.Random(seed))
+    for step in range(steps):
+        shared[: _STEP.size] = _STEP.pack(step)
+        try:
+            world.step(shared_text(shared))
+        except Exception:
+            traceback.print_exc()
+            return 1
+    shared[: _STEP.size] = _STEP.pack(steps)
+    return 0
+
+
+def shared_text(shared):
+    """A function that notes in shared memory what a step is about to do."""
+
+    def note(text):
+        text = text.encode("ascii", "replace")[:_DOING_BYTES]
+        shared[_STEP.size : _STEP.size + _DOING_BYTES] = text.ljust(_DOING_BYTES)
+
+    return note
+
+
+def _told(progress):
+    """The step that a child noted last, and what it was about to do."""
+    with open(progress, "rb") as memory:
+        content = memory.read()
+    (step,) = _STEP.unpack(content[: _STEP.size])
+    return step, content[_STEP.size :][:_DOING_BYTES].decode("ascii").strip()
+
+
+def _chunk_in_child(program, seed, steps, progress):
+    """Whether a child does the steps; says why it did not."""
+    with open(progress, "wb") as memory:
+        memory.write(b"\0" * 4096)
+    with tempfile.TemporaryFile() as output:
+        status = subprocess.call(
+            [sys.executable, program, "--child", progress, "--seed", str(seed), "--steps"]
+            + [str(steps)],
+            stdout=output,
+            stderr=subprocess.STDOUT,
+        )
+        step, doing = _told(progress)
+        if status == 0 and step == steps:
+            return True
+        output.seek(0)
+        sys.stdout.write(output.read().decode("utf-8", "replace")[-6000:].encode("utf-8"))
+    print("FAILED: status %d in step %d of seed %d: %s" % (status, step, seed, doing))
+    name = os.path.splitext(os.path.basename(program))[0]
+    print("-- replay: script/fuzz --replay %s --seed %d --steps %d" % (name, seed, step + 1))
+    return False
+
+
+def main(new, program):
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--seconds", type=float)
+    parser.add_argument("--steps", type=int)
+    parser.add_argument("--seed", type=int)
+    parser.add_argument("--child")
+    arguments = parser.parse_args()
+    seed = arguments.seed
+    if seed is None:
+        seed = random.SystemRandom().randrange(1, 2**31)
+    if arguments.child:
+        sys.exit(_run_chunk(new, seed, arguments.steps, arguments.child))
+
+    handle, progress = tempfile.mkstemp()
+    os.close(handle)
+    end = time.time() + (arguments.seconds or 0)
+    done = 0
+    succeeded = True
+    print("seeds from %d on" % seed)
+    while succeeded and (time.time() < end if arguments.seconds else done < arguments.steps):
+        steps = CHUNK if arguments.seconds else min(CHUNK, arguments.steps - done)
+        succeeded = _chunk_in_child(program, seed, steps, progress)
+        done += _told(progress)[0]
+        seed += 1
+        print("#%d" % done)
+        sys.stdout.flush()
+    os.remove(progress)
+    print("stat::number_of_executed_units: %d" % done)
+    sys.exit(0 if succeeded else 1)
