@@ -4,6 +4,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -33,8 +34,9 @@ class MemoryField {
           used_bytes_(start_ + pitch_bytes_ * rows + kGuardBytes),
           memory_(used_bytes_ + kWidestVectorBytes) {
         std::mt19937 random(seed);
-        for (unsigned char& byte : memory_) {
-            byte = static_cast<unsigned char>(random());
+        for (std::size_t i = 0; i < memory_.size(); i += sizeof(std::uint32_t)) {
+            const auto bytes = static_cast<std::uint32_t>(random());
+            std::memcpy(&memory_[i], &bytes, std::min(sizeof bytes, memory_.size() - i));
         }
     }
 

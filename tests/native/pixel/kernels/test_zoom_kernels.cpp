@@ -189,12 +189,16 @@ TEST(PickAlongLines, TakesThePixelsInsideAlongEachLine) {
         return least +
                static_cast<std::int64_t>(random() % static_cast<std::uint32_t>(most - least));
     };
+    std::vector<MemoryField> sources;
+    for (std::size_t padding = 0; padding < 5; ++padding) {
+        sources.emplace_back(8, 4 * kSide, 4 * padding, kSide, 36);
+    }
     for (int round = 0; round < 3000; ++round) {
         const int width = static_cast<int>(between(1, 150));
         const std::int64_t x_step = round % 7 == 0 ? 0 : between(-2 * 65536, 2 * 65536);
         const std::int64_t y_step = round % 5 == 0 ? 0 : between(-2 * 65536, 2 * 65536);
         MemoryField target(4, 4 * static_cast<std::size_t>(width), 8, kRows, 35);
-        MemoryField source(8, 4 * kSide, 4 * static_cast<std::size_t>(between(0, 5)), kSide, 36);
+        MemoryField& source = sources[static_cast<std::size_t>(between(0, 5))];
         MemoryField expected = target.copy();
         std::vector<SourceLine> lines;
         for (std::size_t y = 0; y < kRows; ++y) {
