@@ -24,7 +24,7 @@ def run(*arguments, **environment):
     settings.update(environment)
     command = [
         "-c",
-        "import sys; sys.path.insert(0, {!r}); import demo, pygame; {}\n"
+        "import sys; sys.path.insert(0, {!r}); import demo, pygame\n{}\n"
         "sys.exit(demo.main(sys.argv[1:]))".format(EXAMPLES, before),
     ]
     process = subprocess.Popen(
@@ -61,10 +61,25 @@ def test_check_writes_right_pictures(tmpdir):
         assert text in output
 
 
-def test_without_a_display_it_renders(tmpdir):
-    status, output, errors = run("--frames", "8", "--output", str(tmpdir.join("new", "folder")))
+def test_without_a_window_it_renders(tmpdir):
+    status, output, errors = run(
+        "--frames", "8", "--output", str(tmpdir.join("new", "folder")), DISPLAY=":987"
+    )
     assert status == 0, output + errors
-    assert "no DISPLAY" in output and tmpdir.join("new", "folder").check(dir=1)
+    assert "8 of 8 frames" in output and len(tmpdir.join("new", "folder").listdir()) == 9
+    assert "No window can be opened" in output
+    assert len(output + errors) < 4000 and "\x1b" not in output + errors
+
+
+# Stands in for the rendering, which takes seconds, and tells what it would have drawn on.
+TELL_RENDERING = """
+import os
+def render(pygame, game, screen, frames, folder):
+    assert os.environ["SDL_VIDEODRIVER"] == "dummy" and screen is pygame.display.get_surface()
+    assert screen.get_size() == game.SIZE and screen.get_bitsize() == 32
+    sys.stdout.write("%d frames in %s" % (frames, folder))
+demo.render = render
+"""
 
 
 def test_in_a_window_it_plays():
@@ -81,6 +96,7 @@ def test_in_a_window_it_plays():
     [
         ({"DISPLAY": ":987"}, "DISPLAY=:987; x11: "),
         ({"DISPLAY": "nonsense"}, "DISPLAY=nonsense; x11: "),
+        ({}, "there is no DISPLAY"),
         ({"DISPLAY": ""}, "there is no DISPLAY"),
         ({"DISPLAY": ":987", "SDL_VIDEODRIVER": "x11"}, "DISPLAY=:987; SDL_VIDEODRIVER=x11; x11: "),
         ({"DISPLAY": ":987", "SDL_VIDEODRIVER": ""}, "DISPLAY=:987; x11: "),
@@ -101,11 +117,12 @@ def test_in_a_window_it_plays():
     ids=str,
 )
 def test_without_a_window_it_says_why_and_renders(tmpdir, environment, reason):
-    status, output, errors = run("--frames", "8", "--output", str(tmpdir), **environment)
+    settings = dict(environment, before=environment.get("before", "") + TELL_RENDERING)
+    status, output, errors = run("--frames", "8", "--output", str(tmpdir), **settings)
     assert status == 0, output + errors
     lines = [line for line in output.splitlines() if "No window can be opened" in line]
     assert len(lines) == 1 and reason in lines[0] and "rendering pictures instead" in lines[0]
-    assert len(tmpdir.listdir()) == 9
+    assert output.endswith("8 frames in " + str(tmpdir))
     assert len(output + errors) < 4000 and "\x1b" not in output + errors
     assert "Traceback" not in errors
 
