@@ -11,7 +11,7 @@ os.environ.setdefault("SDL_VIDEODRIVER", "dummy")
 os.environ.setdefault("SDL_AUDIODRIVER", "dummy")
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
-from support import build
+from support import build, long_lived
 from support import host as host_support
 
 # larkspur binds the host's modules when it is imported, so they have to exist before.
@@ -36,6 +36,10 @@ def pytest_report_header(config):
     if "LARKSPUR_BUILD_DIR" not in os.environ:
         return line + "unknown, LARKSPUR_BUILD_DIR is not set"
     return line + (", ".join(build.untested_levels()) or "none")
+
+
+def pytest_collection_finish(session):
+    long_lived.set_aside()
 
 
 DISPLAY_SIZE = (320, 240)
