@@ -110,8 +110,7 @@ std::uint32_t colour_channel(PyObject* colour, Py_ssize_t i) noexcept {
 }  // namespace
 
 PyRef game_list(PyObject* host_module, PyObject* list_name) noexcept {
-    if (host_module == nullptr) {
-        PyErr_SetString(PyExc_RuntimeError, "the host's modules gm6 and gmapi are not bound");
+    if (!require_bound(host_module)) {
         return PyRef();
     }
     if (list_name == nullptr) {

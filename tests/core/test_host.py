@@ -6,7 +6,7 @@ import json
 import larkspur
 import pygame
 import pytest
-from support import leaks, native, pending, subprocess_python
+from support import leaks, native, pending, rooms, subprocess_python
 from support.host import LOADERS, ROOM_FUNCTIONS, Instance, ParticleSystem, Plain, RecordingHost
 
 # Exported variable -> where its value comes from.
@@ -217,6 +217,30 @@ def test_what_a_native_caller_stores_counts_from_the_next_use(host, store):
     store("gmapi", other)
     push_self("second")
     assert host.gmapi.self == "first" and other.self == "second"
+
+
+@pytest.mark.parametrize(
+    "module, call",
+    [
+        ("gmapi", lambda screen: larkspur.Room_Draw(rooms.make_room(), screen)),
+        ("gm6", lambda screen: larkspur.Room_Draw(rooms.make_view_room(), screen)),
+        ("gmapi", lambda screen: larkspur.draw_rectangle(1, 1, 5, 5)),
+        ("gmapi", lambda screen: native.function("PopSelf", ctypes.c_int)()),
+    ],
+)
+def test_host_module_that_is_not_bound_is_told(host, display, module, call):
+    host.gmapi.py_draw_props.alpha = 0.5
+    host.gmapi.py_self_stack.append("saved")
+    native.variable(ctypes.c_int32, "this_second").value = -1  # a frame stores gmapi.fps
+    variable = native.variable(ctypes.c_void_p, module)
+    bound = variable.value
+    variable.value = None
+    try:
+        exception = pending.call(call, display).exception
+    finally:
+        variable.value = bound
+    assert isinstance(exception, RuntimeError)
+    assert "gm6 and gmapi are not bound" in str(exception)
 
 
 def test_recording_host_offers_all_that_is_fetched(host):
