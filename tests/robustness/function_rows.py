@@ -1,0 +1,275 @@
+"""The module's functions."""
+
+import larkspur
+from support import rooms
+from support.host import Plain
+
+from robustness import scene, values
+from robustness.table import (
+    ANY,
+    EITHER,
+    FLOAT,
+    I32,
+    OK,
+    RAISES,
+    SILENT,
+    U32,
+    Row,
+    anything,
+    fact,
+    number,
+    paintable,
+    usable,
+)
+
+surface = scene.tiny_surface
+RECTANGLE = [lambda: 1, lambda: 1, lambda: 6, lambda: 4]
+COLOUR = lambda: 0x336699  # noqa: E731
+SHARE = lambda: 0.5  # noqa: E731
+ONE = lambda: 1  # noqa: E731
+
+
+def coordinate(value):
+    """A coordinate, of which some are refused as too far outside."""
+    return EITHER if I32(value) == OK else I32(value)
+
+
+def gradient(name, letters):
+    """A row for a gradient function: letters I, i, f of what follows surface and rectangle."""
+    makers = {"I": COLOUR, "i": lambda: 100, "f": SHARE}
+    kinds = {"I": U32, "i": I32, "f": FLOAT}
+    return Row(
+        name,
+        getattr(larkspur, name),
+        [surface] + RECTANGLE + [makers[letter] for letter in letters],
+        [paintable] + [coordinate] * 4 + [kinds[letter] for letter in letters],
+        values=values.ALL + [values.NULL],
+    )
+
+
+def drawing_rows():
+    yield gradient("fast_draw_gradient_v", "IIi")
+    yield gradient("fast_draw_gradients_vc", "IIfIf")
+    yield gradient("fast_draw_gradients_vv", "IIfIIf")
+    yield gradient("fast_draw_gradients_vcv", "IIfIfIIf")
+    yield gradient("fast_draw_gradients_vcvvc", "IIfIfIIfIIfIf")
+    yield Row(
+        "fast_draw_rectangle_color",
+        larkspur.fast_draw_rectangle_color,
+        RECTANGLE + [COLOUR] * 2 + [lambda: 0x99AABB] * 2 + [lambda: 1.0, lambda: 0],
+        [coordinate] * 4 + [U32] * 4 + [FLOAT, I32],
+    )
+    yield Row(
+        "fill_translucent",
+        larkspur.fill_translucent,
+        [surface] + RECTANGLE + [COLOUR, lambda: 100],
+        [paintable] + [coordinate] * 4 + [I32] * 2,
+        values=values.ALL + [values.NULL],
+    )
+    yield Row(
+        "draw_rectangle",
+        larkspur.draw_rectangle,
+        RECTANGLE + [lambda: 0.0],
+        # pygame's fill() and rect() refuse sides that no int holds.
+        [lambda value: EITHER if FLOAT(value) == OK else FLOAT(value)] * 5,
+        counts=[4, 5],
+    )
+    for name in ("flip_v", "flip_h", "flip_vh"):
+        yield Row(
+            name,
+            getattr(larkspur, name),
+            [surface],
+            [flippable(name == "flip_v")],
+            values=values.ALL + [values.NULL],
+        )
+    for name, floats in (("scale", 2), ("rotoscale", 3)):
+        yield Row(
+            name,
+            getattr(larkspur, name),
+            [surface] + [SHARE] * floats,
+            [scalable] + [scaled_to] * floats,
+        )
+
+
+def flippable(every_depth):
+    def kind(value):
+        if value.short or value.long or value.replaced:
+            return EITHER  # SDL refuses copies that are wider than a pitch can say
+        return OK if value.surface == 32 or (every_depth and value.surface) else RAISES
+
+    return kind
+
+
+def scalable(value):
+    if not value.surface or value.empty or value.long:
+        return EITHER if value.replaced else RAISES
+    return ANY if value.short or value.wide else OK
+
+
+def scaled_to(value):
+    """A factor, with which SDL may refuse the result: scale() then fails without an exception."""
+    return ANY if FLOAT(value) == OK else FLOAT(value)
+
+
+def particle_type_rows():
+    formats = {
+        "part_type_alpha2": "ff",
+        "part_type_alpha3": "fff",
+        "part_type_blend": "f",
+        "part_type_color3": "iii",
+        "part_type_direction": "ffff",
+        "part_type_gravity": "ff",
+        "part_type_life": "ff",
+        "part_type_orientation": "fffff",
+        "part_type_scale": "ff",
+        "part_type_size": "ffff",
+        "part_type_speed": "ffff",
+        "CParticle_type_cache_clear": "",
+    }
+    for name, letters in sorted(formats.items()):
+        otherwise = RAISES if name == "part_type_speed" else SILENT
+        yield Row(
+            name,
+            getattr(larkspur, name),
+            [values.particle_type] + [ONE] * len(letters),
+            [fact("particle_type", otherwise)] + [number(letter) for letter in letters],
+            then=draw_particles,
+        )
+    yield Row(
+        "part_type_shape",
+        larkspur.part_type_shape,
+        [values.particle_type, surface],
+        [fact("particle_type", SILENT), exact_surface],
+        then=draw_particles,
+    )
+    yield Row(
+        "part_type_sprite",
+        larkspur.part_type_sprite,
+        [values.particle_type, surface] + [ONE] * 3,
+        [fact("particle_type"), anything] + [FLOAT] * 3,
+        then=draw_particles,
+    )
+    yield Row("part_type_create", larkspur.part_type_create, counts=None)
+
+
+def exact_surface(value):
+    """Any Surface of that very type, closed ones too."""
+    return OK if value.exact else SILENT
+
+
+def draw_particles(particle_type, *_):
+    """What a particle of a changed type looks like, twice: made, then out of the cache."""
+    particle = larkspur.CParticle_new(particle_type, 20, 20)
+    for _ in "ab":
+        larkspur.CParticle_dec_ttl_and_render(particle, 1, 1)
+
+
+def particle_rows():
+    for name, letters in (("CParticle_new", "ff"), ("CParticle_new_size_color", "fffi")):
+        yield Row(
+            name,
+            getattr(larkspur, name),
+            [values.particle_type] + [ONE] * len(letters),
+            [fact("particle_type", SILENT)] + [number(letter) for letter in letters],
+        )
+    for name in ("CParticle_step", "CParticle_dec_ttl"):
+        yield Row(name, getattr(larkspur, name), [values.particle], [fact("particle")])
+    yield Row(
+        "CParticle_dec_ttl_and_render",
+        larkspur.CParticle_dec_ttl_and_render,
+        [values.particle, ONE, ONE],
+        [fact("particle"), I32, I32],
+    )
+    yield Row(
+        "CParticle_attach_beancounter",
+        larkspur.CParticle_attach_beancounter,
+        [values.particle, larkspur.Beancounter],
+        [fact("particle"), fact("beancounter")],
+    )
+
+
+def ROOM():
+    return rooms.make_view_room(
+        drawn_objects=[scene.current.instance], tiles=[rooms.make_tile(), rooms.make_tile(x=3)]
+    )
+
+
+def FLAT_ROOM():
+    return rooms.make_room(
+        drawn_objects=[scene.current.instance], tiles=[rooms.make_tile(), rooms.make_tile(x=3)]
+    )
+
+
+def SCREEN():
+    return scene.current.screen
+
+
+def target(value):
+    """What can be drawn on. A blit that SDL refuses fails without an exception."""
+    return RAISES if value.short else ANY if value.name.startswith("locked") else usable(value)
+
+
+def only_hostile(value):
+    """Nothing is good but what stands for anything."""
+    return EITHER if value.hostile else RAISES
+
+
+def host_rows():
+    yield Row("breakable", larkspur.breakable, counts=None)
+    yield Row("init_subsystems", larkspur.init_subsystems, counts=None)
+    yield Row("draw_sprite_ext", larkspur.draw_sprite_ext, counts=None, good=SILENT)
+    yield Row(
+        "set_SDL_screen",
+        larkspur.set_SDL_screen,
+        [SCREEN],
+        [usable],
+        then=lambda _: draw_frames(),
+        disturbs=True,
+    )
+    yield Row(
+        "RegisterInstancesDict",
+        larkspur.RegisterInstancesDict,
+        [lambda: scene.current.host.registry] + [lambda: Plain] * 3,
+        [anything] * 4,
+        counts=None,  # bad arguments are passed over
+        then=lambda *_: draw_frames(),
+        disturbs=True,
+    )
+    yield Row(
+        "GMSprite_from_surface",
+        larkspur.GMSprite_from_surface,
+        [surface, lambda: "name"],
+        [lambda value: EITHER if value.short or value.long else usable(value), anything],
+        counts=[1, 2],
+    )
+    for name, room in (("Room_Draw", FLAT_ROOM), ("Room_Draw with views", ROOM)):
+        yield Row(
+            name,
+            larkspur.Room_Draw,
+            [room, SCREEN],
+            [only_hostile, target],
+            covers=["Room_Draw"],
+            disturbs=True,
+        )
+
+
+def draw_frames():
+    """A frame of each kind, and what draws on the display."""
+    list_ = larkspur.InstanceList()
+    for action in (
+        lambda: larkspur.Room_Draw(ROOM(), scene.current.screen),
+        lambda: larkspur.Room_Draw(FLAT_ROOM(), scene.current.screen),
+        lambda: larkspur.draw_rectangle(1, 1, 5, 5),
+        lambda: larkspur.draw_rectangle(1, 1, 5, 5, 1),
+        lambda: larkspur.fast_draw_rectangle_color(1, 1, 6, 4, 1, 1, 5, 5, 1.0, 0),
+        lambda: draw_particles(values.particle_type()),
+        lambda: list_.append(7),
+        lambda: larkspur.GMSprite_from_surface(surface()),
+    ):
+        scene.quietly(action)
+
+
+def rows_of_functions():
+    for rows in (drawing_rows, particle_type_rows, particle_rows, host_rows):
+        for row in rows():
+            yield row
