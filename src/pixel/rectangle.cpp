@@ -11,6 +11,7 @@
 #include "base/console.h"
 #include "base/convert.h"
 #include "core/attribute.h"
+#include "core/collection_pause.h"
 #include "core/display.h"
 #include "core/host.h"
 #include "core/host_access.h"
@@ -54,9 +55,17 @@ PyRef screen_object(const char* function) noexcept {
 
 constexpr const char* kDrawRectangle = "draw_rectangle()";
 
+// pygame's own functions read the pixels of a subsurface's owner without asking whether they are
+// there. False with an exception when they are not.
+bool require_usable(PyObject* screen) noexcept {
+    return static_cast<bool>(SurfaceUse(screen, kDrawRectangle));
+}
+
 PyObject* fill_box(PyObject* colour, const ScreenBox& box) noexcept {
+    const CollectionPause pause;
     const PyRef screen = screen_object(kDrawRectangle);
-    if (!screen) {
+    // That a display was closed fill() finds out itself, and says so in its own words.
+    if (!screen || (peek_surface(screen.get()) != nullptr && !require_usable(screen.get()))) {
         return nullptr;
     }
     const PyRef result = PyRef::steal(
@@ -70,9 +79,10 @@ PyObject* fill_box(PyObject* colour, const ScreenBox& box) noexcept {
 }
 
 PyObject* outline_box(PyObject* colour, const ScreenBox& box) noexcept {
+    const CollectionPause pause;
     const PyRef screen = screen_object(kDrawRectangle);
     // Unlike fill(), pygame's drawing functions do not ask whether the display is still open.
-    if (!screen || surface_of(screen.get(), kDrawRectangle) == nullptr) {
+    if (!screen || !require_usable(screen.get())) {
         return nullptr;
     }
     const PyRef draw_rect = PyRef::borrow(draw_rect_function());

@@ -10,6 +10,7 @@
 
 #include "base/console.h"
 #include "base/surface.h"
+#include "core/collection_pause.h"
 #include "core/display.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
@@ -77,10 +78,14 @@ PyRef scaled_and_turned(PyRef image, std::int64_t width, std::int64_t height,
     });
 }
 
+// Calls a method of a Surface. Empty with an exception when that fails, or the object is no usable
+// one: pygame reads the pixels of a subsurface's owner without asking whether they are there.
 PyRef call_method(PyObject* object, const char* name, PyRef arguments) noexcept {
     const PyRef method = PyRef::steal(PyObject_GetAttrString(object, name));
-    return method && arguments ? PyRef::steal(PyObject_CallObject(method.get(), arguments.get()))
-                               : PyRef();
+    const CollectionPause pause;
+    return method && arguments && SurfaceUse(object, kFunction)
+               ? PyRef::steal(PyObject_CallObject(method.get(), arguments.get()))
+               : PyRef();
 }
 
 // The image, or its copy while it is still the sprite's own, which never changes.

@@ -24,10 +24,6 @@ from support.surfaces import encode
 
 SCENES = {}
 
-# pygame's own fill() and draw.rect() look up the surface before they make an object, so that a
-# collection there must not close or replace it, whoever calls them.
-ONLY_WITH_THE_DISPLAY_OPEN = ("rectangles_by_pygame",)
-
 
 def scene(prepare):
     SCENES[prepare.__name__] = prepare
@@ -40,8 +36,8 @@ def picture(size=(40, 30), flags=0):
     return surface
 
 
-def part(size=(24, 20), flags=0):
-    """A part of a part of a picture."""
+def subsurface(size=(24, 20), flags=0):
+    """A subsurface of a subsurface of a picture."""
     return picture((60, 50), flags).subsurface((3, 4, 40, 40)).subsurface((5, 6) + size)
 
 
@@ -74,14 +70,16 @@ def tiles_scene(host, target, *images):
 
 
 @scene
-def tiles_of_parts(host):
-    return tiles_scene(host, host.screen, part(), picture(), part(flags=pygame.SRCALPHA), encoded())
+def tiles_of_subsurfaces(host):
+    return tiles_scene(
+        host, host.screen, subsurface(), picture(), subsurface(flags=pygame.SRCALPHA), encoded()
+    )
 
 
 @scene
-def tiles_on_a_part_of_the_display(host):
+def tiles_on_a_subsurface_of_the_display(host):
     target = host.screen.subsurface((10, 10, 200, 150))
-    return tiles_scene(host, target, picture(), part())
+    return tiles_scene(host, target, picture(), subsurface())
 
 
 @scene
@@ -90,7 +88,7 @@ def tiles_of_the_display_on_itself(host):
 
 
 @scene
-def tiles_of_a_part_of_the_display(host):
+def tiles_of_a_subsurface_of_the_display(host):
     return tiles_scene(host, host.screen, host.screen.subsurface((9, 9, 30, 30)))
 
 
@@ -125,7 +123,7 @@ def views(host):
 
 
 @scene
-def views_on_a_part_of_the_display(host):
+def views_on_a_subsurface_of_the_display(host):
     room = view_room(host)
     target = host.screen.subsurface((10, 10, 200, 150))
     return lambda: draw_frame(room, target)
@@ -185,22 +183,22 @@ def particles_scene(host, shape, **common):
 
 
 @scene
-def particles_of_a_part(host):
-    return particles_scene(host, part())
+def particles_of_a_subsurface(host):
+    return particles_scene(host, subsurface())
 
 
 @scene
-def particles_of_a_part_of_the_display(host):
+def particles_of_a_subsurface_of_the_display(host):
     return particles_scene(host, host.screen.subsurface((9, 9, 30, 30)))
 
 
 @scene
-def added_particles_of_a_part(host):
-    return particles_scene(host, part(flags=pygame.SRCALPHA), blend=(1,))
+def added_particles_of_a_subsurface(host):
+    return particles_scene(host, subsurface(flags=pygame.SRCALPHA), blend=(1,))
 
 
 @scene
-def particles_on_a_part_of_the_display(host):
+def particles_on_a_subsurface_of_the_display(host):
     larkspur.set_SDL_screen(host.screen.subsurface((10, 10, 200, 150)))
     return particles_scene(host, picture())
 
@@ -233,8 +231,8 @@ def particle_life(host):
 
 
 @scene
-def copies_of_parts(host):
-    sources = [part(), host.screen.subsurface((9, 9, 30, 30)), encoded(), host.screen]
+def copies_of_subsurfaces(host):
+    sources = [subsurface(), host.screen.subsurface((9, 9, 30, 30)), encoded(), host.screen]
 
     def transform():
         for source in sources:
@@ -247,8 +245,8 @@ def copies_of_parts(host):
 
 
 @scene
-def painting_on_parts(host):
-    targets = [part(), host.screen.subsurface((9, 9, 30, 30)), encoded(), host.screen]
+def painting_on_subsurfaces(host):
+    targets = [subsurface(), host.screen.subsurface((9, 9, 30, 30)), encoded(), host.screen]
 
     def paint():
         for target in targets:
@@ -263,23 +261,15 @@ def painting_on_parts(host):
 
 def rectangles_scene(host):
     host.gmapi.__dict__["__color_to_int"] = lambda colour: int(len([colour]))
-    host.gmapi.py_draw_props.alpha = 0.5
 
     def draw():
-        larkspur.draw_rectangle(1, 2, 30, 40)
+        for alpha, outline in ((1.0, 0), (1.0, 1), (0.5, 0)):
+            host.gmapi.py_draw_props.alpha = alpha
+            larkspur.draw_rectangle(1, 2, 30, 40, outline)
         for corners in ((5, 5, 5, 5), (5, 5, 6, 6), (5, 6, 6, 5)):
             for outline in (0, 1):
                 larkspur.fast_draw_rectangle_color(*(1, 2, 30, 40) + corners + (0.5, outline))
                 larkspur.fast_draw_rectangle_color(*(1, 2, 30, 40) + corners + (1.0, outline))
-
-    return draw
-
-
-@scene
-def rectangles_by_pygame(host):
-    def draw():
-        for outline in (0, 1):
-            larkspur.draw_rectangle(1, 2, 30, 40, outline)
 
     return draw
 
@@ -290,14 +280,20 @@ def rectangles(host):
 
 
 @scene
-def rectangles_on_a_part_of_the_display(host):
+def rectangles_on_a_subsurface_of_the_display(host):
     larkspur.set_SDL_screen(host.screen.subsurface((10, 10, 200, 150)))
     return rectangles_scene(host)
 
 
+def sprite_of(image):
+    sprite = larkspur.GMSprite()
+    sprite.subimages = [image]
+    return sprite
+
+
 @scene
 def scale_cache(host):
-    images = [part(flags=pygame.SRCALPHA), picture(), host.screen.subsurface((9, 9, 30, 30))]
+    images = [subsurface(flags=pygame.SRCALPHA), picture(), host.screen.subsurface((9, 9, 30, 30))]
     sprite = larkspur.GMSprite()
     host.drops.append(lambda: sprite.__delattr__("subimages"))
     host.drops.append(lambda: sprite.__setattr__("scalecache", {}))
@@ -306,7 +302,8 @@ def scale_cache(host):
         sprite.subimages = list(images)
         for width, height, colour in ((20, 20, 0xFFFFFF), (-30, 12, 0xFFFFFF), (50, -60, 7)):
             pending.add_to_scale_cache(sprite, (width, height), width, height, colour)
-            for i in range(len(images)):
+            for i, image in enumerate(images):
+                pending.add_to_scale_cache(sprite_of(image), i, *image.get_size() + (7,))
                 native.new_reference(
                     _scale_cache_add(sprite, (i, [].append), i, width, height, 30, 0, 7, 100, i % 2)
                 )

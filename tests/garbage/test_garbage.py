@@ -18,16 +18,11 @@ STEP = int(os.environ.get("LARKSPUR_GARBAGE_STEP", "13"))
 ACTS = ("close", "replace", "redraw", "drop")
 
 
-def scenes_for(act):
-    left_out = scenes.ONLY_WITH_THE_DISPLAY_OPEN if act in ("close", "replace") else ()
-    return [name for name in sorted(scenes.SCENES) if name not in left_out]
-
-
 @pytest.mark.parametrize("act", ACTS)
 def test_nothing_that_a_collection_does_brings_it_down(act, tmpdir):
     log = tmpdir.join("last-point")
     log.write("")
-    names = scenes_for(act)
+    names = sorted(scenes.SCENES)
     status, out, err = subprocess_python.run(
         "from garbage import child; child.main(%r, %d, %r, %r)" % (act, STEP, str(log), names),
         preload=[build.path("tests/native/helpers/free_list_allocations.so")],

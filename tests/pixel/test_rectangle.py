@@ -9,7 +9,7 @@ import pygame
 import pytest
 from models import gradient_model as model
 from support import host as host_support
-from support import leaks, native, rooms
+from support import leaks, native, rooms, subprocess_python
 from support.guarded import GuardedSurface
 from support.pictures import assert_same_words, put_words, random_words, words
 from support.surfaces import ALL_MASKS, assert_encoded, encode, surface_of
@@ -846,6 +846,26 @@ def test_reentrant_fill(props, display):
     larkspur.set_SDL_screen(screen)
     assert larkspur.draw_rectangle(0, 0, 9, 9) is None
     assert screen.depth == 5
+
+
+@pytest.mark.parametrize("outline", [0, 1])
+def test_subsurface_of_a_closed_display(outline):
+    """pygame's own functions would end the process."""
+    out, err = subprocess_python.output(
+        """
+        import pygame
+        from support import host, pending
+        host.install_modules()
+        import larkspur
+        screen = pygame.display.set_mode((64, 48), 0, 32)
+        host.RecordingHost(screen).register(larkspur)
+        larkspur.set_SDL_screen(screen.subsurface((4, 5, 20, 10)))
+        pygame.display.quit()
+        print repr(pending.call(larkspur.draw_rectangle, 1, 2, 9, 8, %d).exception)
+        """
+        % outline
+    )
+    assert out.splitlines()[-1].startswith("RuntimeError('draw_rectangle() got a subsurface of")
 
 
 @pytest.mark.parametrize("outline", [0, 1])

@@ -9,7 +9,7 @@ import larkspur
 import pygame
 import pytest
 from models import pixel_model
-from support import leaks, native, pending, sdl
+from support import leaks, native, pending, sdl, subprocess_python
 from support.pictures import assert_same_words, put_words, words
 from support.surfaces import (
     ABGR,
@@ -366,6 +366,25 @@ def test_transforms_that_yield_nothing(display, capfd):
     assert_fails(
         capfd, sprite_of(pygame.Surface((6, 6), 0, 8)), "No source?\n", width=-6, height=-6
     )
+
+
+def test_a_subsurface_of_a_closed_display_is_not_copied():
+    """pygame's copy() would end the process."""
+    out, err = subprocess_python.output(
+        """
+        import pygame
+        from support import host, pending
+        host.install_modules()
+        import larkspur
+        screen = pygame.display.set_mode((64, 48), 0, 32)
+        larkspur.set_SDL_screen(screen)
+        sprite = larkspur.GMSprite()
+        sprite.subimages = [screen.subsurface((4, 5, 20, 10))]
+        pygame.display.quit()
+        print pending.add_to_scale_cache(sprite, "key", 20, 10, 5)
+        """
+    )
+    assert out.splitlines()[-1] == "(None, None)" and err == "No source?\n"
 
 
 def test_mirroring_an_8_bit_image_says_why(display, capfd):
