@@ -124,8 +124,9 @@ const TypeEntry kTypes[] = {
 };
 
 // Readies the types in order and adds each to the module. The first that cannot be readied gets its
-// line on standard error, and the later ones are neither readied nor added.
-void add_types(PyObject* module) noexcept {
+// line on standard error, and the later ones are neither readied nor added. False with MemoryError
+// when one cannot be added.
+bool add_types(PyObject* module) noexcept {
     for (const TypeEntry& entry : kTypes) {
         if (entry.prepare != nullptr) {
             entry.prepare();
@@ -135,20 +136,39 @@ void add_types(PyObject* module) noexcept {
                 write_stderr("%s", entry.failure_message);
             }
             PyErr_Clear();  // the module is of use without its later types, so importing goes on
-            return;
+            return true;
         }
         Py_INCREF(entry.type);  // the module takes over this reference; the type keeps its own
-        PyModule_AddObject(module, entry.name, reinterpret_cast<PyObject*>(entry.type));
+        if (PyModule_AddObject(module, entry.name, reinterpret_cast<PyObject*>(entry.type)) < 0) {
+            Py_DECREF(entry.type);
+            return false;
+        }
     }
+    return true;
 }
 
 // The interpreter would keep a module whose initialisation failed, and hand it out at the next
 // import. Leaves the exception that says why.
-void forget_module() noexcept {
+void forget_module(const PyRef& name) noexcept {
     const PendingException set_aside;
-    if (PyDict_DelItemString(PyImport_GetModuleDict(), kModuleName) < 0) {
+    if (PyDict_DelItem(PyImport_GetModuleDict(), name.get()) < 0) {
         PyErr_Clear();  // someone else has taken it out
     }
+}
+
+// Makes the module. False with an exception.
+bool make_module() noexcept {
+    PyObject* module = Py_InitModule4(kModuleName, module_functions, nullptr, nullptr,
+                                      PYTHON_API_VERSION);  // borrowed
+    if (module == nullptr || !add_types(module) ||
+        PyModule_AddStringConstant(module, "__version__", LARKSPUR_VERSION) < 0 ||
+        !load_pygame_api(pygame_api())) {
+        return false;
+    }
+    load_room_pygame_api();
+    seed_random(read_entropy());
+    bind_host_modules();
+    return PyErr_Occurred() == nullptr;
 }
 
 }  // namespace
@@ -157,19 +177,9 @@ void forget_module() noexcept {
 // The interpreter finds this function by name, so it has to be visible.
 extern "C" LARKSPUR_EXPORT void initlarkspur() {
     using namespace larkspur;
-
-    PyObject* module = Py_InitModule4(kModuleName, module_functions, nullptr, nullptr,
-                                      PYTHON_API_VERSION);  // borrowed
-    if (module == nullptr) {
-        return;
+    // Made first: without memory the module could not be forgotten by a name made then.
+    const PyRef name = PyRef::steal(PyString_FromString(kModuleName));
+    if (name && !make_module()) {
+        forget_module(name);
     }
-    add_types(module);
-    if (PyModule_AddStringConstant(module, "__version__", LARKSPUR_VERSION) < 0 ||
-        !load_pygame_api(pygame_api())) {
-        forget_module();
-        return;
-    }
-    load_room_pygame_api();
-    seed_random(read_entropy());
-    bind_host_modules();
 }

@@ -108,7 +108,16 @@ PyRef fetch(PyObject* object, const char* attribute) noexcept {
 }
 
 PyObject* bind_module(const char* name) noexcept {
-    PyObject* module = PyImport_AddModule(name);  // borrowed
+    // Looked up here: without memory for the name, PyImport_AddModule() would take the module for
+    // missing, and register an empty one in its place.
+    const PyRef key = PyRef::steal(PyString_FromString(name));
+    if (!key) {
+        return nullptr;
+    }
+    PyObject* module = PyDict_GetItem(PyImport_GetModuleDict(), key.get());  // borrowed
+    if (module == nullptr || !PyModule_Check(module)) {
+        module = PyImport_AddModule(name);
+    }
     Py_XINCREF(module);
     return module;
 }

@@ -19,7 +19,8 @@ PyObject* register_instances_dict(PyObject* module, PyObject* args) noexcept;
 PyObject* draw_sprite_ext(PyObject* module, PyObject* args) noexcept;
 
 /// Binds gm6, gmapi and gmapi.__dict__; part of the module's initialisation. The modules are taken
-/// as registered, or made empty; they are not imported.
+/// as registered, or made empty; they are not imported. What can't be made stays null and leaves
+/// its exception.
 void bind_host_modules() noexcept;
 
 /// The registry from instance id (int) to instance, and the three types whose instances are stored

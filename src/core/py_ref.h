@@ -89,8 +89,8 @@ class PendingException {
 /// @param held number of references that the running call itself holds on the object
 void release_unowned(PyObject* object, Py_ssize_t held) noexcept;
 
-/// The module that is loaded under this name, or what stands in its place; empty when there is
-/// none, without an exception unless memory ran out.
+/// The module that is loaded under this name, or what stands in its place; empty, without an
+/// exception, when there is none or no memory for the name.
 inline PyRef loaded_module(const char* name) noexcept {
     return PyRef::borrow(PyDict_GetItemString(PyImport_GetModuleDict(), name));
 }
