@@ -159,7 +159,8 @@ class World(object):
         pygame.display.init()
         self.display = pygame.display.set_mode(size, 0, self.random.choice([32, 32, 32, 16, 8]))
         if self.random.randrange(4):
-            larkspur.set_SDL_screen(self.display)
+            # Something that died meanwhile may have closed it.
+            outcome(larkspur.set_SDL_screen, self.display)
 
     def close_display(self):
         pygame.display.quit()
@@ -471,8 +472,11 @@ class World(object):
         """A particle of a type that no other step sets, so that the models stay true."""
         handle = larkspur.part_type_create()
         larkspur.part_type_shape(handle, self.any_surface())
+        rare = self.random.randrange(60) == 0
         for name, count in SETTERS.items():
-            numbers = [self.any_float() for _ in range(count)]
+            # Pictures of the largest size that is allowed take seconds, so few are asked for.
+            any_number = self.any_float if rare else lambda: self.random.uniform(-1, 3)
+            numbers = [any_number() for _ in range(count)]
             if name in INTEGER_SETTERS:
                 numbers = [self.random.randrange(256) for _ in range(count)]
             outcome(getattr(larkspur, "part_type_" + name), handle, *numbers)
@@ -533,7 +537,7 @@ class World(object):
         room = rooms.make_room(drawn_objects=[rooms.Drawable(log, i) for i in range(5)])
         depth, self.depth = self.depth, 9
         try:
-            larkspur.Room_Draw(room, pygame.display.get_surface())
+            larkspur.Room_Draw(room, pygame.Surface((8, 8), 0, 32))
         finally:
             self.depth = depth
         self.check(log == list(range(5)), log)

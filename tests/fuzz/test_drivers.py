@@ -24,9 +24,9 @@ def run(program, *options):
 
 @pytest.mark.parametrize("name", ["driver", "states"])
 def test_random_steps_succeed(name):
-    status, output = run(os.path.join(FOLDER, name + ".py"), "--seed", 1, "--steps", 300)
+    status, output = run(os.path.join(FOLDER, name + ".py"), "--seed", 1, "--steps", 150)
     assert status == 0, output
-    assert output.endswith("stat::number_of_executed_units: 300\n")
+    assert output.endswith("stat::number_of_executed_units: 150\n")
 
 
 FAILING = """
