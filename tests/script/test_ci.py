@@ -10,6 +10,7 @@ STAGES = [
     "pygame2",
     "sdl-compat",
     "sanitize",
+    "fuzz",
     "lint",
     "instructions",
     "package",
@@ -20,7 +21,7 @@ STAGES = [
 
 def run_ci(tree, **failing):
     """Runs .ci/run on scripts that succeed; those in `failing` do what is given instead."""
-    for name in ("setup", "test", "lint", "bench", "package", "demo", "test-bare"):
+    for name in ("setup", "test", "fuzz", "lint", "bench", "package", "demo", "test-bare"):
         write_command(tree.join("script", name), failing.get(name, 'echo "ran %s $*"' % name))
     return run(["/bin/bash", ".ci/run"], tree)
 
