@@ -23,10 +23,19 @@ def lost_memory():
 
 @pytest.hookimpl(trylast=True)
 def pytest_sessionfinish(session):
-    lost = lost_memory()
-    session.config.lost_memory = lost
-    if lost and session.exitstatus == 0:
+    config = session.config
+    config.lost_memory = lost_memory() or getattr(config, "lost_memory", False)
+    if hasattr(config, "workeroutput"):
+        config.workeroutput["lost_memory"] = config.lost_memory
+    if config.lost_memory and session.exitstatus == 0:
         session.exitstatus = 1
+
+
+@pytest.hookimpl(optionalhook=True)
+def pytest_testnodedown(node):
+    """One of the processes that tests are spread over has ended."""
+    if getattr(node, "workeroutput", {}).get("lost_memory"):
+        node.config.lost_memory = True
 
 
 def pytest_terminal_summary(terminalreporter, config):

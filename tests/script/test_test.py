@@ -58,6 +58,9 @@ def run_tests(tree, *arguments):
     return status, output, called[len("ctest: -R ") :] if " -R " in called else None
 
 
+# pytest runs on all processors.
+SPREAD = ["-n", "auto", "--dist", "loadfile"]
+
 FADE = "[Ff][Aa][Dd][Ee]"
 IN_FILE = "|^pixel.*[./]Darken[.]|^pixel.*[./]Dim[.]"
 
@@ -90,9 +93,7 @@ def test_native_tests_go_with_what_pytest_is_asked_for(native_tree, arguments, e
     status, output, chosen = run_tests(native_tree, *arguments)
     assert status == 0, output
     assert chosen == expression
-    assert ("pytest: " + " ".join(arguments)).rstrip() in [
-        line.rstrip() for line in output.splitlines()
-    ]
+    assert "pytest: " + " ".join(SPREAD + arguments) in output.splitlines()
 
 
 @pytest.mark.parametrize(

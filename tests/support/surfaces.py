@@ -22,7 +22,7 @@ create_surface_from = native.function(
 )
 free_surface = native.function("SDL_FreeSurface", None, ctypes.c_void_p)
 _wrap = native.function("PySurface_FromSurface", ctypes.c_void_p, ctypes.c_void_p)
-_fflush = ctypes.CDLL(None).fflush
+_libc = ctypes.CDLL(None)
 _kept_for_good = []
 
 
@@ -145,5 +145,7 @@ def assert_same_bytes(actual, expected):
 
 def printed(capfd):
     """What was written to standard output and error since the last call, native writes too."""
-    _fflush(None)
+    # Not all streams at once: that would wait for one that another thread reads from.
+    for name in ("stdout", "stderr"):
+        _libc.fflush(ctypes.c_void_p.in_dll(_libc, name))
     return capfd.readouterr()
