@@ -9,7 +9,8 @@ and is then called as
 
     PROGRAM [--seconds N] [--steps M] [--seed S]
 
-Each child does CHUNK steps of a seed of its own. What failed is written with the command that
+Each child does CHUNK steps of a seed of its own; without a number of steps or seconds this goes
+on for ever. What failed is written with the command that
 repeats it up to the failing step; the number of steps ends the output as libFuzzer's does.
 """
 
@@ -29,21 +30,26 @@ import traceback
 CHUNK = 5000
 _STEP = struct.Struct("<q")
 _DOING_BYTES = 200
+_ENDED = "ended"
 
 
-def _run_chunk(new, seed, steps, progress):
-    """Does the steps of a seed; the file `progress` always tells which, and what it is."""
+def _run_chunk(new, seed, steps, end, progress):
+    """Does the steps of a seed, or as many as it can until the time `end`; the file `progress`
+    always tells how many are done, and what the next one is."""
     with open(progress, "r+b") as memory:
         shared = mmap.mmap(memory.fileno(), 4096)
+    note = shared_text(shared)
     world = new(random.Random(seed))
-    for step in range(steps):
-        shared[: _STEP.size] = _STEP.pack(step)
+    done = 0
+    while done < steps and time.time() < end:
         try:
-            world.step(shared_text(shared))
+            world.step(note)
         except Exception:
             traceback.print_exc()
             return 1
-    shared[: _STEP.size] = _STEP.pack(steps)
+        done += 1
+        shared[: _STEP.size] = _STEP.pack(done)
+    note(_ENDED)
     return 0
 
 
@@ -58,26 +64,26 @@ def shared_text(shared):
 
 
 def _told(progress):
-    """The step that a child noted last, and what it was about to do."""
+    """How many steps a child has done, and what it was about to do."""
     with open(progress, "rb") as memory:
         content = memory.read()
     (step,) = _STEP.unpack(content[: _STEP.size])
     return step, content[_STEP.size :][:_DOING_BYTES].decode("ascii").strip()
 
 
-def _chunk_in_child(program, seed, steps, progress):
-    """Whether a child does the steps; says why it did not."""
+def _chunk_in_child(program, seed, steps, end, progress):
+    """Whether a child does the steps, or what it can until `end`; says why it did not."""
     with open(progress, "wb") as memory:
         memory.write(b"\0" * 4096)
     with tempfile.TemporaryFile() as output:
+        command = [sys.executable, program, "--child", progress, "--seed", str(seed)]
         status = subprocess.call(
-            [sys.executable, program, "--child", progress, "--seed", str(seed), "--steps"]
-            + [str(steps)],
+            command + ["--steps", str(steps), "--end", repr(end)],
             stdout=output,
             stderr=subprocess.STDOUT,
         )
         step, doing = _told(progress)
-        if status == 0 and step == steps:
+        if status == 0 and doing == _ENDED:
             return True
         output.seek(0)
         sys.stdout.write(output.read().decode("utf-8", "replace")[-6000:].encode("utf-8"))
@@ -93,22 +99,24 @@ def main(new, program):
     parser.add_argument("--steps", type=int)
     parser.add_argument("--seed", type=int)
     parser.add_argument("--child")
+    parser.add_argument("--end", type=float, default=float("inf"))
     arguments = parser.parse_args()
     seed = arguments.seed
     if seed is None:
         seed = random.SystemRandom().randrange(1, 2**31)
     if arguments.child:
-        sys.exit(_run_chunk(new, seed, arguments.steps, arguments.child))
+        sys.exit(_run_chunk(new, seed, arguments.steps, arguments.end, arguments.child))
 
     handle, progress = tempfile.mkstemp()
     os.close(handle)
-    end = time.time() + (arguments.seconds or 0)
+    end = time.time() + arguments.seconds if arguments.seconds else arguments.end
+    most = arguments.steps or sys.maxint
     done = 0
     succeeded = True
     print("seeds from %d on" % seed)
-    while succeeded and (time.time() < end if arguments.seconds else done < arguments.steps):
-        steps = CHUNK if arguments.seconds else min(CHUNK, arguments.steps - done)
-        succeeded = _chunk_in_child(program, seed, steps, progress)
+    while succeeded and done < most and time.time() < end:
+        steps = min(CHUNK, most - done)
+        succeeded = _chunk_in_child(program, seed, steps, end, progress)
         done += _told(progress)[0]
         seed += 1
         print("#%d" % done)
