@@ -261,6 +261,15 @@ def _faded(flags, surface_flags=0):
     return make
 
 
+def _part_of_encoded():
+    # Made first: it would lock the encoded one, and SDL does not survive that.
+    whole = scene.tiny_surface(flags=pygame.SRCALPHA)
+    share = whole.subsurface((2, 1, 4, 3))
+    whole.set_alpha(100, pygame.RLEACCEL)
+    _blitted(lambda: whole)()
+    return share
+
+
 def _locked(bits):
     def make():
         surface = scene.tiny_surface(bits)
@@ -366,6 +375,9 @@ def _surfaces():
         yield Value("encoded Surface of %d bits" % bits, _blitted(asks), bits, exact=True)
     yield Value("faded Surface", _faded(0), 32, exact=True)
     yield Value("encoded faded Surface", _blitted(_faded(pygame.RLEACCEL)), 32, exact=True)
+    encoded_with_alpha = _blitted(_faded(pygame.RLEACCEL, pygame.SRCALPHA))
+    yield Value("encoded Surface with alpha", encoded_with_alpha, 32, exact=True)
+    yield Value("subsurface of one with alpha", _part_of_encoded, 32, exact=True)
     for bits in (8, 32):
         yield Value("locked Surface of %d bits" % bits, _locked(bits), bits, exact=True)
     yield Value("Surface of a subclass", lambda: _Subclass((8, 6), 0, 32), 32)
