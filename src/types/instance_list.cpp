@@ -117,8 +117,45 @@ int assign_item(PyObject* self, Py_ssize_t i, PyObject* value) noexcept {
     return 0;
 }
 
+// One of a slice's three numbers as an int, or None. Empty with the interpreter's exception.
+PyRef plain_bound(PyObject* bound) noexcept {
+    if (bound == Py_None) {
+        return PyRef::borrow(bound);
+    }
+    Py_ssize_t index = 0;
+    return _PyEval_SliceIndex(bound, &index) != 0 ? PyRef::steal(PyInt_FromSsize_t(index))
+                                                  : PyRef();
+}
+
+// Assigns to a slice, or deletes it where `value` is null, as the list does. The list goes by the
+// length that it had before it asks bounds and values, whose code may shorten it: here they are
+// asked first, in the list's order, and it gets plain ones.
+int assign_slice(PyObject* self, const PySliceObject& slice, PyObject* value) noexcept {
+    const PyRef step = plain_bound(slice.step);
+    const PyRef start = step ? plain_bound(slice.start) : PyRef();
+    const PyRef stop = start ? plain_bound(slice.stop) : PyRef();
+    const PyRef plain =
+        stop ? PyRef::steal(PySlice_New(start.get(), stop.get(), step.get())) : PyRef();
+    if (!plain) {
+        return -1;
+    }
+    const bool extended = step.get() != Py_None && PyInt_AS_LONG(step.get()) != 1;
+    const PyRef items = value != nullptr
+                            ? PyRef::steal(PySequence_Fast(
+                                  value, extended ? "must assign iterable to extended slice"
+                                                  : "can only assign an iterable"))
+                            : PyRef();
+    if (value != nullptr && !items) {
+        return -1;
+    }
+    return PyList_Type.tp_as_mapping->mp_ass_subscript(self, plain.get(), items.get());
+}
+
 // The interpreter asks this slot first whatever the key is.
 int assign_subscript(PyObject* self, PyObject* key, PyObject* value) noexcept {
+    if (PySlice_Check(key)) {
+        return assign_slice(self, *reinterpret_cast<PySliceObject*>(key), value);
+    }
     if (!PyIndex_Check(key)) {
         return PyList_Type.tp_as_mapping->mp_ass_subscript(self, key, value);
     }

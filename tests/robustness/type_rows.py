@@ -697,7 +697,6 @@ def instance_list_rows():
         counts=None,
         then=use,
     )
-    # The interpreter's lists do not survive that a value of theirs shortens them meanwhile.
     yield Row(
         "InstanceList[slice] = x",
         operator.setitem,
@@ -706,7 +705,15 @@ def instance_list_rows():
         covers=[],
         counts=None,
         then=use,
-        values=[value for value in values.ALL if value.hostile not in ("mutate", "collect")],
+        extra=[
+            (
+                "%s that does this: %s" % (bound, deed),
+                [instance_list, functools.partial(_slice_with, bound, deed), lambda: [1, 2]],
+                ANY,
+            )
+            for bound in ("start", "stop", "step")
+            for deed in hostile.DEEDS
+        ],
     )
     for name in (
         "extend",
@@ -753,6 +760,12 @@ def instance_list_rows():
             )
         ],
     )
+
+
+def _slice_with(bound, deed):
+    bounds = {"start": 0, "stop": 3, "step": 2}
+    bounds[bound] = hostile.make("object", deed)
+    return slice(bounds["start"], bounds["stop"], bounds["step"])
 
 
 class _DyingInstance(Instance):

@@ -12,7 +12,7 @@ import weakref
 import larkspur
 import pytest
 from models.instance_list_model import ModelList
-from support import records
+from support import records, subprocess_python
 from support.host import Instance, ParticleSystem, Plain
 from support.leaks import (
     SHARED_BY_INTERPRETER,
@@ -854,3 +854,60 @@ def test_random_operations_match_the_model(host):
         expected = outcome(lambda: getattr(model, name)(*arguments[name]))
         assert actual is expected, (seed, step, name)
         assert list(target) == model.items, (seed, step, name)
+
+
+@pytest.mark.parametrize("bounds", [(None, None, None), (0, 3, 2), (None, None, -1), (2, 0, 1)])
+@pytest.mark.parametrize("value", [[8, 9], (8, 9, 7), "ab", xrange(3), {}, 5, None, [], range(4)])
+def test_slice_is_assigned_as_in_a_list(bounds, value):
+    own, plain = larkspur.InstanceList(range(4)), list(range(4))
+    outcomes = []
+    for target, assigned in ((own, value), (plain, copy.copy(value))):
+        try:
+            target[slice(*bounds)] = assigned
+            outcomes.append(list(target))
+        except (TypeError, ValueError) as error:
+            outcomes.append(str(error))
+    assert outcomes[0] == outcomes[1]
+
+
+@pytest.mark.parametrize("bounds", [(None, None, None), (0, 3, 2), (None, None, -1), (0, 9, 0)])
+def test_slice_is_deleted_as_in_a_list(bounds):
+    outcomes = []
+    for target in (larkspur.InstanceList(range(4)), list(range(4))):
+        try:
+            del target[slice(*bounds)]
+            outcomes.append(list(target))
+        except ValueError as error:
+            outcomes.append(str(error))
+    assert outcomes[0] == outcomes[1]
+
+
+def test_what_is_assigned_to_a_slice_may_shorten_the_list():
+    # Memory that is not the list's any more shows as a crash: in a process of its own.
+    out, _ = subprocess_python.output("""
+        from support import host
+        host.install_modules()
+        import larkspur
+
+        class Shortening(object):
+            def __init__(self, target):
+                self.target = target
+            def __iter__(self):
+                del self.target[:]
+                return iter((1, 2))
+            def __index__(self):
+                del self.target[:]
+                return 2
+
+        for length in (4, 1000):
+            for bounds in ((0, 3, 2), ("x", None, None), (0, "x", 2), (0, 3, "x"), (None, None, 2)):
+                target = larkspur.InstanceList([object() for _ in range(length)])
+                evil = Shortening(target)
+                try:
+                    target[slice(*[evil if b == "x" else b for b in bounds])] = evil
+                except ValueError:
+                    pass
+                junk = [object() for _ in range(1000)]
+                print len(target)
+    """)
+    assert [int(line) for line in out.split()] == [0, 2, 0, 0, 0] * 2
