@@ -17,9 +17,11 @@ const ZoomKernels kBoth[] = {{pick_pixels, mix_columns, pick_along_lines, transp
                              fastest_zoom_kernels()};
 
 // Fractions of a pixel, its multiples, and what ends in one vector, in two and in none of them.
-constexpr std::uint32_t kSteps[] = {0,      1,      4000,   21845,  32768,     40000,
-                                    65535,  kPixel, 65537,  70000,  2 * 65536, 2 * 65536 + 1234,
-                                    140434, 140435, 150000, 200000, 3 * 65536, 10 * 65536 + 1};
+constexpr std::uint32_t kSteps[] = {0,      1,         4000,          21845,
+                                    32768,  40000,     65535,         kPixel,
+                                    65537,  70000,     2 * 65536,     2 * 65536 + 1234,
+                                    140434, 140435,    145000,        150000,
+                                    200000, 3 * 65536, 10 * 65536 + 1};
 
 // Narrowest sources of rows of a width, and some that are wider.
 std::vector<std::size_t> source_widths(std::size_t least) {
