@@ -209,6 +209,11 @@ def target(value):
     return RAISES if value.short else ANY if value.name.startswith("locked") else usable(value)
 
 
+def screen(value):
+    """As usable(); that the display around a subsurface was closed shows when it is drawn on."""
+    return EITHER if value.closes else usable(value)
+
+
 def only_hostile(value):
     """Nothing is good but what stands for anything."""
     return EITHER if value.hostile else RAISES
@@ -222,7 +227,7 @@ def host_rows():
         "set_SDL_screen",
         larkspur.set_SDL_screen,
         [SCREEN],
-        [usable],
+        [screen],
         then=lambda _: draw_frames(),
         disturbs=True,
     )
@@ -239,7 +244,10 @@ def host_rows():
         "GMSprite_from_surface",
         larkspur.GMSprite_from_surface,
         [surface, lambda: "name"],
-        [lambda value: EITHER if value.short or value.long else usable(value), anything],
+        [
+            lambda value: EITHER if value.short or value.long or value.wide else usable(value),
+            anything,
+        ],
         counts=[1, 2],
     )
     for name, room in (("Room_Draw", FLAT_ROOM), ("Room_Draw with views", ROOM)):
