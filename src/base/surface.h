@@ -64,12 +64,16 @@ class SurfaceLock {
         const bool must_lock = SDL_MUSTLOCK(surface) || surface->pixels == nullptr;
         if (must_lock) {
             if (SDL_LockSurface(surface) != 0) {
+                SDL_SetError("The surface can't be locked");  // not all drivers say so
                 return;
             }
             locked_ = surface;
         }
         // A surface without an area has no pixels, locked or not; nobody will touch any.
         usable_ = surface->pixels != nullptr || surface->w == 0 || surface->h == 0;
+        if (!usable_) {
+            SDL_SetError("The surface has no pixels");
+        }
     }
     SurfaceLock(const SurfaceLock&) = delete;
     SurfaceLock& operator=(const SurfaceLock&) = delete;

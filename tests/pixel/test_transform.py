@@ -360,6 +360,29 @@ def test_pictures_without_alpha_still_ask_for_blending(name, depth):
 
 
 @pytest.mark.parametrize(
+    "bits, call",
+    [
+        (8, lambda surface: larkspur.rotoscale(surface, 2, 2, 30)),
+        (32, lambda surface: larkspur.rotoscale(surface, 2, 1, 0)),
+        (8, larkspur.flip_v),
+        (32, larkspur.flip_v),
+        (32, larkspur.flip_h),
+        (32, larkspur.flip_vh),
+    ],
+)
+def test_a_surface_without_pixels_is_told(bits, call):
+    surface = pygame.Surface((5, 4), 0, bits)
+    record = native.Surface.from_address(native.surface_address(surface))
+    pixels, record.pixels = record.pixels, None
+    try:
+        with pytest.raises(pygame.error) as raised:
+            call(surface)
+    finally:
+        record.pixels = pixels
+    assert str(raised.value) == "The surface has no pixels"
+
+
+@pytest.mark.parametrize(
     "size, factors, expected",
     [((100, 100), (1.0, 400.0), (142, 142)), ((1, 1), (30000.0, 30000.0), (2, 2))],
 )
