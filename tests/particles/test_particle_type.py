@@ -153,6 +153,16 @@ def test_fresh_colours_are_white_of_the_display(display):
         larkspur.set_SDL_screen(display)
 
 
+def test_fresh_colours_on_a_palette_display_whose_white_is_0(display):
+    size = display.get_size()
+    larkspur.set_SDL_screen(pygame.display.set_mode(size, 0, 8))
+    try:
+        record = particles.type_record(larkspur.part_type_create())
+        assert [record.color1, record.color2, record.color3] == [0] * 3
+    finally:
+        larkspur.set_SDL_screen(pygame.display.set_mode(size, 0, 32))
+
+
 def test_fresh_colours_without_a_display():
     script = (
         "import sys; sys.path.insert(0, 'tests')\n"

@@ -744,6 +744,43 @@ def test_missing_properties(props, display, host):
         larkspur.draw_rectangle(0, 0, 9, 9)
 
 
+def test_what_drawing_needs_is_named_where_it_was_never_given():
+    out, _ = subprocess_python.output("""
+        from support import host
+        host.install_modules()
+        import larkspur, pygame
+        def draw(*flag):
+            try:
+                larkspur.draw_rectangle(0, 0, 9, 9, *flag)
+            except RuntimeError as error:
+                print(error)
+        draw()
+        recording = host.RecordingHost(None)
+        recording.gmapi.pygame = None
+        try:
+            recording.register(larkspur)
+            for _ in "a":  # raises what registering left
+                pass
+        except AttributeError:
+            pass
+        draw()
+        draw(1)
+        recording.gmapi.py_draw_props.alpha = 0.5
+        recording.gmapi.__dict__["__color_to_int"] = lambda colour: 5
+        draw()
+        recording.gmapi.py_draw_props.alpha = 1.0
+        larkspur.set_SDL_screen(pygame.Surface((9, 9), 0, 32))
+        draw(1)
+    """)
+    assert [line.split(" needs ")[1].split(":")[0] for line in out.decode().splitlines()] == [
+        "gmapi.py_draw_props",
+        "a display",
+        "a display",
+        "a display",
+        "pygame.draw.rect",
+    ]
+
+
 def test_alpha_without_a_float_value(props, display):
     props.alpha = "much"
     with pytest.raises(TypeError):

@@ -226,7 +226,17 @@ def test_several_values_at_once_are_not_converted(registry, add):
     assert 7 in target
 
 
-def test_a_failing_key_comparison_is_reported(registry):
+@pytest.mark.parametrize(
+    "operation",
+    [
+        lambda target, value: target.append(value),
+        lambda target, value: target.insert(0, value),
+        lambda target, value: target.remove(value),
+        lambda target, value: operator.setitem(target, 0, value),
+    ],
+    ids=["append", "insert", "remove", "item"],
+)
+def test_a_failing_key_comparison_is_reported(registry, operation):
     class Key(object):
         def __hash__(self):
             return hash(70000)
@@ -236,7 +246,7 @@ def test_a_failing_key_comparison_is_reported(registry):
 
     registry[Key()] = None
     with pytest.raises(ZeroDivisionError):
-        new_list().append(70000)
+        operation(new_list(registry[7]), 70000)
 
 
 # Failures.

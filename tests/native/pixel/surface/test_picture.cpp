@@ -47,6 +47,12 @@ TEST(TurnedPicture, HasAtMost2To26Pixels) {
     }
 }
 
+// 1600 columns that rise by 56 rows.
+TEST(TurnedPicture, IsAsHighAsALongSideRises) {
+    const SurfacePtr line(SDL_CreateRGBSurface(SDL_SWSURFACE, 1600, 4, 32, 0, 0, 0, 0));
+    EXPECT_NE(turned_picture(line.get(), 2, 1), nullptr);
+}
+
 TEST(Picture, OfNothingIsNull) {
     EXPECT_EQ(scaled_picture(nullptr, 1, 1), nullptr);
     EXPECT_EQ(turned_picture(nullptr, 30, 1), nullptr);

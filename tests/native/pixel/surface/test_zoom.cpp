@@ -195,6 +195,11 @@ TEST(Zoom, RefusesSidesUpToTheEndOfTheIntegers) {
             << angle_degrees;
     }
     EXPECT_NE(rotozoomed(surface.get(), 90, 2 * kHalfOfIntEnd + 1, false), nullptr);
+    // Both sides upside down: halves of up to the end of the ints, whose doubles wrap.
+    for (const double factor : {kHalfOfIntEnd, 1.5 * kHalfOfIntEnd, 2 * kHalfOfIntEnd - 1}) {
+        EXPECT_EQ(rotozoomed(surface.get(), 180, factor, false), nullptr) << factor;
+        EXPECT_EQ(rotozoomed_xy(surface.get(), 180, factor, 1, false), nullptr) << factor;
+    }
 }
 
 // 65000 rows are allowed, with the 600 columns on top they would not be.
