@@ -65,6 +65,10 @@ def long_surface(size, bits):
     pitch = (size[0] * ((bits + 7) // 8) + 3) // 4 * 4
     memory = numpy.zeros(pitch * size[1], numpy.uint8)
     address = create_surface_from(memory.ctypes.data, size[0], size[1], bits, pitch, 0, 0, 0, 0)
+    if not address and sdl.is_layer():
+        # A layer over SDL 2 takes none either, so it gets a record that says otherwise.
+        address = create_surface_from(memory.ctypes.data, 1, size[1], bits, pitch, 0, 0, 0, 0)
+        native.Surface.from_address(address).w = size[0]
     _kept_for_good.append(memory)
     return native.new_reference(_wrap(address))
 

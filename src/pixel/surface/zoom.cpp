@@ -12,6 +12,7 @@
 
 #include "base/console.h"
 #include "base/recycled_surface.h"
+#include "pixel/kernels/colour.h"
 #include "pixel/kernels/pixel_word.h"
 #include "pixel/surface/zoom_loops.h"
 
@@ -112,6 +113,36 @@ SurfacePtr of_its_own_height(SurfacePtr result) noexcept {
     return copy;
 }
 
+bool is_rotation(const Transform& wanted) noexcept {
+    return wanted.way == Way::kRotozoom || wanted.way == Way::kRotozoomXY;
+}
+
+// What SDL_gfx turns in place of a surface that it does not read directly: a copy of 32 bits, with
+// the pixels of the colour key too. It is made here, as SDL_gfx does not ask whether SDL had the
+// memory for its own. Null when it had none.
+SurfacePtr copy_to_turn(SDL_Surface* surface) noexcept {
+    SurfacePtr copy(SDL_CreateRGBSurface(SDL_SWSURFACE, surface->w, surface->h, 32, kLowChannel,
+                                         kMiddleChannel, kHighChannel, kTopByte));
+    if (copy == nullptr) {
+        return nullptr;
+    }
+    const bool keyed = (surface->flags & SDL_SRCCOLORKEY) != 0;
+    const Uint32 key = surface->format->colorkey;
+    if (keyed) {
+        SDL_SetColorKey(surface, 0, 0);
+    }
+    SDL_UpperBlit(surface, nullptr, copy.get(), nullptr);
+    if (keyed) {
+        SDL_SetColorKey(surface, SDL_SRCCOLORKEY, key);
+        Uint8 red = 0;
+        Uint8 green = 0;
+        Uint8 blue = 0;
+        SDL_GetRGB(key, surface->format, &red, &green, &blue);
+        SDL_SetColorKey(copy.get(), SDL_SRCCOLORKEY, SDL_MapRGB(copy->format, red, green, blue));
+    }
+    return copy;
+}
+
 SurfacePtr by_library(SDL_Surface* surface, const Transform& wanted) noexcept {
     const int smoothing = wanted.smooth ? SMOOTHING_ON : SMOOTHING_OFF;
     SDL_Surface* result = nullptr;
@@ -139,10 +170,6 @@ constexpr int kHeightEnd = 65536 - 2;
 
 bool is_above_least(double number) noexcept {
     return std::isfinite(number) && std::fabs(number) > kLeastTurned;
-}
-
-bool is_rotation(const Transform& wanted) noexcept {
-    return wanted.way == Way::kRotozoom || wanted.way == Way::kRotozoomXY;
 }
 
 // Whether the loops are meant for it. SDL_gfx fills a rotation with the colour key of its source
@@ -278,6 +305,17 @@ bool agrees_with_library(Way way) noexcept {
     return agrees[static_cast<std::size_t>(way)];
 }
 
+// A turned picture of a surface that SDL_gfx does not read directly.
+SurfacePtr turned_through_copy(SDL_Surface* surface, const Transform& wanted) noexcept {
+    const SurfacePtr copy = copy_to_turn(surface);
+    SurfacePtr result = copy != nullptr ? by_library(copy.get(), wanted) : nullptr;
+    if (result != nullptr) {
+        SDL_SetColorKey(result.get(), SDL_SRCCOLORKEY | SDL_RLEACCEL,
+                        0);  // SDL_gfx's copy has none
+    }
+    return result;
+}
+
 // The picture, by a loop of ours or by SDL_gfx; the source is there and locked if need be.
 SurfacePtr made(SDL_Surface* surface, const Transform& wanted, const Size& size) noexcept {
     if (takes(*surface, wanted, size) && agrees_with_library(wanted.way)) {
@@ -307,6 +345,9 @@ SurfacePtr transformed(SDL_Surface* surface, const Transform& wanted) noexcept {
         return nullptr;
     }
     const bool direct = is_read_directly(*surface);
+    if (!direct && is_rotation(wanted)) {
+        return turned_through_copy(surface, wanted);
+    }
     const SurfaceLock lock(direct ? surface : nullptr);
     if (direct && !lock) {
         return nullptr;

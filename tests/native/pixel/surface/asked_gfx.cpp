@@ -8,6 +8,7 @@ namespace larkspur::pixel {
 
 int pictures_by_gfx = 0;
 GfxChange gfx_change = GfxChange::kNone;
+bool refuses_surfaces = false;
 
 namespace {
 
@@ -27,9 +28,22 @@ SDL_Surface* changed(SDL_Surface* picture) {
 }  // namespace
 }  // namespace larkspur::pixel
 
-// The linker puts those with "wrap" in place of SDL_gfx's functions, which those with "real" then
-// are.
+// The linker puts those with "wrap" in place of the libraries' functions, which those with "real"
+// then are.
 extern "C" {
+
+SDL_Surface* __real_SDL_CreateRGBSurface(Uint32 flags, int width, int height, int depth,
+                                         Uint32 red_mask, Uint32 green_mask, Uint32 blue_mask,
+                                         Uint32 alpha_mask);
+// Visible, as libraries name the function too; they go on with SDL's.
+[[gnu::visibility("default")]] SDL_Surface* __wrap_SDL_CreateRGBSurface(
+    Uint32 flags, int width, int height, int depth, Uint32 red_mask, Uint32 green_mask,
+    Uint32 blue_mask, Uint32 alpha_mask) {
+    return larkspur::pixel::refuses_surfaces
+               ? nullptr
+               : __real_SDL_CreateRGBSurface(flags, width, height, depth, red_mask, green_mask,
+                                             blue_mask, alpha_mask);
+}
 
 SDL_Surface* __real_zoomSurface(SDL_Surface* source, double x, double y, int smooth);
 SDL_Surface* __wrap_zoomSurface(SDL_Surface* source, double x, double y, int smooth) {

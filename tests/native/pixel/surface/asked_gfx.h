@@ -1,4 +1,5 @@
-// Whether SDL_gfx is asked for a zoom or a turn, and an SDL_gfx that draws otherwise.
+// Whether SDL_gfx is asked for a zoom or a turn, an SDL_gfx that draws otherwise, and an SDL
+// without memory.
 #pragma once
 
 namespace larkspur::pixel {
@@ -15,5 +16,8 @@ enum class GfxChange {
     kSecondSide,  // rotozoomSurfaceXY() turns by the second factor
 };
 extern GfxChange gfx_change;
+
+/// While it is true, SDL makes no surface for this program; it does for SDL_gfx.
+extern bool refuses_surfaces;
 
 }  // namespace larkspur::pixel

@@ -252,6 +252,62 @@ TEST(ZoomAsGfx, LeavesOtherDepthsToTheLibrary) {
     }
 }
 
+// Of all kinds of sources, also what becomes of the source itself.
+TEST(ZoomAsGfx, IsTheLibrarysPictureForOtherDepths) {
+    constexpr struct {
+        int depth;
+        Uint32 red, green, blue, alpha;
+    } kFormats[] = {{15, 0x7C00, 0x3E0, 0x1F, 0},
+                    {16, 0xF800, 0x7E0, 0x1F, 0},
+                    {16, 0xF00, 0xF0, 0xF, 0xF000},
+                    {24, 0xFF0000, 0xFF00, 0xFF, 0}};
+    constexpr Uint32 kKeyFlags[] = {0, SDL_SRCCOLORKEY, SDL_SRCCOLORKEY | SDL_RLEACCEL};
+    constexpr Uint32 kAlphaFlags[] = {0, SDL_SRCALPHA};
+    std::mt19937 random(2);
+    for (const auto& format : kFormats) {
+        for (const Uint32 key_flags : kKeyFlags) {
+            for (const Uint32 alpha_flags : kAlphaFlags) {
+                const auto new_source = [&](Uint32 seed) {
+                    SurfacePtr source(SDL_CreateRGBSurface(SDL_SWSURFACE, 21, 13, format.depth,
+                                                           format.red, format.green, format.blue,
+                                                           format.alpha));
+                    std::mt19937 bytes(seed);
+                    std::generate_n(static_cast<Uint8*>(source->pixels), buffer_bytes(*source),
+                                    bytes);
+                    SDL_SetColorKey(source.get(), key_flags, 0x1234);
+                    SDL_SetAlpha(source.get(), alpha_flags, 100);
+                    return source;
+                };
+                for (const Call& call : kCalls) {
+                    const auto seed = static_cast<Uint32>(random());
+                    const SurfacePtr ours = new_source(seed);
+                    const SurfacePtr theirs = new_source(seed);
+                    EXPECT_TRUE(same_pictures(by_us(ours.get(), call).get(),
+                                              by_gfx(theirs.get(), call).get()))
+                        << call << ", depth " << format.depth << ", flags " << ours->flags;
+                    EXPECT_EQ(ours->flags, theirs->flags) << call;
+                    EXPECT_EQ(ours->format->colorkey, theirs->format->colorkey) << call;
+                }
+            }
+        }
+    }
+}
+
+// SDL_gfx would turn a copy that is not there.
+TEST(ZoomAsGfx, IsNullWhereThereIsNoMemoryForACopyToTurn) {
+    for (const int depth : {15, 16, 24}) {
+        const SurfacePtr source = picture(depth);
+        pictures_by_gfx = 0;
+        refuses_surfaces = true;
+        const SurfacePtr turned = rotozoomed(source.get(), 30, 1.5, false);
+        const SurfacePtr turned_xy = rotozoomed_xy(source.get(), 0, 1.5, 0.4, true);
+        refuses_surfaces = false;
+        EXPECT_EQ(turned, nullptr) << depth;
+        EXPECT_EQ(turned_xy, nullptr) << depth;
+        EXPECT_EQ(pictures_by_gfx, 0) << depth;
+    }
+}
+
 // It fills the picture with the key first, and makes it opaque where it has alpha.
 TEST(ZoomAsGfx, LeavesRotationsOfKeyedPicturesToTheLibrary) {
     const SurfacePtr keyed = picture();
