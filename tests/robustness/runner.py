@@ -86,7 +86,7 @@ def run_case(row, case):
         scene.quietly(row.then, *scene.current.arguments)
     scene.current.call, scene.current.arguments = None, []
     scene.current.disturbed |= row.disturbs
-    expected = expected_of(case)
+    expected = case.expected
     if outcome in (expected if isinstance(expected, tuple) else (expected,)):
         return None, outcome
     return "%s, not %s %s" % (outcome, expected, text), outcome
@@ -115,18 +115,6 @@ def describe(exception):
         return "%s: %s" % (type(exception).__name__, str(exception)[:120])
     except Exception:
         return type(exception).__name__
-
-
-def expected_of(case):
-    """What is to come of a case."""
-    if not callable(case.expected):
-        return case.expected
-    fresh_scene()
-    try:
-        case.expected()
-    except Exception:
-        return table.RAISES, table.SILENT
-    return table.OK
 
 
 # ---- many cases
