@@ -346,6 +346,9 @@ TEST(Blit, LeavesPicturesThatSdlEncodesToSdl) {
 
 // SDL would encode it first, which takes its pixels away, and then draw on them.
 TEST(Blit, DrawsNothingWhereASurfaceGoesOntoItselfEncoded) {
+    if (is_layer()) {
+        GTEST_SKIP() << "SDL 2 encodes nothing that shows, and draws";
+    }
     std::mt19937 random(kSeed);
     constexpr SDL_Rect kPiece = {0, 0, 5, 6};
     for (const bool keyed : {true, false}) {
