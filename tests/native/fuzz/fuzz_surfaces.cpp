@@ -194,6 +194,7 @@ void try_on(const char* function, const std::vector<Place*>& places, const Expec
             const Done& done) {
     const auto opened = [&] {
         std::vector<SurfacePtr> surfaces;
+        surfaces.reserve(places.size());
         for (const Place* place : places) {
             surfaces.push_back(place->open());
         }
@@ -202,6 +203,7 @@ void try_on(const char* function, const std::vector<Place*>& places, const Expec
     std::vector<SurfacePtr> surfaces = opened();
     const Outcome should_be = expected(surfaces.front().get(), surfaces.back().get());
     std::vector<Uint32> flags;
+    flags.reserve(surfaces.size());
     for (const SurfacePtr& surface : surfaces) {
         flags.push_back(surface->flags);
     }

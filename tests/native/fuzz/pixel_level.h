@@ -77,6 +77,7 @@
 namespace larkspur::pixel {
 
 struct PixelFunctions {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): what is declared can't stand in parentheses
 #define LARKSPUR_FUNCTION(name) decltype(&larkspur::pixel::name) name;
     LARKSPUR_TRIED_FUNCTIONS(LARKSPUR_FUNCTION)
 #undef LARKSPUR_FUNCTION
