@@ -6,16 +6,22 @@ import os
 import re
 
 import larkspur
-from support import elf, records, subprocess_python
+import pytest
+from support import build, elf, records, sdl, subprocess_python
 
 from robustness import native_rows, type_rows
 
 ROOT = os.path.dirname(subprocess_python.TESTS)
 
-# One case in so many is tried by default, always the same ones. "each" or 1 tries all.
-DEFAULT = "25"
+# One case in so many is tried by default, always the same ones; fewer under the sanitizers, where a
+# child takes several times as long. "each" or 1 tries all.
+IS_SANITIZED = os.path.basename(os.path.normpath(build.path())) == "sanitize"
+DEFAULT = "100" if IS_SANITIZED else "25"
 
 
+@pytest.mark.skipif(
+    sdl.is_layer(), reason="what is expected of surfaces is what SDL 1.2.15 makes and refuses"
+)
 def test_no_call_does_worse_than_raise(capsys):
     mode = os.environ.get("LARKSPUR_ROBUSTNESS", DEFAULT)
     status, out, err = subprocess_python.run(
@@ -32,7 +38,7 @@ def test_no_call_does_worse_than_raise(capsys):
     assert status == 0, err
     with capsys.disabled():
         print("\nbad input:", lines[-1])
-    assert int(lines[-1].split()[0]) > 20000
+    assert int(lines[-1].split()[0]) > (5000 if IS_SANITIZED else 20000)
 
 
 def covered():
