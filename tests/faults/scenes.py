@@ -226,6 +226,11 @@ def variables():
     return act, lambda: list(result)
 
 
+# The interpreter's int() of a long can't tell, without memory, that it met an OverflowError of its
+# own.
+variables.allowed = (MemoryError, OverflowError)
+
+
 def _native(name, result, *arguments):
     function = ctypes.PyDLL(larkspur.__file__)[name]
     function.restype, function.argtypes = result, arguments

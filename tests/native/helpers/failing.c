@@ -242,6 +242,27 @@ EXPORT void* PyMem_Realloc(void* block, size_t size) {
     return fails(kInterpreter) ? NULL : real(block, size);
 }
 
+/* What the interpreter keeps for the next object of a kind would hide that these can fail. */
+EXPORT PyObject* PyTuple_New(Py_ssize_t length) {
+    NEXT(PyTuple_New, PyObject*, Py_ssize_t);
+    return length > 0 && fails(kInterpreter) ? PyErr_NoMemory() : real(length);
+}
+
+EXPORT PyObject* PyList_New(Py_ssize_t length) {
+    NEXT(PyList_New, PyObject*, Py_ssize_t);
+    return fails(kInterpreter) ? PyErr_NoMemory() : real(length);
+}
+
+EXPORT PyObject* PyDict_New(void) {
+    NEXT(PyDict_New, PyObject*, void);
+    return fails(kInterpreter) ? PyErr_NoMemory() : real();
+}
+
+EXPORT PyObject* PyFloat_FromDouble(double value) {
+    NEXT(PyFloat_FromDouble, PyObject*, double);
+    return fails(kInterpreter) ? PyErr_NoMemory() : real(value);
+}
+
 static SDL_Surface* refused(void) {
     SDL_SetError("Out of memory");
     return NULL;
