@@ -1,5 +1,5 @@
 // Pictures that SDL has run-length encoded, locked and drawn on when what they were drawn to is
-// gone.
+// gone; and where a surface's memory ends.
 #include "base/surface.h"
 
 #include <cstdint>
@@ -108,6 +108,31 @@ TEST(SurfaceLock, LeavesALockOfTheHostAlone) {
     }
     EXPECT_EQ(picture->flags, flags);
     SDL_UnlockSurface(picture.get());
+}
+
+// The record of a surface of 32 bits around memory that is not its own.
+struct ForeignRecord {
+    ForeignRecord(int width, int height, Uint16 pitch_bytes) {
+        format.BitsPerPixel = 32;
+        format.BytesPerPixel = 4;
+        surface.format = &format;
+        surface.flags = SDL_PREALLOC;
+        surface.w = width;
+        surface.h = height;
+        surface.pitch = pitch_bytes;
+    }
+
+    SDL_PixelFormat format = {};
+    SDL_Surface surface = {};
+};
+
+TEST(BufferBytes, EndAtTheLastPixelOfForeignMemory) {
+    EXPECT_EQ(buffer_bytes(ForeignRecord(5, 3, 64).surface), 2U * 64 + 5 * 4);
+}
+
+TEST(BufferBytes, AreNoneWithoutRowsOrColumns) {
+    EXPECT_EQ(buffer_bytes(ForeignRecord(5, 0, 64).surface), 0U);
+    EXPECT_EQ(buffer_bytes(ForeignRecord(0, 3, 64).surface), 0U);
 }
 
 }  // namespace
