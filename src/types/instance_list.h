@@ -8,8 +8,8 @@
 //                             an instance out of a variable gains one
 //   list[i] = instance        the instance gains one for good
 // What is lost never includes an object's last reference, nor any of an object that the interpreter
-// shares, as small ints (see release_unowned()); any other holder of the object can be left with one
-// that is gone. Passing instances to append() and remove() keeps all counts even.
+// shares, as small ints (see release_unowned()); any other holder of the object can be left with
+// one that is gone. Passing instances to append() and remove() keeps all counts even.
 #pragma once
 
 #include "core/python.h"
