@@ -634,7 +634,9 @@ void try_painters(const char* name, Input& input) {
     painting.corners.y2 = any_corner(input, plan.height, false);
     painting.count = input.below(4);
     for (GradientLayer& layer : painting.layers) {
-        layer = {input.word(), input.word(), input.byte()};
+        layer.top = input.word();
+        layer.bottom = input.word();
+        layer.weight = input.byte();
     }
     painting.constant = input.word();
     painting.keep = input.byte();
