@@ -35,14 +35,22 @@ def assert_counts_unchanged(action, *objects):
 
 
 def object_growth(action, rounds=1000):
-    """How many collectable objects a thousand calls of `action` leave behind."""
+    """How many collectable objects a thousand calls of `action` leave behind.
+
+    Another thread, such as the one that tells pytest-xdist's workers what to run, may make some
+    meanwhile. What the action leaves behind it leaves each time: the least of three tries counts.
+    """
+
+    def measured():
+        gc.collect()
+        before = len(gc.get_objects())
+        for _ in range(rounds):
+            action()
+        gc.collect()
+        return len(gc.get_objects()) - before
+
     action()
-    gc.collect()
-    before = len(gc.get_objects())
-    for _ in range(rounds):
-        action()
-    gc.collect()
-    return len(gc.get_objects()) - before
+    return min(measured() for _ in range(3))
 
 
 class _AClass(object):
