@@ -39,7 +39,7 @@ def test_tests_run_in_the_environment_of_their_pygame(tree, arguments, version, 
     assert status == 0, output
     lines = output.splitlines()
     assert lines[0] == "setup --pygame " + version
-    assert lines[-1] == "-m pytest -k one tests/core"
+    assert lines[-1].startswith("-m pytest ") and lines[-1].endswith(" -k one tests/core")
 
 
 # Stand in for a system whose packages are all there, python2.7-dev not yet. What happens once
