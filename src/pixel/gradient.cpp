@@ -135,8 +135,8 @@ PyObject* draw(const GradientFunction& function, PyObject* args) noexcept {
             constant += multalpha(layer.top, weights.layers[i]);
         }
     }
-    return paint_on(SurfaceUse(parsed.surface, function.name), parsed.corners, function.name,
-                    [&](const SDL_Surface& surface) {
+    return paint_on(SurfaceUse(parsed.surface, function.name), parsed.corners, SteppedAxis::kY,
+                    function.name, [&](const SDL_Surface& surface) {
                         blend_vertical_gradients(surface, parsed.corners, gradients.data(),
                                                  gradient_count, constant, weights.keep);
                     });

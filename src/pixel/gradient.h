@@ -10,7 +10,7 @@ namespace larkspur::pixel {
 /// opacity) over a rectangle, the first layer undermost, as the letters of the name say. Opacities
 /// are floats with 1.0 for opaque; fast_draw_gradient_v takes an alpha of 0..255 instead. Return
 /// None. TypeError when `surface` is no pygame Surface, ValueError when it has no 32-bit pixels or
-/// x1 or y1 is below -32768, RuntimeError when its pixels can't be reached.
+/// y1 is below -32768, RuntimeError when its pixels can't be reached.
 PyObject* fast_draw_gradient_v(PyObject* module, PyObject* args) noexcept;
 PyObject* fast_draw_gradients_vc(PyObject* module, PyObject* args) noexcept;
 PyObject* fast_draw_gradients_vv(PyObject* module, PyObject* args) noexcept;

@@ -10,14 +10,19 @@
 
 namespace larkspur::pixel {
 
-/// Checks that the first corner is where painters take it, -32768 or more on both axes; false with
-/// ValueError that names it.
-inline bool require_corner_in_range(const Corners& corners, const char* function) noexcept {
-    if (corners.x1 >= kLowestCorner && corners.y1 >= kLowestCorner) {
+/// The axis along which a painter steps the fraction of a gradient; fills step none.
+enum class SteppedAxis { kNone, kX, kY };
+
+/// Checks that the first corner is where painters take it, -32768 or more along the axis that is
+/// stepped; false with ValueError that names its coordinate there.
+inline bool require_corner_in_range(const Corners& corners, SteppedAxis stepped,
+                                    const char* function) noexcept {
+    const int first = stepped == SteppedAxis::kX ? corners.x1 : corners.y1;
+    if (stepped == SteppedAxis::kNone || first >= kLowestCorner) {
         return true;
     }
-    PyErr_Format(PyExc_ValueError, "%s got (%d, %d) for x1 and y1; both must be %d or more",
-                 function, corners.x1, corners.y1, kLowestCorner);
+    PyErr_Format(PyExc_ValueError, "%s got %d for %s, which must be %d or more", function, first,
+                 stepped == SteppedAxis::kX ? "x1" : "y1", kLowestCorner);
     return false;
 }
 
@@ -29,10 +34,10 @@ inline bool require_corner_in_range(const Corners& corners, const char* function
 /// @param use a SurfaceUse or a DisplayUse, which hold the surface meanwhile
 /// @param function name of the caller with its brackets, for messages
 template <typename Use, typename Paint>
-PyObject* paint_on(const Use& use, const Corners& corners, const char* function,
-                   Paint paint) noexcept {
+PyObject* paint_on(const Use& use, const Corners& corners, SteppedAxis stepped,
+                   const char* function, Paint paint) noexcept {
     if (!use || !require_32_bit(*use.get(), function) ||
-        !require_corner_in_range(corners, function)) {
+        !require_corner_in_range(corners, stepped, function)) {
         return nullptr;
     }
     const SurfaceLock lock(use.get());

@@ -122,7 +122,7 @@ PyObject* blend_box(PyObject* colour, double alpha, const ScreenBox& box) noexce
     const Corners corners = {truncate_to_int32(box.x1), truncate_to_int32(box.y1),
                              truncate_to_int32(box.x2), truncate_to_int32(box.y2)};
     const auto alpha_255 = static_cast<std::uint8_t>(truncate_to_int32(alpha * kOpaque));
-    return paint_on(DisplayUse(kDrawRectangle), corners, kDrawRectangle,
+    return paint_on(DisplayUse(kDrawRectangle), corners, SteppedAxis::kNone, kDrawRectangle,
                     [&](const SDL_Surface& display) {
                         translucent_fill_rect(display, corners, pixel, alpha_255);
                     });
@@ -140,7 +140,7 @@ PyObject* fill_translucent(PyObject* /*module*/, PyObject* args) noexcept {
                           &corners.y2, &colour, &alpha)) {
         return nullptr;
     }
-    return paint_on(SurfaceUse(object, kFunction), corners, kFunction,
+    return paint_on(SurfaceUse(object, kFunction), corners, SteppedAxis::kNone, kFunction,
                     [&](const SDL_Surface& surface) {
                         translucent_fill_rect(surface, corners, static_cast<std::uint32_t>(colour),
                                               static_cast<std::uint8_t>(alpha));
@@ -177,31 +177,37 @@ PyObject* fast_draw_rectangle_color(PyObject* /*module*/, PyObject* args) noexce
             return new_none();
         }
         // The colour goes in as it came, as a pixel value; an outline is filled all the same.
-        return paint_on(DisplayUse(kFunction), corners, kFunction, [&](const SDL_Surface& display) {
-            translucent_fill_rect(display, corners, top_left, alpha_byte);
-        });
+        return paint_on(DisplayUse(kFunction), corners, SteppedAxis::kNone, kFunction,
+                        [&](const SDL_Surface& display) {
+                            translucent_fill_rect(display, corners, top_left, alpha_byte);
+                        });
     }
     if (vertical && alpha == kOpaque) {
-        return paint_on(DisplayUse(kFunction), corners, kFunction, [&](const SDL_Surface& display) {
-            const auto draw = outline != 0 ? draw_gradient_outline : draw_vertical_gradient;
-            draw(display, corners, top_left, bottom_left);
-        });
+        return paint_on(DisplayUse(kFunction), corners, SteppedAxis::kY, kFunction,
+                        [&](const SDL_Surface& display) {
+                            const auto draw =
+                                outline != 0 ? draw_gradient_outline : draw_vertical_gradient;
+                            draw(display, corners, top_left, bottom_left);
+                        });
     }
     if (vertical) {
         if (outline != 0) {
             write_stdout("BUG: need to draw translucent outline vgrad.\n");
             return new_none();
         }
-        return paint_on(DisplayUse(kFunction), corners, kFunction, [&](const SDL_Surface& display) {
-            const GradientLayer layer = {top_left, bottom_left, alpha_byte};
-            blend_vertical_gradients(display, corners, &layer, 1, 0,
-                                     static_cast<std::uint8_t>(kOpaque - alpha_byte));
-        });
+        return paint_on(DisplayUse(kFunction), corners, SteppedAxis::kY, kFunction,
+                        [&](const SDL_Surface& display) {
+                            const GradientLayer layer = {top_left, bottom_left, alpha_byte};
+                            blend_vertical_gradients(
+                                display, corners, &layer, 1, 0,
+                                static_cast<std::uint8_t>(kOpaque - alpha_byte));
+                        });
     }
     if (alpha == kOpaque && outline == 0) {
-        return paint_on(DisplayUse(kFunction), corners, kFunction, [&](const SDL_Surface& display) {
-            draw_horizontal_gradient(display, corners, top_left, top_right);
-        });
+        return paint_on(DisplayUse(kFunction), corners, SteppedAxis::kX, kFunction,
+                        [&](const SDL_Surface& display) {
+                            draw_horizontal_gradient(display, corners, top_left, top_right);
+                        });
     }
     write_stdout("Horizontal gradient, complex gradient, or no gradient. %d/%d\n", alpha, outline);
     return new_none();

@@ -8,7 +8,7 @@ namespace larkspur::pixel {
 /// Module function fill_translucent(surface, x1, y1, x2, y2, colour, alpha): blends a pixel value
 /// over columns x1 .. x2 - 1 of rows y1 .. y2, the last row included; the low byte of `alpha` is
 /// its share. Returns None. TypeError when `surface` is no pygame Surface, ValueError when it has
-/// no 32-bit pixels or x1 or y1 is below -32768, RuntimeError when its pixels can't be reached.
+/// no 32-bit pixels, RuntimeError when its pixels can't be reached.
 PyObject* fill_translucent(PyObject* module, PyObject* args) noexcept;
 
 /// Module function fast_draw_rectangle_color(x1, y1, x2, y2, c1, c2, c3, c4, alpha, outline): draws
@@ -17,7 +17,8 @@ PyObject* fill_translucent(PyObject* module, PyObject* args) noexcept;
 /// Drawn are one colour that is translucent, vertical gradients that are filled or opaque, and
 /// opaque filled horizontal gradients, which take c1 and c2 alone; any other call prints a line on
 /// standard output and draws nothing. Returns None. RuntimeError without a display, ValueError as
-/// fill_translucent().
+/// fill_translucent(), and when the lower y of a vertical gradient or x of a horizontal one is below
+/// -32768.
 PyObject* fast_draw_rectangle_color(PyObject* module, PyObject* args) noexcept;
 
 /// Module function draw_rectangle(x1, y1, x2, y2, outline=0): draws a rectangle given in room

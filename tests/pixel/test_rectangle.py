@@ -65,7 +65,9 @@ def picture_of(surface):
 # ---- fill_translucent
 
 
-@pytest.mark.parametrize("rectangle", RECTANGLES)
+@pytest.mark.parametrize(
+    "rectangle", RECTANGLES + [(-32769, 4, 20, 20), (4, -32769, 20, 20), (-(2**31),) * 2 + (9, 9)]
+)
 def test_fill_paints_last_row_but_not_last_column(rectangle):
     surface = surface_of(WIDTH, HEIGHT)
     picture = picture_of(surface)
@@ -121,11 +123,6 @@ def test_fill_refuses_what_it_cannot_paint(display):
         larkspur.fill_translucent("paper", 0, 0, 9, 9, 0, 9)
     assert "fill_translucent()" in str(raised.value) and "str" in str(raised.value)
     surface = pygame.Surface((9, 9), 0, 32)
-    for corner in ((-32769, 0), (0, -32769)):
-        with pytest.raises(ValueError) as raised:
-            larkspur.fill_translucent(surface, corner[0], corner[1], 9, 9, 0xFFFFFF, 255)
-        assert "fill_translucent()" in str(raised.value)
-    assert not words(surface).any()
     with pytest.raises(TypeError):
         larkspur.fill_translucent(surface, 0, 0, 9, 9, 0)
     with pytest.raises(OverflowError):
@@ -315,21 +312,42 @@ def test_every_length_of_a_horizontal_gradient(screen, capfd, length):
         check_colours(screen, capfd, (x1, 3, x1 + length, 5) + KINDS["four"] + (1.0, 0))
 
 
-def test_corner_below_the_range_is_refused_where_something_would_be_drawn(screen, capfd):
+# Which coordinate steps the gradient, 0 for x and 1 for y; None where there is no gradient.
+STEPPED = [
+    ("one-colour", 0.5, 0, None),
+    ("vertical", 1.0, 0, 1),
+    ("vertical", 1.0, 1, 1),
+    ("vertical", 0.5, 0, 1),
+    ("horizontal", 1.0, 0, 0),
+]
+
+
+@pytest.mark.parametrize("kind, alpha, outline, stepped", STEPPED)
+@pytest.mark.parametrize("first", [-32769, -(2**31)])
+def test_gradients_are_stepped_from_32768_pixels_before_at_most(
+    screen, capfd, kind, alpha, outline, stepped, first
+):
     before = words(screen)
-    for x1, y1 in ((-32769, 0), (0, -32769), (2, -(2**31))):
-        for kind, alpha in (
-            ("one-colour", 0.5),
-            ("vertical", 1.0),
-            ("vertical", 0.5),
-            ("horizontal", 1.0),
-        ):
-            for corners in ((x1, y1, 9, 9), (9, 9, x1, y1)):
-                with pytest.raises(ValueError) as raised:
-                    larkspur.fast_draw_rectangle_color(*(corners + KINDS[kind] + (alpha, 0)))
-                assert "fast_draw_rectangle_color()" in str(raised.value)
-        larkspur.fast_draw_rectangle_color(*((x1, y1, 9, 9) + KINDS["one-colour"] + (1.0, 0)))
-    assert (words(screen) == before).all()
+    style = KINDS[kind] + (alpha, outline)
+    if stepped is not None:
+        corner = [2, 3]
+        corner[stepped] = first
+        for corners in (tuple(corner) + (9, 9), (9, 9) + tuple(corner)):
+            with pytest.raises(ValueError) as raised:
+                larkspur.fast_draw_rectangle_color(*(corners + style))
+            assert "fast_draw_rectangle_color()" in str(raised.value)
+            assert str(first) in str(raised.value)
+        assert (words(screen) == before).all()
+    for axis in {0, 1} - {stepped}:
+        corner = [2, 3]
+        corner[axis] = first
+        check_colours(screen, capfd, tuple(corner) + (9, 9) + style, "far")
+    assert (words(screen) != before).any()
+
+
+def test_single_opaque_colour_takes_any_corner(screen, capfd):
+    for corner in ((-32769, 0), (0, -(2**31))):
+        check_colours(screen, capfd, corner + (9, 9) + KINDS["one-colour"] + (1.0, 0))
 
 
 def test_display_of_another_depth_is_refused():
@@ -670,19 +688,23 @@ def test_coordinates_are_not_swapped(props, display, host):
     assert not words(display).any()
 
 
-def test_translucent_corner_below_the_range_is_refused(props, display):
+@pytest.mark.parametrize(
+    "rectangle, filled",
+    [
+        ((-32769, 0, 9, 9), (0, 0, 9, 9)),
+        ((0, -1e9, 9, 9), (0, 0, 9, 9)),
+        # What is no number, and what no integer holds, is the smallest of all.
+        ((float("nan"), 0, 9, 9), (0, 0, 9, 9)),
+        ((0, 1e30, 9, 9), (0, 0, 9, 9)),
+        ((0, 0, 1e30, 9), (0, 0, 0, 0)),
+    ],
+)
+def test_translucent_fill_takes_any_corner(props, display, host, rectangle, filled):
     props.alpha = 0.5
-    for rectangle in (
-        (-32769, 0, 9, 9),
-        (0, -32769, 9, 9),
-        (float("nan"), 0, 9, 9),
-        (0, 1e30, 9, 9),
-    ):
-        with pytest.raises(ValueError) as raised:
-            larkspur.draw_rectangle(*rectangle)
-        assert "draw_rectangle()" in str(raised.value)
-    larkspur.draw_rectangle(-32768, -32768, 9, 9)
-    larkspur.draw_rectangle(0, 0, 1e30, 9)  # too wide a number is the smallest: nothing to draw
+    picture = picture_of(display)
+    model.fill_translucent(picture, *(filled + (0x123456, 127)))
+    larkspur.draw_rectangle(*rectangle)
+    assert_same_words(words(display), picture.words(), "any-corner")
 
 
 def test_view_position_is_the_offset(props, recording_screen):
@@ -759,7 +781,7 @@ def test_what_drawing_needs_is_named_where_it_was_never_given():
         recording.gmapi.pygame = None
         try:
             recording.register(larkspur)
-            for _ in "a":  # raises what registering left
+            for _ in (1,):  # raises what registering left
                 pass
         except AttributeError:
             pass

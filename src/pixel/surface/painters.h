@@ -18,8 +18,7 @@ struct Corners {
     int y2;
 };
 
-/// The lowest coordinate of a first corner that the painters take: they step the fraction of a
-/// gradient from there.
+/// The lowest coordinate of a first corner from which the painters step the fraction of a gradient.
 constexpr int kLowestCorner = -32768;
 
 /// A layer whose colour runs from `top` to `bottom`, both GM colours.
@@ -30,8 +29,9 @@ struct GradientLayer {
 };
 
 // What all painters need: a surface with 32-bit pixels that are there and locked where they must
-// be, and a first corner at kLowestCorner or more on both axes. Fractions are single floats that
-// start at 1.0 and lose one step per row or column, so they carry the rounding of all steps before.
+// be, and a first corner at kLowestCorner or more along the axis of a gradient; along the other one
+// it may be anywhere. Fractions are single floats that start at 1.0 and lose one step per row or
+// column, so they carry the rounding of all steps before.
 
 /// Blends `colour`, a pixel value, over columns x1 .. x2 - 1 of rows y1 .. y2, the last row
 /// included: each pixel p becomes multalpha(colour, alpha) + multalpha(p, 255 - alpha), top byte

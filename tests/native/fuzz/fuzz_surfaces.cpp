@@ -527,8 +527,8 @@ struct Painting {
 template <class Paint>
 void for_each_inside(const SDL_Surface* surface, const Corners& corners, bool last_row,
                      const Paint& paint) {
-    const int bottom = std::min(corners.y2, surface->h - 1) - (last_row ? 0 : 1);
-    for (int y = std::max(corners.y1, 0); y <= bottom; ++y) {
+    const int last = std::min(corners.y2, surface->h - 1);
+    for (int y = std::max(corners.y1, 0); last_row ? y <= last : y < last; ++y) {
         for (int x = std::max(corners.x1, 0); x < std::min(corners.x2, surface->w - 1); ++x) {
             paint(x, y);
         }
@@ -613,12 +613,14 @@ void paint_by_formula(const SDL_Surface* surface, const Painting& painting) {
     }
 }
 
-int any_corner(Input& input, int side, bool first) {
-    constexpr int kFar[] = {-32768, -32768, 32767, 100000, std::numeric_limits<int>::max()};
-    constexpr int kFarSecond[] = {std::numeric_limits<int>::min(), -32769, 32768, 1 << 24,
-                                  std::numeric_limits<int>::max()};
+// A coordinate of a surface with this side. One from which a gradient is stepped has a lower end.
+int any_coordinate(Input& input, int side, bool stepped_from) {
+    constexpr int kFarStepped[] = {kLowestCorner, kLowestCorner, 32767, 100000,
+                                   std::numeric_limits<int>::max()};
+    constexpr int kFar[] = {std::numeric_limits<int>::min(), -32769, 32768, 1 << 24,
+                            std::numeric_limits<int>::max()};
     if (input.byte() < 12) {
-        return first ? input.one_of(kFar) : input.one_of(kFarSecond);
+        return stepped_from ? input.one_of(kFarStepped) : input.one_of(kFar);
     }
     return input.from(-side, 2 * side);
 }
@@ -628,10 +630,12 @@ void try_painters(const char* name, Input& input) {
     painting.painter = static_cast<Painter>(input.below(kPainters));
     Plan plan = any_plan(input, Depths::k32);
     plan.flags &= ~static_cast<Uint32>(SDL_RLEACCEL);
-    painting.corners.x1 = any_corner(input, plan.width, true);
-    painting.corners.y1 = any_corner(input, plan.height, true);
-    painting.corners.x2 = any_corner(input, plan.width, false);
-    painting.corners.y2 = any_corner(input, plan.height, false);
+    const bool steps_columns = painting.painter == kHorizontal;
+    const bool steps_rows = painting.painter != kHorizontal && painting.painter != kFill;
+    painting.corners.x1 = any_coordinate(input, plan.width, steps_columns);
+    painting.corners.y1 = any_coordinate(input, plan.height, steps_rows);
+    painting.corners.x2 = any_coordinate(input, plan.width, false);
+    painting.corners.y2 = any_coordinate(input, plan.height, false);
     painting.count = input.below(4);
     for (GradientLayer& layer : painting.layers) {
         layer.top = input.word();
