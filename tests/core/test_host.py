@@ -53,7 +53,7 @@ ORDER = """
 import json, sys, types
 class Module(types.ModuleType):
     def __getattribute__(self, name):
-        for _ in "ab":  # a loop would stop at a pending exception
+        for _ in (1, 2):  # a loop would stop at a pending exception
             pass
         if not name.startswith("__"):
             asked.append(types.ModuleType.__getattribute__(self, "__name__") + "." + name)

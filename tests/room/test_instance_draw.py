@@ -47,12 +47,12 @@ class Looping(Plain):
     """Runs a loop, which would stop at a pending exception, whenever it is asked for something."""
 
     def __setattr__(self, name, value):
-        for _ in "ab":
+        for _ in (1, 2):
             pass
         Plain.__setattr__(self, name, value)
 
     def __getattribute__(self, name):
-        for _ in "ab":
+        for _ in (1, 2):
             pass
         return Plain.__getattribute__(self, name)
 
@@ -261,7 +261,7 @@ GUARDED_SELF = """
 import sys, types
 class Module(types.ModuleType):
     def __setattr__(self, name, value):
-        for _ in "ab":  # a loop would stop at a pending exception
+        for _ in (1, 2):  # a loop would stop at a pending exception
             pass
         if name == "self" and value is refused:
             raise KeyError("self")

@@ -68,7 +68,7 @@ class RefusingModule(types.ModuleType):
     refused = ()
 
     def __setattr__(self, name, value):
-        for _ in "ab":
+        for _ in (1, 2):
             pass
         if name in self.refused:
             raise KeyError(name)
