@@ -170,6 +170,8 @@ bool draw_tile(const TileObject& tile, PyObject* backgrounds, PyObject* surface)
     }
     PyObject* image = reinterpret_cast<BackgroundObject*>(background.get())->surf;
     const SurfaceUse source(image != nullptr ? image : Py_None, kTileSource);
+    // The target is asked anew: it may have gone while the source was taken into use.
+    // cppcheck-suppress identicalConditionAfterEarlyExit
     if (!source || !target) {
         return false;
     }

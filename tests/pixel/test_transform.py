@@ -375,6 +375,9 @@ def test_a_surface_without_pixels_is_told(bits, call):
     record = native.Surface.from_address(native.surface_address(surface))
     pixels, record.pixels = record.pixels, None
     try:
+        if sdl.is_layer():
+            assert call(surface)  # a lock finds them again
+            return
         with pytest.raises(pygame.error) as raised:
             call(surface)
     finally:

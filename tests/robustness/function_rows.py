@@ -160,7 +160,7 @@ def exact_surface(value):
 def draw_particles(particle_type, *_):
     """What a particle of a changed type looks like, twice: made, then out of the cache."""
     particle = larkspur.CParticle_new(particle_type, 20, 20)
-    for _ in "ab":
+    for _ in (1, 2):
         larkspur.CParticle_dec_ttl_and_render(particle, 1, 1)
 
 

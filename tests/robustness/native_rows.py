@@ -298,7 +298,13 @@ def _draw_shape(shape, blend, render):
 
 # ---- surfaces
 
-SURFACES = [value for value in values.SURFACES if not value.closes and not value.replaced]
+# The pixels of a subsurface move when its owner is encoded, closed or replaced. Whoever passes the
+# naked surface on has to have pygame find them again.
+SURFACES = [
+    value
+    for value in values.SURFACES
+    if not value.closes and not value.replaced and not value.moved
+]
 _free = native.function("SDL_FreeSurface", None, POINTER)
 
 

@@ -140,13 +140,17 @@ class Report(object):
         return sum(self.counts.values(), collections.Counter())
 
 
+# What a child ends with in which the table itself failed. Sanitizers end one with 1.
+EXCEPTION = 99
+
+
 def in_child(action):
     """Has a child do action(tell), which tells one line after the other; (what was told, how the
     child ended). What it prints is lost."""
     reading, writing = os.pipe()
     child = os.fork()
     if child == 0:
-        status = 1
+        status = EXCEPTION
         try:
             os.close(reading)
             nowhere = os.open(os.devnull, os.O_RDWR)
@@ -184,13 +188,9 @@ def run_in_child(cases):
             tell(run_case(row, case))
 
     told, status = in_child(make_all)
-    if status == EXCEPTION:
+    if os.WIFEXITED(status) and os.WEXITSTATUS(status) == EXCEPTION:
         print(told.pop(), file=sys.stderr)
     return told, status
-
-
-# How a child ends in which the table itself failed.
-EXCEPTION = 1 << 8
 
 
 def run_batch(cases, report):

@@ -359,7 +359,11 @@ def _surfaces():
         "subsurface of a subsurface", _part(_part(_surface()), (1, 1, 2, 2)), 32, exact=True
     )
     yield Value(
-        "subsurface of an encoded one", _part(_blitted(_keyed(32, pygame.RLEACCEL))), 32, exact=True
+        "subsurface of an encoded one",
+        _part(_blitted(_keyed(32, pygame.RLEACCEL))),
+        32,
+        exact=True,
+        moved=True,
     )
     yield Value("subsurface of the display", _part(_on_display), 32, exact=True)
     yield Value("subsurface of a closed display", _part_of_closed_display, closes=True, exact=True)
@@ -377,7 +381,7 @@ def _surfaces():
     yield Value("encoded faded Surface", _blitted(_faded(pygame.RLEACCEL)), 32, exact=True)
     encoded_with_alpha = _blitted(_faded(pygame.RLEACCEL, pygame.SRCALPHA))
     yield Value("encoded Surface with alpha", encoded_with_alpha, 32, exact=True)
-    yield Value("subsurface of one with alpha", _part_of_encoded, 32, exact=True)
+    yield Value("subsurface of one with alpha", _part_of_encoded, 32, exact=True, moved=True)
     for bits in (8, 32):
         yield Value("locked Surface of %d bits" % bits, _locked(bits), bits, exact=True)
     yield Value("Surface of a subclass", lambda: _Subclass((8, 6), 0, 32), 32)

@@ -21,14 +21,14 @@ static void make_collectable(void) {
     }
 }
 
-#define REPLACED(result, name, parameters, arguments)             \
-    result name parameters {                                      \
-        static result(*real) parameters;                          \
-        if (real == NULL) {                                       \
-            real = (result(*) parameters)dlsym(RTLD_NEXT, #name); \
-        }                                                         \
-        make_collectable();                                       \
-        return real arguments;                                    \
+#define REPLACED(result, name, parameters, arguments)         \
+    result name parameters {                                  \
+        static __typeof__(&(name)) real;                      \
+        if (real == NULL) {                                   \
+            real = (__typeof__(real))dlsym(RTLD_NEXT, #name); \
+        }                                                     \
+        make_collectable();                                   \
+        return real arguments;                                \
     }
 
 REPLACED(PyObject*, PyTuple_New, (Py_ssize_t size), (size))
