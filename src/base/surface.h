@@ -28,8 +28,10 @@ inline bool has_32_bit_pixels(const SDL_Surface& surface) noexcept {
 inline bool has_separate_rows(const SDL_Surface& surface) noexcept {
     const SDL_PixelFormat& format = *surface.format;
     const std::int64_t width = surface.w;
-    return surface.pitch >= (format.BitsPerPixel < 8 ? (width * format.BitsPerPixel + 7) / 8
-                                                     : width * format.BytesPerPixel);
+    if (surface.pitch >= width * format.BytesPerPixel) {
+        return true;
+    }
+    return format.BitsPerPixel < 8 && surface.pitch >= (width * format.BitsPerPixel + 7) / 8;
 }
 
 /// Decodes a picture that SDL has run-length encoded by the alpha of its pixels; it still asks to

@@ -260,15 +260,16 @@ bool SurfaceUse::find_part() noexcept {
            sdl_finds_pixels(peek_surface(object_.get()), function_);
 }
 
-SurfaceUse::~SurfaceUse() {
+void SurfaceUse::release_part() noexcept {
     const auto release = reinterpret_cast<PartFunction>(pygame_api().surflock[kReleaseEntry]);
-    if (prepared_ && release != nullptr) {
+    if (release != nullptr) {
         call_without_collection(release, object_.get());
     }
 }
 
 SurfaceUse::operator bool() const noexcept {
-    return in_use_ && surface_of(object_.get(), function_) != nullptr;
+    return in_use_ && (peek_surface(object_.get()) != nullptr ||
+                       surface_of(object_.get(), function_) != nullptr);  // which raises
 }
 
 bool require_32_bit(const SDL_Surface& surface, const char* function) noexcept {

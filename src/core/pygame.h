@@ -64,7 +64,11 @@ class SurfaceUse {
     SurfaceUse(PyObject* object, const char* function) noexcept;
     SurfaceUse(const SurfaceUse&) = delete;
     SurfaceUse& operator=(const SurfaceUse&) = delete;
-    ~SurfaceUse();
+    ~SurfaceUse() {
+        if (prepared_) {
+            release_part();
+        }
+    }
 
     /// Null when it is not in use, or no longer there.
     SDL_Surface* get() const noexcept { return in_use_ ? peek_surface(object_.get()) : nullptr; }
@@ -72,6 +76,7 @@ class SurfaceUse {
 
  private:
     bool find_part() noexcept;
+    void release_part() noexcept;
 
     PyRef object_;
     const char* function_;
