@@ -17,8 +17,8 @@ PyObject* fill_translucent(PyObject* module, PyObject* args) noexcept;
 /// Drawn are one colour that is translucent, vertical gradients that are filled or opaque, and
 /// opaque filled horizontal gradients, which take c1 and c2 alone; any other call prints a line on
 /// standard output and draws nothing. Returns None. RuntimeError without a display, ValueError as
-/// fill_translucent(), and when the lower y of a vertical gradient or x of a horizontal one is below
-/// -32768.
+/// fill_translucent(), and when the lower y of a vertical gradient or x of a horizontal one is
+/// below -32768.
 PyObject* fast_draw_rectangle_color(PyObject* module, PyObject* args) noexcept;
 
 /// Module function draw_rectangle(x1, y1, x2, y2, outline=0): draws a rectangle given in room
