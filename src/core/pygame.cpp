@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "core/collection_pause.h"
 #include "core/sdl_identity.h"
 #include "larkspur.h"
 
@@ -125,10 +126,10 @@ bool part_is_intact(PyObject* object, const char* function) noexcept {
 
 // Calls pygame's prepare or release of a part. Preparing makes a weak reference, after pygame has
 // looked for the owner's surface: the collector could run code of the host there that closes or
-// replaces it. While an exception is pending the interpreter starts no collection.
+// replaces it.
 void call_without_collection(PartFunction function, PyObject* part) noexcept {
     const PendingException set_aside;
-    PyErr_SetNone(PyExc_RuntimeError);
+    const CollectionPause pause;
     function(part);
     PyErr_Clear();  // a refused lock shows as missing pixels, which the user of them meets
 }

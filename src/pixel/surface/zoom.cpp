@@ -305,13 +305,13 @@ bool agrees_with_library(Way way) noexcept {
     return agrees[static_cast<std::size_t>(way)];
 }
 
-// A turned picture of a surface that SDL_gfx does not read directly.
+// A turned picture of a surface that SDL_gfx does not read directly. SDL_gfx's own copy of it, from
+// which it would turn it, has no colour key.
 SurfacePtr turned_through_copy(SDL_Surface* surface, const Transform& wanted) noexcept {
     const SurfacePtr copy = copy_to_turn(surface);
     SurfacePtr result = copy != nullptr ? by_library(copy.get(), wanted) : nullptr;
     if (result != nullptr) {
-        SDL_SetColorKey(result.get(), SDL_SRCCOLORKEY | SDL_RLEACCEL,
-                        0);  // SDL_gfx's copy has none
+        SDL_SetColorKey(result.get(), SDL_SRCCOLORKEY | SDL_RLEACCEL, 0);
     }
     return result;
 }
