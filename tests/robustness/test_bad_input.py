@@ -6,8 +6,7 @@ import os
 import re
 
 import larkspur
-import pytest
-from support import build, elf, records, sdl, subprocess_python
+from support import build, elf, records, subprocess_python
 
 from robustness import native_rows, type_rows
 
@@ -19,9 +18,6 @@ IS_SANITIZED = os.path.basename(os.path.normpath(build.path())) == "sanitize"
 DEFAULT = "100" if IS_SANITIZED else "25"
 
 
-@pytest.mark.skipif(
-    sdl.is_layer(), reason="what is expected of surfaces is what SDL 1.2.15 makes and refuses"
-)
 def test_no_call_does_worse_than_raise(capsys):
     mode = os.environ.get("LARKSPUR_ROBUSTNESS", DEFAULT)
     status, out, err = subprocess_python.run(

@@ -9,7 +9,7 @@ import sys
 
 import larkspur
 import pygame
-from support import native, surfaces
+from support import native, sdl, surfaces
 from support.host import Instance, Plain
 from support.particles import foreign_cobject
 
@@ -443,7 +443,8 @@ def _hostile():
 NULL = Value("foreign null", _foreign(8, 6, 32, False))
 
 NUMBERS = list(_numbers())
-SURFACES = list(_surfaces())
+# A layer over SDL 2 takes no memory with rows that overlap, or of more than 16383 columns.
+SURFACES = [value for value in _surfaces() if not (sdl.is_layer() and (value.short or value.wide))]
 OTHERS = list(_texts()) + list(_objects()) + list(_own())
 HOSTILE = list(_hostile())
 ALL = NUMBERS + OTHERS + SURFACES + HOSTILE
