@@ -12,7 +12,7 @@ from support.native import Rect
 from support.particles import ParticleRecord, TypeRecord, particle_record, type_record
 
 from robustness import function_rows, scene, type_rows, values
-from robustness.table import ANY, EITHER, OK, RAISES, Row, always, anything
+from robustness.table import ANY, EITHER, OK, RAISES, ValuesRow, always, anything
 
 either, any_outcome = always(EITHER), always(ANY)
 OBJECT, TEXT, INT, WORD, POINTER, FLOAT = (
@@ -31,6 +31,11 @@ def function(name, result, *arguments):
     if result is not OBJECT:
         return found
     return lambda *arguments: native.new_reference(found(*arguments))
+
+
+def exported(name, types, base=(), kinds=(), **more):
+    """A row for an exported function; types: of its result and its arguments."""
+    return ValuesRow(name, function(name, *types), base, kinds, **more)
 
 
 # Exported functions without a row, each with the reason.
@@ -57,87 +62,48 @@ SPRITE_COPY = [lambda: 0, lambda: 12, lambda: 5, lambda: 30, lambda: 0, lambda: 
 def object_rows():
     sprite, key = type_rows.sprite, lambda: ("key", 1)
     for name in ("Game_Sequence_Index", "Game_Sequence_Index_F", "Game_Sequence_Index_S"):
-        yield Row(
-            name,
-            function(name, OBJECT, OBJECT, TEXT),
-            [sprite, lambda: b"sprites"],
-            [anything, None],
-            keywords=True,
-            counts=None,
-        )
-    yield Row(
+        yield exported(name, [OBJECT, OBJECT, TEXT], [sprite, lambda: b"sprites"], [anything, None])
+    yield exported(
         "seqi",
-        function("seqi", INT, OBJECT, INT),
+        [INT, OBJECT, INT],
         [lambda: (4, 5), lambda: 1],
         [either, None],
-        keywords=True,
-        counts=None,
         extra=[
             ("index %d" % i, [lambda: [4, 5], lambda i=i: i], OK if i in (0, 1) else RAISES)
             for i in (0, 1, -1, 2, 2**31 - 1, -(2**31))
         ],
     )
     game_object = lambda: scene.current.resources["objects"][0]  # noqa: E731
-    yield Row(
-        "GetFirstInstance",
-        function("GetFirstInstance", OBJECT, OBJECT),
-        [game_object],
-        [either],
-        keywords=True,
-        counts=None,
-    )
-    yield Row(
+    yield exported("GetFirstInstance", [OBJECT, OBJECT], [game_object], [either])
+    yield exported(
         "PushSelf",
-        function("PushSelf", INT, OBJECT),
+        [INT, OBJECT],
         [lambda: scene.current.instance],
         [anything],
-        keywords=True,
-        counts=None,
         then=lambda _: function("PopSelf", INT)(),
     )
-    yield Row("PopSelf", function("PopSelf", INT), keywords=True, counts=None)
-    yield Row(
-        "invoke",
-        function("invoke", OBJECT, OBJECT, OBJECT),
-        [lambda: repr, lambda: 1],
-        [either] * 2,
-        keywords=True,
-        counts=None,
-    )
-    yield Row(
+    yield exported("PopSelf", [INT])
+    yield exported("invoke", [OBJECT] * 3, [lambda: repr, lambda: 1], [either] * 2)
+    yield exported(
         "invoke_4",
-        function("invoke_4", OBJECT, *[OBJECT] * 5),
+        [OBJECT] * 6,
         [lambda: lambda *arguments: repr(arguments)] + [lambda: 1] * 4,
         [either] * 5,
-        keywords=True,
-        counts=None,
     )
-    yield Row(
-        "color_as_int",
-        function("color_as_int", WORD, OBJECT),
-        [lambda: (1, 2, 3)],
-        [either],
-        keywords=True,
-        counts=None,
-    )
+    yield exported("color_as_int", [WORD, OBJECT], [lambda: (1, 2, 3)], [either])
     add = function("sprite_scalecache_add", OBJECT, OBJECT, OBJECT, *[INT] * 8)
-    yield Row(
+    yield ValuesRow(
         "sprite_scalecache_add",
         add,
         [sprite, key] + SPRITE_COPY + [lambda: 0],
         [anything, anything] + [None] * 8,
-        keywords=True,
-        counts=None,
     )
     for rgba_copy in (0, 1):
-        yield Row(
+        yield ValuesRow(
             "sprite_scalecache_add of a subimage, copy %d" % rgba_copy,
             lambda image, *arguments: add(_sprite_of(image), "key", *arguments),
             [scene.tiny_surface] + SPRITE_COPY + [lambda rgba_copy=rgba_copy: rgba_copy],
             [anything] + [None] * 8,
-            covers=[],
-            counts=None,
-            keywords=True,
             extra=[
                 (
                     "number %d is %d" % (i, number),
@@ -152,14 +118,11 @@ def object_rows():
                 for number in (0, 1, -1, -7, 8, -8, 255, 256, 32767, -32768, 2**31 - 1, -(2**31))
             ],
         )
-    draw_view = function("Room_DrawView", INT, OBJECT, OBJECT, INT, OBJECT)
-    yield Row(
+    yield exported(
         "Room_DrawView",
-        draw_view,
+        [INT, OBJECT, OBJECT, INT, OBJECT],
         [type_rows.room, function_rows.SCREEN, lambda: 0, lambda: (scene.current.instance,)],
         [either, either, None, None],
-        keywords=True,
-        counts=None,
         extra=[
             (
                 "view %d" % view,
@@ -182,18 +145,8 @@ def object_rows():
             for value in values.ALL
         ],
     )
-    yield Row(
-        "larkspur_init_rooms", function("larkspur_init_rooms", None), keywords=True, counts=None
-    )
-    yield Row(
-        "PySurface_FromSurface",
-        function("PySurface_FromSurface", OBJECT, POINTER),
-        [lambda: None],
-        [None],
-        good=RAISES,
-        keywords=True,
-        counts=None,
-    )
+    yield exported("larkspur_init_rooms", [None])
+    yield exported("PySurface_FromSurface", [OBJECT, POINTER], [lambda: None], [None], good=RAISES)
 
 
 def _sprite_of(image):
@@ -224,12 +177,9 @@ def record_rows():
         )(type_, record.x),
     }
     for name, action in sorted(actions.items()):
-        yield Row(
+        yield ValuesRow(
             name,
             None,
-            covers=[name],
-            counts=None,
-            keywords=True,
             extra=[
                 (
                     "%s = %r" % (field, number),
@@ -243,14 +193,11 @@ def record_rows():
             ],
         )
     for blend in (0, 1):
-        yield Row(
+        yield ValuesRow(
             "particle of any shape, blend %d" % blend,
             lambda shape, blend=blend: _draw_shape(shape, blend, render),
             [scene.tiny_surface],
             [anything],
-            covers=[],
-            counts=None,
-            keywords=True,
             values=[value for value in values.SURFACES if value.exact and not value.closes],
         )
 
@@ -317,14 +264,12 @@ def on_surface(name, result, *numbers):
         if result is POINTER and made:
             _free(made)
 
-    return Row(
+    return ValuesRow(
         name,
         call,
         [scene.tiny_surface],
         [anything],
         covers=["native " + name if hasattr(larkspur, name) else name],
-        keywords=True,
-        counts=None,
         values=SURFACES,
     )
 
@@ -335,13 +280,11 @@ def surface_rows():
     yield on_surface("Translucentify", None, (ctypes.c_uint8, 100))
     yield on_surface("Tint_Surface", None, (WORD, 0x336699))
     for name in ("color_for_format", "interpolate_fmt"):
-        yield Row(
+        yield ValuesRow(
             name,
             _mapped(name),
             [scene.tiny_surface],
             [anything],
-            counts=None,
-            keywords=True,
             values=[value for value in SURFACES if value.surface],
         )
     blit = native.function("flagged_blit", None, POINTER, POINTER, ctypes.POINTER(Rect), INT)
@@ -364,24 +307,19 @@ def surface_rows():
             add(source, target, source_offset, target_offset, rows, row_bytes)
 
     for target in SURFACES:
-        yield Row(
+        yield ValuesRow(
             "blits to: " + target.name,
             draw_in_all_modes,
             [scene.tiny_surface, target.make],
             [anything, None],
             covers=["flagged_blit", "additive_blit"],
-            counts=None,
-            keywords=True,
             values=SURFACES,
         )
-    yield Row(
+    yield ValuesRow(
         "blits of a surface onto itself",
         lambda surface: draw_in_all_modes(surface, surface),
         [scene.tiny_surface],
         [anything],
-        covers=[],
-        counts=None,
-        keywords=True,
         values=SURFACES,
     )
 
@@ -403,48 +341,32 @@ def pair_rows():
     fails without an exception."""
     for target in values.SURFACES:
         if target.surface:
-            yield Row(
+            yield ValuesRow(
                 "tiles on: " + target.name,
                 _draw_tile,
                 [scene.tiny_surface, target.make],
                 [any_outcome, None],
-                covers=[],
-                counts=None,
-                keywords=True,
                 values=values.SURFACES,
                 good=ANY,
             )
-            yield Row(
+            yield ValuesRow(
                 "particles on: " + target.name,
                 _draw_on,
                 [scene.tiny_surface, target.make],
                 [either, None],
-                covers=[],
-                counts=None,
-                keywords=True,
                 good=EITHER,
                 disturbs=True,
                 values=[value for value in values.SURFACES if value.exact],
             )
-    yield Row(
+    yield ValuesRow(
         "a tile of the surface itself",
         lambda surface: _draw_tile(surface, surface),
         [scene.tiny_surface],
         [any_outcome],
-        covers=[],
-        counts=None,
-        keywords=True,
         values=values.SURFACES,
     )
-    yield Row(
-        "everything on the screen",
-        _draw_all_on,
-        [scene.tiny_surface],
-        [either],
-        covers=[],
-        counts=None,
-        keywords=True,
-        disturbs=True,
+    yield ValuesRow(
+        "everything on the screen", _draw_all_on, [scene.tiny_surface], [either], disturbs=True
     )
 
 

@@ -117,7 +117,7 @@ class SituationRow(Row):
     """All good calls in one situation; what each needs of it is its own matter."""
 
     def __init__(self, name, situation):
-        Row.__init__(self, name, None, covers=[], counts=None, keywords=True, disturbs=True)
+        Row.__init__(self, name, None, disturbs=True)
         self.situation = situation
         # What was set once can't be taken back.
         self.alone = name in SITUATIONS

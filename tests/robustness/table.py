@@ -33,7 +33,8 @@ class Case(object):
 class Row(object):
     """A callable and its good call.
 
-    covers     names of what the module shows that this row calls, such as "GMVar.__add__"
+    covers     names of what the module shows that this row calls, such as "GMVar.__add__"; its own
+               name, which may be none of these, unless others are given
     base       functions that make the good arguments
     kinds      what replaces each; None where nothing does
     counts     the numbers of arguments that it takes; None where it takes any
@@ -94,6 +95,15 @@ class Row(object):
             return function, arguments, keywords
 
         return Case(label, make, expected)
+
+
+class ValuesRow(Row):
+    """A row that tries values alone: its function takes any number of arguments, and keywords, or
+    is called by way of one that is not larkspur's, and takes what that takes. None for a function
+    leaves the extra cases."""
+
+    def __init__(self, name, function, base=(), kinds=(), **more):
+        Row.__init__(self, name, function, base, kinds, counts=None, keywords=True, **more)
 
 
 # ---- kinds

@@ -20,6 +20,7 @@ from robustness.table import (
     OK,
     RAISES,
     Row,
+    ValuesRow,
     always,
     anything,
     number,
@@ -128,84 +129,62 @@ def common_rows():
                 "GMVar.__init__", GMVar.__init__, [good, lambda: 5], [nothing_else(GMVar), anything]
             )
         elif type_ is InstanceList:
-            yield Row(
-                "InstanceList()", InstanceList, [list], [any_outcome], covers=[], counts=[0, 1]
-            )
+            yield Row("InstanceList()", InstanceList, [list], [any_outcome], counts=[0, 1])
         else:
             # Arguments are passed over, and so are keywords.
-            yield Row(
-                name + "()", type_, [lambda: 1], [anything], covers=[], counts=None, keywords=True
-            )
-        yield Row(
+            yield ValuesRow(name + "()", type_, [lambda: 1], [anything])
+        yield ValuesRow(
             name + ".__new__",
             type_.__new__,
             [lambda type_=type_: type_],
             [lambda value, name=name: OK if value.name == name else RAISES],
-            counts=None,
-            keywords=True,
         )
-        yield Row(
+        yield ValuesRow(
             "subclass of " + name,
             lambda base: type("Subclass", (base,), {}),
             [lambda type_=type_: type_],
             [None],
             covers=[name],
             good=RAISES,
-            counts=None,
-            keywords=True,
         )
-        yield Row(
+        yield ValuesRow(
             name + " as an object",
             None,
-            covers=[],
-            counts=None,
-            keywords=True,
-            good=RAISES,
             extra=[
                 (label, [good], ANY, function) for label, function in sorted(as_objects().items())
             ],
         )
         for attribute in ("x", "__class__", "__dict__", "nothing"):
-            yield Row(
+            yield ValuesRow(
                 "%s.%s of any value" % (name, attribute),
                 setattr,
                 [good, lambda attribute=attribute: attribute, lambda: 1],
                 [None, None, any_outcome],
-                covers=[],
-                counts=None,
-                keywords=True,
                 good=ANY,
                 then=use,
             )
-        yield Row(
+        yield ValuesRow(
             "attribute of %s by any name" % name,
             getattr,
             [good, lambda: "__doc__"],
             [None, any_outcome],
-            covers=[],
-            counts=None,
-            keywords=True,
             good=ANY,
         )
         if records.type_record(type_).traverse and type_ is not InstanceList:
-            yield Row(
+            yield ValuesRow(
                 name + " is cleared",
                 records.clear,
                 [good],
                 [None],
                 covers=[name + ".tp_clear"],
                 then=use,
-                counts=None,
-                keywords=True,
             )
-            yield Row(
+            yield ValuesRow(
                 name + " is traversed",
                 lambda thing: records.traverse(thing, lambda visited: 0),
                 [good],
                 [None],
                 covers=[name + ".tp_traverse"],
-                counts=None,
-                keywords=True,
             )
 
 
@@ -322,14 +301,12 @@ def descriptor_rows():
                     then=use,
                 )
             elif attribute == "__call__":
-                yield Row(
+                yield ValuesRow(
                     row_name,
                     descriptor,
                     [good, lambda: 1],
                     [nothing_else(type_), any_outcome],
                     good=RAISES,
-                    counts=None,
-                    keywords=True,
                 )
 
 
@@ -407,14 +384,11 @@ def state_rows():
         )
         length = len(state_length(record))
         for i in range(length):
-            yield Row(
+            yield ValuesRow(
                 "%s.__setstate__, item %d" % (name, i),
                 functools.partial(_set_with_item, i),
                 [good, state, lambda: 1],
                 [None, None, any_outcome],
-                covers=[],
-                counts=None,
-                keywords=True,
                 good=ANY,
                 then=use,
                 disturbs=True,
@@ -424,7 +398,6 @@ def state_rows():
             type_.__dict__["__setstate__"],
             [good, state],
             [None, None],
-            covers=[],
             counts=None,
             extra=[
                 ("%d items" % n, [good, functools.partial(_cut_state, good, n)], ANY)
@@ -520,14 +493,11 @@ def operator_rows():
                 ("left", [good, lambda: 3], [None, any_outcome]),
                 ("right", [lambda: 3, good], [any_outcome, None]),
             ):
-                yield Row(
+                yield ValuesRow(
                     "%s(), %s on the %s" % (operation.__name__, name, side),
                     operation,
                     base,
                     kinds,
-                    covers=[],
-                    counts=None,
-                    keywords=True,
                     good=ANY,
                 )
 
@@ -542,30 +512,19 @@ def variable_rows():
     """What a variable holds decides what can be done with it."""
     held_values = [held(value) for value in values.ALL]
     for label, action in sorted(as_objects().items()):
-        yield Row(
-            label + " of a GMVar",
-            action,
-            [variable],
-            [any_outcome],
-            covers=[],
-            counts=None,
-            keywords=True,
-            good=ANY,
-            values=held_values,
+        yield ValuesRow(
+            label + " of a GMVar", action, [variable], [any_outcome], good=ANY, values=held_values
         )
     for operation in OPERATORS:
         for side, base, kinds in (
             ("left", [variable, lambda: 3], [any_outcome, None]),
             ("right", [lambda: 3, variable], [None, any_outcome]),
         ):
-            yield Row(
+            yield ValuesRow(
                 "%s() of a held value on the %s" % (operation.__name__, side),
                 operation,
                 base,
                 kinds,
-                covers=[],
-                counts=None,
-                keywords=True,
                 good=ANY,
                 values=held_values,
             )
@@ -608,25 +567,18 @@ def variable_rows():
             [any_outcome, None],
         ),
     ):
-        yield Row(
+        yield ValuesRow(
             label,
             function,
             base,
             kinds,
-            covers=[],
-            counts=None,
-            keywords=True,
             good=ANY,
             values=held_values if "value" in label else values.ALL,
             then=use,
         )
-    yield Row(
+    yield ValuesRow(
         "elements of a GMVar that do things when they die",
         None,
-        covers=[],
-        counts=None,
-        keywords=True,
-        good=RAISES,
         extra=[
             (
                 "%s, %s" % (label, deed),
@@ -693,7 +645,6 @@ def instance_list_rows():
         operator.setslice,
         [instance_list, lambda: 0, lambda: 1, list],
         [None, any_outcome, any_outcome, any_outcome],
-        covers=[],
         counts=None,
         then=use,
     )
@@ -702,7 +653,6 @@ def instance_list_rows():
         operator.setitem,
         [instance_list, lambda: slice(0, 3, 2), lambda: [1, 2]],
         [None, any_outcome, any_outcome],
-        covers=[],
         counts=None,
         then=use,
         extra=[
@@ -730,18 +680,13 @@ def instance_list_rows():
             getattr(list, name),
             [instance_list, lambda: 0],
             [None, any_outcome],
-            covers=[],
             counts=None,
             good=ANY,
             then=use,
         )
-    yield Row(
+    yield ValuesRow(
         "items of an InstanceList that do things when they die",
         None,
-        covers=[],
-        counts=None,
-        keywords=True,
-        good=RAISES,
         extra=[
             (
                 "%s, %s" % (label, deed),
