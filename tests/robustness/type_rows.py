@@ -243,6 +243,32 @@ def nothing_else(type_):
     return of_same_type(type_, ANY)
 
 
+def dying_row(name, good, dying, put, changes):
+    """A row for changes of an object, made by `good`, that holds one that does a deed when it dies.
+
+    dying    makes that one, of the deed
+    put      puts it into the object
+    changes  pairs of a label and a function of the object
+    """
+
+    def case(label, deed, change):
+        return "%s, %s" % (label, deed), [good, lambda: dying(deed)], ANY, _changing(put, change)
+
+    cases = [case(label, deed, change) for deed in hostile.DEEDS for label, change in changes]
+    return ValuesRow(name, None, extra=cases)
+
+
+def _changing(put, change):
+    def act(thing, dying):
+        put(thing, dying)
+        scene.current.arguments[1] = None
+        del dying
+        change(thing)
+        use(thing)
+
+    return act
+
+
 # ---- slots and methods by their descriptors
 
 UNARY = "__int__ __float__ __str__ __abs__ __neg__ __pos__ __nonzero__ __len__ __hash__".split()
@@ -576,25 +602,18 @@ def variable_rows():
             values=held_values if "value" in label else values.ALL,
             then=use,
         )
-    yield ValuesRow(
+    yield dying_row(
         "elements of a GMVar that do things when they die",
-        None,
-        extra=[
-            (
-                "%s, %s" % (label, deed),
-                [variable, lambda deed=deed: hostile.Dying(deed)],
-                ANY,
-                functools.partial(_change_element, change),
-            )
-            for deed in hostile.DEEDS
-            for label, change in (
-                ("item", lambda thing: operator.setitem(thing, 0, 1)),
-                ("cell", lambda thing: operator.setitem(thing, (0, 0), 1)),
-                ("grow", lambda thing: operator.setitem(thing, (40, 40), 1)),
-                ("clear", records.clear),
-                ("init", lambda thing: GMVar.__init__(thing, 3)),
-                ("iadd", lambda thing: operator.iadd(thing, 1)),
-            )
+        variable,
+        hostile.Dying,
+        lambda thing, dying: operator.setitem(thing, 0, dying),
+        [
+            ("item", lambda thing: operator.setitem(thing, 0, 1)),
+            ("cell", lambda thing: operator.setitem(thing, (0, 0), 1)),
+            ("grow", lambda thing: operator.setitem(thing, (40, 40), 1)),
+            ("clear", records.clear),
+            ("init", lambda thing: GMVar.__init__(thing, 3)),
+            ("iadd", lambda thing: operator.iadd(thing, 1)),
         ],
     )
 
@@ -605,14 +624,6 @@ def _get_pair(thing, i, j):
 
 def _set_pair(thing, i, j, value):
     thing[i, j] = value
-
-
-def _change_element(change, thing, dying):
-    thing[0] = dying
-    scene.current.arguments[1] = None
-    del dying
-    change(thing)
-    use(thing)
 
 
 # ---- lists of instances
@@ -684,25 +695,18 @@ def instance_list_rows():
             good=ANY,
             then=use,
         )
-    yield ValuesRow(
+    yield dying_row(
         "items of an InstanceList that do things when they die",
-        None,
-        extra=[
-            (
-                "%s, %s" % (label, deed),
-                [instance_list, lambda deed=deed: _DyingInstance(deed)],
-                ANY,
-                functools.partial(_change_item, change),
-            )
-            for deed in hostile.DEEDS
-            for label, change in (
-                ("assign", lambda things: operator.setitem(things, 0, scene.current.instance)),
-                ("assign an id", lambda things: operator.setitem(things, 0, 7)),
-                ("delete", lambda things: operator.delitem(things, 0)),
-                ("remove", lambda things: things.remove(things[0])),
-                ("slice", lambda things: operator.setslice(things, 0, 9, [])),
-                ("state", lambda things: things.__setstate__(())),
-            )
+        instance_list,
+        _DyingInstance,
+        lambda things, dying: list.insert(things, 0, dying),
+        [
+            ("assign", lambda things: operator.setitem(things, 0, scene.current.instance)),
+            ("assign an id", lambda things: operator.setitem(things, 0, 7)),
+            ("delete", lambda things: operator.delitem(things, 0)),
+            ("remove", lambda things: things.remove(things[0])),
+            ("slice", lambda things: operator.setslice(things, 0, 9, [])),
+            ("state", lambda things: things.__setstate__(())),
         ],
     )
 
@@ -719,14 +723,6 @@ class _DyingInstance(Instance):
 
     def __del__(self):
         hostile.do(self.deed, lambda: None)
-
-
-def _change_item(change, things, dying):
-    list.insert(things, 0, dying)
-    scene.current.arguments[1] = None
-    del dying
-    change(things)
-    use(things)
 
 
 # ---- methods of rooms
