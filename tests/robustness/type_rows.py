@@ -252,21 +252,22 @@ def dying_row(name, good, dying, put, changes):
     """
 
     def case(label, deed, change):
-        return "%s, %s" % (label, deed), [good, lambda: dying(deed)], ANY, _changing(put, change)
+        act = functools.partial(_put_and_change, dying, put, change)
+        return "%s, %s" % (label, deed), [good, lambda: deed], ANY, act
 
     cases = [case(label, deed, change) for deed in hostile.DEEDS for label, change in changes]
     return ValuesRow(name, None, extra=cases)
 
 
-def _changing(put, change):
-    def act(thing, dying):
-        put(thing, dying)
-        scene.current.arguments[1] = None
-        del dying
-        change(thing)
-        use(thing)
-
-    return act
+def _put_and_change(dying, put, change, thing, deed):
+    held = dying(deed)  # no argument of the call, which would keep it alive until the end
+    is_alive = weakref.ref(held)
+    put(thing, held)
+    del held
+    change(thing)
+    if is_alive():
+        raise SystemError("what should have died is alive")  # which no case expects
+    use(thing)
 
 
 # ---- slots and methods by their descriptors
@@ -360,11 +361,7 @@ def member_rows():
                 extra += [
                     (
                         "replace what does this when it dies: " + deed,
-                        [
-                            good,
-                            lambda member=member: member.name,
-                            lambda deed=deed: hostile.Dying(deed),
-                        ],
+                        [good, lambda member=member: member.name, lambda deed=deed: deed],
                         ANY,
                         _replace,
                     )
@@ -385,11 +382,14 @@ def _delete_twice(thing, name):
     delattr(thing, name)
 
 
-def _replace(thing, name, dying):
-    setattr(thing, name, dying)
-    scene.current.arguments[2] = None
-    del dying
-    setattr(thing, name, 1)
+def _replace(thing, name, deed):
+    _put_and_change(
+        hostile.Dying,
+        lambda thing, dying: setattr(thing, name, dying),
+        lambda thing: setattr(thing, name, 1),
+        thing,
+        deed,
+    )
 
 
 # ---- pickled states
@@ -610,9 +610,7 @@ def variable_rows():
         [
             ("item", lambda thing: operator.setitem(thing, 0, 1)),
             ("cell", lambda thing: operator.setitem(thing, (0, 0), 1)),
-            ("grow", lambda thing: operator.setitem(thing, (40, 40), 1)),
             ("clear", records.clear),
-            ("init", lambda thing: GMVar.__init__(thing, 3)),
             ("iadd", lambda thing: operator.iadd(thing, 1)),
         ],
     )
