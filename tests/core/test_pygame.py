@@ -195,7 +195,7 @@ from support import host
 host.install_modules()
 import larkspur
 from support import pending, rooms
-from support.collections_everywhere import CollectingEverywhere
+from support.collecting import CollectingEverywhere
 recording = host.RecordingHost(screen)
 recording.register(larkspur)
 larkspur.set_SDL_screen(screen)

@@ -48,8 +48,8 @@ from support import host
 host.install_modules()
 import gc
 import larkspur
-from support.collecting import AtEachCollection, empty_free_lists, tuples_with_holes
-held = [empty_free_lists()]
+from support.collecting import CollectingEverywhere, empty_free_lists, tuples_with_holes
+held = []
 """
 
 STATES = (
@@ -58,9 +58,10 @@ STATES = (
 for kind in (larkspur.GMRoom, larkspur.GMSprite, larkspur.RoomTileData, larkspur.InstanceList):
     record = kind()
     seen = []
-    with AtEachCollection(lambda: seen.append(tuples_with_holes())) as collections:
+    held.append(empty_free_lists())
+    with CollectingEverywhere(lambda: seen.append(tuples_with_holes())) as collections:
         state = record.__reduce__()
-    print kind.__name__, collections.count > 0, sum(seen), len(state)
+    print kind.__name__, collections.points > 0, sum(seen), len(state)
 """
 )
 
@@ -89,11 +90,12 @@ for kind in (larkspur.GMSprite, larkspur.BackgroundData):
         del shown[:]
         held.append(shown)  # or its memory would serve for the record's list
     made = [kind()]
-    with AtEachCollection(look) as collections:
+    held.append(empty_free_lists())
+    with CollectingEverywhere(look) as collections:
         for i in range(20):
             made.append(kind())
             held.append([[] for _ in range(i % 3)])
-    print kind.__name__, collections.count > 20, len(seen) > 20, all(seen)
+    print kind.__name__, collections.points > 20, len(seen) > 20, all(seen)
 """
 )
 
@@ -105,7 +107,7 @@ def test_no_record_shows_before_it_has_its_fields():
 
 CUT_LIST = """
 from support import host, rooms
-from support.collecting import AtEachCollection
+from support.collecting import CollectingEverywhere
 host.install_modules()
 import larkspur, pygame
 screen = pygame.display.set_mode((32, 32), 0, 32)
@@ -120,16 +122,16 @@ for left in (0, 3, 5000):
         drawn.extend([None] * (left - len(drawn)))
     room = rooms.make_room(drawn_objects=drawn)
     del log[:]
-    with AtEachCollection(change) as collections:
+    with CollectingEverywhere(change) as collections:
         try:
             larkspur.Room_Draw(room, screen)
         except AttributeError:
             pass
-    assert collections.count > 0
+    assert collections.points > 0
     instances = larkspur.InstanceList(range(1000))
     def cut():
         del instances[left:]
-    with AtEachCollection(cut):
+    with CollectingEverywhere(cut):
         state = instances.__reduce__()
     print log == range(len(log)), len(log), state[2] == tuple(range(len(state[2]))), len(state[2])
 """

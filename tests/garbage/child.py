@@ -12,7 +12,7 @@ host_support.install_modules()
 import larkspur  # noqa: E402
 import pygame  # noqa: E402
 from support import memory  # noqa: E402
-from support.collections_everywhere import CollectingEverywhere  # noqa: E402
+from support.collecting import CollectingEverywhere  # noqa: E402
 from support.rooms import make_room, make_view_room  # noqa: E402
 
 from garbage import scenes  # noqa: E402

@@ -1,42 +1,57 @@
-"""Collections during which host code looks at what is there, or changes it."""
+"""Collections wherever the interpreter may start one, during which code looks at what is there, or
+changes it."""
 
 import ctypes
 import gc
 import weakref
+
+# Every count is above it, so that each new object that the collector knows starts a collection.
+# (0 would mean that none ever starts.)
+EVERY_ALLOCATION = -1
+NEVER = 2**31 - 1
 
 
 class _Cycle(object):
     __slots__ = ("itself", "__weakref__")  # a dictionary would serve again when it dies
 
 
-class AtEachCollection(object):
-    """Calls `action` in every collection that starts inside a `with` block, where the interpreter
-    starts one as often as it ever does. `count` says how many there were."""
+class CollectingEverywhere(object):
+    """A scope in which a collection runs each time that the interpreter may start one, and finds
+    garbage. At each of these points it calls `act`, or only at the one that is named, from 1 on.
 
-    def __init__(self, action):
-        self.action = action
-        self.count = 0
+    points   how many there were so far
+    """
+
+    def __init__(self, act=lambda: None, at=None):
+        self._act, self._at = act, at
+        self.points = 0
 
     def __enter__(self):
-        self._threshold = gc.get_threshold()
-        gc.collect()
+        self._thresholds, self._enabled = gc.get_threshold(), gc.isenabled()
+        gc.disable()
         self._leave_garbage()
-        gc.set_threshold(1)
+        # The youngest objects alone: there all garbage of ours is.
+        gc.set_threshold(EVERY_ALLOCATION, NEVER, NEVER)
+        gc.enable()
         return self
 
     def __exit__(self, *exception):
-        gc.set_threshold(*self._threshold)
+        gc.disable()
         self._reference = None
+        gc.set_threshold(*self._thresholds)
+        if self._enabled:
+            gc.enable()
 
     def _leave_garbage(self):
         cycle = _Cycle()
         cycle.itself = cycle
         self._reference = weakref.ref(cycle, self._collected)
 
-    def _collected(self, reference):
-        self.count += 1
+    def _collected(self, _):
+        self.points += 1
         self._leave_garbage()
-        self.action()
+        if self._at in (None, self.points):
+            self._act()
 
 
 def tuples_with_holes():
