@@ -226,16 +226,16 @@ def test_several_values_at_once_are_not_converted(registry, add):
     assert 7 in target
 
 
-@pytest.mark.parametrize(
-    "operation",
-    [
-        lambda target, value: target.append(value),
-        lambda target, value: target.insert(0, value),
-        lambda target, value: target.remove(value),
-        lambda target, value: operator.setitem(target, 0, value),
-    ],
-    ids=["append", "insert", "remove", "item"],
-)
+# What converts one value, as functions of a list that is not empty and the value.
+APPEND = pytest.param(lambda target, value: target.append(value), id="append")
+OTHER_OPERATIONS = [
+    pytest.param(lambda target, value: target.insert(0, value), id="insert"),
+    pytest.param(lambda target, value: target.remove(value), id="remove"),
+    pytest.param(lambda target, value: operator.setitem(target, 0, value), id="item"),
+]
+
+
+@pytest.mark.parametrize("operation", [APPEND] + OTHER_OPERATIONS)
 def test_a_failing_key_comparison_is_reported(registry, operation):
     class Key(object):
         def __hash__(self):
@@ -259,15 +259,7 @@ def test_append_of_an_unknown_id_fails_without_an_exception(registry):
     assert target == []
 
 
-@pytest.mark.parametrize(
-    "operation",
-    [
-        lambda target, value: target.insert(0, value),
-        lambda target, value: target.remove(value),
-        lambda target, value: operator.setitem(target, 0, value),
-    ],
-    ids=["insert", "remove", "item"],
-)
+@pytest.mark.parametrize("operation", OTHER_OPERATIONS)
 def test_an_unknown_id_raises_key_error_that_names_it(registry, operation):
     target = new_list(registry[7])
     for value in (70, larkspur.GMVar(70)):
@@ -279,16 +271,7 @@ def test_an_unknown_id_raises_key_error_that_names_it(registry, operation):
     assert_counts_unchanged(lambda: pytest.raises(KeyError, operation, target, value), value)
 
 
-@pytest.mark.parametrize(
-    "operation",
-    [
-        lambda target, value: target.append(value),
-        lambda target, value: target.insert(0, value),
-        lambda target, value: target.remove(value),
-        lambda target, value: operator.setitem(target, 0, value),
-    ],
-    ids=["append", "insert", "remove", "item"],
-)
+@pytest.mark.parametrize("operation", [APPEND] + OTHER_OPERATIONS)
 @pytest.mark.parametrize(
     "value, error",
     [
