@@ -18,6 +18,7 @@
 
 #include "../pixel/formulas.h"
 #include "../pixel/memory_field.h"
+#include "../pixel/odd_factors.h"
 #include "../pixel/surface/same_pictures.h"
 #include "../sdl_layer.h"
 #include "base/surface.h"
@@ -677,23 +678,8 @@ void try_painters(const char* name, Input& input) {
 }
 
 double any_factor(Input& input) {
-    constexpr double kOdd[] = {0,
-                               -0.0,
-                               1e-9,
-                               0.0004,
-                               -0.001,
-                               0.001,
-                               1.0 / 3,
-                               0.5,
-                               2,
-                               3,
-                               4,
-                               -1,
-                               -2,
-                               std::numeric_limits<double>::quiet_NaN(),
-                               std::numeric_limits<double>::infinity()};
     if (input.one_in(8)) {
-        return input.one_of(kOdd);
+        return input.one_of(kOddFactors);
     }
     const double factor = input.from(0, 4000) / 1000.0;
     return input.one_in(4) ? -factor : factor;

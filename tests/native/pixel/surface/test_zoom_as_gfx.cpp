@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "../memory_field.h"
+#include "../odd_factors.h"
 #include "asked_gfx.h"
 #include "gtest/gtest.h"
 #include "pixel/surface/zoom.h"
@@ -93,24 +94,8 @@ class Chance {
         return once_in(150) ? 1000 + below(700) : once_in(3) ? 1 + below(200) : 1 + below(40);
     }
     double factor() {
-        constexpr double kOdd[] = {0,
-                                   -0.0,
-                                   1e-9,
-                                   0.0004,
-                                   -0.001,
-                                   0.001,
-                                   1.0 / 3,
-                                   0.5,
-                                   2,
-                                   3,
-                                   4,
-                                   -1,
-                                   -2,
-                                   std::numeric_limits<double>::quiet_NaN(),
-                                   std::numeric_limits<double>::infinity(),
-                                   -std::numeric_limits<double>::infinity()};
         if (once_in(8)) {
-            return kOdd[below(std::size(kOdd))];
+            return kOddFactors[below(std::size(kOddFactors))];
         }
         const double factor = once_in(2) ? below(1000) / 1000.0 : below(4000) / 1000.0;
         return once_in(4) ? -factor : factor;
