@@ -11,24 +11,8 @@
 #include <vector>
 
 #include "../sdl_layer.h"
+#include "asked_sdl.h"
 #include "gtest/gtest.h"
-
-namespace {
-
-bool locks_are_hidden = false;
-
-}  // namespace
-
-extern "C" {
-
-int __real_SDL_LockSurface(SDL_Surface* surface);
-
-// A lock of a software surface is a count in its record and no more.
-int __wrap_SDL_LockSurface(SDL_Surface* surface) {
-    return locks_are_hidden ? 0 : __real_SDL_LockSurface(surface);
-}
-
-}  // extern "C"
 
 namespace larkspur {
 namespace {
@@ -121,9 +105,9 @@ TEST(RecycledSurface, IsNullWhereSdlRefusesTheSize) {
 }
 
 TEST(RecycledSurface, IsNotKeptWhereLocksDoNotShow) {
-    locks_are_hidden = true;
+    lock_answer = LockAnswer::kUncounted;
     EXPECT_FALSE(is_kept(taken(of_size(23, 10)).surface));
-    locks_are_hidden = false;
+    lock_answer = LockAnswer::kTrue;
     EXPECT_EQ(is_kept(taken(of_size(23, 10)).surface), !is_layer());
 }
 

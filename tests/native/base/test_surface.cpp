@@ -1,5 +1,6 @@
 // Pictures that SDL has run-length encoded, locked and drawn on when what they were drawn to is
-// gone; and where a surface's memory ends.
+// gone; what becomes of locks and conversions where SDL answers in another way; and where a
+// surface's memory ends.
 #include "base/surface.h"
 
 #include <cstdint>
@@ -8,6 +9,7 @@
 #include <random>
 #include <vector>
 
+#include "asked_sdl.h"
 #include "gtest/gtest.h"
 
 namespace larkspur {
@@ -108,6 +110,73 @@ TEST(SurfaceLock, LeavesALockOfTheHostAlone) {
     }
     EXPECT_EQ(picture->flags, flags);
     SDL_UnlockSurface(picture.get());
+}
+
+// How many locks of SDL one of ours takes.
+int locks_of(SDL_Surface* surface) {
+    const int before = locks_asked;
+    const SurfaceLock lock(surface);
+    EXPECT_TRUE(lock);
+    return locks_asked - before;
+}
+
+TEST(SurfaceLock, AsksSdlWhereTheRecordSaysSo) {
+    const SurfacePtr surface = new_surface(0);
+    EXPECT_TRUE(has_plain_pixels(surface.get()));
+    EXPECT_EQ(locks_of(surface.get()), 0);
+    surface->offset = surface->pitch;  // SDL adds it to the pixels while they are locked
+    EXPECT_FALSE(has_plain_pixels(surface.get()));
+    EXPECT_EQ(locks_of(surface.get()), 1);
+    surface->offset = 0;
+}
+
+TEST(SurfaceLock, IsFalseWhereSdlRefusesIt) {
+    const SurfacePtr surface = new_surface(0);
+    surface->offset = surface->pitch;
+    lock_answer = LockAnswer::kRefused;
+    SDL_SetError("of another failure");
+    {
+        const SurfaceLock lock(surface.get());
+        EXPECT_FALSE(lock);
+    }
+    lock_answer = LockAnswer::kTrue;
+    surface->offset = 0;
+    EXPECT_STREQ(SDL_GetError(), "The surface can't be locked");
+    EXPECT_EQ(surface->locked, 0U);
+}
+
+TEST(LocksShow, NowhereWhereSdlRefusesThem) {
+    const SurfacePtr surface = new_surface(0);
+    lock_answer = LockAnswer::kRefused;
+    EXPECT_FALSE(locks_show(surface.get()));
+    lock_answer = LockAnswer::kTrue;
+}
+
+TEST(HasVideoMode, IsFalseForARecordThatWasEmptied) {
+    SDL_Surface emptied = {};
+    other_display = &emptied;
+    EXPECT_FALSE(has_video_mode());
+    const SurfacePtr display = new_surface(0);
+    other_display = display.get();
+    EXPECT_TRUE(has_video_mode());
+    other_display = nullptr;
+}
+
+// Flags of a picture with a colour key and alpha that does not count, converted.
+Uint32 flags_kept(std::uint32_t alpha_mask) {
+    const SurfacePtr picture = new_surface(0);
+    SDL_SetColorKey(picture.get(), SDL_SRCCOLORKEY, 5);
+    SDL_SetAlpha(picture.get(), SDL_SRCALPHA, 255);
+    const SurfacePtr like = new_surface(alpha_mask);
+    conversions_forget_flags = true;
+    const SurfacePtr result = converted(picture.get(), like->format, SDL_SWSURFACE);
+    conversions_forget_flags = false;
+    return result->flags & (SDL_SRCCOLORKEY | SDL_SRCALPHA);
+}
+
+TEST(Converted, KeepsFlagsThatSdlWantsToBeAskedFor) {
+    EXPECT_EQ(flags_kept(0), static_cast<Uint32>(SDL_SRCCOLORKEY | SDL_SRCALPHA));
+    EXPECT_EQ(flags_kept(kAlphaMask), 0U);
 }
 
 // The record of a surface of 32 bits around memory that is not its own.

@@ -1,0 +1,25 @@
+// What SDL answers when it is asked for a lock, a conversion or the display: the truth, or what
+// other drivers and layers would.
+#pragma once
+
+#include <SDL.h>
+
+namespace larkspur {
+
+enum class LockAnswer {
+    kTrue,
+    kUncounted,  // the record does not show it
+    kRefused,
+};
+
+extern LockAnswer lock_answer;
+extern int locks_asked;
+
+/// Whether a conversion leaves out the flags of the colour key and of alpha unless it is asked for
+/// them, as a layer over SDL 2 does.
+extern bool conversions_forget_flags;
+
+/// What SDL answers as the display; null for the truth.
+extern SDL_Surface* other_display;
+
+}  // namespace larkspur
