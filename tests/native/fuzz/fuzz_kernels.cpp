@@ -7,13 +7,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <iterator>
 #include <limits>
 #include <memory>
 #include <vector>
 
 #include "../pixel/formulas.h"
 #include "../pixel/memory_field.h"
+#include "attempt.h"
 #include "input.h"
 #include "pixel/kernels/colour.h"
 #include "pixel_level.h"
@@ -547,14 +547,7 @@ void try_colours(const char* name, Input& input) {
     }
 }
 
-struct Kernel {
-    const char* name;
-    void (*attempt)(const char* name, Input& input);
-};
-
-// The first byte of an input names the kernel. New ones come last, so that kept inputs stay what
-// they are.
-constexpr Kernel kKernels[] = {
+constexpr Attempt kAttempts[] = {
     {"add_saturating_rows", try_add_saturating_rows},
     {"composite_over_rows", try_composite_over_rows},
     {"composite_evenly_rows", try_composite_evenly_rows},
@@ -583,8 +576,6 @@ constexpr Kernel kKernels[] = {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
     using namespace larkspur::pixel;
-    Input input(bytes, count);
-    const Kernel& kernel = kKernels[input.below(std::size(kKernels))];
-    kernel.attempt(kernel.name, input);
+    make_one_of(kAttempts, bytes, count);
     return 0;
 }

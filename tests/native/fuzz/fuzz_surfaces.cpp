@@ -11,7 +11,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <iterator>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -21,6 +20,7 @@
 #include "../pixel/odd_factors.h"
 #include "../pixel/surface/same_pictures.h"
 #include "../sdl_layer.h"
+#include "attempt.h"
 #include "base/surface.h"
 #include "input.h"
 #include "pixel_level.h"
@@ -792,14 +792,7 @@ void try_mapped_colours(const char* name, Input& input) {
     }
 }
 
-struct Function {
-    const char* name;
-    void (*attempt)(const char* name, Input& input);
-};
-
-// The first byte of an input names the function. New ones come last, so that kept inputs stay what
-// they are.
-constexpr Function kFunctions[] = {
+constexpr Attempt kAttempts[] = {
     {"blit", try_blit},
     {"additive_blit", try_additive_blit},
     {"flagged_blit", try_flagged_blit},
@@ -827,9 +820,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
     using namespace larkspur::pixel;
     static const bool can_compare = has_display() && !larkspur::is_layer();
     if (can_compare) {
-        Input input(bytes, count);
-        const Function& function = kFunctions[input.below(std::size(kFunctions))];
-        function.attempt(function.name, input);
+        make_one_of(kAttempts, bytes, count);
     }
     return 0;
 }
