@@ -141,16 +141,20 @@ static int fails(int kind) {
     return failing;
 }
 
+static int searching; /* for the function behind one of ours */
+
 /* The function that stands behind ours. */
 static void* next(void** found, const char* name) {
     if (*found == NULL) {
+        searching = 1;
         *found = dlsym(RTLD_NEXT, name);
+        searching = 0;
     }
     return *found;
 }
-#define NEXT(name, result, ...) \
-    static void* found_##name;  \
-    result (*real)(__VA_ARGS__) = (result(*)(__VA_ARGS__))next(&found_##name, #name)
+#define NEXT(result, name, parameters) \
+    static void* found;                \
+    result(*const real) parameters = (result(*) parameters)next(&found, #name)
 
 /* dlsym() itself allocates a little the first time: from here, never to be freed. */
 static _Alignas(16) char early_memory[4096];
@@ -165,20 +169,27 @@ static int is_early(const void* block) {
     return (const char*)block >= early_memory &&
            (const char*)block < early_memory + sizeof early_memory;
 }
-static int searching;
 
 static void* kept(void* block) {
     live_blocks += block != NULL;
     return block;
 }
 
+/* Resizes a block, or makes one, with one of the functions for that. */
+static void* resized(int kind, void* (*real)(void*, size_t), void* block, size_t size) {
+    if (fails(kind)) {
+        return NULL;
+    }
+    void* moved = real(block, size);
+    live_blocks += block == NULL && moved != NULL;
+    return moved;
+}
+
 EXPORT void* malloc(size_t size) {
     if (searching) {
         return early(size);
     }
-    searching = 1;
-    NEXT(malloc, void*, size_t);
-    searching = 0;
+    NEXT(void*, malloc, (size_t));
     return fails(kMemory) ? NULL : kept(real(size));
 }
 
@@ -186,140 +197,91 @@ EXPORT void* calloc(size_t count, size_t size) {
     if (searching) {
         return early(count * size);
     }
-    searching = 1;
-    NEXT(calloc, void*, size_t, size_t);
-    searching = 0;
+    NEXT(void*, calloc, (size_t, size_t));
     return fails(kMemory) ? NULL : kept(real(count, size));
 }
 
 EXPORT void* realloc(void* block, size_t size) {
-    NEXT(realloc, void*, void*, size_t);
-    if (fails(kMemory)) {
-        return NULL;
-    }
-    void* moved = real(block, size);
-    live_blocks += block == NULL && moved != NULL;
-    return moved;
+    NEXT(void*, realloc, (void*, size_t));
+    return resized(kMemory, real, block, size);
 }
 
 EXPORT void free(void* block) {
     if (block == NULL || is_early(block) || searching) {
         return; /* dlsym() frees the text of an older error: that one stays */
     }
-    searching = 1;
-    NEXT(free, void, void*);
-    searching = 0;
+    NEXT(void, free, (void*));
     --live_blocks;
     real(block);
 }
 
 EXPORT void* PyObject_Malloc(size_t size) {
-    NEXT(PyObject_Malloc, void*, size_t);
+    NEXT(void*, PyObject_Malloc, (size_t));
     return fails(kInterpreter) ? NULL : kept(real(size));
 }
 
 EXPORT void* PyObject_Realloc(void* block, size_t size) {
-    NEXT(PyObject_Realloc, void*, void*, size_t);
-    if (fails(kInterpreter)) {
-        return NULL;
-    }
-    void* moved = real(block, size);
-    live_blocks += block == NULL && moved != NULL;
-    return moved;
+    NEXT(void*, PyObject_Realloc, (void*, size_t));
+    return resized(kInterpreter, real, block, size);
 }
 
 EXPORT void PyObject_Free(void* block) {
-    NEXT(PyObject_Free, void, void*);
+    NEXT(void, PyObject_Free, (void*));
     live_blocks -= block != NULL;
     real(block);
 }
 
-EXPORT void* PyMem_Malloc(size_t size) {
-    NEXT(PyMem_Malloc, void*, size_t);
-    return fails(kInterpreter) ? NULL : real(size);
-}
+/* A function of the interpreter that can fail, with what it gives then. */
+#define INTERPRETERS(result, name, parameters, arguments, failure) \
+    EXPORT result name parameters {                                \
+        NEXT(result, name, parameters);                            \
+        return fails(kInterpreter) ? failure : real arguments;     \
+    }
 
-EXPORT void* PyMem_Realloc(void* block, size_t size) {
-    NEXT(PyMem_Realloc, void*, void*, size_t);
-    return fails(kInterpreter) ? NULL : real(block, size);
-}
-
+INTERPRETERS(void*, PyMem_Malloc, (size_t size), (size), NULL)
+INTERPRETERS(void*, PyMem_Realloc, (void* block, size_t size), (block, size), NULL)
 /* What the interpreter keeps for the next object of a kind would hide that these can fail. */
+INTERPRETERS(PyObject*, PyList_New, (Py_ssize_t length), (length), PyErr_NoMemory())
+INTERPRETERS(PyObject*, PyDict_New, (void), (), PyErr_NoMemory())
+INTERPRETERS(PyObject*, PyFloat_FromDouble, (double value), (value), PyErr_NoMemory())
+
 EXPORT PyObject* PyTuple_New(Py_ssize_t length) {
-    NEXT(PyTuple_New, PyObject*, Py_ssize_t);
+    NEXT(PyObject*, PyTuple_New, (Py_ssize_t));
     return length > 0 && fails(kInterpreter) ? PyErr_NoMemory() : real(length);
 }
 
-EXPORT PyObject* PyList_New(Py_ssize_t length) {
-    NEXT(PyList_New, PyObject*, Py_ssize_t);
-    return fails(kInterpreter) ? PyErr_NoMemory() : real(length);
-}
+/* A function of SDL or SDL_gfx that makes a surface. Most do it with the first one, which counts
+ * the surface; where they call that inside of themselves, it is counted here. */
+#define SURFACE_MAKER(name, parameters, arguments)                   \
+    EXPORT SDL_Surface* name parameters {                            \
+        NEXT(SDL_Surface*, name, parameters);                        \
+        if (fails(kSurface)) {                                       \
+            SDL_SetError("Out of memory");                           \
+            return NULL;                                             \
+        }                                                            \
+        const long before = live_surfaces;                           \
+        SDL_Surface* surface = real arguments;                       \
+        live_surfaces += surface != NULL && live_surfaces == before; \
+        return surface;                                              \
+    }
 
-EXPORT PyObject* PyDict_New(void) {
-    NEXT(PyDict_New, PyObject*, void);
-    return fails(kInterpreter) ? PyErr_NoMemory() : real();
-}
-
-EXPORT PyObject* PyFloat_FromDouble(double value) {
-    NEXT(PyFloat_FromDouble, PyObject*, double);
-    return fails(kInterpreter) ? PyErr_NoMemory() : real(value);
-}
-
-static SDL_Surface* refused(void) {
-    SDL_SetError("Out of memory");
-    return NULL;
-}
-
-static SDL_Surface* made(SDL_Surface* surface) {
-    live_surfaces += surface != NULL;
-    return surface;
-}
-
-EXPORT SDL_Surface* SDL_CreateRGBSurface(Uint32 flags, int width, int height, int depth, Uint32 r,
-                                         Uint32 g, Uint32 b, Uint32 a) {
-    NEXT(SDL_CreateRGBSurface, SDL_Surface*, Uint32, int, int, int, Uint32, Uint32, Uint32, Uint32);
-    return fails(kSurface) ? refused() : made(real(flags, width, height, depth, r, g, b, a));
-}
-
-/* SDL and SDL_gfx make what these give with the function above, which counts it; where they call it
- * inside of themselves, it is counted here. */
-static SDL_Surface* made_since(long before, SDL_Surface* surface) {
-    return live_surfaces == before ? made(surface) : surface;
-}
-
-EXPORT SDL_Surface* SDL_ConvertSurface(SDL_Surface* source, SDL_PixelFormat* format, Uint32 flags) {
-    NEXT(SDL_ConvertSurface, SDL_Surface*, SDL_Surface*, SDL_PixelFormat*, Uint32);
-    const long before = live_surfaces;
-    return fails(kSurface) ? refused() : made_since(before, real(source, format, flags));
-}
-
-EXPORT SDL_Surface* SDL_DisplayFormatAlpha(SDL_Surface* source) {
-    NEXT(SDL_DisplayFormatAlpha, SDL_Surface*, SDL_Surface*);
-    const long before = live_surfaces;
-    return fails(kSurface) ? refused() : made_since(before, real(source));
-}
-
-EXPORT SDL_Surface* zoomSurface(SDL_Surface* source, double x, double y, int smooth) {
-    NEXT(zoomSurface, SDL_Surface*, SDL_Surface*, double, double, int);
-    const long before = live_surfaces;
-    return fails(kSurface) ? refused() : made_since(before, real(source, x, y, smooth));
-}
-
-EXPORT SDL_Surface* rotozoomSurfaceXY(SDL_Surface* source, double angle, double x, double y,
-                                      int smooth) {
-    NEXT(rotozoomSurfaceXY, SDL_Surface*, SDL_Surface*, double, double, double, int);
-    const long before = live_surfaces;
-    return fails(kSurface) ? refused() : made_since(before, real(source, angle, x, y, smooth));
-}
-
-EXPORT SDL_Surface* rotozoomSurface(SDL_Surface* source, double angle, double zoom, int smooth) {
-    NEXT(rotozoomSurface, SDL_Surface*, SDL_Surface*, double, double, int);
-    const long before = live_surfaces;
-    return fails(kSurface) ? refused() : made_since(before, real(source, angle, zoom, smooth));
-}
+SURFACE_MAKER(SDL_CreateRGBSurface,
+              (Uint32 flags, int width, int height, int depth, Uint32 r, Uint32 g, Uint32 b,
+               Uint32 a),
+              (flags, width, height, depth, r, g, b, a))
+SURFACE_MAKER(SDL_ConvertSurface, (SDL_Surface * source, SDL_PixelFormat* format, Uint32 flags),
+              (source, format, flags))
+SURFACE_MAKER(SDL_DisplayFormatAlpha, (SDL_Surface * source), (source))
+SURFACE_MAKER(zoomSurface, (SDL_Surface * source, double x, double y, int smooth),
+              (source, x, y, smooth))
+SURFACE_MAKER(rotozoomSurfaceXY,
+              (SDL_Surface * source, double angle, double x, double y, int smooth),
+              (source, angle, x, y, smooth))
+SURFACE_MAKER(rotozoomSurface, (SDL_Surface * source, double angle, double zoom, int smooth),
+              (source, angle, zoom, smooth))
 
 EXPORT void SDL_FreeSurface(SDL_Surface* surface) {
-    NEXT(SDL_FreeSurface, void, SDL_Surface*);
+    NEXT(void, SDL_FreeSurface, (SDL_Surface*));
     live_surfaces -= surface != NULL && surface->refcount == 1;
     real(surface);
 }
