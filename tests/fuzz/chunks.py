@@ -2,16 +2,16 @@
 
 A program gives main() a function new(random) that makes an object with
 
-    step()     does one step, made of the numbers of `random`, and checks what came of it
-    doing      what the last step was, as a text
+    step(note)  does one step, made of the numbers of `random`, and checks what came of it; before,
+                it tells note() as a text what it is about to do
 
-and is then called as
+such as Steps, and is then called as
 
     PROGRAM [--seconds N] [--steps M] [--seed S]
 
-Each child does CHUNK steps of a seed of its own; without a number of steps or seconds this goes
-on for ever. What failed is written with the command that
-repeats it up to the failing step; the number of steps ends the output as libFuzzer's does.
+Each child does CHUNK steps of a seed of its own; without a number of steps or seconds this goes on
+for ever. What failed is written with the command that repeats it up to the failing step; the number
+of steps ends the output as libFuzzer's does.
 """
 
 from __future__ import print_function
@@ -27,10 +27,28 @@ import tempfile
 import time
 import traceback
 
+from hostile import assert_nothing_left_behind
+
 CHUNK = 5000
 _STEP = struct.Struct("<q")
 _DOING_BYTES = 200
 _ENDED = "ended"
+
+
+class Steps(object):
+    """Does its own methods step_...(), one of them a step; none may leave an exception behind."""
+
+    def __init__(self, random):
+        self.random = random
+        names = sorted(name for name in dir(self) if name.startswith("step_"))
+        self._steps = [(name[len("step_") :], getattr(self, name)) for name in names]
+
+    def step(self, note):
+        name, action = self.random.choice(self._steps)
+        note(name)
+        action()
+        assert_nothing_left_behind("a result of " + name)
+        sys.exc_clear()
 
 
 def _run_chunk(new, seed, steps, end, progress):

@@ -65,9 +65,9 @@ def draw_room(room, surface):
     return left_behind()
 
 
-class World(object):
+class World(chunks.Steps):
     def __init__(self, random):
-        self.random = random
+        chunks.Steps.__init__(self, random)
         self.depth = 0
         self.watched = []
         pygame.display.init()
@@ -98,19 +98,12 @@ class World(object):
         self.sprites = [self.new_sprite() for _ in range(3)]
         self.room = rooms.make_room()
         self.new_room()
-        self.steps = [
-            (name[len("step_") :], getattr(self, name))
-            for name in sorted(dir(World))
-            if name.startswith("step_")
-        ]
 
     def step(self, note):
-        name, action = self.random.choice(self.steps)
-        note(name)
         if not pygame.display.get_init() or self.random.randrange(200) == 0:
+            note("open_display")
             self.open_display()
-        action()
-        sys.exc_clear()
+        chunks.Steps.step(self, note)
 
     def check(self, condition, *context):
         if not condition:

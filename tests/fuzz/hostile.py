@@ -49,9 +49,14 @@ def outcome(action, *arguments):
         result = action(*arguments)
     except Exception as error:
         return type(error)
-    if left_behind() is not None:
-        raise AssertionError("an exception was left behind a result")
+    assert_nothing_left_behind("a result")
     return result
+
+
+def assert_nothing_left_behind(what):
+    left = left_behind()
+    if left is not None:
+        raise AssertionError("%s was left behind %s" % (left.__name__, what))
 
 
 def left_behind():

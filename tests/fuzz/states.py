@@ -23,7 +23,14 @@ host_support.install_modules()
 import chunks  # noqa: E402
 import larkspur  # noqa: E402
 import pygame  # noqa: E402
-from hostile import NAN, NUMBERS, WRONG, Mischief, Number, left_behind  # noqa: E402
+from hostile import (  # noqa: E402
+    NAN,
+    NUMBERS,
+    WRONG,
+    Mischief,
+    Number,
+    assert_nothing_left_behind,
+)
 from support import particles, records, rooms  # noqa: E402
 
 TYPES = [larkspur.InstanceList, larkspur.GMVar] + [record.type for record in records.ALL]
@@ -42,8 +49,6 @@ REFUSALS = (
 # And what a stream of bytes may.
 REFUSALS_OF_BYTES = REFUSALS + (cPickle.UnpicklingError, EOFError, ImportError, MemoryError)
 
-_FIELD_BITS = 2**32
-
 
 class TupleOfSorts(tuple):
     pass
@@ -58,9 +63,9 @@ class ListOfSorts(list):
         return list.__len__(self)
 
 
-class States(object):
+class States(chunks.Steps):
     def __init__(self, random):
-        self.random = random
+        chunks.Steps.__init__(self, random)
         pygame.display.init()
         display = pygame.display.set_mode((64, 48), 0, 32)
         larkspur.set_SDL_screen(display)
@@ -69,19 +74,6 @@ class States(object):
             host.registry[number] = host_support.Instance(number=number)
         host.register(larkspur)
         self.registry = host.registry
-        self.steps = [
-            (name[len("step_") :], getattr(self, name))
-            for name in sorted(dir(States))
-            if name.startswith("step_")
-        ]
-
-    def step(self, note):
-        name, action = self.random.choice(self.steps)
-        note(name)
-        action()
-        if left_behind() is not None:
-            raise AssertionError("an exception was left behind a result of " + name)
-        sys.exc_clear()
 
     # --- Contents --------------------------------------------------------------------------------
 
@@ -162,8 +154,7 @@ class States(object):
         record = self.record()
         state = self.mutated(self.state_of(self.record()))
         self.attempt(lambda: record.__setstate__(state))
-        if left_behind() is not None:
-            raise AssertionError("an exception was left behind")
+        assert_nothing_left_behind("a state")
         self.use(record)
 
     def use(self, record):

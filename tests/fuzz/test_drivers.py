@@ -7,6 +7,7 @@ import sys
 import pytest
 
 FOLDER = os.path.dirname(os.path.abspath(__file__))
+TESTS = os.path.dirname(FOLDER)
 
 
 def run(program, *options):
@@ -15,7 +16,8 @@ def run(program, *options):
         stdout=subprocess.PIPE,
         stderr=subprocess.STDOUT,
         env=dict(
-            os.environ, PYTHONPATH=os.pathsep.join([FOLDER, os.environ.get("PYTHONPATH", "")])
+            os.environ,
+            PYTHONPATH=os.pathsep.join([FOLDER, TESTS, os.environ.get("PYTHONPATH", "")]),
         ),
     )
     output = child.communicate()[0].decode("utf-8")
@@ -70,3 +72,31 @@ def test_each_child_has_a_seed_of_its_own(tmpdir):
     status, output = run(program, "--seed", 1, "--steps", 8)
     assert status == 0
     assert output.splitlines()[1:] == ["#3", "#6", "#8", "stat::number_of_executed_units: 8"]
+
+
+LEAVING = """
+import os
+
+import chunks
+from support import host
+
+host.install_modules()
+
+import larkspur
+
+
+class Leaving(chunks.Steps):
+    def step_register(self):
+        larkspur.RegisterInstancesDict({}, int, int, int)  # what it can't fetch, it leaves to say
+
+
+chunks.main(Leaving, os.path.abspath(__file__))
+"""
+
+
+def test_step_that_leaves_an_exception_behind_fails(tmpdir):
+    program = tmpdir.join("leaving.py")
+    program.write(LEAVING)
+    status, output = run(program, "--seed", 1, "--steps", 1)
+    assert status == 1
+    assert "AttributeError was left behind a result of register\n" in output
