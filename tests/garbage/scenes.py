@@ -47,6 +47,15 @@ def encoded():
     return surface
 
 
+def display_piece(host, size=(30, 30)):
+    return host.screen.subsurface((9, 9) + size)
+
+
+def surfaces_of(host):
+    """A surface of each kind whose pixels can move or go."""
+    return [subsurface(), display_piece(host), encoded(), host.screen]
+
+
 # ---- rooms
 
 
@@ -78,7 +87,7 @@ def tiles_of_subsurfaces(host):
 
 @scene
 def tiles_on_a_subsurface_of_the_display(host):
-    target = host.screen.subsurface((10, 10, 200, 150))
+    target = display_piece(host, (200, 150))
     return tiles_scene(host, target, picture(), subsurface())
 
 
@@ -89,7 +98,7 @@ def tiles_of_the_display_on_itself(host):
 
 @scene
 def tiles_of_a_subsurface_of_the_display(host):
-    return tiles_scene(host, host.screen, host.screen.subsurface((9, 9, 30, 30)))
+    return tiles_scene(host, host.screen, display_piece(host))
 
 
 def view_room(host):
@@ -125,7 +134,7 @@ def views(host):
 @scene
 def views_on_a_subsurface_of_the_display(host):
     room = view_room(host)
-    target = host.screen.subsurface((10, 10, 200, 150))
+    target = display_piece(host, (200, 150))
     return lambda: draw_frame(room, target)
 
 
@@ -189,7 +198,7 @@ def particles_of_a_subsurface(host):
 
 @scene
 def particles_of_a_subsurface_of_the_display(host):
-    return particles_scene(host, host.screen.subsurface((9, 9, 30, 30)))
+    return particles_scene(host, display_piece(host))
 
 
 @scene
@@ -199,7 +208,7 @@ def added_particles_of_a_subsurface(host):
 
 @scene
 def particles_on_a_subsurface_of_the_display(host):
-    larkspur.set_SDL_screen(host.screen.subsurface((10, 10, 200, 150)))
+    larkspur.set_SDL_screen(display_piece(host, (200, 150)))
     return particles_scene(host, picture())
 
 
@@ -232,7 +241,7 @@ def particle_life(host):
 
 @scene
 def copies_of_subsurfaces(host):
-    sources = [subsurface(), host.screen.subsurface((9, 9, 30, 30)), encoded(), host.screen]
+    sources = surfaces_of(host)
 
     def transform():
         for source in sources:
@@ -246,7 +255,7 @@ def copies_of_subsurfaces(host):
 
 @scene
 def painting_on_subsurfaces(host):
-    targets = [subsurface(), host.screen.subsurface((9, 9, 30, 30)), encoded(), host.screen]
+    targets = surfaces_of(host)
 
     def paint():
         for target in targets:
@@ -281,7 +290,7 @@ def rectangles(host):
 
 @scene
 def rectangles_on_a_subsurface_of_the_display(host):
-    larkspur.set_SDL_screen(host.screen.subsurface((10, 10, 200, 150)))
+    larkspur.set_SDL_screen(display_piece(host, (200, 150)))
     return rectangles_scene(host)
 
 
@@ -293,7 +302,7 @@ def sprite_of(image):
 
 @scene
 def scale_cache(host):
-    images = [subsurface(flags=pygame.SRCALPHA), picture(), host.screen.subsurface((9, 9, 30, 30))]
+    images = [subsurface(flags=pygame.SRCALPHA), picture(), display_piece(host)]
     sprite = larkspur.GMSprite()
     host.drops.append(lambda: sprite.__delattr__("subimages"))
     host.drops.append(lambda: sprite.__setattr__("scalecache", {}))
