@@ -129,9 +129,7 @@ from support import host
 host.install_modules()
 import larkspur
 from support import native, pending, rooms
-recording = host.RecordingHost(screen)
-recording.register(larkspur)
-larkspur.set_SDL_screen(screen)
+host.set_up(larkspur, screen)
 
 real = (ctypes.c_void_p * 3).from_address(pointer("pygame.surface"))
 make_real = ctypes.PYFUNCTYPE(ctypes.py_object, ctypes.c_void_p)(real[1])
@@ -196,9 +194,7 @@ host.install_modules()
 import larkspur
 from support import pending, rooms
 from support.collecting import CollectingEverywhere
-recording = host.RecordingHost(screen)
-recording.register(larkspur)
-larkspur.set_SDL_screen(screen)
+recording = host.set_up(larkspur, screen)
 
 def part():
     return pygame.Surface((64, 48), 0, 32).subsurface((1, 1, 9, 9))

@@ -274,9 +274,7 @@ host.install_modules()
 import larkspur
 from support import native, pending, rooms
 screen = pygame.display.set_mode((64, 48), 0, 32)
-recording = host.RecordingHost(screen)
-recording.register(larkspur)
-larkspur.set_SDL_screen(screen)
+recording = host.set_up(larkspur, screen)
 kept = native.variable(ctypes.c_void_p, "g_screen")
 before = kept.value
 other = pygame.display.set_mode((64, 48), 0, 32)

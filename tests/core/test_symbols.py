@@ -74,9 +74,7 @@ import pygame
 from support import host, native, rooms
 import larkspur
 screen = pygame.display.set_mode((32, 32), 0, 32)
-larkspur.set_SDL_screen(screen)
-recording = host.RecordingHost(screen)
-recording.register(larkspur)
+host.set_up(larkspur, screen)
 larkspur.Room_Draw(rooms.make_view_room(), screen)
 for name, variable in foreign.items():
     assert variable.value == before[name], name

@@ -111,9 +111,7 @@ from support.collecting import CollectingEverywhere
 host.install_modules()
 import larkspur, pygame
 screen = pygame.display.set_mode((32, 32), 0, 32)
-larkspur.set_SDL_screen(screen)
-recording = host.RecordingHost(screen)
-recording.register(larkspur)
+host.set_up(larkspur, screen)
 log = []
 for left in (0, 3, 5000):
     drawn = [rooms.Drawable(log, i) for i in range(1000)]

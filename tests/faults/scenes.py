@@ -22,12 +22,8 @@ DISPLAY = pygame.display.set_mode(SIZE, 0, 32)  # once, as it takes half a secon
 
 def stage():
     """A black display and a host, registered."""
-    screen = DISPLAY
-    screen.fill((0, 0, 0))
-    larkspur.set_SDL_screen(screen)
-    host = host_support.RecordingHost(screen)
-    host.register(larkspur)
-    return screen, host
+    DISPLAY.fill((0, 0, 0))
+    return DISPLAY, host_support.set_up(larkspur, DISPLAY)
 
 
 def spots(size=(8, 8), flags=pygame.SRCALPHA):

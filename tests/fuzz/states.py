@@ -67,13 +67,10 @@ class States(chunks.Steps):
     def __init__(self, random):
         chunks.Steps.__init__(self, random)
         pygame.display.init()
-        display = pygame.display.set_mode((64, 48), 0, 32)
-        larkspur.set_SDL_screen(display)
-        host = host_support.RecordingHost(display)
-        for number in range(8):
-            host.registry[number] = host_support.Instance(number=number)
-        host.register(larkspur)
+        host = host_support.set_up(larkspur, pygame.display.set_mode((64, 48), 0, 32))
         self.registry = host.registry
+        for number in range(8):
+            self.registry[number] = host_support.Instance(number=number)
 
     # --- Contents --------------------------------------------------------------------------------
 

@@ -50,10 +50,7 @@ ACTS = {"close": close, "replace": replace, "redraw": redraw, "drop": drop}
 
 def fresh_host():
     pygame.display.init()
-    screen = pygame.display.set_mode((320, 240), 0, 32)
-    larkspur.set_SDL_screen(screen)
-    host = host_support.RecordingHost(screen)
-    host.register(larkspur)
+    host = host_support.set_up(larkspur, pygame.display.set_mode((320, 240), 0, 32))
     host.drops = []
     return host
 

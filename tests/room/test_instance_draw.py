@@ -272,9 +272,7 @@ from support import host, pending, rooms
 host.install_modules()
 import larkspur, pygame
 screen = pygame.display.set_mode((32, 32), 0, 32)
-larkspur.set_SDL_screen(screen)
-recording = host.RecordingHost(screen)
-recording.register(larkspur)
+host.set_up(larkspur, screen)
 gmapi.self = outer = host.Instance()
 gmapi.log = []
 instance = rooms.make_instance(py_Draw=rooms.compiled("log.append(1); 1 / 0"))

@@ -106,9 +106,7 @@ import larkspur, pygame
 from support import native, pending, rooms
 pygame.display.init()
 screen = pygame.display.set_mode((32, 32), 0, 32)
-larkspur.set_SDL_screen(screen)
-recording = host.RecordingHost(screen)
-recording.register(larkspur)
+host.set_up(larkspur, screen)
 room = rooms.make_room()
 clock = ctypes.c_long.in_dll(ctypes.CDLL(None), "clock_seconds")
 second = native.variable(ctypes.c_int32, "this_second")

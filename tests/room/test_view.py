@@ -403,9 +403,7 @@ host.install_modules()
 import larkspur, pygame
 from support import pending, rooms
 screen = pygame.display.set_mode((320, 240), 0, 32)
-larkspur.set_SDL_screen(screen)
-recording = host.RecordingHost(screen)
-recording.register(larkspur)
+host.set_up(larkspur, screen)
 for xport in (0, 1):
     for refused in (("view_xscale",), ("view_yscale",), ("view_xscale", "view_yscale")):
         gm6.__dict__.update(view_xscale="old", view_yscale="old", refused=refused)

@@ -139,3 +139,11 @@ class RecordingHost(object):
         for module, saved in zip((self.gm6, self.gmapi), self._saved):
             module.__dict__.clear()
             module.__dict__.update(saved)
+
+
+def set_up(larkspur, screen):
+    """Gives larkspur a screen and a fresh host; the host."""
+    larkspur.set_SDL_screen(screen)
+    recording = RecordingHost(screen)
+    recording.register(larkspur)
+    return recording

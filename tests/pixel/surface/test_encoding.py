@@ -14,9 +14,7 @@ PICTURE = """
     from support import rooms
     pieces = []
     screen = pygame.display.set_mode((64, 48), 0, 32)
-    larkspur.set_SDL_screen(screen)
-    recording = host.RecordingHost(screen)
-    recording.register(larkspur)
+    recording = host.set_up(larkspur, screen)
 
     def encoded():
         picture = pygame.Surface((8, 6), pygame.SRCALPHA, 32)
