@@ -9,7 +9,7 @@ from support import host as host_support
 host_support.install_modules()
 
 import larkspur  # noqa: E402
-from support import rooms  # noqa: E402
+from support import native, rooms, sprites  # noqa: E402
 from support.host import Instance, ParticleSystem, Plain  # noqa: E402
 
 SIZE = (48, 32)
@@ -231,20 +231,10 @@ def variables():
 variables.allowed = (MemoryError, OverflowError)
 
 
-def _native(name, result, *arguments):
-    function = ctypes.PyDLL(larkspur.__file__)[name]
-    function.restype, function.argtypes = result, arguments
-    return function
-
-
 def scale_cache():
     screen, host = stage()
     sprite = larkspur.GMSprite_from_surface(spots(), "sprite")
-    add = _native(
-        "sprite_scalecache_add", ctypes.c_void_p, ctypes.py_object, ctypes.py_object,
-        *[ctypes.c_int] * 8
-    )  # fmt: skip
-    white = ctypes.c_uint32.in_dll(ctypes.PyDLL(larkspur.__file__), "COLOR_WHITE").value
+    white = native.variable(ctypes.c_uint32, "COLOR_WHITE").value
     cases = [
         (12, 6, 0, white, 255, 0),
         (-12, 6, 30, white, 255, 0),
@@ -255,9 +245,7 @@ def scale_cache():
     def act():
         sprite.scalecache.clear()
         for i, (width, height, angle, colour, alpha, rgba) in enumerate(cases):
-            address = add(sprite, i, 0, width, height, angle, 0, colour, alpha, rgba)
-            if address:
-                ctypes.pythonapi.Py_DecRef(ctypes.cast(address, ctypes.py_object))
+            sprites.scale_cache_add(sprite, i, 0, width, height, angle, 0, colour, alpha, rgba)
 
     return act, lambda: [
         pygame.image.tostring(sprite.scalecache[i], "RGBA") for i in range(len(cases))

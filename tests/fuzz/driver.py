@@ -25,15 +25,12 @@ from hostile import NAN, NUMBERS, WRONG, Key, Mischief, Number, left_behind, out
 from models import particle_model  # noqa: E402
 from models.instance_list_model import ModelList  # noqa: E402
 from models.variable_model import ModelVariable, Refused  # noqa: E402
-from support import native, particles, records, rooms  # noqa: E402
+from support import particles, records, rooms, sprites  # noqa: E402
 from support.leaks import lend_references  # noqa: E402
 
 # Comparisons and insertions release references that they never took; the objects that they meet
 # get more of them than a chunk can use up.
 LENT = 10**7
-
-_arguments = [native.ctypes.py_object] * 2 + [native.ctypes.c_int] * 8
-_scale_cache_add = native.function("sprite_scalecache_add", native.ctypes.c_void_p, *_arguments)
 
 # How many numbers each setter of a particle type takes, and which of them take integers.
 SETTERS = {
@@ -254,8 +251,7 @@ class World(chunks.Steps):
         return handle, model
 
     def new_sprite(self):
-        sprite = larkspur.GMSprite()
-        sprite.subimages = [self.any_surface() for _ in range(2)]
+        sprite = sprites.sprite_of(self.any_surface(), self.any_surface())
         sprite.scalecache = {}
         sprite.name = "sprite"
         return sprite
@@ -500,20 +496,17 @@ class World(chunks.Steps):
         key = self.random.choice([("key", self.random.randrange(5)), Key(self.misbehave)])
         size = lambda: self.random.choice([-20, -1, 0, 1, 16, 40])  # noqa: E731
         outcome(
-            lambda: native.new_reference(
-                _scale_cache_add(
-                    sprite,
-                    key,
-                    self.random.randrange(2),
-                    size(),
-                    size(),
-                    self.random.choice([0, 30, 90]),
-                    5,
-                    self.random.choice([0xFFFFFF, 0x1020]),
-                    self.random.randrange(256),
-                    self.random.randrange(2),
-                )
-            )
+            sprites.scale_cache_add,
+            sprite,
+            key,
+            self.random.randrange(2),
+            size(),
+            size(),
+            self.random.choice([0, 30, 90]),
+            5,
+            self.random.choice([0xFFFFFF, 0x1020]),
+            self.random.randrange(256),
+            self.random.randrange(2),
         )
 
     def step_new_sprite(self):

@@ -7,7 +7,7 @@ function without arguments. Nothing in it may depend on what earlier scenes left
 import cPickle as pickle  # in Python itself it would have thousands of points of its own
 import larkspur
 import pygame
-from support import leaks, native, pending
+from support import leaks, pending
 from support.host import Instance, ParticleSystem, Plain
 from support.rooms import (
     VIEW_MEMBERS,
@@ -20,6 +20,7 @@ from support.rooms import (
     object_with_draw_events,
     set_view,
 )
+from support.sprites import scale_cache_add, sprite_of
 from support.surfaces import encode
 
 SCENES = {}
@@ -294,12 +295,6 @@ def rectangles_on_a_subsurface_of_the_display(host):
     return rectangles_scene(host)
 
 
-def sprite_of(image):
-    sprite = larkspur.GMSprite()
-    sprite.subimages = [image]
-    return sprite
-
-
 @scene
 def scale_cache(host):
     images = [subsurface(flags=pygame.SRCALPHA), picture(), display_piece(host)]
@@ -313,9 +308,7 @@ def scale_cache(host):
             pending.add_to_scale_cache(sprite, (width, height), width, height, colour)
             for i, image in enumerate(images):
                 pending.add_to_scale_cache(sprite_of(image), i, *image.get_size() + (7,))
-                native.new_reference(
-                    _scale_cache_add(sprite, (i, [].append), i, width, height, 30, 0, 7, 100, i % 2)
-                )
+                scale_cache_add(sprite, (i, [].append), i, width, height, 30, 0, 7, 100, i % 2)
 
     return add
 
@@ -396,18 +389,3 @@ def variables(host):
         variable[2, 4], variable[0], variable[9]
 
     return use
-
-
-_scale_cache_add = None
-
-
-def bind_native():
-    """Looks up what ctypes would otherwise make while garbage is collected."""
-    import ctypes
-
-    global _scale_cache_add
-    arguments = [ctypes.py_object] * 2 + [ctypes.c_int] * 8
-    _scale_cache_add = native.function("sprite_scalecache_add", ctypes.c_void_p, *arguments)
-
-
-bind_native()

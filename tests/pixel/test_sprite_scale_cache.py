@@ -11,6 +11,7 @@ import pytest
 from models import pixel_model
 from support import leaks, native, pending, sdl, subprocess_python
 from support.pictures import assert_same_words, put_words, words
+from support.sprites import scale_cache_add, sprite_of
 from support.surfaces import (
     ABGR,
     ARGB,
@@ -24,9 +25,6 @@ from support.surfaces import (
 
 WHITE = 0xFFFFFF
 KEY = ("walk", 3)
-
-_arguments = [ctypes.py_object] * 2 + [ctypes.c_int] * 8
-_add = native.function("sprite_scalecache_add", ctypes.c_void_p, *_arguments)
 
 
 def add(
@@ -46,15 +44,9 @@ def add(
         width, height = (
             given if given is not None else size for given, size in zip((width, height), natural)
         )
-    return native.new_reference(
-        _add(sprite, key, subimage, width, height, angle, 12345, colour, alpha, rgba_copy)
+    return scale_cache_add(
+        sprite, key, subimage, width, height, angle, 12345, colour, alpha, rgba_copy
     )
-
-
-def sprite_of(*subimages):
-    sprite = larkspur.GMSprite()
-    sprite.subimages = list(subimages)
-    return sprite
 
 
 def soft_image(width=32, height=32, seed=1):
@@ -305,7 +297,7 @@ def test_any_hashable_key(display, key):
 def test_subimages_may_be_any_sequence_counted_from_either_end(display):
     first, last = soft_image(seed=1), soft_image(seed=2)
     sprite = sprite_of(first, last)
-    assert native.new_reference(_add(sprite, KEY, -1, 32, 32, 0, 0, WHITE, 255, 0)) is last
+    assert scale_cache_add(sprite, KEY, -1, 32, 32, 0, 0, WHITE, 255, 0) is last
     sprite.subimages = (first, last)
     assert add(sprite, subimage=1) is last
 
@@ -344,7 +336,7 @@ def test_a_sprite_without_subimages(display, capfd):
 
 @pytest.mark.parametrize("wrong", [5, None, object(), larkspur.BackgroundData()])
 def test_what_is_no_sprite(display, capfd, wrong):
-    assert native.new_reference(_add(wrong, KEY, 0, 1, 1, 0, 0, WHITE, 255, 0)) is None
+    assert scale_cache_add(wrong, KEY, 0, 1, 1, 0, 0, WHITE, 255, 0) is None
     assert printed(capfd) == ("", "sequence error.\n")
 
 
@@ -549,7 +541,7 @@ def test_a_key_whose_code_takes_the_cache_away(display):
 
     sprite = sprite_of(soft_image())
     key = Key()
-    result = native.new_reference(_add(sprite, key, 0, 16, 16, 0, 0, WHITE, 255, 0))
+    result = scale_cache_add(sprite, key, 0, 16, 16, 0, 0, WHITE, 255, 0)
     assert result.get_size() == (16, 16) and sprite.scalecache == {}
 
 
@@ -601,7 +593,7 @@ def test_a_hundred_thousand_copies_leave_nothing_behind(display):
 
     def run(count):
         for number in xrange(count):
-            _add_and_drop(
+            scale_cache_add(
                 sprite,
                 KEY,
                 0,
@@ -618,7 +610,3 @@ def test_a_hundred_thousand_copies_leave_nothing_behind(display):
     peak_kilobytes = resource.getrusage(resource.RUSAGE_SELF).ru_maxrss
     run(100000)
     assert resource.getrusage(resource.RUSAGE_SELF).ru_maxrss - peak_kilobytes < 1024
-
-
-def _add_and_drop(*arguments):
-    native.new_reference(_add(*arguments))

@@ -7,7 +7,7 @@ and what the header asks of the caller: a tuple for Room_DrawView() to draw.
 import ctypes
 
 import larkspur
-from support import native, rooms
+from support import native, rooms, sprites
 from support.native import Rect
 from support.particles import ParticleRecord, TypeRecord, particle_record, type_record
 
@@ -91,17 +91,16 @@ def object_rows():
         [either] * 5,
     )
     yield exported("color_as_int", [WORD, OBJECT], [lambda: (1, 2, 3)], [either])
-    add = function("sprite_scalecache_add", OBJECT, OBJECT, OBJECT, *[INT] * 8)
     yield ValuesRow(
         "sprite_scalecache_add",
-        add,
+        sprites.scale_cache_add,
         [sprite, key] + SPRITE_COPY + [lambda: 0],
         [anything, anything] + [None] * 8,
     )
     for rgba_copy in (0, 1):
         yield ValuesRow(
             "sprite_scalecache_add of a subimage, copy %d" % rgba_copy,
-            lambda image, *arguments: add(_sprite_of(image), "key", *arguments),
+            _add_copy_of,
             [scene.tiny_surface] + SPRITE_COPY + [lambda rgba_copy=rgba_copy: rgba_copy],
             [anything] + [None] * 8,
             extra=[
@@ -149,10 +148,8 @@ def object_rows():
     yield exported("PySurface_FromSurface", [OBJECT, POINTER], [lambda: None], [None], good=RAISES)
 
 
-def _sprite_of(image):
-    sprite = larkspur.GMSprite()
-    sprite.subimages = [image]
-    return sprite
+def _add_copy_of(image, *arguments):
+    return sprites.scale_cache_add(sprites.sprite_of(image), "key", *arguments)
 
 
 def record_rows():
