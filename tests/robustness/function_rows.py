@@ -34,13 +34,17 @@ def coordinate(value):
     return EITHER if I32(value) == OK else I32(value)
 
 
+def module_row(name, base=(), kinds=(), **more):
+    """A row for the module's function of this name."""
+    return Row(name, getattr(larkspur, name), base, kinds, **more)
+
+
 def gradient(name, letters):
     """A row for a gradient function: letters I, i, f of what follows surface and rectangle."""
     makers = {"I": COLOUR, "i": lambda: 100, "f": SHARE}
     kinds = {"I": U32, "i": I32, "f": FLOAT}
-    return Row(
+    return module_row(
         name,
-        getattr(larkspur, name),
         [surface] + RECTANGLE + [makers[letter] for letter in letters],
         [paintable] + [coordinate] * 4 + [kinds[letter] for letter in letters],
         values=values.ALL + [values.NULL],
@@ -53,42 +57,30 @@ def drawing_rows():
     yield gradient("fast_draw_gradients_vv", "IIfIIf")
     yield gradient("fast_draw_gradients_vcv", "IIfIfIIf")
     yield gradient("fast_draw_gradients_vcvvc", "IIfIfIIfIIfIf")
-    yield Row(
+    yield module_row(
         "fast_draw_rectangle_color",
-        larkspur.fast_draw_rectangle_color,
         RECTANGLE + [COLOUR] * 2 + [lambda: 0x99AABB] * 2 + [lambda: 1.0, lambda: 0],
         [coordinate] * 4 + [U32] * 4 + [FLOAT, I32],
     )
-    yield Row(
+    yield module_row(
         "fill_translucent",
-        larkspur.fill_translucent,
         [surface] + RECTANGLE + [COLOUR, lambda: 100],
         [paintable] + [coordinate] * 4 + [I32] * 2,
         values=values.ALL + [values.NULL],
     )
-    yield Row(
+    yield module_row(
         "draw_rectangle",
-        larkspur.draw_rectangle,
         RECTANGLE + [lambda: 0.0],
         # pygame's fill() and rect() refuse sides that no int holds.
         [lambda value: EITHER if FLOAT(value) == OK else FLOAT(value)] * 5,
         counts=[4, 5],
     )
     for name in ("flip_v", "flip_h", "flip_vh"):
-        yield Row(
-            name,
-            getattr(larkspur, name),
-            [surface],
-            [flippable(name == "flip_v")],
-            values=values.ALL + [values.NULL],
+        yield module_row(
+            name, [surface], [flippable(name == "flip_v")], values=values.ALL + [values.NULL]
         )
     for name, floats in (("scale", 2), ("rotoscale", 3)):
-        yield Row(
-            name,
-            getattr(larkspur, name),
-            [surface] + [SHARE] * floats,
-            [scalable] + [scaled_to] * floats,
-        )
+        yield module_row(name, [surface] + [SHARE] * floats, [scalable] + [scaled_to] * floats)
 
 
 def flippable(every_depth):
@@ -128,28 +120,25 @@ def particle_type_rows():
     }
     for name, letters in sorted(formats.items()):
         otherwise = RAISES if name == "part_type_speed" else SILENT
-        yield Row(
+        yield module_row(
             name,
-            getattr(larkspur, name),
             [values.particle_type] + [ONE] * len(letters),
             [fact("particle_type", otherwise)] + [number(letter) for letter in letters],
             then=draw_particles,
         )
-    yield Row(
+    yield module_row(
         "part_type_shape",
-        larkspur.part_type_shape,
         [values.particle_type, surface],
         [fact("particle_type", SILENT), exact_surface],
         then=draw_particles,
     )
-    yield Row(
+    yield module_row(
         "part_type_sprite",
-        larkspur.part_type_sprite,
         [values.particle_type, surface] + [ONE] * 3,
         [fact("particle_type"), anything] + [FLOAT] * 3,
         then=draw_particles,
     )
-    yield Row("part_type_create", larkspur.part_type_create, counts=None)
+    yield module_row("part_type_create", counts=None)
 
 
 def exact_surface(value):
@@ -166,23 +155,18 @@ def draw_particles(particle_type, *_):
 
 def particle_rows():
     for name, letters in (("CParticle_new", "ff"), ("CParticle_new_size_color", "fffi")):
-        yield Row(
+        yield module_row(
             name,
-            getattr(larkspur, name),
             [values.particle_type] + [ONE] * len(letters),
             [fact("particle_type", SILENT)] + [number(letter) for letter in letters],
         )
     for name in ("CParticle_step", "CParticle_dec_ttl"):
-        yield Row(name, getattr(larkspur, name), [values.particle], [fact("particle")])
-    yield Row(
-        "CParticle_dec_ttl_and_render",
-        larkspur.CParticle_dec_ttl_and_render,
-        [values.particle, ONE, ONE],
-        [fact("particle"), I32, I32],
+        yield module_row(name, [values.particle], [fact("particle")])
+    yield module_row(
+        "CParticle_dec_ttl_and_render", [values.particle, ONE, ONE], [fact("particle"), I32, I32]
     )
-    yield Row(
+    yield module_row(
         "CParticle_attach_beancounter",
-        larkspur.CParticle_attach_beancounter,
         [values.particle, larkspur.Beancounter],
         [fact("particle"), fact("beancounter")],
     )
@@ -220,29 +204,22 @@ def only_hostile(value):
 
 
 def host_rows():
-    yield Row("breakable", larkspur.breakable, counts=None)
-    yield Row("init_subsystems", larkspur.init_subsystems, counts=None)
-    yield Row("draw_sprite_ext", larkspur.draw_sprite_ext, counts=None, good=SILENT)
-    yield Row(
-        "set_SDL_screen",
-        larkspur.set_SDL_screen,
-        [SCREEN],
-        [screen],
-        then=lambda _: draw_frames(),
-        disturbs=True,
+    yield module_row("breakable", counts=None)
+    yield module_row("init_subsystems", counts=None)
+    yield module_row("draw_sprite_ext", counts=None, good=SILENT)
+    yield module_row(
+        "set_SDL_screen", [SCREEN], [screen], then=lambda _: draw_frames(), disturbs=True
     )
-    yield Row(
+    yield module_row(
         "RegisterInstancesDict",
-        larkspur.RegisterInstancesDict,
         [lambda: scene.current.host.registry] + [lambda: Plain] * 3,
         [anything] * 4,
         counts=None,  # bad arguments are passed over
         then=lambda *_: draw_frames(),
         disturbs=True,
     )
-    yield Row(
+    yield module_row(
         "GMSprite_from_surface",
-        larkspur.GMSprite_from_surface,
         [surface, lambda: "name"],
         [
             lambda value: EITHER if value.short or value.long or value.wide else usable(value),
