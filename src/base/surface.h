@@ -140,10 +140,25 @@ inline bool has_video_mode() noexcept {
 /// Number of bytes from which on SDL makes no surface; a layer over SDL 2 would.
 constexpr double kRefusedBytes = 2147483648.0;
 
+/// True when a surface of palette colours has a colour key that is no place in its palette. SDL and
+/// SDL_gfx look the key up there all the same where they carry it over to another format.
+inline bool has_key_outside_palette(const SDL_Surface& surface) noexcept {
+    const SDL_PixelFormat& format = *surface.format;
+    return (surface.flags & SDL_SRCCOLORKEY) != 0 && format.palette != nullptr &&
+           format.colorkey >= static_cast<Uint32>(format.palette->ncolors);
+}
+
 /// As SDL_ConvertSurface(). The colour key and the alpha of a surface outlive its conversion to a
 /// format without alpha whatever the flags say; a layer over SDL 2 wants to be asked. SDL 1.2 is
-/// not asked, which could move the picture into video memory.
+/// not asked, which could move the picture into video memory. Null, with SDL's error set, also for
+/// a colour key that would have to be looked up outside of the palette.
 inline SurfacePtr converted(SDL_Surface* surface, SDL_PixelFormat* format, Uint32 flags) noexcept {
+    // Where the new format has alpha, a key becomes that unless the flags ask for a key.
+    const bool keeps_key = format->Amask == 0 || (flags & SDL_SRCCOLORKEY) != 0;
+    if (keeps_key && has_key_outside_palette(*surface)) {
+        SDL_SetError("The colour key is no place in the palette");
+        return nullptr;
+    }
     const Uint32 kept = surface->flags & (SDL_SRCCOLORKEY | SDL_SRCALPHA);
     auto result = SurfacePtr(SDL_ConvertSurface(surface, format, flags));
     if (result != nullptr && format->Amask == 0 && (kept & ~result->flags) != 0) {

@@ -88,10 +88,15 @@ PyRef call_method(PyObject* object, const char* name, PyRef arguments) noexcept 
                : PyRef();
 }
 
-// The image, or its copy while it is still the sprite's own, which never changes.
+// The image, or its copy while it is still the sprite's own, which never changes. Empty when there
+// is no copy to be had: pygame asks as little as SDL where a colour key lies.
 PyRef changeable(PyRef image, PyObject* original) noexcept {
     if (image.get() != original) {
         return image;
+    }
+    const SDL_Surface* surface = surface_of(original, kFunction);
+    if (surface == nullptr || has_key_outside_palette(*surface)) {
+        return PyRef();
     }
     return call_method(original, "copy", PyRef::steal(Py_BuildValue("()")));
 }

@@ -505,6 +505,15 @@ def test_a_failing_copy(display, capfd):
     assert_fails(capfd, sprite_of(image), "No source?\n", alpha=5)
 
 
+@pytest.mark.skipif(sdl.is_layer(), reason="this SDL refuses such a key itself")
+@pytest.mark.parametrize("arguments", [dict(colour=5), dict(alpha=5)])
+def test_no_copy_of_a_colour_key_that_is_no_place_in_the_palette(display, capfd, arguments):
+    """SDL would look it up behind the palette."""
+    image = pygame.Surface((4, 4), 0, 8)
+    image.set_colorkey(0x7FFFFFF0)
+    assert_fails(capfd, sprite_of(image), "No source?\n", **arguments)
+
+
 def test_a_failing_fill_is_not_checked(display):
     class Unfilled(pygame.Surface):
         def copy(self):

@@ -1,7 +1,7 @@
 import larkspur
 import pygame
 import pytest
-from support import leaks, records, subprocess_python
+from support import leaks, records, sdl, subprocess_python
 from support.surfaces import assert_encoded
 
 # In storage order, which is the order of the pickled state.
@@ -200,6 +200,20 @@ def test_colour_key_and_alpha_of_the_surface_stay(display):
     assert subimage.get_alpha() == 100
     assert surface.get_colorkey() == (255, 0, 0, 255)
     assert surface.get_alpha() == 100
+
+
+def test_a_colour_key_that_is_no_place_in_the_palette_is_refused(display):
+    """SDL would look it up behind the palette."""
+    surface = pygame.Surface((8, 8), 0, 8)
+    surface.set_colorkey(255)
+    assert larkspur.GMSprite_from_surface(surface, "spr_made")
+    if sdl.is_layer():  # refuses such a key itself
+        return
+    for key in (256, 0x7FFFFFF0, 0xFFFFFFFF):
+        surface.set_colorkey(key)
+        with pytest.raises(pygame.error) as raised:
+            larkspur.GMSprite_from_surface(surface, "spr_made")
+        assert str(raised.value) == "The colour key is no place in the palette"
 
 
 def test_an_encoded_surface_is_converted(display):

@@ -390,9 +390,7 @@ const char* turn_obstacle(const SDL_Surface& surface, double x_factor, double y_
     if (!is_read_directly(surface) && surface.w >= kWidthEnd) {
         return "a surface of neither 8 nor 32 bits that has more than 16383 columns";
     }
-    const SDL_PixelFormat& format = *surface.format;
-    if ((surface.flags & SDL_SRCCOLORKEY) != 0 && format.palette != nullptr &&
-        format.colorkey >= static_cast<Uint32>(format.palette->ncolors)) {
+    if (has_key_outside_palette(surface)) {
         return "a surface whose colour key is no place in its palette";
     }
     return nullptr;
