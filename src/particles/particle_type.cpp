@@ -24,6 +24,38 @@ std::int32_t initial_colour() noexcept {
     return static_cast<std::int32_t>(known ? white : kWhiteWithoutDisplay);
 }
 
+// A shape that is a handle can hold a type whose shape is a handle, and so on: from so many on, one
+// inside of the other, those further in wait until the outermost is gone. A long chain must not
+// become a deep recursion.
+constexpr int kMostNested = 50;
+
+// Handles that wait, linked through the description that no handle of ours has.
+PyCObject* waiting = nullptr;
+int nested = 0;
+
+void release_nested(PyObject* shape) noexcept {
+    ++nested;
+    Py_DECREF(shape);
+    --nested;
+}
+
+void release_shape(PyObject* shape) noexcept {
+    if (nested >= kMostNested && PyCObject_Check(shape) && Py_REFCNT(shape) == 1) {
+        auto* handle = reinterpret_cast<PyCObject*>(shape);
+        if (handle->desc == nullptr) {
+            handle->desc = waiting;
+            waiting = handle;
+            return;
+        }
+    }
+    release_nested(shape);
+    while (nested == 0 && waiting != nullptr) {
+        PyCObject* handle = std::exchange(waiting, static_cast<PyCObject*>(waiting->desc));
+        handle->desc = nullptr;
+        release_nested(reinterpret_cast<PyObject*>(handle));
+    }
+}
+
 void raise_no_particle_type(const char* function, PyObject* object) noexcept {
     PyErr_Format(PyExc_TypeError,
                  "%s needs a particle type, got %.200s; pass what part_type_create() returned",
@@ -62,7 +94,9 @@ PyObject* change_type(PyObject* args, const char* format,
 void particle_type_destroy(void* record) noexcept {
     auto* type = static_cast<particle_type_record*>(record);
     type->shape_surface = nullptr;
-    Py_CLEAR(type->shape);
+    if (PyObject* shape = std::exchange(type->shape, nullptr)) {
+        release_shape(shape);
+    }
     Py_CLEAR(type->cache);
 }
 

@@ -367,6 +367,18 @@ def test_end_of_a_type_releases_shape_and_cache():
     assert (sys.getrefcount(shape), sys.getrefcount(cached)) == before
 
 
+def test_long_chains_are_freed_without_recursion():
+    """Types whose shapes are types, or particles of types, and so on."""
+    shape = SurfaceSubclass((1, 1))
+    innermost = weakref.ref(shape)
+    for i in range(200000):
+        handle = larkspur.part_type_create()
+        larkspur.part_type_sprite(handle, shape, 0, 0, 0)
+        shape = larkspur.CParticle_new(handle, 0, 0) if i % 3 == 0 else handle
+    del shape, handle
+    assert innermost() is None
+
+
 def test_settings_do_not_leak():
     handle = larkspur.part_type_create()
     surface, sprite = pygame.Surface((1, 1)), object()
