@@ -226,7 +226,9 @@ std::uint32_t colour_as_pixel(PyObject* colour) noexcept {
     const std::uint32_t red = colour_channel(colour, 0);
     const std::uint32_t green = colour_channel(colour, 1);
     const std::uint32_t blue = colour_channel(colour, 2);
-    return (red << format.Rshift) + (green << format.Gshift) + (blue << format.Bshift);
+    // A host can set shifts of up to 255; the processor takes them modulo 32.
+    return (red << (format.Rshift & 31U)) + (green << (format.Gshift & 31U)) +
+           (blue << (format.Bshift & 31U));
 }
 
 PyRef state_item(PyObject* state, Py_ssize_t i) noexcept {

@@ -526,6 +526,14 @@ def test_colours_follow_the_displays_shifts(host):
     assert COLOR((1,)) == 0xFFFF
 
 
+def test_shifts_count_modulo_32(host):
+    """A host can set greater ones, which the language leaves undefined."""
+    screen = pygame.Surface((4, 4), 0, 32)
+    larkspur.set_SDL_screen(screen)
+    screen.set_shifts((32 + 16, 224 + 8, 64, 0))
+    assert COLOR((1, 2, 3)) == 0x010203
+
+
 @pytest.mark.parametrize(
     "colour, error, parts",
     [
