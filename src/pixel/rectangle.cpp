@@ -4,8 +4,11 @@
 
 #include <SDL.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include "base/console.h"
@@ -17,6 +20,7 @@
 #include "core/host_access.h"
 #include "core/py_ref.h"
 #include "core/pygame.h"
+#include "core/tuple.h"
 #include "core/view_state.h"
 #include "pixel/kernels/colour.h"
 #include "pixel/paint.h"
@@ -28,6 +32,7 @@ namespace {
 AttributeName color_to_int("__color_to_int");
 AttributeName property_alpha("alpha");
 AttributeName property_color("color");
+AttributeName fill_name("fill");
 
 // A rectangle on the screen, not yet in whole pixels.
 struct ScreenBox {
@@ -55,6 +60,82 @@ PyRef screen_object(const char* function) noexcept {
 
 constexpr const char* kDrawRectangle = "draw_rectangle()";
 
+// pygame has a screen's surface in hand while it reads a colour, and code of the host that this
+// runs could close the display. The next functions read it as pygame would, but beforehand.
+
+bool is_plain_number(PyObject* object) noexcept {
+    return PyInt_CheckExact(object) || PyBool_Check(object) || PyLong_CheckExact(object) ||
+           PyFloat_CheckExact(object);
+}
+
+// Whether reading a colour runs no code: an int of any kind, a text, one of pygame's own, and a
+// tuple or list of numbers do not.
+bool is_plain_colour(PyObject* colour) noexcept {
+    const PyTypeObject* type = Py_TYPE(colour);
+    const bool is_pygames = (type->tp_flags & Py_TPFLAGS_HEAPTYPE) == 0 &&
+                            std::strcmp(type->tp_name, "pygame.Color") == 0;
+    if (is_pygames || PyInt_Check(colour) || PyLong_Check(colour) || PyString_CheckExact(colour) ||
+        PyUnicode_CheckExact(colour)) {
+        return true;
+    }
+    if (!PyTuple_CheckExact(colour) && !PyList_CheckExact(colour)) {
+        return false;
+    }
+    PyObject** const items = PySequence_Fast_ITEMS(colour);
+    return std::all_of(items, items + PySequence_Fast_GET_SIZE(colour), is_plain_number);
+}
+
+// Channel i of a colour as an int; empty when it is none, with an exception or without.
+PyRef plain_channel(PyObject* colour, Py_ssize_t i) noexcept {
+    const PyRef item = PyRef::steal(PySequence_GetItem(colour, i));
+    if (!item || !PyNumber_Check(item.get())) {
+        return PyRef();
+    }
+    const PyRef number = PyRef::steal(PyNumber_Long(item.get()));
+    if (!number) {
+        return PyRef();
+    }
+    const auto channel = static_cast<std::uint32_t>(PyLong_AsUnsignedLong(number.get()));
+    return channel <= kOpaque ? PyRef::steal(PyInt_FromLong(channel)) : PyRef();
+}
+
+// A colour that is a sequence as a tuple of its channels; empty when it is none, with an exception
+// or without.
+PyRef plain_channels(PyObject* colour) noexcept {
+    while (PyTuple_Check(colour) && PyTuple_GET_SIZE(colour) == 1) {
+        colour = PyTuple_GET_ITEM(colour, 0);  // pygame looks into such a tuple
+    }
+    const Py_ssize_t count = PySequence_Check(colour) ? PySequence_Size(colour) : 0;
+    if (count < 3 || count > 4) {
+        return PyRef();
+    }
+    std::array<PyRef, 4> channels;
+    channels[3] = PyRef::steal(PyInt_FromLong(kOpaque));
+    for (Py_ssize_t i = 0; i < count; ++i) {
+        PyRef& channel = channels[static_cast<std::size_t>(i)];
+        channel = plain_channel(colour, i);
+        if (!channel) {
+            return PyRef();
+        }
+    }
+    return tuple_of(channels);
+}
+
+// A colour that runs no code when it is read: itself, or what it comes to. What comes to nothing
+// gives something that pygame refuses in the same way.
+PyRef plain_colour(PyObject* colour) noexcept {
+    if (is_plain_colour(colour)) {
+        return PyRef::borrow(colour);
+    }
+    const bool is_sequence = PySequence_Check(colour) != 0;
+    PyRef channels = plain_channels(colour);
+    if (channels) {
+        return channels;
+    }
+    PyErr_Clear();
+    return is_sequence ? PyRef::steal(PyTuple_New(0)) : PyRef::borrow(Py_None);
+}
+
 // pygame's own functions read the pixels of a subsurface's owner without asking whether they are
 // there. False with an exception when they are not.
 bool require_usable(PyObject* screen) noexcept {
@@ -62,15 +143,21 @@ bool require_usable(PyObject* screen) noexcept {
 }
 
 PyObject* fill_box(PyObject* colour, const ScreenBox& box) noexcept {
+    const PyRef plain = plain_colour(colour);
+    const PyRef screen = plain ? screen_object(kDrawRectangle) : PyRef();
+    if (!screen) {
+        return nullptr;
+    }
+    const PyRef fill = get_attribute(screen.get(), fill_name);
     const CollectionPause pause;
-    const PyRef screen = screen_object(kDrawRectangle);
     // That a display was closed fill() finds out itself, and says so in its own words.
-    if (!screen || (peek_surface(screen.get()) != nullptr && !require_usable(screen.get()))) {
+    if (peek_surface(screen.get()) != nullptr && !require_usable(screen.get())) {
         return nullptr;
     }
     const PyRef result = PyRef::steal(
-        PyObject_CallMethod(screen.get(), const_cast<char*>("fill"), const_cast<char*>("(O(ffff))"),
-                            colour, box.x1, box.y1, box.x2 - box.x1, box.y2 - box.y1));
+        fill ? PyObject_CallFunction(fill.get(), const_cast<char*>("(O(ffff))"), plain.get(),
+                                     box.x1, box.y1, box.x2 - box.x1, box.y2 - box.y1)
+             : nullptr);
     if (!result) {
         write_stderr("An error occurred filling surface.\n");
         return nullptr;
@@ -79,8 +166,9 @@ PyObject* fill_box(PyObject* colour, const ScreenBox& box) noexcept {
 }
 
 PyObject* outline_box(PyObject* colour, const ScreenBox& box) noexcept {
+    const PyRef plain = plain_colour(colour);
     const CollectionPause pause;
-    const PyRef screen = screen_object(kDrawRectangle);
+    const PyRef screen = plain ? screen_object(kDrawRectangle) : PyRef();
     // Unlike fill(), pygame's drawing functions do not ask whether the display is still open.
     if (!screen || !require_usable(screen.get())) {
         return nullptr;
@@ -95,9 +183,9 @@ PyObject* outline_box(PyObject* colour, const ScreenBox& box) noexcept {
     }
     const double width = box.x2 - box.x1;
     const double height = box.y2 - box.y1;
-    const PyRef result =
-        PyRef::steal(PyObject_CallFunction(draw_rect.get(), const_cast<char*>("(OO(ffff)i)"),
-                                           screen.get(), colour, box.x1, box.y1, width, height, 1));
+    const PyRef result = PyRef::steal(
+        PyObject_CallFunction(draw_rect.get(), const_cast<char*>("(OO(ffff)i)"), screen.get(),
+                              plain.get(), box.x1, box.y1, width, height, 1));
     if (!result) {
         write_stderr("An error occurred calling pygame.draw.rect(screen,color,%f,%f,%f,%f,1).\n",
                      box.x1, box.y1, width, height);

@@ -844,6 +844,98 @@ def test_property_that_closes_the_display(props, display, host, name, alpha, out
         larkspur.draw_rectangle(0, 0, 9, 9, outline)
 
 
+class Colour(object):
+    """A sequence, or list, or tuple of channels that acts each time it is asked."""
+
+    def __init__(self, act, channels=(1, 2, 3)):
+        self.act, self.channels = act, channels
+
+    def __len__(self):
+        return len(self.channels)
+
+    def __getitem__(self, index):
+        self.act()
+        return self.channels[index]
+
+
+class Channel(object):
+    """A number that acts when it is asked."""
+
+    def __init__(self, act, value=1):
+        self.act, self.value = act, value
+
+    def __int__(self):
+        self.act()
+        return self.value
+
+    __long__ = __int__
+
+
+ACTING_COLOURS = [
+    Colour,
+    lambda act: (Channel(act), 2, 3),
+    lambda act: [1, 2, 3, Channel(act, 255)],
+    lambda act: (Colour(act),),
+    lambda act: larkspur.InstanceList((Channel(act), 2, 3)),
+]
+
+
+@pytest.mark.parametrize("outline", [0, 1])
+@pytest.mark.parametrize("make", ACTING_COLOURS)
+def test_colour_that_closes_the_display_when_it_is_read(props, display, make, outline):
+    """pygame has the display's surface in hand while it reads a colour."""
+    props.color = make(pygame.display.quit)
+    with pytest.raises((RuntimeError, pygame.error)):
+        larkspur.draw_rectangle(0, 0, 9, 9, outline)
+
+
+@pytest.mark.parametrize("outline", [0, 1])
+@pytest.mark.parametrize("make", ACTING_COLOURS)
+def test_colours_of_every_kind_of_sequence(props, display, make, outline):
+    props.color = make(lambda: None)
+    larkspur.draw_rectangle(0, 0, 9, 9, outline)
+    assert words(display)[0, 0] == 0x010203
+
+
+@pytest.mark.parametrize("outline", [0, 1])
+@pytest.mark.parametrize(
+    "colour",
+    [
+        None,
+        object(),
+        (1, 2),
+        Colour(lambda: None, (1, 2)),
+        Colour(lambda: None, (1, 2, 256)),
+        Colour(lambda: None, (1, 2, -1)),
+        Colour(lambda: None, (1, 2, "x")),
+        Colour(lambda: 1 // 0),
+        (Channel(lambda: 1 // 0), 2, 3),
+        (5,),
+    ],
+)
+def test_what_is_no_colour_is_refused_by_pygame(props, display, colour, outline):
+    props.color = colour
+    with pytest.raises((TypeError, ValueError)) as raised:
+        larkspur.draw_rectangle(0, 0, 9, 9, outline)
+    assert str(raised.value) == "invalid color argument"
+    assert not words(display).any()
+
+
+def test_screen_that_shrinks_when_its_fill_is_fetched(props):
+    """Its part is looked at after that."""
+
+    class Owner(pygame.Surface):
+        def __getattribute__(self, name):
+            if name == "fill":
+                owner.__init__((1, 1), 0, 32)
+            return pygame.Surface.__getattribute__(self, name)
+
+    owner = Owner((64, 64), 0, 32)
+    larkspur.set_SDL_screen(owner.subsurface((8, 8, 40, 40)))
+    with pytest.raises(RuntimeError):
+        larkspur.draw_rectangle(0, 0, 40, 40)
+
+
 def test_colour_conversion_that_closes_the_display(props, display, host):
     props.alpha = 0.5
 
