@@ -134,8 +134,8 @@ def instance_list(ids):
     """An InstanceList of the instances with these ids (or GMVars that hold ids).
 
     Assigning by index is the one way of adding by id that takes exactly the reference it keeps:
-    `append` and `insert` of an id release one that was never taken, so each such call uses up a
-    reference of whoever else holds the instance.
+    `append` of an id releases one that was never taken, so each such call uses up a reference of
+    whoever else holds the instance; `insert` uses up one of the id object.
     """
     found = larkspur.InstanceList()
     found.extend(ids)
