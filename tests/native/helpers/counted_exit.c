@@ -1,6 +1,7 @@
-/* Preloaded by script/coverage: a forked child that ends by os._exit() writes down what it counted.
+/* Preloaded by script/coverage: a process that ends at once writes down what it counted, be it a
+ * forked child that calls os._exit() or a death test.
  *
- * The counts are written by exit(); what the parent had not flushed yet stays the parent's. */
+ * The counts are written by exit(); what a parent had not flushed yet stays the parent's. */
 
 #include <stdio.h>
 #include <stdio_ext.h>
@@ -19,4 +20,8 @@ void _exit(int status) {
     for (;;) {
         syscall(SYS_exit_group, status);
     }
+}
+
+void _Exit(int status) {
+    _exit(status);
 }
