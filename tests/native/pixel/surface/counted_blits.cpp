@@ -19,8 +19,14 @@ extern "C" [[gnu::visibility("default")]] int __wrap_SDL_UpperBlit(SDL_Surface* 
                                                                    SDL_Rect* to) {
     using namespace larkspur::pixel;
     ++blits_by_sdl;
+    if (answer_of_sdl == AnswerOfSdl::kRefusal) {
+        return -1;
+    }
     const int status = __real_SDL_UpperBlit(source, from, target, to);
-    if (answer_of_sdl == AnswerOfSdl::kOtherPixel) {
+    constexpr int kUsualAlpha = 100;
+    if (answer_of_sdl == AnswerOfSdl::kOtherPixel ||
+        (answer_of_sdl == AnswerOfSdl::kOtherPixelOfOtherAlpha &&
+         (source->flags & SDL_SRCALPHA) != 0 && source->format->alpha != kUsualAlpha)) {
         *static_cast<unsigned char*>(target->pixels) ^= 1U;
     } else if (answer_of_sdl == AnswerOfSdl::kOtherRectangle) {
         to->w ^= 1U;

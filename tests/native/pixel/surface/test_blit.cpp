@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "../../sdl_layer.h"
+#include "asked_gfx.h"
 #include "base/surface.h"
 #include "counted_blits.h"
 
@@ -208,8 +209,18 @@ TEST(Blit, DrawsEveryKindItselfWhereThisSdlCanBeStoodInFor) {
 // In a process of its own, as loops are tried once.
 TEST(BlitDeathTest, LeavesAllToAnSdlThatAnswersOtherwise) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    for (const AnswerOfSdl answer : {AnswerOfSdl::kOtherPixel, AnswerOfSdl::kOtherRectangle}) {
-        const auto kinds_left_to_sdl = [&] {
+    constexpr struct {
+        AnswerOfSdl answer;
+        int kinds_left;
+    } kCases[] = {
+        {AnswerOfSdl::kOtherPixel, 16},
+        {AnswerOfSdl::kOtherRectangle, 16},
+        {AnswerOfSdl::kRefusal, 16},
+        // Those that blend all pixels by the alpha of the source; to a layer all are left.
+        {AnswerOfSdl::kOtherPixelOfOtherAlpha, 4},
+    };
+    for (const auto& [answer, kinds_left] : kCases) {
+        const auto kinds_left_to_sdl = [answer = answer] {
             answer_of_sdl = answer;
             int kinds = 0;
             for (const Kind& kind : all_kinds()) {
@@ -217,7 +228,70 @@ TEST(BlitDeathTest, LeavesAllToAnSdlThatAnswersOtherwise) {
             }
             return kinds;
         };
-        EXPECT_EXIT(std::_Exit(kinds_left_to_sdl()), ::testing::ExitedWithCode(16), "");
+        EXPECT_EXIT(std::_Exit(kinds_left_to_sdl()),
+                    ::testing::ExitedWithCode(is_layer() ? 16 : kinds_left), "");
+    }
+}
+
+// A loop that could not be tried is not used later either.
+TEST(BlitDeathTest, LeavesToSdlWhatCouldNotBeTried) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto blits_left = [](int granted, bool hidden_locks) {
+        std::mt19937 random(kSeed);
+        const Picture source(kOpaque32, 16, 16, random);
+        const Picture target(kOpaque32, 64, 48, random);
+        SDL_Rect to = {0, 0, 0, 0};
+        surfaces_granted = granted;
+        locks_are_hidden = hidden_locks;
+        blit(source.surface(), nullptr, target.surface(), &to);
+        surfaces_granted = kAnyNumber;
+        locks_are_hidden = false;
+        blits_by_sdl = 0;
+        blit(source.surface(), nullptr, target.surface(), &to);
+        return blits_by_sdl;
+    };
+    for (const int granted : {0, 1, 2}) {
+        EXPECT_EXIT(std::_Exit(blits_left(granted, false)), ::testing::ExitedWithCode(1), "");
+    }
+    EXPECT_EXIT(std::_Exit(blits_left(kAnyNumber, true)), ::testing::ExitedWithCode(1), "");
+    EXPECT_EXIT(std::_Exit(blits_left(kAnyNumber, false)),
+                ::testing::ExitedWithCode(is_layer() ? 1 : 0), "");
+}
+
+// What a driver draws by itself is its own, whatever the pixels are. It would crash without one.
+TEST(Blit, LeavesSourcesThatTheHardwareBlitsToSdl) {
+    std::mt19937 random(kSeed);
+    const Picture source(kOpaque32, 16, 16, random);
+    const Picture target(kOpaque32, 64, 48, random);
+    const std::vector<Uint8> before = target.bytes();
+    source.surface()->flags |= SDL_HWACCEL;
+    answer_of_sdl = AnswerOfSdl::kRefusal;
+    blits_by_sdl = 0;
+    SDL_Rect to = {0, 0, 0, 0};
+    EXPECT_FALSE(blit(source.surface(), nullptr, target.surface(), &to));
+    EXPECT_EQ(blits_by_sdl, 1);
+    answer_of_sdl = AnswerOfSdl::kTrue;
+    source.surface()->flags &= ~static_cast<Uint32>(SDL_HWACCEL);
+    EXPECT_EQ(target.bytes(), before);
+}
+
+// Some SDLs go by red and alpha alone, and copy where green or blue differ.
+TEST(Blit, LeavesToSdlWhereASingleChannelDiffers) {
+    for (const Format& other :
+         {Format{16, 0x7800, 0x07E0, 0x001F, 0}, Format{16, 0xF800, 0x03E0, 0x001F, 0},
+          Format{16, 0xF800, 0x07E0, 0x000F, 0}, Format{16, 0xF800, 0x07E0, 0x001F, 0x0400}}) {
+        std::mt19937 random(kSeed);
+        const Picture source(other, 23, 9, random);
+        const Picture target(kOpaque16, 30, 12, random);
+        if (source.surface() == nullptr) {
+            EXPECT_TRUE(is_layer());  // which knows few formats
+            continue;
+        }
+        compare_with_sdl(source.surface(), target, 50, kSeed);
+        blits_by_sdl = 0;
+        SDL_Rect to = {0, 0, 0, 0};
+        blit(source.surface(), nullptr, target.surface(), &to);
+        EXPECT_EQ(blits_by_sdl, 1) << other.red << other.green << other.blue << other.alpha;
     }
 }
 

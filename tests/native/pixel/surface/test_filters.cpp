@@ -172,11 +172,14 @@ TEST(Filters, AreOurOwnWhereTheLibraryCanBeStoodInFor) {
 // In a process of its own, as filters are tried once.
 TEST(FiltersDeathTest, AreLeftToALibraryThatAnswersOtherwise) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto calls_of_another_library = [] {
-        gfx_answers_otherwise = true;
-        return calls_once_tried();
-    };
-    EXPECT_EXIT(std::_Exit(calls_of_another_library()), ::testing::ExitedWithCode(7 + 1), "");
+    for (const AnswerOfGfx answer :
+         {AnswerOfGfx::kOtherLastByte, AnswerOfGfx::kOtherLastByteOfFew, AnswerOfGfx::kOtherPair}) {
+        const auto calls_of_another_library = [&] {
+            answer_of_gfx = answer;
+            return calls_once_tried();
+        };
+        EXPECT_EXIT(std::_Exit(calls_of_another_library()), ::testing::ExitedWithCode(7 + 1), "");
+    }
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include <random>
 #include <vector>
 
+#include "../../sdl_layer.h"
 #include "../memory_field.h"
 #include "../odd_factors.h"
 #include "asked_gfx.h"
@@ -283,10 +284,10 @@ TEST(ZoomAsGfx, IsNullWhereThereIsNoMemoryForACopyToTurn) {
     for (const int depth : {15, 16, 24}) {
         const SurfacePtr source = picture(depth);
         pictures_by_gfx = 0;
-        refuses_surfaces = true;
+        surfaces_granted = 0;
         const SurfacePtr turned = rotozoomed(source.get(), 30, 1.5, false);
         const SurfacePtr turned_xy = rotozoomed_xy(source.get(), 0, 1.5, 0.4, true);
-        refuses_surfaces = false;
+        surfaces_granted = kAnyNumber;
         EXPECT_EQ(turned, nullptr) << depth;
         EXPECT_EQ(turned_xy, nullptr) << depth;
         EXPECT_EQ(pictures_by_gfx, 0) << depth;
@@ -363,12 +364,14 @@ class RepeatingPicture {
 
 // SDL_gfx counts in 32 bits, and the corners of a turned picture can be beyond.
 TEST(ZoomAsGfx, LeavesTurnsWhosePlacesWrapToTheLibrary) {
-    const Call call = {kRotozoom, 45, 0.002, 0};
     for (const int height : {20000, 32767}) {
         const RepeatingPicture source(16383, height);
-        EXPECT_EQ(is_left_to_gfx(source.get(), call), height == 32767);
-        EXPECT_TRUE(
-            same_pictures(by_us(source.get(), call).get(), by_gfx(source.get(), call).get()));
+        for (const double factor : {0.002, 0.0011}) {  // of the height alone, and of both sides
+            const Call call = {kRotozoom, 45, factor, 0};
+            EXPECT_EQ(is_left_to_gfx(source.get(), call), height == 32767);
+            EXPECT_TRUE(
+                same_pictures(by_us(source.get(), call).get(), by_gfx(source.get(), call).get()));
+        }
     }
 }
 
@@ -394,12 +397,90 @@ TEST(ZoomAsGfx, LeavesOddAnglesAndFactorsOfTurnsToTheLibrary) {
     }
 }
 
-// Runs in a process of its own, where the loops have not been tried yet.
-void expect_left_to(GfxChange change, const std::vector<Call>& calls) {
+// SDL takes 65535 rows, and SDL_gfx asks it for two more than it shows.
+TEST(ZoomAsGfx, LeavesPicturesThatAreTooHighForTheLibraryToIt) {
+    const SurfacePtr source = picture(32, 1, 1);
+    for (const int height : {65533, 65534}) {
+        const Call call = {kZoom, 0, 1, static_cast<double>(height)};
+        EXPECT_EQ(is_left_to_gfx(source.get(), call), height == 65534);
+        EXPECT_EQ(by_us(source.get(), call) == nullptr, by_gfx(source.get(), call) == nullptr);
+    }
+}
+
+TEST(ZoomAsGfx, LeavesPicturesToTheLibraryThatThereIsNoMemoryFor) {
+    by_us(picture().get(), kCalls[0]);
+    const SurfacePtr source = picture(32, 219, 217);  // of a size that was not made before
+    for (const Call& call : kCalls) {
+        const SurfacePtr expected = by_gfx(source.get(), call);
+        pictures_by_gfx = 0;
+        surfaces_granted = 0;
+        const SurfacePtr result = by_us(source.get(), call);
+        surfaces_granted = kAnyNumber;
+        EXPECT_EQ(pictures_by_gfx, 1) << call;
+        if (is_layer()) {
+            EXPECT_EQ(result, nullptr) << call;  // which is a copy of the library's
+        } else {
+            EXPECT_TRUE(same_pictures(result.get(), expected.get())) << call;
+        }
+    }
+}
+
+// Mirrored columns, mixed rows and lines of a turn take some.
+TEST(ZoomAsGfx, LeavesPicturesToTheLibraryThatThereAreNoRowsFor) {
+    by_us(picture().get(), kCalls[0]);
+    const SurfacePtr source = picture();
+    for (const Call& call :
+         {Call{kZoom, 0, -1.5, 0.4}, Call{kSmoothZoom, 0, 1.5, 0.4}, Call{kRotozoom, 30, 1.5, 0}}) {
+        const SurfacePtr expected = by_gfx(source.get(), call);
+        pictures_by_gfx = 0;
+        refuses_arrays = true;
+        const SurfacePtr result = by_us(source.get(), call);
+        refuses_arrays = false;
+        EXPECT_EQ(pictures_by_gfx, 1) << call;
+        EXPECT_TRUE(same_pictures(result.get(), expected.get())) << call;
+    }
+}
+
+// Where SDL goes by a height of its own, a picture is copied to a surface that never was higher.
+TEST(ZoomAsGfx, CopiesPicturesThatSdlTakesForHigher) {
+    for (const int depth : {8, 32}) {
+        const SurfacePtr source = picture(depth);
+        SDL_SetColorKey(source.get(), SDL_SRCCOLORKEY, 3);
+        if (depth == 8) {
+            source->format->palette->colors[5] = {1, 2, 3, 0};
+        }
+        for (const Call& call : {Call{kZoom, 0, 1.5, 0.4}, Call{kRotozoom, 30, 1.5, 0}}) {
+            if (!is_left_to_gfx(source.get(), call)) {
+                continue;  // it never was higher
+            }
+            clip_rectangles_are_higher = true;
+            const SurfacePtr copied = by_us(source.get(), call);
+            clip_rectangles_are_higher = false;
+            const SurfacePtr expected = by_gfx(source.get(), call);
+            expected->flags &= ~static_cast<Uint32>(SDL_RLEACCELOK);
+            EXPECT_TRUE(same_pictures(copied.get(), expected.get())) << call << depth;
+            if (depth == 8) {
+                EXPECT_EQ(std::memcmp(copied->format->palette->colors,
+                                      expected->format->palette->colors, 256 * sizeof(SDL_Color)),
+                          0);
+            }
+            clip_rectangles_are_higher = true;
+            surfaces_granted = 0;
+            EXPECT_EQ(by_us(source.get(), call), nullptr) << call;
+            surfaces_granted = kAnyNumber;
+            clip_rectangles_are_higher = false;
+        }
+    }
+}
+
+// Runs in a process of its own, where the loops have not been tried yet: `prepare` makes this
+// library another one before they are.
+template <typename Prepare>
+void expect_left_to_library(const Prepare& prepare, const std::vector<Call>& calls) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
     const auto left_to_it = [&] {
-        gfx_change = change;
         const SurfacePtr source = picture();
+        prepare();
         for (const Call& call : calls) {
             if (!is_left_to_gfx(source.get(), call) ||
                 !same_pictures(by_us(source.get(), call).get(), by_gfx(source.get(), call).get())) {
@@ -412,16 +493,72 @@ void expect_left_to(GfxChange change, const std::vector<Call>& calls) {
     EXPECT_EXIT(std::_Exit(left_to_it() ? 0 : 1), ::testing::ExitedWithCode(0), "");
 }
 
+const std::vector<Call> kAllCalls = {std::begin(kCalls), std::end(kCalls)};
+
 TEST(ZoomAsGfxDeathTest, LeavesAllToALibraryThatDrawsOtherwise) {
-    expect_left_to(GfxChange::kPixel, {std::begin(kCalls), std::end(kCalls)});
+    const auto flip_last_bit = [](SDL_Surface* picture) {
+        if (picture->format->BytesPerPixel == 4) {
+            auto* bytes = static_cast<std::uint8_t*>(picture->pixels);
+            bytes[4 * (picture->w - 1) + picture->pitch * (picture->h - 1)] ^= 1;
+        }
+        return picture;
+    };
+    expect_left_to_library([&] { gfx_change = flip_last_bit; }, kAllCalls);
 }
 
-TEST(ZoomAsGfxDeathTest, LeavesAllToALibraryThatSetsOtherFlags) {
-    expect_left_to(GfxChange::kFlags, {std::begin(kCalls), std::end(kCalls)});
+// Each item of the record by itself.
+TEST(ZoomAsGfxDeathTest, LeavesAllToALibraryWhosePicturesAreOthers) {
+    if (is_layer()) {
+        GTEST_SKIP() << "on a layer over SDL 2 a copy is compared, whose record is SDL's";
+    }
+    using Change = SDL_Surface* (*)(SDL_Surface*);
+    constexpr Change kChanges[] = {
+        [](SDL_Surface* picture) {
+            SDL_SetAlpha(picture, 0, SDL_ALPHA_OPAQUE);
+            return picture;
+        },
+        [](SDL_Surface* picture) { return --picture->w, picture; },
+        [](SDL_Surface* picture) { return --picture->h, picture; },
+        [](SDL_Surface* picture) { return picture->pitch += 4, picture; },
+        [](SDL_Surface* picture) { return picture->format->BitsPerPixel = 31, picture; },
+        [](SDL_Surface* picture) { return picture->format->Rmask ^= 1, picture; },
+        [](SDL_Surface* picture) { return picture->format->Gmask ^= 1, picture; },
+        [](SDL_Surface* picture) { return picture->format->Bmask ^= 2, picture; },
+        [](SDL_Surface* picture) { return picture->format->Amask ^= 2, picture; },
+        [](SDL_Surface* picture) { return picture->format->colorkey ^= 1, picture; },
+        [](SDL_Surface* picture) { return picture->format->alpha ^= 1, picture; },
+    };
+    for (const Change& change : kChanges) {
+        SCOPED_TRACE(&change - kChanges);
+        expect_left_to_library([&] { gfx_change = change; }, {kCalls[0], kCalls[4]});
+    }
 }
 
 TEST(ZoomAsGfxDeathTest, LeavesTurnsByTwoFactorsToALibraryThatTurnsByTheSecond) {
-    expect_left_to(GfxChange::kSecondSide, {{kRotozoomXY, 30, 1.5, -0.4}});
+    expect_left_to_library([] { gfx_turns_by_second_factor = true; },
+                           {{kRotozoomXY, 30, 1.5, -0.4}});
+}
+
+// No loop is used that could not be tried: without pictures by the library, of ours, or to draw.
+TEST(ZoomAsGfxDeathTest, LeavesAllToTheLibraryWhereLoopsCouldNotBeTried) {
+    const auto try_without_library = [] {
+        gfx_change = [](SDL_Surface* picture) {
+            SDL_FreeSurface(picture);
+            return static_cast<SDL_Surface*>(nullptr);
+        };
+        by_us(picture().get(), kCalls[0]);
+        gfx_change = nullptr;
+    };
+    expect_left_to_library(try_without_library, {kCalls[0]});
+    for (const int granted : {0, 1}) {
+        const auto try_without_memory = [&] {
+            const SurfacePtr source = picture();
+            surfaces_granted = granted;
+            by_us(source.get(), kCalls[0]);
+            surfaces_granted = kAnyNumber;
+        };
+        expect_left_to_library(try_without_memory, {kCalls[0]});
+    }
 }
 
 }  // namespace
