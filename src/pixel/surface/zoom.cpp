@@ -242,31 +242,27 @@ SurfacePtr new_trial_surface(const Size& size, std::uint32_t alpha_mask) noexcep
     return surface;
 }
 
+// Each has the clip rectangle of its size.
 bool have_same_record(const SDL_Surface& a, const SDL_Surface& b) noexcept {
     const SDL_PixelFormat& f = *a.format;
     const SDL_PixelFormat& g = *b.format;
     return a.flags == b.flags && a.w == b.w && a.h == b.h && a.pitch == b.pitch &&
-           std::memcmp(&a.clip_rect, &b.clip_rect, sizeof a.clip_rect) == 0 &&
            f.BitsPerPixel == g.BitsPerPixel && f.Rmask == g.Rmask && f.Gmask == g.Gmask &&
            f.Bmask == g.Bmask && f.Amask == g.Amask && f.colorkey == g.colorkey &&
            f.alpha == g.alpha;
 }
 
-bool are_same(SDL_Surface* a, SDL_Surface* b) noexcept {
-    const SurfaceLock lock_a(a);
-    const SurfaceLock lock_b(b);
-    return lock_a && lock_b && have_same_record(*a, *b) &&
-           std::memcmp(a->pixels, b->pixels, buffer_bytes(*a)) == 0;
+// Of pictures that were just made, which need no lock.
+bool are_same(const SDL_Surface& a, const SDL_Surface& b) noexcept {
+    return have_same_record(a, b) && std::memcmp(a.pixels, b.pixels, buffer_bytes(a)) == 0;
 }
 
+// REQUIRES: the loops are meant for it, as for all that is tried.
 bool agrees_on(SDL_Surface& source, const Transform& wanted) noexcept {
     const Size size = size_of(source, wanted);
-    if (!takes(source, wanted, size)) {
-        return true;
-    }
     const SurfacePtr by_gfx = by_library(&source, wanted);
     const SurfacePtr own = by_us(source, wanted, size);
-    return by_gfx != nullptr && own != nullptr && are_same(by_gfx.get(), own.get());
+    return by_gfx != nullptr && own != nullptr && are_same(*by_gfx, *own);
 }
 
 bool agrees_everywhere(Way way) noexcept {

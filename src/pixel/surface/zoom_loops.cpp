@@ -179,12 +179,12 @@ struct SourceAxis {
 };
 
 // The smallest number from 0 on that a step of at least 1 takes to `place`, its reciprocal given.
-// The product, in double precision, is less than one step off.
+// Places have at most 33 bits: the product, in double precision, is off by so little that it never
+// reaches the next whole number, and by less than one step below its own.
 std::int64_t steps_to(std::int64_t place, std::int64_t step, double reciprocal) noexcept {
     const std::int64_t way = std::max<std::int64_t>(place, 0);
     const auto steps = static_cast<std::int64_t>(static_cast<double>(way) * reciprocal);
-    const std::int64_t rest = way - steps * step;
-    return steps + (rest > 0 ? 1 : 0) - (rest <= -step ? 1 : 0);
+    return steps + (way - steps * step > 0 ? 1 : 0);
 }
 
 // The pixels of a row (or of a column, by the other step) from `first` to before `end` that lie
@@ -216,12 +216,13 @@ class InsideOf {
     double reciprocal_;
 };
 
-// Whether rows become columns, in either direction, pixel by pixel.
-bool is_quarter_turn(const SourceAxis& x_axis, const SourceAxis& y_axis) noexcept {
-    return x_axis.column_step == 0 && std::abs(x_axis.row_step) == kPixel && y_axis.row_step == 0 &&
-           std::abs(y_axis.column_step) == kPixel;
+// Whether rows become columns, in either direction, pixel by pixel. The other axis has the same
+// steps, exchanged.
+bool is_quarter_turn(const SourceAxis& x_axis) noexcept {
+    return x_axis.column_step == 0 && std::abs(x_axis.row_step) == kPixel;
 }
 
+// Its middle shows the source's, so there is always something to fill.
 void fill_by_quarter_turn(SDL_Surface& target, const SDL_Surface& source, const SourceAxis& x_axis,
                           const SourceAxis& y_axis) noexcept {
     std::int64_t left = 0;
@@ -230,9 +231,6 @@ void fill_by_quarter_turn(SDL_Surface& target, const SDL_Surface& source, const 
     std::int64_t top = 0;
     std::int64_t bottom = target.h;
     InsideOf(x_axis, x_axis.row_step).narrow(x_axis.start, top, bottom);
-    if (left >= right || top >= bottom) {
-        return;
-    }
     // The source's columns are walked forwards, so the target's rows may go backwards.
     const bool upwards = x_axis.row_step < 0;
     const auto first_row = static_cast<int>(upwards ? bottom - 1 : top);
@@ -316,7 +314,7 @@ bool fill_by_turn(SDL_Surface& target, const SDL_Surface& source, Mirroring mirr
     if (mirroring.top_bottom) {
         y_axis.mirror();
     }
-    if (is_quarter_turn(x_axis, y_axis)) {
+    if (is_quarter_turn(x_axis)) {
         fill_by_quarter_turn(target, source, x_axis, y_axis);
         return true;
     }
