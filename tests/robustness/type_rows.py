@@ -10,7 +10,7 @@ import weakref
 import larkspur
 from larkspur import BackgroundData, Beancounter, Floatlist8, GMRoom, GMSprite, GMVar, InstanceList
 from larkspur import RoomTileData as Tile
-from support import records, rooms
+from support import leaks, records, rooms
 from support.host import Instance
 
 from robustness import function_rows, hostile, scene, values
@@ -628,25 +628,38 @@ def _set_pair(thing, i, j, value):
 
 
 def item_of_list(value):
-    """What an InstanceList takes: an instance, or what converts to an id."""
+    """What an InstanceList takes: an instance, or what converts to the id of one."""
     return OK if value.instance else ANY
+
+
+def lent(value):
+    """A value that can lose a reference at each of the calls that its case may make: insert()
+    releases what it is given."""
+
+    def make():
+        made = value.make()
+        leaks.lend_references(made, 100)
+        return made
+
+    return values.Value(value.name, make, value.surface, value.hostile, **value.facts)
 
 
 def instance_list_rows():
     new = lambda: scene.current.instance  # noqa: E731
-    for name in ("append", "remove"):
+    for name, kind in (("append", item_of_list), ("remove", any_outcome)):
         yield Row(
             "InstanceList." + name,
             InstanceList.__dict__[name],
             [instance_list, new],
-            [nothing_else(InstanceList), any_outcome],
+            [nothing_else(InstanceList), kind],
             then=use,
         )
     yield Row(
         "InstanceList.insert",
         InstanceList.__dict__["insert"],
         [instance_list, lambda: 1, new],
-        [nothing_else(InstanceList), any_outcome, any_outcome],
+        [nothing_else(InstanceList), any_outcome, item_of_list],
+        values=[lent(value) for value in values.ALL],
         then=use,
     )
     yield Row(
