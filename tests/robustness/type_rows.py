@@ -1,6 +1,7 @@
 """The types: construction, members, methods, slots, pickling, garbage collection."""
 
 import copy
+import ctypes
 import functools
 import operator
 import pickle
@@ -10,7 +11,7 @@ import weakref
 import larkspur
 from larkspur import BackgroundData, Beancounter, Floatlist8, GMRoom, GMSprite, GMVar, InstanceList
 from larkspur import RoomTileData as Tile
-from support import leaks, records, rooms
+from support import records, rooms, variables
 from support.host import Instance
 
 from robustness import function_rows, hostile, scene, values
@@ -82,8 +83,27 @@ GOOD = {
 }
 
 
+def lending(make):
+    """Makes what can lose references that it does not have."""
+
+    def made():
+        thing = make()
+        values.lend(thing)
+        return thing
+
+    return made
+
+
+LENT = [
+    values.Value(value.name, lending(value.make), value.surface, value.hostile, **value.facts)
+    for value in values.ALL
+]
+
+
 def use(thing, *_):
     """What a program does with an object that has been through something."""
+    if type(thing) is GMVar and variables.native(thing).items:
+        values.lend(ctypes.cast(variables.native(thing).items[0], ctypes.py_object).value)
     actions = [
         lambda: repr(thing),
         lambda: str(thing),
@@ -301,9 +321,10 @@ def descriptor_rows():
                 yield Row(
                     row_name,
                     descriptor,
-                    [good, lambda: 3],
+                    [lending(good), lambda: 3],
                     [nothing_else(type_), any_outcome],
                     good=ANY,
+                    values=LENT,
                     then=use,
                 )
             elif attribute in ("__getitem__", "__delitem__", "__getattribute__", "__delattr__"):
@@ -516,8 +537,8 @@ def operator_rows():
         name, good = name_of(type_), GOOD[type_]
         for operation in OPERATORS:
             for side, base, kinds in (
-                ("left", [good, lambda: 3], [None, any_outcome]),
-                ("right", [lambda: 3, good], [any_outcome, None]),
+                ("left", [lending(good), lambda: 3], [None, any_outcome]),
+                ("right", [lambda: 3, lending(good)], [any_outcome, None]),
             ):
                 yield ValuesRow(
                     "%s(), %s on the %s" % (operation.__name__, name, side),
@@ -525,12 +546,15 @@ def operator_rows():
                     base,
                     kinds,
                     good=ANY,
+                    values=LENT,
                 )
 
 
 def held(value):
     return values.Value(
-        "GMVar(%s)" % value.name, lambda: GMVar(value.make()), hostile=value.hostile
+        "GMVar(%s)" % value.name,
+        lambda: values.variable_of(value.make()),
+        hostile=value.hostile,
     )
 
 
@@ -632,18 +656,6 @@ def item_of_list(value):
     return OK if value.instance else ANY
 
 
-def lent(value):
-    """A value that can lose a reference at each of the calls that its case may make: insert()
-    releases what it is given."""
-
-    def make():
-        made = value.make()
-        leaks.lend_references(made, 100)
-        return made
-
-    return values.Value(value.name, make, value.surface, value.hostile, **value.facts)
-
-
 def instance_list_rows():
     new = lambda: scene.current.instance  # noqa: E731
     for name, kind in (("append", item_of_list), ("remove", any_outcome)):
@@ -659,7 +671,7 @@ def instance_list_rows():
         InstanceList.__dict__["insert"],
         [instance_list, lambda: 1, new],
         [nothing_else(InstanceList), any_outcome, item_of_list],
-        values=[lent(value) for value in values.ALL],
+        values=LENT,
         then=use,
     )
     yield Row(
