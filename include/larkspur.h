@@ -259,19 +259,21 @@ LARKSPUR_EXPORT void CParticle_reset_velocities(struct particle_record* particle
  * Nothing is drawn, and nothing said of it, in these cases:
  *   - there is no display, it was closed, or it is a subsurface whose parent has changed;
  *   - pygame's native tables were not found, or are those of a pygame on another SDL;
- *   - the type's shape is no pygame Surface, or one of a display that was closed, or a subsurface
- *     whose parent has changed;
+ *   - the type's shape is no pygame Surface, or one of a display that was closed or lost, or a
+ *     subsurface whose parent has changed;
  *   - the drawn width or height comes to 0 pixels;
  *   - the picture that is not in the cache yet cannot be made: SDL has no memory for it; it would
  *     have more than 2^26 pixels, or a side that SDL refuses; the shape has no pixels at all, or a
- *     side of more than 32767; it has 8 bits and would be mirrored, or 15, 16 or 24 and SDL refuses
- *     the copy that turning takes;
+ *     side of more than 32767; it has 8 bits and would be mirrored, or a colour key outside of its
+ *     palette and would be turned or converted; it has 15, 16 or 24 bits and SDL refuses the copy
+ *     that turning takes;
  *   - a picture that is to be tinted or faded has no 32 bits, or the picture or the display has not
  *     when the blend mode adds;
  *   - the entry of the cache is no pygame Surface, which is only where others wrote to it;
  *   - flagged_blit() draws nothing: outside the display or, in mode 0, its clip rectangle, and in
  *     the adding modes where the picture touches or crosses the right edge; also a surface drawn on
- * itself while it asks for run-length encoding, and one that SDL refuses to blit, as it is locked;
+ *     itself while it asks for run-length encoding, and one that SDL refuses to blit, as it is
+ *     locked;
  *   - there is no memory for the key or for the entry of the cache.
  * Two cases have a line: a shape that does not convert to the display's format, on standard error,
  * and a blend mode that flagged_blit() does not know, on standard output, which is drawn. */

@@ -124,6 +124,41 @@ bool part_is_intact(PyObject* object, const char* function) noexcept {
     return true;
 }
 
+// The Surface that a part is in the end a part of, borrowed; the object itself when it is no part.
+PyObject* whole_of(PyObject* object) noexcept {
+    while (as_surface_object(object)->part != nullptr) {
+        object = as_surface_object(object)->part->owner;
+    }
+    return object;
+}
+
+// False with RuntimeError for the display's Surface after pygame failed to set the display anew:
+// SDL has freed the old one's pixels then, and pygame keeps the Surface as it was.
+bool require_no_lost_display(PyObject* whole, const char* function) noexcept {
+    if (has_video_mode() || SDL_WasInit(SDL_INIT_VIDEO) == 0) {
+        return true;
+    }
+    PyRef current;
+    {
+        const CollectionPause pause;
+        const PendingException set_aside;
+        const PyRef display = loaded_module("pygame.display");
+        const PyRef get_surface =
+            PyRef::steal(display ? PyObject_GetAttrString(display.get(), "get_surface") : nullptr);
+        current =
+            PyRef::steal(get_surface ? PyObject_CallObject(get_surface.get(), nullptr) : nullptr);
+        PyErr_Clear();
+    }
+    if (current.get() != whole) {
+        return true;
+    }
+    PyErr_Format(PyExc_RuntimeError,
+                 "%s got the Surface of a display that was lost when display.set_mode() failed; "
+                 "pass what display.set_mode() returns",
+                 function);
+    return false;
+}
+
 // Calls pygame's prepare or release of a part. Preparing makes a weak reference, after pygame has
 // looked for the owner's surface: the collector could run code of the host there that closes or
 // replaces it.
@@ -225,7 +260,11 @@ SDL_Surface* peek_surface(PyObject* surface_object) noexcept {
 }
 
 SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept : function_(function) {
-    const SDL_Surface* surface = surface_of(object, function);
+    if (surface_of(object, function) == nullptr ||
+        !require_no_lost_display(whole_of(object), function)) {
+        return;
+    }
+    const SDL_Surface* surface = surface_of(object, function);  // again, as pygame was asked
     if (surface == nullptr) {
         return;
     }

@@ -54,7 +54,7 @@ SDL_Surface* peek_surface(PyObject* surface_object) noexcept;
 /// encoded, closed or replaced. Locks nothing else, so SDL can blit from and to it; use SurfaceLock
 /// inside to touch pixels directly. False with an exception (as surface_of(), ValueError when its
 /// rows overlap, and RuntimeError when a subsurface no longer lies inside its parent, or SDL would
-/// not find it there).
+/// not find it there, and for the display after a failed attempt to set it anew).
 ///
 /// No collection starts while it is made, and so no code of the host. All the same both questions
 /// look inside the object anew: where two surfaces are used, ask for the first one again once the

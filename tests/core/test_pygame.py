@@ -468,3 +468,49 @@ def test_part_of_an_encoded_surface_is_found_again(display):
         other.fill((9, 9, 9))
     flipped = larkspur.flip_v(part)
     assert [flipped.get_at(place)[:3] for place in ((0, 0), (19, 19))] == [(50, 60, 70)] * 2
+
+
+@pytest.mark.skipif(sdl.is_layer(), reason="this SDL sets the display of any size")
+def test_display_that_could_not_be_set_anew_is_refused():
+    """SDL has freed its pixels, and pygame's Surface goes on pointing to them."""
+    out, _ = subprocess_python.output("""
+        import os, sys
+        from support import host
+        host.install_modules()
+        import larkspur, pygame
+        recording = host.RecordingHost(None)
+        recording.register(larkspur)
+        pygame.display.init()
+        display = pygame.display.set_mode((64, 48), 0, 32)
+        part = display.subsurface((8, 8, 16, 16))
+        other = pygame.Surface((8, 8), 0, 32)
+        larkspur.set_SDL_screen(display)
+        try:
+            pygame.display.set_mode((30000, 20000), 0, 32)
+        except pygame.error:
+            pass
+        particle_type = larkspur.part_type_create()
+        larkspur.part_type_shape(particle_type, display)
+        particle = larkspur.CParticle_new(particle_type, 3, 3)
+        for call in (
+            lambda: larkspur.fill_translucent(display, 0, 0, 9, 9, 1, 2),
+            lambda: larkspur.fill_translucent(part, 0, 0, 9, 9, 1, 2),
+            lambda: larkspur.flip_v(part),
+            lambda: larkspur.scale(display, 2, 2),
+            lambda: larkspur.draw_rectangle(0, 0, 9, 9),
+            lambda: larkspur.draw_rectangle(0, 0, 9, 9, 1),
+            lambda: larkspur.CParticle_dec_ttl_and_render(particle, 0, 0),
+        ):
+            try:
+                call()
+                print("done")
+            except RuntimeError as error:
+                print(error)
+        larkspur.fill_translucent(other, 0, 0, 9, 9, 1, 2)
+        larkspur.flip_v(other)
+        sys.stdout.flush()
+        os._exit(0)  # SDL would free them again
+    """)
+    lines = out.decode().splitlines()
+    assert len(lines) == 7
+    assert all(" got the Surface of a display that was lost " in line for line in lines)
