@@ -79,28 +79,46 @@ def drawing_rows():
         yield module_row(
             name, [surface], [flippable(name == "flip_v")], values=values.ALL + [values.NULL]
         )
-    for name, floats in (("scale", 2), ("rotoscale", 3)):
-        yield module_row(name, [surface] + [SHARE] * floats, [scalable] + [scaled_to] * floats)
+    # scale() fails without an exception when SDL refuses the result.
+    for name, floats, refused in (("scale", 2, SILENT), ("rotoscale", 3, RAISES)):
+        yield module_row(
+            name,
+            [surface] + [SHARE] * floats,
+            [scalable(name == "rotoscale")] + [scaled_to(refused)] * floats,
+        )
 
 
 def flippable(every_depth):
     def kind(value):
-        if value.short or value.long or value.replaced:
-            return EITHER  # SDL refuses copies that are wider than a pitch can say
+        if value.short or value.wide:
+            return RAISES  # SDL refuses copies of more than 16383 columns
+        if value.replaced:
+            return EITHER
         return OK if value.surface == 32 or (every_depth and value.surface) else RAISES
 
     return kind
 
 
-def scalable(value):
-    if not value.surface or value.empty or value.long:
-        return EITHER if value.replaced else RAISES
-    return ANY if value.short or value.wide else OK
+def scalable(turned):
+    def kind(value):
+        if not value.surface or value.empty or value.long or value.short:
+            return EITHER if value.replaced else RAISES
+        if turned and value.key_astray:
+            return RAISES
+        return ANY if value.wide else OK
+
+    return kind
 
 
-def scaled_to(value):
-    """A factor, with which SDL may refuse the result: scale() then fails without an exception."""
-    return ANY if FLOAT(value) == OK else FLOAT(value)
+def scaled_to(refused):
+    """A factor, with which SDL may refuse the result."""
+
+    def kind(value):
+        if FLOAT(value) == RAISES:
+            return RAISES
+        return (OK, refused, RAISES) if value.acts else (OK, refused)
+
+    return kind
 
 
 def particle_type_rows():
@@ -203,6 +221,12 @@ def only_hostile(value):
     return EITHER if value.hostile else RAISES
 
 
+def convertible(value):
+    if value.short or value.key_astray:
+        return RAISES
+    return EITHER if value.long or value.wide else usable(value)
+
+
 def host_rows():
     yield module_row("breakable", counts=None)
     yield module_row("init_subsystems", counts=None)
@@ -221,10 +245,7 @@ def host_rows():
     yield module_row(
         "GMSprite_from_surface",
         [surface, lambda: "name"],
-        [
-            lambda value: EITHER if value.short or value.long or value.wide else usable(value),
-            anything,
-        ],
+        [convertible, anything],
         counts=[1, 2],
     )
     for name, room in (("Room_Draw", FLAT_ROOM), ("Room_Draw with views", ROOM)):

@@ -20,7 +20,7 @@ _ANSWERS = {
     "__index__": lambda: 1,
     "__oct__": lambda: "1",
     "__hex__": lambda: "1",
-    "__len__": lambda: 2,
+    "__len__": lambda: 3,  # as a colour has
     "__nonzero__": lambda: True,
     "__hash__": lambda: 1,
     "__str__": lambda: "1",

@@ -230,10 +230,10 @@ def _part(of, rectangle=(2, 1, 4, 3)):
     return lambda: of().subsurface(rectangle)
 
 
-def _keyed(bits, flags=0):
+def _keyed(bits, flags=0, key=(1, 2, 3)):
     def make():
         surface = scene.tiny_surface(bits)
-        surface.set_colorkey((1, 2, 3), flags)
+        surface.set_colorkey(key, flags)
         return surface
 
     return make
@@ -375,6 +375,14 @@ def _surfaces():
         asks = _keyed(bits, pygame.RLEACCEL)
         yield Value("Surface that asks for RLE, %d bits" % bits, asks, bits, exact=True)
         yield Value("encoded Surface of %d bits" % bits, _blitted(asks), bits, exact=True)
+    if not sdl.is_layer():  # which refuses such a key itself
+        yield Value(
+            "Surface with a key outside its palette",
+            _keyed(8, key=0x7FFFFFF0),
+            8,
+            exact=True,
+            key_astray=True,
+        )
     yield Value("faded Surface", _faded(0), 32, exact=True)
     yield Value("encoded faded Surface", _blitted(_faded(pygame.RLEACCEL)), 32, exact=True)
     encoded_with_alpha = _blitted(_faded(pygame.RLEACCEL, pygame.SRCALPHA))
