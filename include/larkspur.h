@@ -266,7 +266,7 @@ LARKSPUR_EXPORT void CParticle_reset_velocities(struct particle_record* particle
  *     have more than 2^26 pixels, or a side that SDL refuses; the shape has no pixels at all, or a
  *     side of more than 32767; it has 8 bits and would be mirrored, or a colour key outside of its
  *     palette and would be turned or converted; it has 15, 16 or 24 bits and SDL refuses the copy
- *     that turning takes;
+ *     that turning takes; it was run-length encoded, is locked, and would be converted;
  *   - a picture that is to be tinted or faded has no 32 bits, or the picture or the display has not
  *     when the blend mode adds;
  *   - the entry of the cache is no pygame Surface, which is only where others wrote to it;

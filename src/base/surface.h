@@ -140,6 +140,17 @@ inline bool has_video_mode() noexcept {
 /// Number of bytes from which on SDL makes no surface; a layer over SDL 2 would.
 constexpr double kRefusedBytes = 2147483648.0;
 
+/// False, with SDL's error set, when somebody holds a lock on a picture that was run-length
+/// encoded: it is decoded then and still says that it is encoded, and SDL crashes where it changes
+/// its colour key or alpha, as it does to convert it.
+inline bool may_change_key_or_alpha(const SDL_Surface& surface) noexcept {
+    if (surface.locked != 0 && (surface.flags & SDL_RLEACCEL) != 0) {
+        SDL_SetError("Surfaces must not be locked during blit");  // as SDL itself says elsewhere
+        return false;
+    }
+    return true;
+}
+
 /// True when a surface of palette colours has a colour key that is no place in its palette. SDL and
 /// SDL_gfx look the key up there all the same where they carry it over to another format.
 inline bool has_key_outside_palette(const SDL_Surface& surface) noexcept {
@@ -151,8 +162,12 @@ inline bool has_key_outside_palette(const SDL_Surface& surface) noexcept {
 /// As SDL_ConvertSurface(). The colour key and the alpha of a surface outlive its conversion to a
 /// format without alpha whatever the flags say; a layer over SDL 2 wants to be asked. SDL 1.2 is
 /// not asked, which could move the picture into video memory. Null, with SDL's error set, also for
-/// a colour key that would have to be looked up outside of the palette.
+/// a colour key that would have to be looked up outside of the palette, and for an encoded picture
+/// that is locked.
 inline SurfacePtr converted(SDL_Surface* surface, SDL_PixelFormat* format, Uint32 flags) noexcept {
+    if (!may_change_key_or_alpha(*surface)) {
+        return nullptr;
+    }
     // Where the new format has alpha, a key becomes that unless the flags ask for a key.
     const bool keeps_key = format->Amask == 0 || (flags & SDL_SRCCOLORKEY) != 0;
     if (keeps_key && has_key_outside_palette(*surface)) {

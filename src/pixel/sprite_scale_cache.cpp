@@ -89,13 +89,14 @@ PyRef call_method(PyObject* object, const char* name, PyRef arguments) noexcept 
 }
 
 // The image, or its copy while it is still the sprite's own, which never changes. Empty when there
-// is no copy to be had: pygame asks as little as SDL where a colour key lies.
+// is no copy to be had: pygame asks as little as SDL whether it can be made.
 PyRef changeable(PyRef image, PyObject* original) noexcept {
     if (image.get() != original) {
         return image;
     }
     const SDL_Surface* surface = surface_of(original, kFunction);
-    if (surface == nullptr || has_key_outside_palette(*surface)) {
+    if (surface == nullptr || has_key_outside_palette(*surface) ||
+        !may_change_key_or_alpha(*surface)) {
         return PyRef();
     }
     return call_method(original, "copy", PyRef::steal(Py_BuildValue("()")));
@@ -138,7 +139,7 @@ SurfacePtr rgba_copied(SDL_Surface* source, int alpha) noexcept {
 // False when the image is no usable Surface.
 bool fade(PyObject* image, int alpha) noexcept {
     const SurfaceUse use(image, kFunction);
-    if (!use) {
+    if (!use || !may_change_key_or_alpha(*use.get())) {
         return false;
     }
     const auto alpha_byte = static_cast<std::uint8_t>(alpha);

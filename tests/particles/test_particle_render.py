@@ -13,7 +13,16 @@ import pytest
 from models import particle_model, pixel_model
 from support import leaks, native, particles, pending, sdl
 from support.pictures import assert_same_words, put_words, words
-from support.surfaces import ARGB, RGBA, XRGB, buffer_of, encoded_surface, printed, surface_of
+from support.surfaces import (
+    ARGB,
+    RGBA,
+    XRGB,
+    buffer_of,
+    encoded_surface,
+    locked_encoded_surface,
+    printed,
+    surface_of,
+)
 
 NAN, INFINITE = float("nan"), float("inf")
 WHITE = 0xFFFFFF
@@ -1001,6 +1010,25 @@ def test_a_colour_key_that_is_no_place_in_the_palette_is_not_converted(display, 
     render_low(particles.particle_record(particle), 0, 0)
     assert particles.cache_of(scene.handle) == {}
     assert_same_words(words(display), before, "nothing drawn")
+
+
+@pytest.mark.parametrize("alpha", [False, True])
+@pytest.mark.parametrize(
+    "settings", [dict(alpha3=(0.5,) * 3), dict(alpha3=(0.5,) * 3, blend=1), dict(color3=(5,) * 3)]
+)
+def test_an_encoded_shape_that_is_locked_is_not_converted(display, settings, alpha):
+    """It is decoded then, and SDL would decode it again."""
+    shape = locked_encoded_surface(alpha=alpha)
+    scene = Scene(display, shape, **settings)
+    colours = {name: 5 for name in ("color1", "color2", "color3") if "color3" in settings}
+    particle = scene.particle(**colours)
+    for _ in range(2):
+        larkspur.CParticle_dec_ttl_and_render(particle, 0, 0)
+        render_low(particles.particle_record(particle), 0, 0)
+    assert sdl.is_layer() or particles.cache_of(scene.handle) == {}
+    shape.unlock()
+    larkspur.CParticle_dec_ttl_and_render(particle, 0, 0)
+    assert len(particles.cache_of(scene.handle)) >= 1
 
 
 def all_paths(display):

@@ -13,6 +13,7 @@ from support.surfaces import (
     XRGB,
     assert_encoded,
     encoded_surface,
+    locked_encoded_surface,
     long_surface,
     surface_of,
 )
@@ -306,6 +307,15 @@ def test_wide_surfaces_that_are_turned_through_a_copy_are_refused(bits, angle):
         with pytest.raises(ValueError) as raised:
             larkspur.rotoscale(long_surface((16384, 1), bits), x_scale, y_scale, angle)
         assert str(raised.value).startswith("rotoscale() cannot scale a surface of neither 8 nor")
+
+
+@pytest.mark.skipif(sdl.is_layer(), reason="this SDL keeps locks to itself")
+def test_an_encoded_surface_that_is_locked_is_not_turned_through_a_copy():
+    surface = locked_encoded_surface(16)
+    with pytest.raises(pygame.error):
+        larkspur.rotoscale(surface, 1.0, 0.5, 30.0)
+    surface.unlock()
+    assert larkspur.rotoscale(surface, 1.0, 0.5, 30.0)
 
 
 @pytest.mark.parametrize("angle", [0.0, 30.0])

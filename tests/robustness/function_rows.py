@@ -103,7 +103,7 @@ def scalable(turned):
     def kind(value):
         if not value.surface or value.empty or value.long or value.short:
             return EITHER if value.replaced else RAISES
-        if turned and value.key_astray:
+        if turned and (value.key_astray or (value.locked_encoded and value.surface == 16)):
             return RAISES
         return ANY if value.wide else OK
 
@@ -222,7 +222,7 @@ def only_hostile(value):
 
 
 def convertible(value):
-    if value.short or value.key_astray:
+    if value.short or value.key_astray or value.locked_encoded:
         return RAISES
     return EITHER if value.long or value.wide else usable(value)
 

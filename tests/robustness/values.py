@@ -390,6 +390,14 @@ def _surfaces():
     yield Value("subsurface of one with alpha", _part_of_encoded, 32, exact=True, moved=True)
     for bits in (8, 32):
         yield Value("locked Surface of %d bits" % bits, _locked(bits), bits, exact=True)
+    for bits in (8, 16, 32):
+        yield Value(
+            "locked Surface of %d bits that was encoded" % bits,
+            lambda bits=bits: surfaces.locked_encoded_surface(bits),
+            bits,
+            exact=True,
+            locked_encoded=not sdl.is_layer(),
+        )
     yield Value("Surface of a subclass", lambda: _Subclass((8, 6), 0, 32), 32)
     yield Value("Surface without init", _without_init(pygame.Surface), exact=True)
     yield Value("Surface of a subclass without init", _without_init(_Subclass))

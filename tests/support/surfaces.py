@@ -81,6 +81,23 @@ def encode(surface):
     assert_encoded(surface)
 
 
+def locked_encoded_surface(bits=32, alpha=False):
+    """A surface that was encoded, by colour key or alpha, and is locked since: decoded again, it
+    still says that it is encoded."""
+    surface = pygame.Surface((8, 6), pygame.SRCALPHA if alpha else 0, bits)
+    if alpha:
+        surface.set_alpha(100, pygame.RLEACCEL)
+    else:
+        surface.set_colorkey(0x1F, pygame.RLEACCEL)
+    _targets.append(pygame.Surface((8, 6), 0, bits))  # SDL encodes it anew for that when unlocked
+    _targets[-1].blit(surface, (0, 0))
+    surface.lock()
+    return surface
+
+
+_targets = []
+
+
 def assert_encoded(surface):
     """SDL 1.2 takes the pixels of a surface away when it encodes it. SDL 2, if it encodes at all,
     hides that behind the layer."""

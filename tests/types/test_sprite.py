@@ -2,7 +2,7 @@ import larkspur
 import pygame
 import pytest
 from support import leaks, records, sdl, subprocess_python
-from support.surfaces import assert_encoded
+from support.surfaces import assert_encoded, locked_encoded_surface
 
 # In storage order, which is the order of the pickled state.
 INTEGERS = records.int_names(records.SPRITE)
@@ -225,6 +225,18 @@ def test_an_encoded_surface_is_converted(display):
     assert subimage.get_at((0, 0)) == (255, 0, 0, 255)
     assert subimage.get_at((31, 15)) == (10, 200, 30, 255)
     assert surface.get_at((31, 15)) == (10, 200, 30, 255)
+
+
+@pytest.mark.parametrize("alpha", [False, True])
+def test_an_encoded_surface_that_is_locked_is_refused(display, alpha):
+    """It is decoded then, and SDL would decode it again."""
+    surface = locked_encoded_surface(alpha=alpha)
+    if not sdl.is_layer():
+        with pytest.raises(pygame.error) as raised:
+            larkspur.GMSprite_from_surface(surface, "spr_made")
+        assert str(raised.value) == "Surfaces must not be locked during blit"
+    surface.unlock()
+    assert larkspur.GMSprite_from_surface(surface, "spr_made")
 
 
 def test_a_part_of_an_encoded_surface_is_converted(display):

@@ -122,7 +122,7 @@ void subtract_word_pairs(void* buffer, int length_bytes, std::uint32_t low,
 }
 
 SurfacePtr rgba_copy(SDL_Surface* surface) noexcept {
-    if (surface == nullptr || !has_video_mode()) {
+    if (surface == nullptr || !has_video_mode() || !may_change_key_or_alpha(*surface)) {
         return nullptr;
     }
     return SurfacePtr(SDL_DisplayFormatAlpha(surface));

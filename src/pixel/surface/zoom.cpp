@@ -119,8 +119,11 @@ bool is_rotation(const Transform& wanted) noexcept {
 
 // What SDL_gfx turns in place of a surface that it does not read directly: a copy of 32 bits, with
 // the pixels of the colour key too. It is made here, as SDL_gfx does not ask whether SDL had the
-// memory for its own. Null when it had none.
+// memory for its own. Null when it had none, and for an encoded picture that is locked.
 SurfacePtr copy_to_turn(SDL_Surface* surface) noexcept {
+    if (!may_change_key_or_alpha(*surface)) {
+        return nullptr;
+    }
     SurfacePtr copy(SDL_CreateRGBSurface(SDL_SWSURFACE, surface->w, surface->h, 32, kLowChannel,
                                          kMiddleChannel, kHighChannel, kTopByte));
     if (copy == nullptr) {
