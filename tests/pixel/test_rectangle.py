@@ -897,6 +897,19 @@ def test_colours_of_every_kind_of_sequence(props, display, make, outline):
     assert words(display)[0, 0] == 0x010203
 
 
+@pytest.mark.parametrize(
+    "colour",
+    [5, 2**32, True, (1, 2, 3), [1, 2.0, 3], pygame.Color(1, 2, 3, 4), "red", (), (1, 2, 3, 4, 5)],
+)
+def test_colours_that_run_no_code_are_passed_on_as_they_are(props, recording_screen, host, colour):
+    props.color = colour
+    larkspur.draw_rectangle(0, 0, 9, 9)
+    assert recording_screen.filled[0] is colour
+    draw_rect(host)
+    larkspur.draw_rectangle(0, 0, 9, 9, 1)
+    assert host.named("rect")[0][1] is colour
+
+
 @pytest.mark.parametrize("outline", [0, 1])
 @pytest.mark.parametrize(
     "colour",
