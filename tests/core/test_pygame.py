@@ -1,6 +1,7 @@
 """pygame's native tables: where they are found, and Surfaces made and checked with them."""
 
 import ctypes
+import textwrap
 
 import larkspur
 import numpy
@@ -45,6 +46,7 @@ def use(name="set_SDL_screen"):
         print larkspur.set_SDL_screen(screen)
         part = pygame.Surface((64, 48), 0, 32).subsurface((1, 1, 9, 9))
         print larkspur.Room_Draw(rooms.make_room(), part)
+        print larkspur.flip_v(part).get_size()
     except RuntimeError as error:
         print "RuntimeError", "pygame" in str(error)
 """
@@ -81,7 +83,7 @@ def use_tables(surface, surflock):
 
 @pytest.mark.parametrize("container", ["CObject", "capsule without a name", "capsule with a name"])
 def test_tables_are_taken_from_both_kinds_of_containers(container):
-    assert use_tables(container, container) == ["None", "None"]
+    assert use_tables(container, container) == ["None", "None", "(9, 9)"]
 
 
 @pytest.mark.parametrize("container", ["number", "none", "no entry"])
@@ -91,8 +93,7 @@ def test_without_a_surface_table_importing_works_and_using_does_not(container):
 
 def test_each_table_is_found_by_itself():
     """Without the locking table whole Surfaces work; only parts of others need it."""
-    lines = use_tables("CObject", "no entry")
-    assert lines[0] == "None" and lines[1:] in (["None"], ["RuntimeError True"])
+    assert use_tables("CObject", "no entry") == ["None", "None", "RuntimeError True"]
 
 
 def test_import_without_pygame():
@@ -113,10 +114,13 @@ def test_import_without_pygame():
         "    wrap(None)\n"
         "except RuntimeError as error:\n"
         "    print 'RuntimeError', 'pygame' in str(error)\n"
+        "particle = larkspur.CParticle_new(larkspur.part_type_create(), 1, 1)\n"
+        "outcome = pending.call(larkspur.CParticle_dec_ttl_and_render, particle, 0, 0)\n"
+        "print type(outcome.exception).__name__, 'pygame' in str(outcome.exception)\n"
         "print larkspur.breakable(), larkspur.GMRoom().id\n"
     )
     assert status == 0, err
-    assert out.splitlines()[:3] == ["RuntimeError True"] * 3
+    assert out.splitlines()[:4] == ["RuntimeError True"] * 4
     assert out.splitlines()[-1] == "None 0"
 
 
@@ -158,6 +162,43 @@ def test_room_drawing_reads_a_table_of_its_own():
     status, out, err = subprocess_python.run(OWN_TABLE)
     assert status == 0, err
     assert out.splitlines()[-2:] == ["(1, None) 1", "Surface 1"]
+
+
+# The surface module has its table for the first that asks, and none for room drawing.
+TABLE_FOR_ONE = (
+    CONTAINERS
+    + """
+class ForOne(types.ModuleType):
+    asked = 0
+    def __getattribute__(self, name):
+        if name == "_PYGAME_C_API":
+            ForOne.asked += 1
+            if ForOne.asked == 2:
+                raise AttributeError(name)
+        return types.ModuleType.__getattribute__(self, name)
+
+replacement = ForOne("pygame.surface")
+replacement.__dict__.update(vars(sys.modules["pygame.surface"]))
+sys.modules["pygame.surface"] = replacement
+from support import host
+host.install_modules()
+import larkspur
+from support import pending, rooms
+recording = host.RecordingHost(screen)
+recording.register(larkspur)
+larkspur.set_SDL_screen(screen)
+room = rooms.make_view_room()
+rooms.set_view(room, 0, xport=1)
+status, error = pending.draw_view(room, screen, 0, ())
+print status, type(error).__name__, "making a Surface needs pygame" in str(error)
+"""
+)
+
+
+def test_scaled_view_without_the_table_of_room_drawing_fails():
+    status, out, err = subprocess_python.run(TABLE_FOR_ONE)
+    assert status == 0, err
+    assert out.splitlines()[-1] == "0 RuntimeError True"
 
 
 def test_room_drawing_keeps_its_table_when_there_is_no_other_one(host, capfd):
@@ -293,6 +334,142 @@ def test_display_that_goes_while_a_part_is_prepared_is_noticed(name, setting):
     assert out.splitlines()[-1] == "RuntimeError True"
 
 
+# A part in the middle of a larger surface, whose pixels all differ from those around it.
+LEFT_ALONE = (
+    OWN_PREPARE
+    + """
+prepares = real[1] and ctypes.PYFUNCTYPE(None, ctypes.c_void_p)(real[1])
+drawn = part()
+drawn.fill((9, 8, 7))
+from support import native
+record = native.sdl_surface(drawn)
+
+def prepare(address):
+    prepares(address)
+    %s
+
+try:
+    print larkspur.flip_v(drawn).get_at((0, 0))[:3]
+except pygame.error as error:
+    print error
+"""
+)
+
+
+def test_part_without_pixels_is_told():
+    status, out, err = subprocess_python.run(LEFT_ALONE % "record.pixels = None")
+    assert status == 0, err
+    expected = "(9, 8, 7)" if sdl.is_layer() else "The surface has no pixels"
+    assert out.splitlines()[-1] == expected  # where a layer's lock finds them again
+
+
+def test_part_that_each_lock_moves_is_left_to_the_lock():
+    """SDL 1.2 adds the offset of a surface to its pixels while it is locked; a layer has none."""
+    move = "record.offset, record.pixels = 4, record.pixels - 4"
+    status, out, err = subprocess_python.run(LEFT_ALONE % move)
+    assert status == 0, err
+    assert sdl.is_layer() or out.splitlines()[-1] == "(9, 8, 7)"
+
+
+def test_part_without_a_release_in_the_table_is_used_all_the_same():
+    release = "table[1] = ctypes.cast(fake, ctypes.c_void_p).value"
+    assert release in OWN_PREPARE
+    code = OWN_PREPARE.replace(release, "table[2] = None")
+    status, out, err = subprocess_python.run(code + "print larkspur.flip_v(part()).get_size()\n")
+    assert status == 0, err
+    assert out.splitlines()[-1] == "(9, 9)"
+
+
+# --- Other locks ---------------------------------------------------------------------------------
+
+OTHER_LOCKS = """
+    import ctypes
+    import pygame
+    from support import host, native, pending, surfaces
+    host.install_modules()
+    import larkspur
+    screen = pygame.display.set_mode((64, 48), 0, 32)
+    larkspur.set_SDL_screen(screen)
+    locks = ctypes.CDLL(%r)
+    refuses = ctypes.c_int.in_dll(locks, "refuses_locks")
+    remembered = ctypes.c_void_p.in_dll(locks, "remembered_pixels")
+
+    def outcome_of(function, *arguments):
+        outcome = pending.call(function, *arguments)
+        print("%%s: %%s" %% (type(outcome.exception).__name__, outcome.exception))
+"""
+
+
+def outcomes_with_other_locks(code):
+    library = native.build_path("helpers/other_locks.so")
+    code = textwrap.dedent(OTHER_LOCKS % library + code)
+    status, out, err = subprocess_python.run(
+        code, preload=[library], PYGAME_HIDE_SUPPORT_PROMPT="1"
+    )
+    assert status == 0, err
+    return out.splitlines()
+
+
+def test_refused_locks_are_told():
+    """A surface that has to be locked, as SDL has encoded it: whatever works on it says so."""
+    lines = outcomes_with_other_locks(
+        """
+    encoded = pygame.Surface((8, 8), 0, 32)
+    surfaces.encode(encoded)
+    native.sdl_surface(encoded).pixels = None
+    refuses.value = 1
+    for function in (larkspur.flip_v, larkspur.flip_h, larkspur.flip_vh):
+        outcome_of(function, encoded)
+    outcome_of(larkspur.rotoscale, encoded, 1.5, 1.5, 30)
+    outcome_of(larkspur.fill_translucent, encoded, 0, 0, 5, 5, 0xFF, 100)
+    outcome_of(larkspur.fast_draw_gradient_v, encoded, 0, 0, 5, 5, 1, 2, 255)
+        """
+    )
+    told = "can't lock the surface to reach its pixels: The surface can't be locked"
+    assert lines == ["error: The surface can't be locked"] * 4 + [
+        "RuntimeError: fill_translucent() " + told,
+        "RuntimeError: fast_draw_gradient_v() " + told,
+    ]
+
+
+PART = """
+    parent = pygame.Surface((64, 48), 0, 32)
+    parent.fill((9, 8, 7))
+    part = parent.subsurface((1, 1, 9, 9))
+    ctypes.c_uint.in_dll(locks, "other_flags").value = 0x01000000  # in memory that is another's
+"""
+
+
+def test_part_whose_lock_is_refused_is_used_as_far_as_it_needs_none():
+    lines = outcomes_with_other_locks(
+        PART
+        + """
+    refuses.value = 1
+    flipped = larkspur.flip_v(part)
+    refuses.value = 0
+    print(flipped.get_at((0, 0))[:3])
+        """
+    )
+    assert lines == ["(9, 8, 7)"]
+
+
+def test_part_that_sdl_finds_elsewhere_is_refused():
+    """As a layer does that remembers where the display was when the part was made."""
+    lines = outcomes_with_other_locks(
+        PART
+        + """
+    elsewhere = ctypes.create_string_buffer(64 * 48 * 4)
+    remembered.value = ctypes.addressof(elsewhere)
+    outcome_of(larkspur.flip_v, part)
+    remembered.value = None
+    print(part.get_locks(), int(native.sdl_surface(part).locked))
+    outcome_of(larkspur.flip_v, part)
+        """
+    )
+    assert lines[0].startswith("RuntimeError: flip_v() got a subsurface of a display that was set")
+    assert lines[1:] == ["((), 0)", "NoneType: None"]
+
+
 # --- Wrapping ------------------------------------------------------------------------------------
 
 
@@ -425,11 +602,12 @@ def test_part_of_a_display_that_was_closed_is_refused(host):
     [
         pytest.param((200, 100, 50, 50), (320, 60), id="past the new end"),
         pytest.param((5, 6, 20, 20), (640, 480), id="rows of another length"),
+        pytest.param((5, 6, 20, 20), (640, 240, 16), id="rows of as many bytes and more pixels"),
     ],
 )
 def test_part_whose_pixels_are_elsewhere_on_a_new_display_is_refused(display, rectangle, new_size):
     part = display.subsurface(rectangle)
-    pygame.display.set_mode(new_size, 0, 32)
+    pygame.display.set_mode(new_size[:2], 0, new_size[2] if len(new_size) > 2 else 32)
     outcome = pending.call(larkspur.flip_v, part)
     assert not outcome.succeeded and isinstance(outcome.exception, RuntimeError)
     assert "inside" in str(outcome.exception)
