@@ -140,6 +140,15 @@ def test_surface_of_a_native_caller_is_honoured():
     assert SCREEN.value == native.surface_address(mine)
 
 
+def test_surface_of_a_native_caller_is_drawn_on(display):
+    """Before all that is inside the Surface that was given."""
+    mine = pygame.Surface((9, 9), 0, 32)
+    SCREEN.value = native.surface_address(mine)
+    larkspur.fast_draw_rectangle_color(1, 1, 8, 8, 0xFF, 0xFF, 0xFFFF, 0xFFFF, 1.0, 0)
+    assert mine.get_at((2, 2))[:3] != (0, 0, 0)
+    assert display.get_at((2, 2))[:3] == (0, 0, 0)
+
+
 def test_surfaces_follow_the_new_mode(host):
     """Those that are made for scaled views."""
     seen = []

@@ -221,6 +221,16 @@ def first(found):
     return native.new_reference(FIRST_INSTANCE(found))
 
 
+class Unreadable(object):
+    """Has a length, and no item that could be had."""
+
+    def __len__(self):
+        return 1
+
+    def __getitem__(self, i):
+        raise ZeroDivisionError("an item")
+
+
 def test_own_instance_comes_before_the_childrens(host):
     mine, childs = Instance(), Instance()
     assert first(resource([mine, Instance()], resource([childs]))) is mine
@@ -259,6 +269,7 @@ def test_any_sequences_will_do(host):
         (Plain(instances=[], children=7), TypeError),
         (Plain(instances=Raising(), children=[]), ZeroDivisionError),
         (Plain(instances=[], children=Raising()), ZeroDivisionError),
+        (Plain(instances=[], children=Unreadable()), ZeroDivisionError),
         (resource([], Plain()), AttributeError),
     ],
 )
@@ -565,6 +576,18 @@ def test_parts_that_do_not_convert_count_as_minus_one(host):
     value, error = colour_of(Raising(), 0, "x")
     assert value == (-0x10000 - 1) % 2**32 and isinstance(error, TypeError)
     assert colour_of(1, Looping(), 3) == (0x010203, None)
+
+
+def test_parts_that_can_not_be_had_count_as_minus_one(host):
+    class Unreadable(object):
+        def __len__(self):
+            return 3
+
+        def __getitem__(self, i):
+            return {0: 1, 2: 3}[i]
+
+    value, error = pending.color_as_int(Unreadable())
+    assert value == (0x010003 - 0x100) % 2**32 and isinstance(error, KeyError)
 
 
 def test_magical_variable_as_colour_is_its_first_cell(host):

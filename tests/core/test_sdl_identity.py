@@ -3,6 +3,7 @@ its screen; nothing of larkspur can be used then, and nothing crashes."""
 
 import ctypes
 import os
+import shutil
 import sys
 
 import pytest
@@ -181,10 +182,21 @@ def test_preloaded_sdl_is_everyones():
     assert lines_of(code, preload=[library]) == ["imported A hook for GDB."]
 
 
+WITHOUT_PACKAGE = """
+import imp
+del sys.modules["pygame"], sys.modules["pygame.surface"]
+sys.modules["pygame.surface"] = imp.load_dynamic("surface", %r)
+try:
+    larkspur.set_SDL_screen(None)
+except Exception as error:
+    print "%%s: %%s" %% (type(error).__name__, error)
+"""
+
+
 # --- An SDL inside pygame ------------------------------------------------------------------------
 
 
-@pytest.mark.parametrize("told", ["(2, 0, 7)", "(1, 2, 3)", "(0, 2, 15)"])
+@pytest.mark.parametrize("told", ["(2, 0, 7)", "(1, 2, 3)", "(1, 3, 15)", "(0, 2, 15)"])
 def test_sdl_inside_pygame_is_known_by_its_version(told):
     code = (
         stand_in("no_sdl")
@@ -212,6 +224,61 @@ def test_sdl_inside_pygame_is_known_by_its_version(told):
 def test_pygame_is_taken_when_nothing_speaks_against_it(tell):
     code = stand_in("no_sdl") + tell + "\n" + USE_STAND_IN + SHOW_IMPORT + "print sys.exc_info()\n"
     assert lines_of(code) == ["imported A hook for GDB.", "(None, None, None)"]
+
+
+def test_sdl_in_a_file_that_is_gone_is_told_as_it_was_loaded(tmpdir):
+    path = str(tmpdir.join("surface.so"))
+    shutil.copy(native.build_path("helpers/pygame_on_no_sdl/surface.so"), path)
+    code = (
+        STAND_IN % str(tmpdir)
+        + "pygame.get_sdl_version = lambda: (2, 0, 7)\n"
+        + USE_STAND_IN
+        + "import os, pygame.surface\nos.remove(%r)\n" % path
+        + SHOW_IMPORT
+    )
+    assert lines_of(code) == [refusal("2.0.7", path) + " False"]
+
+
+# The table lies in the program itself, which no library is.
+IN_THE_PROGRAM = """
+import ctypes, os
+import pygame.surface
+with open("/proc/self/maps") as maps:
+    start, program = [
+        (int(line.split("-")[0], 16), line.split()[-1])
+        for line in maps
+        if line.split()[-1] == os.path.realpath(sys.executable)
+    ][0]
+from_pointer = ctypes.pythonapi.PyCObject_FromVoidPtr
+from_pointer.restype = ctypes.py_object
+from_pointer.argtypes = (ctypes.c_void_p, ctypes.c_void_p)
+pygame.surface._PYGAME_C_API = from_pointer(start, None)
+"""
+
+
+def test_sdl_in_the_program_is_known_by_its_version():
+    code = (
+        stand_in("no_sdl")
+        + "pygame.get_sdl_version = lambda: (2, 0, 7)\n"
+        + USE_STAND_IN
+        + IN_THE_PROGRAM
+        + SHOW_IMPORT
+    )
+    assert lines_of(code) == [refusal("2.0.7", os.path.realpath(sys.executable)) + " False"]
+
+
+def test_pygame_without_its_package_tells_nothing():
+    """Its modules alone are left: nothing tells the version of an SDL inside them, or theirs."""
+    for sdl, error in (("no_sdl", "TypeError"), ("other_sdl1", "RuntimeError")):
+        lines = lines_of(
+            stand_in("our_sdl" if sdl == "other_sdl1" else sdl)
+            + USE_STAND_IN
+            + SHOW_IMPORT
+            + WITHOUT_PACKAGE % native.build_path("helpers/pygame_on_%s/surface.so" % sdl)
+        )
+        assert lines[0] == "imported A hook for GDB."
+        assert lines[1].split(":")[0] == error
+    assert lines[1] == "RuntimeError: " + refusal_of("other_sdl1", "of unknown version")
 
 
 # --- pygame that came or changed later -----------------------------------------------------------

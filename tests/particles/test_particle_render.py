@@ -503,6 +503,24 @@ def test_white_is_the_literal_on_a_display_whose_white_differs(display):
     assert screen.get_at((30, 30)).b == 0  # the tint's missing blue is taken away
 
 
+@pytest.mark.parametrize(
+    "settings",
+    [
+        dict(color3=(0xFF, 0xFF, 0xFF)),  # tinted, and added
+        dict(alpha3=(0.5, 0.5, 0.5)),  # faded
+        dict(alpha3=(0.5, 0.5, 0.5), scale=(2, 2)),  # scaled and faded
+    ],
+)
+def test_pictures_can_not_be_added_on_a_display_of_16_bits(display, settings):
+    larkspur.set_SDL_screen(pygame.display.set_mode((320, 240), 0, 16))
+    scene = Scene(display, soft_shape(), blend=1, **settings)
+    particle = scene.particle(color1=0xFF, color2=0xFF, color3=0xFF)
+    with pytest.raises(ValueError) as raised:
+        larkspur.CParticle_dec_ttl_and_render(particle, 0, 0)
+    assert "32 bits per pixel, got 16" in str(raised.value)
+    assert particles.cache_of(scene.handle) == {}
+
+
 @pytest.mark.parametrize("seed", range(12))
 def test_whole_lives_of_many_particles(display, seed):
     random = numpy.random.RandomState(seed)

@@ -294,6 +294,33 @@ def test_coordinates_that_spoil_the_room_fail_the_view(host, capfd):
     capfd.readouterr()
 
 
+@pytest.mark.parametrize(
+    "spoil, error, told",
+    [
+        (lambda room: setattr(room, "view_xview", None), TypeError, "view_xview"),
+        (lambda room: pygame.display.quit(), RuntimeError, "closed"),
+    ],
+)
+def test_search_without_an_instance_that_spoils_view_or_display_fails(
+    host, capfd, spoil, error, told
+):
+    class Spoiling(object):
+        children = []
+
+        @property
+        def instances(self):
+            spoil(room)
+            return []
+
+    room = make_view_room()
+    host.game.objects.append(Spoiling())
+    set_view(room, 0, object=0)
+    status, exception = draw(host, room)
+    assert status == 0 and isinstance(exception, error) and told in str(exception)
+    assert host.calls == []
+    capfd.readouterr()
+
+
 def test_view_current_changes_after_following(host):
     seen = []
 
