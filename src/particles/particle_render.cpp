@@ -328,9 +328,7 @@ SurfacePtr ParticleDrawing::make_faded(SDL_Surface* shape, const SDL_Surface& di
 
 SurfacePtr ParticleDrawing::make_tinted(SDL_Surface* shape) noexcept {
     SurfacePtr picture = pixel::rgba_copy(shape);
-    if (picture == nullptr || !tint(picture.get())) {
-        return nullptr;
-    }
+    pixel::tint_surface(picture.get(), look_.colour);
     return picture;
 }
 
