@@ -63,7 +63,7 @@ class PendingException {
             // Dropping the older exception can run Python code, which must not see the newer one.
             PyObject *type, *value, *traceback;
             PyErr_Fetch(&type, &value, &traceback);
-            Py_XDECREF(type_);
+            Py_DECREF(type_);
             Py_XDECREF(value_);
             Py_XDECREF(traceback_);
             PyErr_Restore(type, value, traceback);

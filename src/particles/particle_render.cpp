@@ -273,19 +273,12 @@ PyRef ParticleDrawing::make() noexcept {
         return PyRef();
     }
     SurfacePtr picture;
-    switch (look_.picture) {
-        case Picture::kScaled:
-            picture = make_scaled(shape.get(), *display.get());
-            break;
-        case Picture::kFaded:
-            picture = make_faded(shape.get(), *display.get());
-            break;
-        case Picture::kTinted:
-            picture = make_tinted(shape.get());
-            break;
-        case Picture::kShape:
-        case Picture::kNone:
-            break;  // nothing to make
+    if (look_.picture == Picture::kScaled) {
+        picture = make_scaled(shape.get(), *display.get());
+    } else if (look_.picture == Picture::kFaded) {
+        picture = make_faded(shape.get(), *display.get());
+    } else {
+        picture = make_tinted(shape.get());
     }
     return picture != nullptr ? wrap_surface(pygame_api(), std::move(picture)) : PyRef();
 }
