@@ -335,6 +335,17 @@ def test_a_sprite_without_subimages(display, capfd):
     assert_fails(capfd, sprite, "sequence error.\n", width=1, height=1)
 
 
+def test_null_pointers_store_nothing(display, capfd):
+    pointers = [ctypes.c_void_p] * 2 + _arguments[2:]
+    add_pointers = native.function("sprite_scalecache_add", ctypes.c_void_p, *pointers)
+    sprite, key = sprite_of(soft_image()), KEY
+    assert add_pointers(None, id(key), 0, 1, 1, 0, 0, WHITE, 255, 0) is None
+    assert printed(capfd) == ("", "sequence error.\n")
+    assert add_pointers(id(sprite), None, 0, 1, 1, 0, 0, WHITE, 255, 0) is None
+    assert printed(capfd) == ("", "Error storing item in scalecache.\n")
+    assert sprite.scalecache == {}
+
+
 @pytest.mark.parametrize("wrong", [5, None, object(), larkspur.BackgroundData()])
 def test_what_is_no_sprite(display, capfd, wrong):
     assert scale_cache_add(wrong, KEY, 0, 1, 1, 0, 0, WHITE, 255, 0) is None

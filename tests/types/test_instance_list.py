@@ -849,7 +849,18 @@ def test_random_operations_match_the_model(host):
         assert list(target) == model.items, (seed, step, name)
 
 
-@pytest.mark.parametrize("bounds", [(None, None, None), (0, 3, 2), (None, None, -1), (2, 0, 1)])
+@pytest.mark.parametrize(
+    "bounds",
+    [
+        (None, None, None),
+        (0, 3, 2),
+        (None, None, -1),
+        (2, 0, 1),
+        ("x", 0, 1),
+        (0, 0.0, 1),
+        (0, 0, []),
+    ],
+)
 @pytest.mark.parametrize("value", [[8, 9], (8, 9, 7), "ab", xrange(3), {}, 5, None, [], range(4)])
 def test_slice_is_assigned_as_in_a_list(bounds, value):
     own, plain = larkspur.InstanceList(range(4)), list(range(4))
