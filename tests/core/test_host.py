@@ -164,18 +164,19 @@ def test_each_call_takes_one_reference_on_every_callable_and_gives_none_back(hos
     assert changes == [1.0] * 4 + [0.0] * 2
 
 
-def test_registering_may_register(host):
-    """What the old registry runs when it goes is no harm; the outer call has the last word."""
+@pytest.mark.parametrize("place", range(4))
+def test_registering_may_register(host, place):
+    """What runs when an old object goes is no harm; the outer call has the last word."""
 
     class Dying(object):
         def __del__(self):
-            larkspur.RegisterInstancesDict(inner, int, str, float)
+            larkspur.RegisterInstancesDict(*inner)
 
-    inner, outer = Registry(), Registry()
-    before = leaks.counts([inner, outer])
-    larkspur.RegisterInstancesDict({1: Dying()}, int, str, float)
-    larkspur.RegisterInstancesDict(outer, int, str, float)
-    assert leaks.growth([inner, outer], before) == [0, 1]
+    inner, outer = [[Registry(), object(), object(), object()] for _ in range(2)]
+    before = leaks.counts(inner + outer)
+    larkspur.RegisterInstancesDict(*[Dying() if i == place else object() for i in range(4)])
+    larkspur.RegisterInstancesDict(*outer)
+    assert leaks.growth(inner + outer, before) == [0] * 4 + [1] * 4
 
 
 @pytest.fixture

@@ -1,5 +1,6 @@
 #include "pixel/surface/zoom.h"
 
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -202,6 +203,21 @@ TEST(Zoom, RefusesSidesUpToTheEndOfTheIntegers) {
 TEST(Zoom, MeasuresEachSideOfATurnedPictureByItself) {
     EXPECT_NE(rotozoomed(surface_of(6, 650, 8).get(), 180, 100, false), nullptr);
     EXPECT_NE(rotozoomed(surface_of(650, 6, 8).get(), 90, 100, false), nullptr);
+}
+
+TEST(TurnedExtents, AreThoseOfTheTurnedRectangle) {
+    const SurfacePtr surface = surface_of(10, 20);
+    for (const double degrees : {0.0, 1.0, -30.0, 90.0, 200.0}) {
+        const double radians = degrees * M_PI / 180;
+        const double sine = std::fabs(std::sin(radians));
+        const double cosine = std::fabs(std::cos(radians));
+        const Extents extents = turned_extents(*surface, degrees, -2, 0.5);
+        EXPECT_NEAR(extents.width, 20 * cosine + 10 * sine, 1e-9) << degrees;
+        EXPECT_NEAR(extents.height, 20 * sine + 10 * cosine, 1e-9) << degrees;
+    }
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(turned_extents(*surface, 0, kInfinity, 0.5).width, kInfinity);
+    EXPECT_EQ(turned_extents(*surface, 0, kInfinity, 0.5).height, 10);
 }
 
 // SDL_gfx makes each picture two rows higher than it says.
