@@ -336,7 +336,7 @@ def test_a_sprite_without_subimages(display, capfd):
 
 
 def test_null_pointers_store_nothing(display, capfd):
-    pointers = [ctypes.c_void_p] * 2 + _arguments[2:]
+    pointers = [ctypes.c_void_p] * 2 + [ctypes.c_int] * 8
     add_pointers = native.function("sprite_scalecache_add", ctypes.c_void_p, *pointers)
     sprite, key = sprite_of(soft_image()), KEY
     assert add_pointers(None, id(key), 0, 1, 1, 0, 0, WHITE, 255, 0) is None
