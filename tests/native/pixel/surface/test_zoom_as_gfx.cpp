@@ -444,32 +444,34 @@ TEST(ZoomAsGfx, LeavesPicturesToTheLibraryThatThereAreNoRowsFor) {
 
 // Where SDL goes by a height of its own, a picture is copied to a surface that never was higher.
 TEST(ZoomAsGfx, CopiesPicturesThatSdlTakesForHigher) {
-    for (const int depth : {8, 32}) {
+    constexpr struct {
+        int depth;
+        bool keyed;
+        Call call;
+    } kCases[] = {{16, false, {kZoom, 0, 1.5, 0.4}},
+                  {8, true, {kZoom, 0, 1.5, 0.4}},
+                  {8, true, {kRotozoom, 30, 1.5, 0}},
+                  {32, true, {kRotozoom, 30, 1.5, 0}}};
+    for (const auto& [depth, keyed, call] : kCases) {
         const SurfacePtr source = picture(depth);
-        SDL_SetColorKey(source.get(), SDL_SRCCOLORKEY, 3);
+        SDL_SetColorKey(source.get(), keyed ? SDL_SRCCOLORKEY : 0, 3);
         if (depth == 8) {
             source->format->palette->colors[5] = {1, 2, 3, 0};
         }
-        for (const Call& call : {Call{kZoom, 0, 1.5, 0.4}, Call{kRotozoom, 30, 1.5, 0}}) {
-            if (!is_left_to_gfx(source.get(), call)) {
-                continue;  // it never was higher
-            }
-            clip_rectangles_are_higher = true;
-            const SurfacePtr copied = by_us(source.get(), call);
-            clip_rectangles_are_higher = false;
-            const SurfacePtr expected = by_gfx(source.get(), call);
-            expected->flags &= ~static_cast<Uint32>(SDL_RLEACCELOK);
-            EXPECT_TRUE(same_pictures(copied.get(), expected.get())) << call << depth;
-            if (depth == 8) {
-                EXPECT_EQ(std::memcmp(copied->format->palette->colors,
-                                      expected->format->palette->colors, 256 * sizeof(SDL_Color)),
-                          0);
-            }
-            clip_rectangles_are_higher = true;
-            surfaces_granted = 0;
-            EXPECT_EQ(by_us(source.get(), call), nullptr) << call;
-            surfaces_granted = kAnyNumber;
-            clip_rectangles_are_higher = false;
+        EXPECT_TRUE(is_left_to_gfx(source.get(), call)) << call;  // which makes it higher
+        clip_rectangles_are_higher = true;
+        const SurfacePtr copied = by_us(source.get(), call);
+        surfaces_granted = 0;
+        EXPECT_EQ(by_us(source.get(), call), nullptr) << call;
+        surfaces_granted = kAnyNumber;
+        clip_rectangles_are_higher = false;
+        const SurfacePtr expected = by_gfx(source.get(), call);
+        expected->flags &= ~static_cast<Uint32>(SDL_RLEACCELOK);
+        EXPECT_TRUE(same_pictures(copied.get(), expected.get())) << call << ", depth " << depth;
+        if (depth == 8) {
+            EXPECT_EQ(std::memcmp(copied->format->palette->colors,
+                                  expected->format->palette->colors, 256 * sizeof(SDL_Color)),
+                      0);
         }
     }
 }
