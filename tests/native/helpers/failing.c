@@ -152,9 +152,11 @@ static void* next(void** found, const char* name) {
     }
     return *found;
 }
+/* NOLINTBEGIN(bugprone-macro-parentheses): lists come in parentheses of their own */
 #define NEXT(result, name, parameters) \
     static void* found;                \
     result(*const real) parameters = (result(*) parameters)next(&found, #name)
+/* NOLINTEND(bugprone-macro-parentheses) */
 
 /* dlsym() itself allocates a little the first time: from here, never to be freed. */
 static _Alignas(16) char early_memory[4096];
@@ -232,11 +234,13 @@ EXPORT void PyObject_Free(void* block) {
 }
 
 /* A function of the interpreter that can fail, with what it gives then. */
+/* NOLINTBEGIN(bugprone-macro-parentheses): lists come in parentheses of their own */
 #define INTERPRETERS(result, name, parameters, arguments, failure) \
     EXPORT result name parameters {                                \
         NEXT(result, name, parameters);                            \
         return fails(kInterpreter) ? failure : real arguments;     \
     }
+/* NOLINTEND(bugprone-macro-parentheses) */
 
 INTERPRETERS(void*, PyMem_Malloc, (size_t size), (size), NULL)
 INTERPRETERS(void*, PyMem_Realloc, (void* block, size_t size), (block, size), NULL)
