@@ -8,6 +8,7 @@ import ctypes
 
 import larkspur
 from support import native, rooms, sprites
+from support.host import Plain
 from support.native import Rect
 from support.particles import ParticleRecord, TypeRecord, particle_record, type_record
 
@@ -59,6 +60,10 @@ LEFT_OUT = {
 SPRITE_COPY = [lambda: 0, lambda: 12, lambda: 5, lambda: 30, lambda: 0, lambda: 3, lambda: 99]
 
 
+def game_object():
+    return Plain(instances=[scene.current.instance], children=[])
+
+
 def object_rows():
     sprite, key = type_rows.sprite, lambda: ("key", 1)
     for name in ("Game_Sequence_Index", "Game_Sequence_Index_F", "Game_Sequence_Index_S"):
@@ -73,7 +78,6 @@ def object_rows():
             for i in (0, 1, -1, 2, 2**31 - 1, -(2**31))
         ],
     )
-    game_object = lambda: scene.current.resources["objects"][0]  # noqa: E731
     yield exported("GetFirstInstance", [OBJECT, OBJECT], [game_object], [either])
     yield exported(
         "PushSelf",

@@ -72,14 +72,14 @@ def fresh_scene(situation=()):
     if scene.current is None or scene.current.disturbed:
         if scene.current is not None:
             scene.current.forget()
-        scene.current = scene.Scene(**dict(situation))
+        scene.Scene(**dict(situation))
     return scene.current
 
 
 def run_case(row, case):
     """(None for what was to come, else what came instead; the outcome)."""
-    if row.situation:
-        fresh_scene().disturbed = True
+    if row.situation and scene.current is not None:
+        scene.current.disturbed = True
     fresh_scene(row.situation)
     outcome, text = outcome_of(case)
     if row.then is not None:

@@ -29,6 +29,8 @@ class Scene(object):
 
     def __init__(self, screen_set=True, registered=True, before=None, then=None):
         """before(scene) is called before the host is registered, then(scene) at the end."""
+        global current
+        current = self  # before the host's names are fetched, which can run code of hostile ones
         self.call, self.arguments = None, []
         self.disturbed = False
         self._acting = False
