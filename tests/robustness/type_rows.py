@@ -14,7 +14,7 @@ from larkspur import RoomTileData as Tile
 from support import records, rooms, variables
 from support.host import Instance
 
-from robustness import function_rows, hostile, scene, values
+from robustness import function_rows, hostile, operations, scene, values
 from robustness.table import (
     ANY,
     EITHER,
@@ -171,24 +171,26 @@ def common_rows():
             name + " as an object",
             None,
             extra=[
-                (label, [good], ANY, function) for label, function in sorted(as_objects().items())
+                (label, [good], operations.as_object(type_, label), function)
+                for label, function in sorted(as_objects().items())
             ],
         )
         for attribute in ("x", "__class__", "__dict__", "nothing"):
+            # No attribute can be set that is no member.
+            number_member = MEMBER_INT if (type_, attribute) == (Tile, "x") else always(RAISES)
             yield ValuesRow(
                 "%s.%s of any value" % (name, attribute),
                 setattr,
                 [good, lambda attribute=attribute: attribute, lambda: 1],
-                [None, None, any_outcome],
-                good=ANY,
+                [None, None, number_member],
+                good=OK if (type_, attribute) == (Tile, "x") else RAISES,
                 then=use,
             )
         yield ValuesRow(
             "attribute of %s by any name" % name,
             getattr,
             [good, lambda: "__doc__"],
-            [None, any_outcome],
-            good=ANY,
+            [None, lambda value, type_=type_: OK if value.text in vars(type_) else RAISES],
         )
         if records.type_record(type_).traverse and type_ is not InstanceList:
             yield ValuesRow(
@@ -501,44 +503,16 @@ def _set_with_item(i, thing, state, item):
 
 # ---- operators
 
-OPERATORS = [
-    operator.add,
-    operator.sub,
-    operator.mul,
-    operator.div,
-    operator.mod,
-    operator.and_,
-    operator.or_,
-    operator.xor,
-    operator.iadd,
-    operator.isub,
-    operator.imul,
-    operator.floordiv,
-    operator.truediv,
-    operator.lshift,
-    divmod,
-    pow,
-    coerce,
-    cmp,
-    operator.eq,
-    operator.ne,
-    operator.lt,
-    operator.le,
-    operator.gt,
-    operator.ge,
-    operator.contains,
-    operator.concat,
-]
-
 
 def operator_rows():
     """Both orders of the operands, for operands of every type."""
     for type_ in TYPES:
         name, good = name_of(type_), GOOD[type_]
-        for operation in OPERATORS:
+        for operation in operations.OPERATORS:
+            kind = functools.partial(operations.kind_for, type_, operation)
             for side, base, kinds in (
-                ("left", [lending(good), lambda: 3], [None, any_outcome]),
-                ("right", [lambda: 3, lending(good)], [any_outcome, None]),
+                ("left", [lending(good), lambda: 3], [None, kind("right")]),
+                ("right", [lambda: 3, lending(good)], [kind("left"), None]),
             ):
                 yield ValuesRow(
                     "%s(), %s on the %s" % (operation.__name__, name, side),
@@ -550,26 +524,25 @@ def operator_rows():
                 )
 
 
-def held(value):
-    return values.Value(
-        "GMVar(%s)" % value.name,
-        lambda: values.variable_of(value.make()),
-        hostile=value.hostile,
-    )
-
-
 def variable_rows():
     """What a variable holds decides what can be done with it."""
-    held_values = [held(value) for value in values.ALL]
+    held_values = [values.held(value) for value in values.ALL]
     for label, action in sorted(as_objects().items()):
         yield ValuesRow(
-            label + " of a GMVar", action, [variable], [any_outcome], good=ANY, values=held_values
+            label + " of a GMVar",
+            action,
+            [variable],
+            [operations.held_as_object(label)],
+            good=operations.as_object(GMVar, label),
+            values=held_values,
         )
-    for operation in OPERATORS:
-        for side, base, kinds in (
-            ("left", [variable, lambda: 3], [any_outcome, None]),
-            ("right", [lambda: 3, variable], [None, any_outcome]),
+    for operation in operations.OPERATORS:
+        for side, base, position in (
+            ("left", [variable, lambda: 3], 0),
+            ("right", [lambda: 3, variable], 1),
         ):
+            kinds = [None, None]
+            kinds[position] = operations.held_kind(operation, side)
             yield ValuesRow(
                 "%s() of a held value on the %s" % (operation.__name__, side),
                 operation,

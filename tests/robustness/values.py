@@ -5,6 +5,7 @@ how the interpreter's own parser takes it is not stated here but asked (see surv
 """
 
 import ctypes
+import operator
 import sys
 
 import larkspur
@@ -19,6 +20,7 @@ from robustness import hostile, scene
 class Value(object):
     """A kind of value: its name, how one is made, and facts about it.
 
+    held     of a variable, the value of what it holds
     surface  bits per pixel of a pygame Surface in good state; 0 for what is none
     hostile  None, or the deed of a hostile object
     """
@@ -56,8 +58,8 @@ def _numbers():
 
 
 def _texts():
-    for value in _same(["", "x", "5", "a\0b", "name"]):
-        yield value
+    for text in ("", "x", "5", "a\0b", "name"):
+        yield Value(repr(text), lambda text=text: text, text=text)
     yield Value("long str", lambda: "x" * 100000)
     yield Value("empty unicode", lambda: unicode(""))
     yield Value("unicode", lambda: unicode("\\u1234\\U0001f600", "unicode-escape"))
@@ -170,27 +172,34 @@ def particle():
     return larkspur.CParticle_new(particle_type(), 20, 20)
 
 
-def _variables():
-    yield Value("GMVar(0)", lambda: variable_of(0))
-    yield Value("GMVar(1.5)", lambda: variable_of(1.5))
-    yield Value("GMVar(None)", lambda: variable_of(None))
-    yield Value("GMVar('x')", lambda: variable_of("x"))
-    yield Value("GMVar([1, 2])", lambda: variable_of([1, 2]))
-    yield Value("GMVar(instance)", lambda: variable_of(scene.current.instance), instance=True)
-    yield Value("GMVar(7)", lambda: variable_of(7))
-    yield Value("GMVar of an array", lambda: _array())
-    yield Value("GMVar without init", lambda: larkspur.GMVar.__new__(larkspur.GMVar))
-    yield Value("GMVar in itself", variables.holding_itself)
-    yield Value(
-        "GMVar of a particle type", lambda: variable_of(particle_type()), particle_type=True
+def held(value):
+    """A variable that holds a value."""
+    return Value(
+        "GMVar(%s)" % value.name,
+        lambda: variable_of(value.make()),
+        hostile=value.hostile,
+        held=value,
+        own_type="GMVar",
+        instance=value.instance,
+        particle_type=value.particle_type,
+        closes=value.closes,
     )
-    yield Value("GMVar of a Surface", lambda: variable_of(scene.tiny_surface()))
+
+
+def _variables():
+    for thing in (0, 1.5, None, "x", [1, 2], 7):
+        yield held(_same([thing])[0])
+    yield held(Value("instance", lambda: scene.current.instance, instance=True))
+    yield Value("GMVar of an array", lambda: _array(), held=_FIVE)
+    yield Value("GMVar without init", lambda: larkspur.GMVar.__new__(larkspur.GMVar), held=_ZERO)
+    yield Value("GMVar in itself", variables.holding_itself)
+    yield held(Value("particle type", particle_type, particle_type=True))
+    yield held(Value("Surface", scene.tiny_surface))
     for deed in hostile.DEEDS:
-        yield Value(
-            "GMVar(%s)" % deed,
-            lambda deed=deed: variable_of(hostile.make("object", deed)),
-            hostile=deed,
-        )
+        yield held(_hostile_value("object", deed))
+
+
+_ZERO, _FIVE = _same([0, 5])
 
 
 def _own():
@@ -439,17 +448,22 @@ def _surfaces():
         )
 
 
+def _hostile_value(shape, deed):
+    return Value(
+        "%s, %s" % (shape, deed),
+        lambda: hostile.make(shape, deed),
+        surface=32 if shape == "Surface" else 0,
+        hostile=deed,
+        list=shape == "list",
+        dict=shape == "dict",
+        shape=shape,
+    )
+
+
 def _hostile():
     for shape in hostile.SHAPES:
         for deed in hostile.DEEDS:
-            yield Value(
-                "%s, %s" % (shape, deed),
-                lambda shape=shape, deed=deed: hostile.make(shape, deed),
-                surface=32 if shape == "Surface" else 0,
-                hostile=deed,
-                list=shape == "list",
-                dict=shape == "dict",
-            )
+            yield _hostile_value(shape, deed)
 
 
 # A surface without pixels, which no Python code can make. What paints refuses it; SDL's own blits
@@ -465,6 +479,7 @@ ALL = NUMBERS + OTHERS + SURFACES + HOSTILE
 
 _parse = ctypes.pythonapi.PyArg_ParseTuple
 _as_long = ctypes.pythonapi.PyInt_AsLong
+_sequence_size = ctypes.pythonapi.PySequence_Size
 
 
 def _takes(letter, value):
@@ -484,16 +499,71 @@ MEMBER_INT = "member int"
 LETTERS = ("i", "I", "f", MEMBER_INT)
 
 
+# Name -> what the interpreter is asked to do with a value, which is on the given side of an
+# operation or alone. Its answers say what has to come of the same done with a variable of that
+# value.
+QUESTIONS = {
+    "float": float,
+    "int": int,
+    "wide": lambda thing: _as_long(ctypes.py_object(int(thing))),  # an int that fits a long
+    "str": str,
+    "hash": hash,
+    "bool": bool,
+    "len": lambda thing: operator.isSequenceType(thing) and _sequence_size(ctypes.py_object(thing)),
+    "call": lambda thing: thing(),
+    "in": lambda thing: object() in thing,
+    "in, unhashable": lambda thing: [] in thing,
+    "get": lambda thing: thing.real,
+    "set": lambda thing: setattr(thing, "x", 1),
+    "sorted": lambda thing: sorted([thing, 3, None, thing, 2]),
+}
+for _operation in (operator.neg, operator.pos, operator.abs):
+    QUESTIONS[_operation.__name__] = _operation
+FORWARDED = [getattr(operator, name) for name in "add sub div mod and_ or_ xor iadd isub".split()]
+FORWARDED += [getattr(operator, name) for name in "eq ne lt le gt ge".split()] + [cmp, coerce]
+for _operation in FORWARDED:
+    QUESTIONS[_operation.__name__ + " left"] = lambda thing, do=_operation: do(thing, 3)
+    QUESTIONS[_operation.__name__ + " right"] = lambda thing, do=_operation: do(3, thing)
+for _name in "add iadd mul imul mod".split():
+    _operation = getattr(operator, _name)
+    QUESTIONS[_name + " list left"] = lambda thing, do=_operation: do(thing, [None] * 3)
+    QUESTIONS[_name + " list right"] = lambda thing, do=_operation: do([None] * 3, thing)
+
+
+def _can(question, value):
+    thing = value.make()
+    lend(thing)
+    try:
+        QUESTIONS[question](thing)
+    except Exception:
+        return False
+    return True
+
+
 def survey(fresh_scene):
-    """Which values the interpreter's own parser takes for which of LETTERS: a list of [name of the
-    value, letter]. Hostile values do what they do."""
+    """Which values the interpreter's own parser takes for which of LETTERS, and with which it can
+    do what is asked in QUESTIONS: a list of [name of the value, letter or question]. Hostile values
+    do what they do; those that do something to the scene are not asked."""
     taken = []
-    for value in ALL:
+    for value in ALL + [value.held for value in ALL if value.held]:
         for letter in LETTERS:
             if fresh_scene() and _takes(letter, value.make()):
                 taken.append([value.name, letter])
+        if not value.own_type and not value.acts:
+            taken += [
+                [value.name, asked]
+                for asked in sorted(QUESTIONS)
+                if fresh_scene() and _can(asked, value)
+            ]
     return taken
 
 
 # What survey() gave, as a set of pairs.
 parsed = set()
+
+
+def can(question, value):
+    """Whether the interpreter can do it. Values that do something first then answer as those that
+    obey."""
+    name = "%s, obey" % value.shape if value.acts else value.name
+    return (name, question) in parsed
