@@ -211,6 +211,11 @@ def target(value):
     return RAISES if value.short else ANY if value.name.startswith("locked") else usable(value)
 
 
+def target_of_view(value):
+    """What a view can be drawn on; where SDL refuses its blit, it counts as drawn."""
+    return RAISES if value.short else usable(value)
+
+
 def screen(value):
     """As usable(); that the display around a subsurface was closed shows when it is drawn on."""
     return EITHER if value.closes else usable(value)

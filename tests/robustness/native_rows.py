@@ -13,9 +13,9 @@ from support.native import Rect
 from support.particles import ParticleRecord, TypeRecord, particle_record, type_record
 
 from robustness import function_rows, scene, type_rows, values
-from robustness.table import ANY, EITHER, OK, RAISES, ValuesRow, always, anything
+from robustness.operations import as_wide, done_with_value
+from robustness.table import EITHER, OK, RAISES, SILENT, ValuesRow, always, anything
 
-either, any_outcome = always(EITHER), always(ANY)
 OBJECT, TEXT, INT, WORD, POINTER, FLOAT = (
     ctypes.py_object,
     ctypes.c_char_p,
@@ -60,6 +60,57 @@ LEFT_OUT = {
 SPRITE_COPY = [lambda: 0, lambda: 12, lambda: 5, lambda: 30, lambda: 0, lambda: 3, lambda: 99]
 
 
+def asked(question):
+    """What the interpreter can do with a value, other than with ours."""
+    return lambda value: OK if not value.own_type and values.can(question, value) else RAISES
+
+
+def printed(value):
+    """What has a text of its own has that; ours have the interpreter's."""
+    return OK if value.own_type or values.can("repr", value) else RAISES
+
+
+def colour(value):
+    """A number, or a sequence whose first three items are."""
+    if value.own_type in ("InstanceList", "Floatlist8"):
+        return OK
+    if value.own_type:
+        # A number that fails without an exception is -1 like any other.
+        return OK if as_wide(value) == SILENT else as_wide(value)
+    if value.hostile == "close":
+        return EITHER
+    return OK if values.can("colour", value) else RAISES
+
+
+def tile_on(target):
+    """Of pictures on a surface. A blit that SDL refuses fails without an exception."""
+
+    def kind(value):
+        if target.short or value.short or not value.surface:
+            return EITHER if value.replaced else RAISES
+        # What a subsurface is a share of is locked while it is drawn on or from.
+        shared = value.display and target.display and value is not target
+        return SILENT if target.locked or value.locked or shared else OK
+
+    return kind
+
+
+def particle_on(target):
+    """Of shapes on a surface, in both blend modes, of which one takes 32 bits alone. What SDL can't
+    convert draws nothing."""
+
+    def kind(value):
+        if value.short or not value.surface:
+            return EITHER if value.replaced else RAISES
+        if value.empty:
+            return OK
+        if value.wide or value.locked_encoded:
+            return EITHER  # depending on both depths
+        return OK if value.surface == target.surface == 32 and not target.short else RAISES
+
+    return kind
+
+
 def game_object():
     return Plain(instances=[scene.current.instance], children=[])
 
@@ -72,13 +123,13 @@ def object_rows():
         "seqi",
         [INT, OBJECT, INT],
         [lambda: (4, 5), lambda: 1],
-        [either, None],
+        [asked("item 1"), None],
         extra=[
             ("index %d" % i, [lambda: [4, 5], lambda i=i: i], OK if i in (0, 1) else RAISES)
             for i in (0, 1, -1, 2, 2**31 - 1, -(2**31))
         ],
     )
-    yield exported("GetFirstInstance", [OBJECT, OBJECT], [game_object], [either])
+    yield exported("GetFirstInstance", [OBJECT, OBJECT], [game_object], [always(RAISES)])
     yield exported(
         "PushSelf",
         [INT, OBJECT],
@@ -87,14 +138,16 @@ def object_rows():
         then=lambda _: function("PopSelf", INT)(),
     )
     yield exported("PopSelf", [INT])
-    yield exported("invoke", [OBJECT] * 3, [lambda: repr, lambda: 1], [either] * 2)
+    yield exported(
+        "invoke", [OBJECT] * 3, [lambda: repr, lambda: 1], [done_with_value("call with 1"), printed]
+    )
     yield exported(
         "invoke_4",
         [OBJECT] * 6,
         [lambda: lambda *arguments: repr(arguments)] + [lambda: 1] * 4,
-        [either] * 5,
+        [done_with_value("call with 4")] + [printed] * 4,
     )
-    yield exported("color_as_int", [WORD, OBJECT], [lambda: (1, 2, 3)], [either])
+    yield exported("color_as_int", [WORD, OBJECT], [lambda: (1, 2, 3)], [colour])
     yield ValuesRow(
         "sprite_scalecache_add",
         sprites.scale_cache_add,
@@ -125,12 +178,13 @@ def object_rows():
         "Room_DrawView",
         [INT, OBJECT, OBJECT, INT, OBJECT],
         [type_rows.room, function_rows.SCREEN, lambda: 0, lambda: (scene.current.instance,)],
-        [either, either, None, None],
+        # No value is a room with its lists.
+        [always(RAISES), function_rows.target_of_view, None, None],
         extra=[
             (
                 "view %d" % view,
                 [type_rows.room, function_rows.SCREEN, lambda view=view: view, tuple],
-                EITHER,
+                OK,
             )
             for view in range(8)
         ]
@@ -143,7 +197,7 @@ def object_rows():
                     lambda: 0,
                     lambda value=value: (value.make(), 1),
                 ],
-                EITHER,
+                RAISES,  # 1 can't be drawn in any case
             )
             for value in values.ALL
         ],
@@ -337,6 +391,9 @@ def _mapped(name):
     return call
 
 
+_GOOD = values.Value("good", scene.tiny_surface, 32)
+
+
 def pair_rows():
     """Tiles and particles of each kind of surface on each kind of surface. A blit that SDL refuses
     fails without an exception."""
@@ -346,16 +403,16 @@ def pair_rows():
                 "tiles on: " + target.name,
                 _draw_tile,
                 [scene.tiny_surface, target.make],
-                [any_outcome, None],
+                [tile_on(target), None],
                 values=values.SURFACES,
-                good=ANY,
+                good=tile_on(target)(_GOOD),
             )
             yield ValuesRow(
                 "particles on: " + target.name,
                 _draw_on,
                 [scene.tiny_surface, target.make],
-                [either, None],
-                good=EITHER,
+                [particle_on(target), None],
+                good=particle_on(target)(_GOOD),
                 disturbs=True,
                 values=[value for value in values.SURFACES if value.exact],
             )
@@ -363,11 +420,16 @@ def pair_rows():
         "a tile of the surface itself",
         lambda surface: _draw_tile(surface, surface),
         [scene.tiny_surface],
-        [any_outcome],
+        # One that asks for run-length encoding draws nothing.
+        [lambda value: OK if value.locked_encoded else tile_on(value)(value)],
         values=values.SURFACES,
     )
     yield ValuesRow(
-        "everything on the screen", _draw_all_on, [scene.tiny_surface], [either], disturbs=True
+        "everything on the screen",
+        _draw_all_on,
+        [scene.tiny_surface],
+        [function_rows.screen],
+        disturbs=True,
     )
 
 

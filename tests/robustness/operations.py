@@ -309,6 +309,6 @@ def done_with_value(question):
             return SILENT
         if question == "hash":
             return OK if inner.own_type == "Beancounter" else RAISES
-        return OK if question in ("str", "bool", "len") else RAISES
+        return OK if question in ("str", "bool", "len", "repr") else RAISES
 
     return kind

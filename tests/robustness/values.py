@@ -372,12 +372,12 @@ def _surfaces():
         exact=True,
         moved=True,
     )
-    yield Value("subsurface of the display", _part(_on_display), 32, exact=True)
+    yield Value("subsurface of the display", _part(_on_display), 32, exact=True, display=True)
     yield Value("subsurface of a closed display", _part_of_closed_display, closes=True, exact=True)
     yield Value(
         "subsurface of a replaced display", _part_of_replaced_display, replaced=True, exact=True
     )
-    yield Value("the display", _on_display, 32, exact=True)
+    yield Value("the display", _on_display, 32, exact=True, display=True)
     yield Value("a closed display", _closed_display, closes=True, exact=True)
     for bits in (8, 16, 24, 32):
         yield Value("Surface with a key, %d bits" % bits, _keyed(bits), bits, exact=True)
@@ -398,13 +398,16 @@ def _surfaces():
     yield Value("encoded Surface with alpha", encoded_with_alpha, 32, exact=True)
     yield Value("subsurface of one with alpha", _part_of_encoded, 32, exact=True, moved=True)
     for bits in (8, 32):
-        yield Value("locked Surface of %d bits" % bits, _locked(bits), bits, exact=True)
+        yield Value(
+            "locked Surface of %d bits" % bits, _locked(bits), bits, exact=True, locked=True
+        )
     for bits in (8, 16, 32):
         yield Value(
             "locked Surface of %d bits that was encoded" % bits,
             lambda bits=bits: surfaces.locked_encoded_surface(bits),
             bits,
             exact=True,
+            locked=True,
             locked_encoded=not sdl.is_layer(),
         )
     yield Value("Surface of a subclass", lambda: _Subclass((8, 6), 0, 32), 32)
@@ -499,6 +502,24 @@ MEMBER_INT = "member int"
 LETTERS = ("i", "I", "f", MEMBER_INT)
 
 
+def _own_items(thing):
+    """The items of a list or tuple as they are stored, whatever a subclass says."""
+    return (
+        list.__getslice__(thing, 0, 9)
+        if isinstance(thing, list)
+        else tuple.__getslice__(thing, 0, 9)
+    )
+
+
+def _channels(thing):
+    """What color_as_int() converts: nothing of a short sequence, three items of a longer one, or
+    the thing itself."""
+    if not operator.isSequenceType(thing):
+        return [thing]
+    is_short = _sequence_size(ctypes.py_object(thing)) <= 2
+    return [] if is_short else [thing[i] for i in range(3)]
+
+
 # Name -> what the interpreter is asked to do with a value, which is on the given side of an
 # operation or alone. Its answers say what has to come of the same done with a variable of that
 # value.
@@ -511,6 +532,11 @@ QUESTIONS = {
     "bool": bool,
     "len": lambda thing: operator.isSequenceType(thing) and _sequence_size(ctypes.py_object(thing)),
     "call": lambda thing: thing(),
+    "call with 1": lambda thing: thing(1),
+    "call with 4": lambda thing: thing(1, 1, 1, 1),
+    "repr": repr,
+    "item 1": lambda thing: _as_long(ctypes.py_object(_own_items(thing)[1])),
+    "colour": lambda thing: [_as_long(ctypes.py_object(part)) for part in _channels(thing)],
     "in": lambda thing: object() in thing,
     "in, unhashable": lambda thing: [] in thing,
     "get": lambda thing: thing.real,
