@@ -111,12 +111,29 @@ def forwarded(operation, side):
     return kind
 
 
+def by_slot(operation, side):
+    """As forwarded(), where GMVar's own slot is called, whatever stands on the left."""
+    kind = forwarded(operation, side)
+
+    def by_slot_kind(value):
+        if operation in PRODUCTS:
+            return as_float(value)
+        if operation is operator.mod:
+            inner = innermost(value)
+            works = not inner.own_type and can("mod " + side, inner)
+            return OK if works else RAISES
+        return kind(value)
+
+    return by_slot_kind
+
+
 def outcome_of(operation, comparison):
     """cmp() takes a failure without an exception for an order."""
     return OK if operation is cmp and comparison == SILENT else comparison
 
 
 as_float = converted("float")
+as_int = converted("int")
 as_wide = converted("wide")
 
 
@@ -309,6 +326,66 @@ def done_with_value(question):
             return SILENT
         if question == "hash":
             return OK if inner.own_type == "Beancounter" else RAISES
+        if question == "len" and inner.own_type in RESOURCES + ("RoomTileData", "Beancounter"):
+            return OK if value.held else RAISES  # what has no length has its variable's
         return OK if question in ("str", "bool", "len", "repr") else RAISES
 
     return kind
+
+
+# ---- slots
+
+UNARY = {
+    "__int__": "int",
+    "__float__": "float",
+    "__str__": "str",
+    "__abs__": "abs",
+    "__neg__": "neg",
+    "__pos__": "pos",
+    "__nonzero__": "bool",
+    "__len__": "len",
+    "__hash__": "hash",
+}
+
+
+def unary_slot(attribute):
+    """The kind of the object itself."""
+    of_function = done_with_value(UNARY[attribute])
+    if attribute != "__str__":
+        return of_function
+    # The slot passes on what is no text, too.
+    return lambda value: OK if value.hostile == "lie" else of_function(value)
+
+
+BINARY = {"__coerce__": coerce, "__cmp__": cmp}
+for _name in "add sub mul div mod and or xor iadd isub eq ne lt le gt ge".split():
+    _operation = getattr(operator, _name + "_" * (_name in ("and", "or")))
+    BINARY["__%s__" % _name] = _operation
+    BINARY["__r%s__" % _name] = _operation
+
+
+# Types that share a slot for comparing, which the interpreter calls only with what has the same.
+COMPARED_AS_INT = ("BackgroundData", "RoomTileData", "GMRoom")
+
+
+def slot_kinds(type_, attribute):
+    """Of both arguments of a binary slot: a new object of the type with 3, and a value with a good
+    object."""
+    operation = BINARY[attribute]
+    side = "left" if attribute.startswith("__r") else "right"
+    name = type_.__name__.split(".")[-1]
+    if operation is cmp:
+        same = COMPARED_AS_INT if name in COMPARED_AS_INT else (name,)
+
+        def other(value):
+            if value.own_type not in same:
+                return RAISES
+            return forwarded(cmp, "right")(value) if type_ is GMVar else OK
+
+        return always(RAISES), other
+    if type_ is GMVar:
+        turned = "right" if side == "left" else "left"
+        return by_slot(operation, turned), by_slot(operation, side)
+    if type_ is Floatlist8:
+        return always(OK), as_float
+    return as_wide, as_wide

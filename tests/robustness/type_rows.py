@@ -20,6 +20,7 @@ from robustness.table import (
     EITHER,
     OK,
     RAISES,
+    SILENT,
     Row,
     ValuesRow,
     always,
@@ -131,13 +132,9 @@ def use(thing, *_):
 # ---- what all types have
 
 
-def of_same_type(type_, good=EITHER):
-    """The first argument of a method: an object of its type."""
-
-    def kind(value):
-        return good if value.own_type == name_of(type_) else RAISES
-
-    return kind
+def of_same_type(type_, kind=anything):
+    """The first argument of a method: an object of its type, of which it says what comes."""
+    return lambda value: kind(value) if value.own_type == name_of(type_) else RAISES
 
 
 def common_rows():
@@ -146,7 +143,7 @@ def common_rows():
         if type_ is GMVar:
             yield Row("GMVar()", GMVar, [lambda: 5], [anything], covers=["GMVar.__init__"])
             yield Row(
-                "GMVar.__init__", GMVar.__init__, [good, lambda: 5], [nothing_else(GMVar), anything]
+                "GMVar.__init__", GMVar.__init__, [good, lambda: 5], [of_same_type(GMVar), anything]
             )
         elif type_ is InstanceList:
             yield Row("InstanceList()", InstanceList, [list], [any_outcome], counts=[0, 1])
@@ -261,23 +258,19 @@ def _pickled(thing, protocol):
     return pickle.loads(pickle.dumps(thing, protocol))
 
 
-def nothing_else(type_):
-    return of_same_type(type_, ANY)
-
-
 def dying_row(name, good, dying, put, changes):
     """A row for changes of an object, made by `good`, that holds one that does a deed when it dies.
 
     dying    makes that one, of the deed
     put      puts it into the object
-    changes  pairs of a label and a function of the object
+    changes  of each a label, a function of the object, and what comes of it if not success
     """
 
-    def case(label, deed, change):
+    def case(deed, label, change, expected=OK):
         act = functools.partial(_put_and_change, dying, put, change)
-        return "%s, %s" % (label, deed), [good, lambda: deed], ANY, act
+        return "%s, %s" % (label, deed), [good, lambda: deed], expected, act
 
-    cases = [case(label, deed, change) for deed in hostile.DEEDS for label, change in changes]
+    cases = [case(deed, *change) for deed in hostile.DEEDS for change in changes]
     return ValuesRow(name, None, extra=cases)
 
 
@@ -292,24 +285,78 @@ def _put_and_change(dying, put, change, thing, deed):
     use(thing)
 
 
+def converted_instance(absent):
+    """What converts to an instance: one of a registered type, or what has an int, which may be no
+    registered id. Of an int conversion that fails without an exception that stays."""
+
+    def kind(value):
+        inner = operations.innermost(value)
+        if inner.instance or inner.name in ("Plain", "7"):
+            return OK
+        if inner.acts:
+            return EITHER if absent == RAISES else ANY  # the registry can be another one then
+        come = operations.as_int(inner)
+        return absent if come == OK else come
+
+    return kind
+
+
 # ---- slots and methods by their descriptors
-
-UNARY = "__int__ __float__ __str__ __abs__ __neg__ __pos__ __nonzero__ __len__ __hash__".split()
-BINARY = "add radd sub rsub mul rmul div rdiv mod rmod and rand or ror xor rxor iadd isub".split()
-BINARY = ["__%s__" % name for name in BINARY] + ["__coerce__", "__cmp__"]
-BINARY += ["__%s__" % name for name in "eq ne lt le gt ge".split()]
-
 
 # Deleting an element of a Floatlist8 fails through the float conversion of a value that is missing.
 NULL_ARGUMENT = "SystemError"
 
 
-def deletes(kind):
-    def deleted(value):
-        outcome = kind(value)
-        return outcome + (NULL_ARGUMENT,) if outcome == ANY else outcome
+def index_of_eight(inside, outside):
+    def kind(value):
+        if value.own_type or not values.can("index", value):
+            return RAISES
+        return inside if values.can("index of eight", value) else outside
 
-    return deleted
+    return kind
+
+
+def not_silent(kind):
+    """Of a slot that answers with a number: there the interpreter takes a failure without an
+    exception for a success."""
+    return lambda value: OK if kind(value) == SILENT else kind(value)
+
+
+# Slots with keys: type and attribute -> what the good call comes to, its further arguments, and
+# kinds of all arguments.
+KEYED = {
+    (GMVar, "__getattribute__"): (
+        OK,
+        [lambda: "real"],
+        [operations.done_with_value("get"), always(RAISES)],
+    ),
+    (GMVar, "__delattr__"): (RAISES, [lambda: "real"], [always(RAISES)] * 2),
+    (GMVar, "__setattr__"): (
+        RAISES,
+        [lambda: "x", lambda: 2],
+        [operations.done_with_value("set"), always(RAISES), always(RAISES)],
+    ),
+    (GMVar, "__getitem__"): (OK, [lambda: 1], [anything, any_outcome]),
+    (GMVar, "__delitem__"): (RAISES, [lambda: 1], [always(RAISES)] * 2),
+    (GMVar, "__setitem__"): (OK, [lambda: 1, lambda: 2], [anything, always(EITHER), anything]),
+    (Floatlist8, "__getitem__"): (OK, [lambda: 1], [anything, index_of_eight(OK, SILENT)]),
+    (Floatlist8, "__delitem__"): (
+        NULL_ARGUMENT,
+        [lambda: 1],
+        [always(NULL_ARGUMENT), index_of_eight(NULL_ARGUMENT, OK)],
+    ),
+    (Floatlist8, "__setitem__"): (
+        OK,
+        [lambda: 1, lambda: 2],
+        [anything, index_of_eight(OK, OK), not_silent(operations.as_float)],
+    ),
+    (InstanceList, "__delitem__"): (OK, [lambda: 1], [always(RAISES), always(EITHER)]),
+    (InstanceList, "__setitem__"): (
+        OK,
+        [lambda: 1, lambda: scene.current.instance],
+        [anything, always(EITHER), not_silent(converted_instance(RAISES))],
+    ),
+}
 
 
 def descriptor_rows():
@@ -317,45 +364,33 @@ def descriptor_rows():
         good, name = GOOD[type_], name_of(type_)
         for attribute, descriptor in sorted(type_.__dict__.items()):
             row_name = "%s.%s" % (name, attribute)
-            if attribute in UNARY:
-                yield Row(row_name, descriptor, [good], [nothing_else(type_)], good=ANY)
-            elif attribute in BINARY:
+            if attribute in operations.UNARY:
+                kind = operations.unary_slot(attribute)
+                yield Row(row_name, descriptor, [good], [of_same_type(type_, kind)])
+            elif attribute in operations.BINARY:
+                of_self, of_other = operations.slot_kinds(type_, attribute)
                 yield Row(
                     row_name,
                     descriptor,
                     [lending(good), lambda: 3],
-                    [nothing_else(type_), any_outcome],
-                    good=ANY,
+                    [of_same_type(type_, of_self), of_other],
+                    good=RAISES if attribute == "__cmp__" else OK,
                     values=LENT,
                     then=use,
                 )
-            elif attribute in ("__getitem__", "__delitem__", "__getattribute__", "__delattr__"):
-                key = (lambda: 1) if "item" in attribute else (lambda: "real")
-                yield Row(
-                    row_name,
-                    descriptor,
-                    [good, key],
-                    [deletes(nothing_else(type_)), deletes(any_outcome)],
-                    good=ANY + (NULL_ARGUMENT,),
-                    then=use,
-                )
-            elif attribute in ("__setitem__", "__setattr__"):
-                key = (lambda: 1) if attribute == "__setitem__" else (lambda: "x")
-                element = (lambda: scene.current.instance) if type_ is InstanceList else (lambda: 2)
-                yield Row(
-                    row_name,
-                    descriptor,
-                    [good, key, element],
-                    [nothing_else(type_), any_outcome, any_outcome],
-                    good=ANY,
-                    then=use,
-                )
+            elif (type_, attribute) in KEYED:
+                come, further, kinds = KEYED[type_, attribute]
+                kinds = [of_same_type(type_, kinds[0])] + kinds[1:]
+                yield Row(row_name, descriptor, [good] + further, kinds, good=come, then=use)
             elif attribute == "__call__":
                 yield ValuesRow(
                     row_name,
                     descriptor,
                     [good, lambda: 1],
-                    [nothing_else(type_), any_outcome],
+                    [
+                        of_same_type(type_, operations.done_with_value("call with 1")),
+                        always(RAISES),
+                    ],
                     good=RAISES,
                 )
 
@@ -378,14 +413,19 @@ def member_rows():
                     OK if may_be_deleted else RAISES,
                     delattr,
                 ),
-                ("delete twice", [good, lambda member=member: member.name], ANY, _delete_twice),
+                (
+                    "delete twice",
+                    [good, lambda member=member: member.name],
+                    OK if member.kind == "lenient" else RAISES,
+                    _delete_twice,
+                ),
             ]
             if may_be_deleted:
                 extra += [
                     (
                         "replace what does this when it dies: " + deed,
                         [good, lambda member=member: member.name, lambda deed=deed: deed],
-                        ANY,
+                        OK,
                         _replace,
                     )
                     for deed in hostile.DEEDS
@@ -427,18 +467,17 @@ def state_rows():
             name + ".__setstate__",
             type_.__dict__["__setstate__"],
             [good, state],
-            [nothing_else(type_), any_outcome],
+            [of_same_type(type_), STATES[type_]],
             counts=None,
             then=use,
         )
-        length = len(state_length(record))
+        length = state_length(record)
         for i in range(length):
             yield ValuesRow(
                 "%s.__setstate__, item %d" % (name, i),
                 functools.partial(_set_with_item, i),
                 [good, state, lambda: 1],
-                [None, None, any_outcome],
-                good=ANY,
+                [None, None, item_of_state(type_, i)],
                 then=use,
                 disturbs=True,
             )
@@ -449,7 +488,12 @@ def state_rows():
             [None, None],
             counts=None,
             extra=[
-                ("%d items" % n, [good, functools.partial(_cut_state, good, n)], ANY)
+                (
+                    "%d items" % n,
+                    [good, functools.partial(_cut_state, good, n)],
+                    # A room takes the pairs that there are, but nothing else.
+                    OK if (n < length) == (type_ is GMRoom) else RAISES,
+                )
                 for n in list(range(length)) + [length + 1, length + 50]
             ],
         )
@@ -457,14 +501,14 @@ def state_rows():
             name + ".__reduce__",
             type_.__dict__["__reduce__"],
             [good],
-            [nothing_else(type_)],
+            [of_same_type(type_)],
             counts=None,
         )
     yield Row(
         "InstanceList.__setstate__",
         InstanceList.__dict__["__setstate__"],
         [instance_list, lambda: (scene.current.instance,)],
-        [nothing_else(InstanceList), anything],
+        [of_same_type(InstanceList), anything],
         counts=None,
         then=use,
     )
@@ -472,17 +516,57 @@ def state_rows():
         "InstanceList.__reduce__",
         InstanceList.__dict__["__reduce__"],
         [instance_list],
-        [nothing_else(InstanceList)],
+        [of_same_type(InstanceList)],
         counts=None,
     )
 
 
 def state_length(record):
-    return range(
-        {"GMSprite": 17, "BackgroundData": 2, "Floatlist8": 8}.get(
-            name_of(record.type), len(record.members)
-        )
+    return {"GMSprite": 17, "BackgroundData": 2, "Floatlist8": 8}.get(
+        name_of(record.type), len(record.members)
     )
+
+
+def state_that(question):
+    """A tuple or list with which the interpreter can do this; ours is empty."""
+    return lambda value: OK if not value.own_type and values.can(question, value) else RAISES
+
+
+def state_of_pairs(value):
+    return OK if value.own_type == "InstanceList" else state_that("pairs")(value)
+
+
+def state_of_name_and_int(value):
+    """Its first item is asked for as of any sequence."""
+    if operations.fails(value):
+        return RAISES
+    return (
+        EITHER if value.acts and state_that("item 1")(value) == OK else state_that("item 1")(value)
+    )
+
+
+# Type -> which values are a state of it.
+STATES = {
+    GMRoom: state_of_pairs,
+    Tile: state_that("ten ints"),
+    GMSprite: state_that("17 ints"),
+    BackgroundData: state_of_name_and_int,
+    Floatlist8: state_that("item 7"),
+}
+
+
+def item_of_state(type_, i):
+    """The kind of an item: most are ints, and names can be hashed. What a value does meanwhile can
+    take away the other items, or the host."""
+
+    def kind(value):
+        if value.acts:
+            return EITHER
+        if (type_, i) in ((GMSprite, 15), (BackgroundData, 0)):
+            return operations.done_with_value("hash")(value)
+        return OK if type_ is Floatlist8 else MEMBER_INT(value)
+
+    return anything if type_ is GMRoom else kind
 
 
 def _state_of(good):
@@ -608,7 +692,7 @@ def variable_rows():
             ("item", lambda thing: operator.setitem(thing, 0, 1)),
             ("cell", lambda thing: operator.setitem(thing, (0, 0), 1)),
             ("clear", records.clear),
-            ("iadd", lambda thing: operator.iadd(thing, 1)),
+            ("iadd", lambda thing: operator.iadd(thing, 1), RAISES),
         ],
     )
 
@@ -624,26 +708,30 @@ def _set_pair(thing, i, j, value):
 # ---- lists of instances
 
 
-def item_of_list(value):
-    """What an InstanceList takes: an instance, or what converts to the id of one."""
-    return OK if value.instance else ANY
+def removed_instance(value):
+    """What is not in the list fails without an exception."""
+    inner = operations.innermost(value)
+    if inner.name in ("Plain", "other Instance"):
+        return SILENT
+    return converted_instance(RAISES)(value)
 
 
 def instance_list_rows():
     new = lambda: scene.current.instance  # noqa: E731
-    for name, kind in (("append", item_of_list), ("remove", any_outcome)):
+    for name, kind in (("append", converted_instance(SILENT)), ("remove", removed_instance)):
         yield Row(
             "InstanceList." + name,
             InstanceList.__dict__[name],
             [instance_list, new],
-            [nothing_else(InstanceList), kind],
+            # Nothing can be removed from an empty list.
+            [of_same_type(InstanceList, always(SILENT if name == "remove" else OK)), kind],
             then=use,
         )
     yield Row(
         "InstanceList.insert",
         InstanceList.__dict__["insert"],
         [instance_list, lambda: 1, new],
-        [nothing_else(InstanceList), any_outcome, item_of_list],
+        [of_same_type(InstanceList), number("i"), converted_instance(RAISES)],
         values=LENT,
         then=use,
     )
@@ -700,7 +788,7 @@ def instance_list_rows():
             ("assign", lambda things: operator.setitem(things, 0, scene.current.instance)),
             ("assign an id", lambda things: operator.setitem(things, 0, 7)),
             ("delete", lambda things: operator.delitem(things, 0)),
-            ("remove", lambda things: things.remove(things[0])),
+            ("remove", lambda things: things.remove(things[0]), RAISES),
             ("slice", lambda things: operator.setslice(things, 0, 9, [])),
             ("state", lambda things: things.__setstate__(())),
         ],
@@ -752,7 +840,7 @@ def forwarding_rows():
             "GMRoom." + name,
             GMRoom.__dict__[name],
             [room] + [lambda: 1] * count,
-            [nothing_else(GMRoom)] + [anything] * count,
+            [of_same_type(GMRoom)] + [anything] * count,
             counts=None if name in PASSED_OVER or name.startswith("Add") else [1 + count],
         )
 

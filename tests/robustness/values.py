@@ -504,11 +504,7 @@ LETTERS = ("i", "I", "f", MEMBER_INT)
 
 def _own_items(thing):
     """The items of a list or tuple as they are stored, whatever a subclass says."""
-    return (
-        list.__getslice__(thing, 0, 9)
-        if isinstance(thing, list)
-        else tuple.__getslice__(thing, 0, 9)
-    )
+    return (list if isinstance(thing, list) else tuple).__getslice__(thing, 0, 1000)
 
 
 def _channels(thing):
@@ -536,6 +532,13 @@ QUESTIONS = {
     "call with 4": lambda thing: thing(1, 1, 1, 1),
     "repr": repr,
     "item 1": lambda thing: _as_long(ctypes.py_object(_own_items(thing)[1])),
+    "index": lambda thing: _as_long(ctypes.py_object(operator.index(thing))),
+    "index of eight": lambda thing: range(8)[operator.index(thing)],
+    "item 7": lambda thing: _own_items(thing)[7],
+    "ten ints": lambda thing: [_as_long(ctypes.py_object(_own_items(thing)[i])) for i in range(10)],
+    "17 ints": lambda thing: [_as_long(ctypes.py_object(_own_items(thing)[i])) for i in range(17)],
+    "pairs": lambda thing: [(name + "", value) for name, value in _own_items(thing)],
+    "items": lambda thing: list(thing),
     "colour": lambda thing: [_as_long(ctypes.py_object(part)) for part in _channels(thing)],
     "in": lambda thing: object() in thing,
     "in, unhashable": lambda thing: [] in thing,
