@@ -39,7 +39,8 @@ class Row(object):
     kinds      what replaces each; None where nothing does
     counts     the numbers of arguments that it takes; None where it takes any
     keywords   whether it takes keywords
-    good       what comes of the good call
+    good       what comes of the good call, and of fewer arguments where it takes these; or a
+               function that says so
     then       called with the arguments of each case afterwards; whatever that raises
     extra      more cases: (label, functions that make the arguments, expected, and
                optionally another function)
@@ -63,8 +64,9 @@ class Row(object):
         assert len(kinds) == len(base), name
 
     def cases(self):
+        good = self.good() if callable(self.good) else self.good
         if self.function is not None:
-            yield self._case("good", self.base, self.good)
+            yield self._case("good", self.base, good)
         for i, kind in enumerate(self.kinds):
             if kind is not None:
                 for value in self.values:
@@ -76,7 +78,7 @@ class Row(object):
             for count in list(range(len(self.base))) + [len(self.base) + 1, len(self.base) + 9]:
                 arguments = list(self.base[:count])
                 arguments += [lambda: None] * (count - len(arguments))
-                expected = EITHER if count in self.counts else RAISES
+                expected = good if count in self.counts else RAISES
                 yield self._case("%d arguments" % count, arguments, expected)
         if not self.keywords:
             yield self._case("a keyword", self.base, RAISES, keywords={"keyword": 1})

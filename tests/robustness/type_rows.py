@@ -31,6 +31,9 @@ from robustness.table import (
 MEMBER_INT = number(values.MEMBER_INT)
 any_outcome = always(ANY)
 
+# A number like any other.
+TWO = values.Value("2", lambda: 2)
+
 TYPES = [GMVar, GMSprite, BackgroundData, Tile, InstanceList, GMRoom, Floatlist8, Beancounter]
 
 
@@ -146,7 +149,7 @@ def common_rows():
                 "GMVar.__init__", GMVar.__init__, [good, lambda: 5], [of_same_type(GMVar), anything]
             )
         elif type_ is InstanceList:
-            yield Row("InstanceList()", InstanceList, [list], [any_outcome], counts=[0, 1])
+            yield Row("InstanceList()", InstanceList, [list], [items], counts=[0, 1])
         else:
             # Arguments are passed over, and so are keywords.
             yield ValuesRow(name + "()", type_, [lambda: 1], [anything])
@@ -532,6 +535,13 @@ def state_that(question):
     return lambda value: OK if not value.own_type and values.can(question, value) else RAISES
 
 
+def items(value):
+    """What a list can be made of, or extended by."""
+    if value.own_type:
+        return OK if value.own_type in ("InstanceList", "Floatlist8") else RAISES
+    return OK if values.can("items", value) else RAISES
+
+
 def state_of_pairs(value):
     return OK if value.own_type == "InstanceList" else state_that("pairs")(value)
 
@@ -603,9 +613,17 @@ def operator_rows():
                     operation,
                     base,
                     kinds,
-                    good=ANY,
+                    good=functools.partial(kinds[0] or kinds[1], TWO),
                     values=LENT,
                 )
+
+
+# What good calls come to that do not succeed: the value is an int, and a slice is no index.
+GOOD_OF_VARIABLES = {
+    "GMVar[i:j] = x": SILENT,
+    "attribute of a GMVar's value is set": RAISES,
+    "attribute of a GMVar's value is deleted": RAISES,
+}
 
 
 def variable_rows():
@@ -632,7 +650,7 @@ def variable_rows():
                 operation,
                 base,
                 kinds,
-                good=ANY,
+                good=functools.partial(kinds[position], values.held(TWO)),
                 values=held_values,
             )
     for label, function, base, kinds in (
@@ -640,7 +658,7 @@ def variable_rows():
             "GMVar[i, j]",
             _get_pair,
             [variable, lambda: 1, lambda: 1],
-            [None, any_outcome, any_outcome],
+            [None, always(EITHER), always(EITHER)],
         ),
         (
             "GMVar[i, j] = x",
@@ -652,26 +670,31 @@ def variable_rows():
             "GMVar[i:j]",
             operator.getslice,
             [variable, lambda: 1, lambda: 2],
-            [None, any_outcome, any_outcome],
+            [None, always(EITHER), always(EITHER)],
         ),
         (
             "GMVar[i:j] = x",
             operator.setslice,
             [variable, lambda: 1, lambda: 2, lambda: 1],
-            [None, any_outcome, any_outcome, any_outcome],
+            [None, always((RAISES, SILENT)), always((RAISES, SILENT)), always(SILENT)],
         ),
-        ("attribute of a GMVar's value", getattr, [variable, lambda: "real"], [any_outcome, None]),
+        (
+            "attribute of a GMVar's value",
+            getattr,
+            [variable, lambda: "real"],
+            [operations.done_with_value("get"), None],
+        ),
         (
             "attribute of a GMVar's value is set",
             setattr,
             [variable, lambda: "x", lambda: 1],
-            [any_outcome, None, None],
+            [always(EITHER), None, None],
         ),
         (
             "attribute of a GMVar's value is deleted",
             delattr,
             [variable, lambda: "x"],
-            [any_outcome, None],
+            [always(EITHER), None],
         ),
     ):
         yield ValuesRow(
@@ -679,7 +702,7 @@ def variable_rows():
             function,
             base,
             kinds,
-            good=ANY,
+            good=GOOD_OF_VARIABLES.get(label, OK),
             values=held_values if "value" in label else values.ALL,
             then=use,
         )
@@ -739,7 +762,7 @@ def instance_list_rows():
         "InstanceList[i:j] = x",
         operator.setslice,
         [instance_list, lambda: 0, lambda: 1, list],
-        [None, any_outcome, any_outcome, any_outcome],
+        [None, always(EITHER), always(EITHER), items],
         counts=None,
         then=use,
     )
@@ -747,36 +770,37 @@ def instance_list_rows():
         "InstanceList[slice] = x",
         operator.setitem,
         [instance_list, lambda: slice(0, 3, 2), lambda: [1, 2]],
-        [None, any_outcome, any_outcome],
+        # An index past the end fails without an exception.
+        [None, any_outcome, always(EITHER)],
         counts=None,
         then=use,
         extra=[
             (
                 "%s that does this: %s" % (bound, deed),
                 [instance_list, functools.partial(_slice_with, bound, deed), lambda: [1, 2]],
-                ANY,
+                EITHER,  # by what is in the list then
             )
             for bound in ("start", "stop", "step")
             for deed in hostile.DEEDS
         ],
     )
-    for name in (
-        "extend",
-        "pop",
-        "index",
-        "count",
-        "__iadd__",
-        "__contains__",
-        "__init__",
-        "__add__",
+    for name, good, kind in (
+        ("extend", RAISES, items),
+        ("pop", OK, always(EITHER)),
+        ("index", RAISES, any_outcome),
+        ("count", OK, operations.compared),
+        ("__iadd__", RAISES, items),
+        ("__contains__", OK, not_silent(operations.compared)),
+        ("__init__", RAISES, items),
+        ("__add__", RAISES, lambda value: OK if value.list else RAISES),
     ):
         yield Row(
             "InstanceList.%s, the list's own" % name,
             getattr(list, name),
             [instance_list, lambda: 0],
-            [None, any_outcome],
+            [None, kind],
             counts=None,
-            good=ANY,
+            good=good,
             then=use,
         )
     yield dying_row(
