@@ -208,7 +208,9 @@ def SCREEN():
 
 def target(value):
     """What can be drawn on. A blit that SDL refuses fails without an exception."""
-    return RAISES if value.short else ANY if value.name.startswith("locked") else usable(value)
+    if value.short or not value.surface:
+        return EITHER if value.replaced else RAISES
+    return SILENT if value.locked or value.without_pixels else OK
 
 
 def target_of_view(value):
@@ -253,12 +255,15 @@ def host_rows():
         [convertible, anything],
         counts=[1, 2],
     )
-    for name, room in (("Room_Draw", FLAT_ROOM), ("Room_Draw with views", ROOM)):
+    for name, room, kind in (
+        ("Room_Draw", FLAT_ROOM, target),
+        ("Room_Draw with views", ROOM, target_of_view),
+    ):
         yield Row(
             name,
             larkspur.Room_Draw,
             [room, SCREEN],
-            [only_hostile, target],
+            [only_hostile, kind],
             covers=["Room_Draw"],
             disturbs=True,
         )

@@ -90,7 +90,8 @@ def tile_on(target):
             return EITHER if value.replaced else RAISES
         # What a subsurface is a share of is locked while it is drawn on or from.
         shared = value.display and target.display and value is not target
-        return SILENT if target.locked or value.locked or shared else OK
+        refused = [thing.locked or thing.without_pixels for thing in (target, value)]
+        return SILENT if shared or any(refused) else OK
 
     return kind
 

@@ -347,6 +347,10 @@ def _foreign(width, height, pitch, pixels=True):
 _kept = []
 
 
+# Without pixels a layer over SDL 2 refuses to blit.
+EMPTY = dict(exact=True, empty=True, without_pixels=sdl.is_layer())
+
+
 def _surfaces():
     for bits in (8, 15, 16, 24, 32):
         yield Value("Surface of %d bits" % bits, _surface(bits), bits, exact=True)
@@ -355,8 +359,8 @@ def _surfaces():
         "Surface of 16 bits with alpha", _surface(16, flags=pygame.SRCALPHA), 16, exact=True
     )
     for size in ((0, 0), (0, 5), (5, 0)):
-        yield Value("Surface %dx%d" % size, _surface(size=size), 32, exact=True, empty=True)
-    yield Value("empty Surface of 8 bits", _surface(8, (0, 0)), 8, exact=True, empty=True)
+        yield Value("Surface %dx%d" % size, _surface(size=size), 32, **EMPTY)
+    yield Value("empty Surface of 8 bits", _surface(8, (0, 0)), 8, **EMPTY)
     yield Value("Surface 1x1", _surface(size=(1, 1)), 32, exact=True)
     for bits in (8, 16, 24, 32):
         yield Value("subsurface of %d bits" % bits, _part(_surface(bits)), bits, exact=True)
