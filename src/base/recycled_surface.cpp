@@ -111,8 +111,7 @@ RecycledSurface recycled_surface(Uint32 flags, int width, int height, int depth,
         ++kept->surface->refcount;
         return {SurfacePtr(kept->surface), false};
     }
-    SurfacePtr made(SDL_CreateRGBSurface(flags, width, height, depth, masks.Rmask, masks.Gmask,
-                                         masks.Bmask, masks.Amask));
+    SurfacePtr made = new_surface(flags, width, height, depth, masks);
     if (made != nullptr) {
         keep(made.get(), request);
     }

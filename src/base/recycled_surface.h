@@ -16,14 +16,14 @@ struct RecycledSurface {
     bool is_clear = false;
 };
 
-/// A surface in the masks of a format, its record as SDL_CreateRGBSurface() makes it but for the
+/// A surface in the masks of a format, its record as new_surface() makes it but for the
 /// number of its holders: one of an earlier call for the same when nobody else holds it any
 /// longer, and none of its holders left anything behind that can't be put back, such as a lock,
 /// other masks or a picture that is run-length encoded; else a new one.
 ///
 /// Of the latest surfaces up to eight, of 32 MiB together, are kept by a share of this unit's.
 ///
-/// @param flags as SDL_CreateRGBSurface() takes them
+/// @param flags as new_surface() takes them
 /// @param width, height pixels, not negative
 /// @param depth bits a pixel
 RecycledSurface recycled_surface(Uint32 flags, int width, int height, int depth,

@@ -140,6 +140,22 @@ inline bool has_video_mode() noexcept {
 /// Number of bytes from which on SDL makes no surface; a layer over SDL 2 would.
 constexpr double kRefusedBytes = 2147483648.0;
 
+/// As SDL_CreateRGBSurface(), in the masks of a format. Null, with SDL's error set, also from
+/// kRefusedBytes on: SDL 1.2 gives such a surface up by way of a field that it has not set yet.
+///
+/// @param width, height pixels, not negative
+/// @param depth bits a pixel
+inline SurfacePtr new_surface(Uint32 flags, int width, int height, int depth,
+                              const SDL_PixelFormat& masks) noexcept {
+    const int pixel_bytes = (depth + 7) / 8;
+    if (static_cast<double>(pixel_bytes) * width * height >= kRefusedBytes) {
+        SDL_OutOfMemory();
+        return nullptr;
+    }
+    return SurfacePtr(SDL_CreateRGBSurface(flags, width, height, depth, masks.Rmask, masks.Gmask,
+                                           masks.Bmask, masks.Amask));
+}
+
 /// False, with SDL's error set, when somebody holds a lock on a picture that was run-length
 /// encoded: it is decoded then and still says that it is encoded, and SDL crashes where it changes
 /// its colour key or alpha, as it does to convert it.

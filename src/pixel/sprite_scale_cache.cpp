@@ -108,14 +108,9 @@ void fill(PyObject* image, int colour) noexcept {
     }
 }
 
-SurfacePtr new_surface(int width, int height, const SDL_PixelFormat& masks) noexcept {
-    // SDL clears it, so it is transparent black.
-    return SurfacePtr(SDL_CreateRGBSurface(SDL_SWSURFACE, width, height, 32, masks.Rmask,
-                                           masks.Gmask, masks.Bmask, masks.Amask));
-}
-
+// Its pixels on transparent black, in these masks.
 SurfacePtr copied(SDL_Surface* source, const SDL_PixelFormat& masks) noexcept {
-    SurfacePtr copy = new_surface(source->w, source->h, masks);
+    SurfacePtr copy = new_surface(SDL_SWSURFACE, source->w, source->h, 32, masks);
     if (copy != nullptr) {
         SDL_Rect place = {};
         blit(source, nullptr, copy.get(), &place);

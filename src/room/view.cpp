@@ -174,7 +174,7 @@ SurfacePtr make_intermediate(std::int32_t width, std::int32_t height) noexcept {
         return nullptr;
     }
     // SDL itself takes a negative size for a huge one.
-    const bool refused = width < 0 || height < 0 || 4.0 * width * height >= kRefusedBytes;
+    const bool refused = width < 0 || height < 0;
     RecycledSurface recycled = refused ? RecycledSurface{}
                                        : recycled_surface(SDL_SWSURFACE | SDL_SRCALPHA, width,
                                                           height, 32, *display->format);

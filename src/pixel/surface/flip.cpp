@@ -69,9 +69,7 @@ SurfacePtr clone_surface(const SDL_Surface* surface) noexcept {
         return nullptr;
     }
     const SDL_PixelFormat& format = *surface->format;
-    return SurfacePtr(SDL_CreateRGBSurface(surface->flags, surface->w, surface->h,
-                                           format.BitsPerPixel, format.Rmask, format.Gmask,
-                                           format.Bmask, format.Amask));
+    return new_surface(surface->flags, surface->w, surface->h, format.BitsPerPixel, format);
 }
 
 SurfacePtr flip_v(SDL_Surface* surface) noexcept {

@@ -96,8 +96,7 @@ SurfacePtr of_its_own_height(SurfacePtr result) noexcept {
         return result;
     }
     const SDL_PixelFormat& format = *result->format;
-    SurfacePtr copy(SDL_CreateRGBSurface(result->flags, result->w, result->h, format.BitsPerPixel,
-                                         format.Rmask, format.Gmask, format.Bmask, format.Amask));
+    SurfacePtr copy = new_surface(result->flags, result->w, result->h, format.BitsPerPixel, format);
     if (copy == nullptr) {
         return nullptr;
     }
