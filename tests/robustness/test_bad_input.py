@@ -18,7 +18,7 @@ IS_SANITIZED = os.path.basename(os.path.normpath(build.path())) == "sanitize"
 DEFAULT = "100" if IS_SANITIZED else "25"
 
 
-def test_no_call_does_worse_than_raise(capsys):
+def test_every_call_comes_to_what_its_row_states(capsys):
     mode = os.environ.get("LARKSPUR_ROBUSTNESS", DEFAULT)
     status, out, err = subprocess_python.run(
         "import sys\nfrom robustness import runner\nsys.exit(runner.main([]))",
