@@ -543,7 +543,7 @@ QUESTIONS = {
     "17 ints": lambda thing: [_as_long(ctypes.py_object(_own_items(thing)[i])) for i in range(17)],
     "pairs": lambda thing: [(name + "", value) for name, value in _own_items(thing)],
     "items": lambda thing: list(thing),
-    "colour": lambda thing: [_as_long(ctypes.py_object(part)) for part in _channels(thing)],
+    "colour": lambda thing: [_as_long(ctypes.py_object(channel)) for channel in _channels(thing)],
     "in": lambda thing: object() in thing,
     "in, unhashable": lambda thing: [] in thing,
     "get": lambda thing: thing.real,
