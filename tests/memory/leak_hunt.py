@@ -8,42 +8,21 @@ end stands what the resident size grew by in all rounds that were measured.
 
 from __future__ import print_function
 
-import ctypes
 import gc
-import os
 
 import pytest
 from _pytest import runner
+from support import heap
 
 WARM_ROUNDS = 2
 ROUNDS = 4
 CLOSE_ROUNDS = 6  # of a test after whose rounds there was more than before, counted one by one
-PAGE_KIB = os.sysconf("SC_PAGESIZE") // 1024
-
-
-class _MallInfo(ctypes.Structure):
-    _fields_ = [
-        (name, ctypes.c_size_t)
-        for name in (
-            "arena ordblks smblks hblks hblkhd usmblks fsmblks uordblks fordblks keepcost".split()
-        )
-    ]
-
-
-_mallinfo2 = ctypes.CDLL(None).mallinfo2
-_mallinfo2.restype = _MallInfo
-
-
-def resident_kib():
-    with open("/proc/self/statm") as source:
-        return int(source.read().split()[1]) * PAGE_KIB
 
 
 def held():
     """(objects that the collector knows, bytes that malloc() has handed out)"""
     gc.collect()
-    info = _mallinfo2()
-    return len(gc.get_objects()), info.uordblks + info.hblkhd
+    return len(gc.get_objects()), heap.allocated_bytes()
 
 
 def run(item, nextitem):
@@ -76,13 +55,13 @@ class LeakHunt(object):
 
     def hunt(self, item, nextitem):
         self.hunted += 1
-        resident = resident_kib()
+        resident = heap.resident_kib()
         grown = self.growth(item, nextitem, WARM_ROUNDS, [ROUNDS])
         if is_leak(grown):
             grown = self.growth(item, nextitem, 0, [1] * CLOSE_ROUNDS)
             if is_leak(grown):
                 self.grown.append((item.nodeid, grown))
-        self.resident_kib += resident_kib() - resident
+        self.resident_kib += heap.resident_kib() - resident
 
     def growth(self, item, nextitem, warm_rounds, measured):
         """How many objects and how many bytes each of the measured numbers of rounds adds."""

@@ -3,7 +3,7 @@
     python curve.py RESULTS DIRECTORY
 
 needs Python 3 with matplotlib, and bench/python on PYTHONPATH; script/soak --plot sees to that. The
-resident memory is drawn from zero, so that its growth shows in proportion, over what caches hold.
+memory is drawn from zero, so that its growth shows in proportion, over what caches hold.
 """
 
 from __future__ import division, print_function
@@ -18,7 +18,8 @@ from matplotlib.ticker import FuncFormatter
 
 # (key of the samples, what it says, colour, what to divide by)
 CURVES = (
-    ("resident_kib", "resident memory, MiB", "#5b4fcf", 1024),
+    ("allocated_kib", "memory handed out, MiB", "#5b4fcf", 1024),
+    ("resident_kib", "resident memory, MiB", "#3f8fb8", 1024),
     ("objects", "objects that the collector knows, thousands", "#6aa57f", 1000),
     ("particles", "living particles, thousands", "#cf5a45", 1000),
     ("sprite_pictures", "pictures in the fullest sprite's cache", "#e3a72f", 1),

@@ -5,8 +5,9 @@
 script/soak calls it. While it plays, keys and mouse buttons go down and up, rooms are changed,
 views switched, instances, and particle types with their particles, made and dropped, pictures
 scaled, turned, mirrored and painted on, states of rooms and tiles copied, and the display is closed
-and opened again. Every so often it notes the resident memory, the objects that the collector knows
-and the pictures that caches hold; RESULTS is all of that as JSON.
+and opened again. Every so often it notes the bytes that malloc() has handed out, the resident
+memory, the objects that the collector knows and the pictures that caches hold; RESULTS is all of
+that as JSON.
 
 It ends with status 1 where memory grew after the first fifth, in which caches fill, or where a
 cache left its bounds. With --only-bounds memory may grow: sanitizers keep what is freed.
@@ -39,7 +40,7 @@ import gmapi  # noqa: E402
 import larkspur  # noqa: E402
 import pygame  # noqa: E402
 from evening import game  # noqa: E402
-from support import particles  # noqa: E402
+from support import heap, particles  # noqa: E402
 
 # What is done to the game, and between how many frames on average.
 ACTIONS = (
@@ -196,18 +197,14 @@ def del_all(made):
     del made[:]
 
 
-def resident_kib():
-    with open("/proc/self/statm") as source:
-        return int(source.read().split()[1]) * os.sysconf("SC_PAGESIZE") // 1024
-
-
 def sample(soak, frame, seconds):
     """What the game holds now."""
     gc.collect()
     return {
         "frame": frame,
         "seconds": seconds,
-        "resident_kib": resident_kib(),
+        "allocated_kib": heap.allocated_bytes() // 1024,
+        "resident_kib": heap.resident_kib(),
         "objects": len(gc.get_objects()),
         "particles": game.living_particles(),
         "sprite_pictures": max(len(sprite.scalecache) for sprite in gm6.game.sprites),
@@ -248,11 +245,9 @@ def main():
         json.dump({"samples": samples, "done": soak.done, "seed": options.seed}, results)
     for what, count in sorted(soak.done.items()):
         print("{:>9} {}".format(count, what))
-    print(
-        "resident memory, last fifth over the second one: {:+d} KiB".format(
-            bounds.growth_kib(samples)
-        )
-    )
+    for key, (what, _) in sorted(bounds.MOST_GROWTH_KIB.items()):
+        grown = bounds.growth_kib(samples, key)
+        print("{}, last fifth over the second one: {:+d} KiB".format(what, grown))
     for fault in found:
         print("soak: " + fault, file=sys.stderr)
     return 1 if found else 0
