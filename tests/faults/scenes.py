@@ -126,6 +126,10 @@ def frame_with_views():
 
 # A followed instance that can't be found leaves its exception, and does not fail the view.
 frame_with_views.may_leave = True
+# An instance whose draw code can't be read counts as one without, and is asked for its object,
+# which the first one lacks. A view without memory for its intermediate surface has a size that
+# can't be made.
+frame_with_views.allowed = (MemoryError, AttributeError, ValueError)
 
 
 def pictures():
