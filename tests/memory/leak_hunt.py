@@ -2,32 +2,56 @@
 
 Counted are the objects that the collector knows and the bytes that malloc() has handed out, which
 with tests/native/helpers/plain_malloc.c preloaded are those of all objects too. A test is reported
-when either grows with every round: what is kept once (a cache, an interned name) does not. At the
-end stands what the resident size grew by in all rounds that were measured.
+when either grows with every round: what is kept once (a cache, an interned name) does not. Tests
+that register callables of their own may grow, as larkspur gives back none of its references to
+them, and tests that start processes run once; both are counted. At the end stands what the
+resident size grew by in all rounds that were measured.
 """
 
 from __future__ import print_function
 
+import array
 import gc
+import resource
 
+import pygame
 import pytest
 from _pytest import runner
 from support import heap
+from support.host import RecordingHost
 
 WARM_ROUNDS = 2
 ROUNDS = 4
 CLOSE_ROUNDS = 6  # of a test after whose rounds there was more than before, counted one by one
+# The objects that the collector knows, and the bytes that malloc() has handed out.
+KINDS = (lambda: len(gc.get_objects()), heap.allocated_bytes)
 
 
-def held():
-    """(objects that the collector knows, bytes that malloc() has handed out)"""
+def note(counts, place):
+    """Writes how much of each kind there is now."""
     gc.collect()
-    return len(gc.get_objects()), heap.allocated_bytes()
+    for held, count in zip(counts, KINDS):
+        held[place] = count()
 
 
 def run(item, nextitem):
+    """One round. What pytest itself would keep of it goes: a fixture that lives longer notes what
+    is to be done first at its end for each user that it has had, an item what each run printed."""
+    fixtures = item.session._fixturemanager._arg2fixturedefs
+    ends = [fixture._finalizers for named in fixtures.values() for fixture in named]
+    counts = [len(noted) for noted in ends]
     item._initrequest()  # the fixtures of the run before are gone
-    return runner.runtestprotocol(item, nextitem=nextitem, log=False)
+    reports = runner.runtestprotocol(item, nextitem=nextitem, log=False)
+    for noted, count in zip(ends, counts):
+        del noted[count:]
+    del item._report_sections[:]
+    return reports
+
+
+def children():
+    """Changes when a process of this one has ended."""
+    used = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return used.ru_minflt, used.ru_utime, used.ru_stime
 
 
 def is_leak(grown):
@@ -37,19 +61,27 @@ def is_leak(grown):
 
 class LeakHunt(object):
     def __init__(self):
+        self.running = None  # the test that is run
         self.hunted = 0
+        self.elsewhere = 0  # tests that started processes, whose memory went with them
+        self.keeping = 0  # tests of which larkspur keeps callables
         self.grown = []  # (test, objects of each round, bytes of each round)
         self.failed = set()
+        self.own_callables = set()  # tests that registered some
         self.resident_kib = 0
 
     @pytest.hookimpl(tryfirst=True)
     def pytest_runtest_protocol(self, item, nextitem):
         item.ihook.pytest_runtest_logstart(nodeid=item.nodeid, location=item.location)
+        processes = children()
+        self.running = item.nodeid
         reports = run(item, nextitem)
         for report in reports:
             item.ihook.pytest_runtest_logreport(report=report)
         item.ihook.pytest_runtest_logfinish(nodeid=item.nodeid, location=item.location)
-        if all(report.passed for report in reports):
+        if children() != processes:
+            self.elsewhere += 1
+        elif all(report.passed for report in reports):
             self.hunt(item, nextitem)
         return True
 
@@ -60,17 +92,25 @@ class LeakHunt(object):
         if is_leak(grown):
             grown = self.growth(item, nextitem, 0, [1] * CLOSE_ROUNDS)
             if is_leak(grown):
-                self.grown.append((item.nodeid, grown))
+                self.report(item, grown)
         self.resident_kib += heap.resident_kib() - resident
+
+    def report(self, item, grown):
+        if item.nodeid in self.own_callables:
+            self.keeping += 1
+        else:
+            self.grown.append((item.nodeid, grown))
 
     def growth(self, item, nextitem, warm_rounds, measured):
         """How many objects and how many bytes each of the measured numbers of rounds adds."""
         self.repeat(item, nextitem, warm_rounds)
-        counts = [held()]
-        for rounds in measured:
+        # Places made beforehand: what is noted between two rounds would count as growth.
+        counts = [array.array("l", [0] * (1 + len(measured))) for _ in KINDS]
+        note(counts, 0)
+        for place, rounds in enumerate(measured):
             self.repeat(item, nextitem, rounds)
-            counts.append(held())
-        return [[after - before for before, after in zip(kind, kind[1:])] for kind in zip(*counts)]
+            note(counts, 1 + place)
+        return [[after - before for before, after in zip(kind, kind[1:])] for kind in counts]
 
     def repeat(self, item, nextitem, rounds):
         for _ in range(rounds):
@@ -88,11 +128,38 @@ class LeakHunt(object):
         for test in sorted(self.failed):
             line("{} fails when it is repeated".format(test))
         line(
-            "leak hunt: {} tests; {} grow, {} fail when repeated; resident size {:+d} KiB".format(
-                self.hunted, len(self.grown), len(self.failed), self.resident_kib
+            "leak hunt: {} tests; {} grow, {} fail when repeated; resident size {:+d} KiB; "
+            "{} more keep callables, {} more start processes".format(
+                self.hunted,
+                len(self.grown),
+                len(self.failed),
+                self.resident_kib,
+                self.keeping,
+                self.elsewhere,
             )
         )
 
 
+def start_display_once():
+    """pygame keeps some bytes for each time that it is asked to start what has been started."""
+    start = pygame.display.init
+    pygame.display.init = lambda: None if pygame.display.get_init() else start()
+
+
+def watch_registering(hunt):
+    """Notes the tests that register a host with callables that are not made once."""
+    register = RecordingHost.register
+
+    def watched(host, larkspur):
+        if host.has_own_callables():
+            hunt.own_callables.add(hunt.running)
+        register(host, larkspur)
+
+    RecordingHost.register = watched
+
+
 def pytest_configure(config):
-    config.pluginmanager.register(LeakHunt())
+    start_display_once()
+    hunt = LeakHunt()
+    watch_registering(hunt)
+    config.pluginmanager.register(hunt)

@@ -84,13 +84,19 @@ class ParticleSystem(Plain):
 
 
 class RecordingHost(object):
-    """gm6 and gmapi with all that larkspur looks for.
+    """gm6 and gmapi with all that larkspur looks for. Of several hosts the newest is called.
 
     calls     list of (name, arguments) in the order in which larkspur made them
     results   name -> what the host function returns (default None), or an exception it raises
     game      the game object with its lists sprites, backgrounds, rooms and objects
     registry  instance id -> instance, as given to RegisterInstancesDict()
     """
+
+    _newest = None
+    # Made once, as larkspur gives back none of its references to them.
+    _recorders = {}  # name -> function
+    _draw_props = Plain()
+    _self_stack = []
 
     def __init__(self, screen):
         import pygame
@@ -102,33 +108,45 @@ class RecordingHost(object):
         self.screen = screen
         self.game = Plain(sprites=[], backgrounds=[], rooms=[], objects=[])
         self._saved = dict(self.gm6.__dict__), dict(self.gmapi.__dict__)
+        RecordingHost._newest = self
         self.gm6.game = self.gmapi.game = self.game
         for name in ROOM_FUNCTIONS + LOADERS:
             setattr(self.gm6, name, self.recorder(name))
         self.gmapi.draw_sprite_ext = self.recorder("draw_sprite_ext")
         self.gmapi.py_ParticleSystem = ParticleSystem
-        self.gmapi.py_draw_props = Plain(color=(255, 255, 255), alpha=1.0)
-        self.gmapi.py_self_stack = []
+        self.gmapi.py_draw_props = self._draw_props
+        self._draw_props.__dict__ = {"color": (255, 255, 255), "alpha": 1.0}
+        self.gmapi.py_self_stack = self._self_stack
+        del self._self_stack[:]
         self.gmapi.self = None
         self.gmapi.pygame = pygame
         self.gmapi.__builtins__ = __builtin__  # as every module imported from a file has them
 
-    def recorder(self, name):
-        """A function that records its call under `name` and answers from `results`."""
+    @classmethod
+    def recorder(cls, name):
+        """A function that has the newest host record its call under `name` and answer it."""
 
         def record(*arguments):
-            self.calls.append((name, arguments))
-            result = self.results.get(name)
-            if isinstance(result, BaseException):
-                raise result
-            return result
+            return cls._newest.answer(name, arguments)
 
         record.__name__ = name
-        return record
+        return cls._recorders.setdefault(name, record)
+
+    def answer(self, name, arguments):
+        self.calls.append((name, arguments))
+        result = self.results.get(name)
+        if isinstance(result, BaseException):
+            raise result
+        return result
 
     def register(self, larkspur):
         """Hands registry and callables to larkspur; again whenever the callables change."""
         larkspur.RegisterInstancesDict(self.registry, Instance, ParticleSystem, Plain)
+
+    def has_own_callables(self):
+        """Whether larkspur finds others than those that are made once."""
+        found = dict(self.gmapi.__dict__, **self.gm6.__dict__)
+        return any(found.get(name) is not made for name, made in self._recorders.items())
 
     def named(self, name):
         """The arguments of every recorded call of one host function."""

@@ -43,11 +43,15 @@ def set_view(room, view, **values):
         getattr(room, "view_" + name)[view] = value
 
 
+# For each number of views: the first ones are visible. Made once, as rooms keep it when they die.
+FIRST_VISIBLE = [tuple(i < views for i in range(8)) for views in range(9)]
+
+
 def make_view_room(views=1, **members):
     """A GMRoom of 800 x 600 whose first `views` views are visible: each follows nothing and shows
     320 x 240 pixels of the room one to one at the display's origin."""
     room = make_room(
-        view_enabled=1, room_width=800, room_height=600, view_visible=[i < views for i in range(8)]
+        view_enabled=1, room_width=800, room_height=600, view_visible=FIRST_VISIBLE[views]
     )
     for name in VIEW_MEMBERS:
         setattr(room, name, float_list([]))
