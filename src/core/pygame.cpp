@@ -132,12 +132,15 @@ PyObject* whole_of(PyObject* object) noexcept {
     return object;
 }
 
+// Whether pygame may have failed to set the display anew.
+bool display_may_be_lost() noexcept {
+    return !has_video_mode() && SDL_WasInit(SDL_INIT_VIDEO) != 0;
+}
+
 // False with RuntimeError for the display's Surface after pygame failed to set the display anew:
-// SDL has freed the old one's pixels then, and pygame keeps the Surface as it was.
-bool require_no_lost_display(PyObject* whole, const char* function) noexcept {
-    if (has_video_mode() || SDL_WasInit(SDL_INIT_VIDEO) == 0) {
-        return true;
-    }
+// SDL has freed the old one's pixels then, and pygame keeps the Surface as it was. Apart from what
+// every tile goes through, which would save the registers that this takes.
+[[gnu::noinline]] bool require_no_lost_display(PyObject* whole, const char* function) noexcept {
     PyRef current;
     {
         const CollectionPause pause;
@@ -259,12 +262,14 @@ SDL_Surface* peek_surface(PyObject* surface_object) noexcept {
     return as_surface_object(surface_object)->surface;
 }
 
-SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept : function_(function) {
-    if (surface_of(object, function) == nullptr ||
-        !require_no_lost_display(whole_of(object), function)) {
-        return;
+SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept
+    : object_(PyRef::borrow(object)), function_(function) {
+    const SDL_Surface* surface = surface_of(object, function);
+    if (surface != nullptr && display_may_be_lost()) {
+        surface = require_no_lost_display(whole_of(object), function)
+                      ? surface_of(object, function)  // again, as pygame was asked
+                      : nullptr;
     }
-    const SDL_Surface* surface = surface_of(object, function);  // again, as pygame was asked
     if (surface == nullptr) {
         return;
     }
@@ -275,7 +280,6 @@ SurfaceUse::SurfaceUse(PyObject* object, const char* function) noexcept : functi
                      function, surface->w, static_cast<int>(surface->pitch));
         return;
     }
-    object_ = PyRef::borrow(object);
     in_use_ = as_surface_object(object)->part == nullptr || find_part();
 }
 
