@@ -374,8 +374,8 @@ build_tree() {
 # Lists of leaks that are not ours to mend.
 leak_suppressions=(tests/sanitize/lsan.supp)
 
-# Builds what runs under the sanitizers and sets, for the caller, where it is (`build`), where reports
-# go (`reports`), and what the environment of native tests and of the interpreter needs.
+# Builds what runs under the sanitizers and sets, for the caller, where it is (`build`), where
+# reports go (`reports`), and what the environment of native tests and of the interpreter needs.
 # shellcheck disable=SC2034
 prepare_sanitizers() {
     local common=allocator_may_return_null=1 log
