@@ -76,13 +76,14 @@ def pattern(arguments):
     return "" if "^" in alternatives else "|".join(alternatives)
 
 
-def failures(log):
-    """{SUITE.TEST: [(program, lines of output)]} of the tests that failed, in CTest's order.
+def not_passed(log):
+    """Two of {SUITE.TEST: [(program, lines of output)]}, in CTest's order: the tests that failed,
+    and those that were skipped.
 
     The cases of a test with parameters, of which each has a name, count as the test. Of one that
     did not come to its end, CTest's word for that is the first line.
     """
-    found = collections.OrderedDict()
+    failed, skipped = collections.OrderedDict(), collections.OrderedDict()
     lines = None
     for line in log:
         ended = re.match(r" *\d+/\d+ Test +#\d+: ([^.]+)\.(\S+?\.[^/ ]+)", line)
@@ -92,13 +93,15 @@ def failures(log):
             if not re.search(r" Passed +[\d.]+ sec$", line):
                 result = re.search(r"(\w+(?: \w+)*)?[*]{3}([\w: ]+?):? +[\d.]+ sec$", line)
                 words = [word for word in result.groups() if word] if result else []
-                lines = ["CTest: " + ", ".join(words)] if words not in ([], ["Failed"]) else []
+                told = words not in ([], ["Failed"], ["Skipped"])
+                lines = ["CTest: " + ", ".join(words)] if told else []
+                found = skipped if words == ["Skipped"] else failed
                 found.setdefault(name, []).append((program, lines))
         elif re.match(r"\d+% tests passed", line):
             break
         elif lines is not None and not re.match(r" +Start +\d+: ", line):
             lines.append(line.rstrip())
-    return found
+    return failed, skipped
 
 
 def telling(lines):
@@ -113,25 +116,31 @@ def telling(lines):
     return cut_short + lines[begin:end]
 
 
-def summarise(path):
-    with open(path) as log:
-        text = log.read().splitlines()
-    found = failures(text)
-    for name, runs in list(found.items())[:SHOWN_FAILURES]:
-        lines = telling(runs[0][1])
-        print("\n%s in %s:" % (name, runs[0][0]))
-        for line in lines[:SHOWN_LINES]:
-            print("    " + line)
-        if len(lines) > SHOWN_LINES:
-            print("    ... %d lines more in %s" % (len(lines) - SHOWN_LINES, path))
+def show_names(title, found):
+    """Names the tests, and the programs that each is in."""
     if found:
-        print("\nfailed native tests:")
+        print("\n%s native tests:" % title)
     for name, runs in found.items():
         programs = sorted(set(program for program, _ in runs))
         more = len(programs) - SHOWN_PROGRAMS
         if more > 0:
             programs[SHOWN_PROGRAMS:] = ["%d more" % more]
         print("    %s in %s" % (name, ", ".join(programs)))
+
+
+def summarise(path):
+    with open(path) as log:
+        text = log.read().splitlines()
+    failed, skipped = not_passed(text)
+    for name, runs in list(failed.items())[:SHOWN_FAILURES]:
+        lines = telling(runs[0][1])
+        print("\n%s in %s:" % (name, runs[0][0]))
+        for line in lines[:SHOWN_LINES]:
+            print("    " + line)
+        if len(lines) > SHOWN_LINES:
+            print("    ... %d lines more in %s" % (len(lines) - SHOWN_LINES, path))
+    show_names("skipped", skipped)
+    show_names("failed", failed)
     for line in text:
         if re.match(r"\d+% tests passed|No tests were found", line):
             print(line)

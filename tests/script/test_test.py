@@ -162,6 +162,18 @@ def test_failing_test_is_shown_without_what_the_framework_says(tmpdir):
     ]
 
 
+def test_skipped_tests_are_not_called_failed(tmpdir):
+    text = ctest_output([("p.A.B", ["[  SKIPPED ] A.B"]), ("p.A.C", None)])
+    tmpdir.join("log").write(text.replace("***Failed", "***Skipped"))
+    output = run([sys.executable, HELPER, "summary", str(tmpdir.join("log"))], tmpdir)[1]
+    assert output.splitlines() == [
+        "",
+        "skipped native tests:",
+        "    A.B in p",
+        "44% tests passed, 5 tests failed out of 9",
+    ]
+
+
 def test_failure_of_many_lines_in_many_programs_is_a_page(tmpdir):
     failing = [
         ("p_%d.S%d.T%s" % (program, test, case), ["line %d" % i for i in range(1000)])

@@ -512,7 +512,9 @@ TEST(ZoomAsGfxDeathTest, LeavesAllToALibraryThatDrawsOtherwise) {
 // Each item of the record by itself.
 TEST(ZoomAsGfxDeathTest, LeavesAllToALibraryWhosePicturesAreOthers) {
     if (is_layer()) {
-        GTEST_SKIP() << "on a layer over SDL 2 a copy is compared, whose record is SDL's";
+        GTEST_SKIP()
+            << "over a layer each picture of the library is copied to a surface of SDL's, whose "
+               "record is SDL's too; LeavesAllToALibraryThatDrawsOtherwise tests the pixels there";
     }
     using Change = SDL_Surface* (*)(SDL_Surface*);
     constexpr Change kChanges[] = {
