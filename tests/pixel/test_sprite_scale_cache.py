@@ -21,6 +21,7 @@ from support.surfaces import (
     locked_encoded_surface,
     long_surface,
     printed,
+    set_key_outside_palette,
     surface_of,
 )
 
@@ -517,28 +518,33 @@ def test_a_failing_copy(display, capfd):
     assert_fails(capfd, sprite_of(image), "No source?\n", alpha=5)
 
 
-@pytest.mark.skipif(sdl.is_layer(), reason="this SDL refuses such a key itself")
 @pytest.mark.parametrize("arguments", [dict(colour=5), dict(alpha=5)])
 def test_no_copy_of_a_colour_key_that_is_no_place_in_the_palette(display, capfd, arguments):
     """SDL would look it up behind the palette."""
     image = pygame.Surface((4, 4), 0, 8)
-    image.set_colorkey(0x7FFFFFF0)
-    assert_fails(capfd, sprite_of(image), "No source?\n", **arguments)
+    if set_key_outside_palette(image, 0x7FFFFFF0):
+        assert_fails(capfd, sprite_of(image), "No source?\n", **arguments)
+    else:
+        assert add(sprite_of(image), **arguments).get_size() == (4, 4)
 
 
-@pytest.mark.skipif(sdl.is_layer(), reason="this SDL keeps locks to itself")
 @pytest.mark.parametrize("alpha", [False, True])
 @pytest.mark.parametrize("arguments", [dict(colour=5), dict(alpha=5)])
 def test_no_copy_of_an_encoded_subimage_that_is_locked(display, capfd, arguments, alpha):
     image = locked_encoded_surface(alpha=alpha)
-    assert_fails(capfd, sprite_of(image), "No source?\n", **arguments)
+    if sdl.is_layer():  # which converts it all the same
+        assert add(sprite_of(image), **arguments).get_size() == (8, 6)
+    else:
+        assert_fails(capfd, sprite_of(image), "No source?\n", **arguments)
 
 
-@pytest.mark.skipif(sdl.is_layer(), reason="this SDL keeps locks to itself")
 def test_no_fading_of_an_encoded_copy_that_is_locked(display, capfd):
     image = Image((8, 6), pygame.SRCALPHA, 32)
     image.act = lambda: locked_encoded_surface(alpha=True)
-    assert_fails(capfd, sprite_of(image), "No source?\n", alpha=5)
+    if sdl.is_layer():
+        assert add(sprite_of(image), alpha=5).get_size() == (8, 6)
+    else:
+        assert_fails(capfd, sprite_of(image), "No source?\n", alpha=5)
 
 
 def test_a_failing_fill_is_not_checked(display):

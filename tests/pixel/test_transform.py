@@ -15,6 +15,7 @@ from support.surfaces import (
     encoded_surface,
     locked_encoded_surface,
     long_surface,
+    set_key_outside_palette,
     surface_of,
 )
 
@@ -309,11 +310,13 @@ def test_wide_surfaces_that_are_turned_through_a_copy_are_refused(bits, angle):
         assert str(raised.value).startswith("rotoscale() cannot scale a surface of neither 8 nor")
 
 
-@pytest.mark.skipif(sdl.is_layer(), reason="this SDL keeps locks to itself")
 def test_an_encoded_surface_that_is_locked_is_not_turned_through_a_copy():
     surface = locked_encoded_surface(16)
-    with pytest.raises(pygame.error):
-        larkspur.rotoscale(surface, 1.0, 0.5, 30.0)
+    if sdl.is_layer():  # which converts it all the same
+        assert larkspur.rotoscale(surface, 1.0, 0.5, 30.0)
+    else:
+        with pytest.raises(pygame.error):
+            larkspur.rotoscale(surface, 1.0, 0.5, 30.0)
     surface.unlock()
     assert larkspur.rotoscale(surface, 1.0, 0.5, 30.0)
 
@@ -325,12 +328,9 @@ def test_a_colour_key_that_is_no_place_in_the_palette_is_refused(angle):
     surface.set_colorkey(255)
     assert larkspur.rotoscale(surface, 1.0, 0.5, angle)
     for key in (256, 123456789, 0xFFFFFFFF):
-        if sdl.is_layer():  # refuses such a key itself
-            with pytest.raises(pygame.error):
-                surface.set_colorkey(key)
+        if not set_key_outside_palette(surface, key):
             assert larkspur.rotoscale(surface, 1.0, 0.5, angle)
             continue
-        surface.set_colorkey(key)
         with pytest.raises(ValueError) as raised:
             larkspur.rotoscale(surface, 1.0, 0.5, angle)
         assert str(raised.value).startswith("rotoscale() cannot scale a surface whose colour key")

@@ -4,6 +4,7 @@ import ctypes
 
 import numpy
 import pygame
+import pytest
 
 from support import native, sdl
 from support.pictures import put_words, random_words
@@ -23,7 +24,9 @@ create_surface_from = native.function(
 free_surface = native.function("SDL_FreeSurface", None, ctypes.c_void_p)
 _wrap = native.function("PySurface_FromSurface", ctypes.c_void_p, ctypes.c_void_p)
 _libc = ctypes.CDLL(None)
-_kept_for_good = []
+# What surfaces point to that do not hold it. Made once of each kind, as they may live on.
+_pixels = {}  # number of bytes -> zeros
+_targets = {}  # bits -> Surface
 
 
 def _give_masks(address, masks):
@@ -61,15 +64,15 @@ def surface_of(width, height, masks=XRGB, seed=1):
 
 
 def long_surface(size, bits):
-    """A pygame Surface of any number of columns, of which SDL itself gives one 16383 at most."""
+    """A black pygame Surface of any number of columns, of which SDL itself gives one 16383 at most.
+    Others of its size have the same pixels."""
     pitch = (size[0] * ((bits + 7) // 8) + 3) // 4 * 4
-    memory = numpy.zeros(pitch * size[1], numpy.uint8)
+    memory = _pixels.setdefault(pitch * size[1], numpy.zeros(pitch * size[1], numpy.uint8))
     address = create_surface_from(memory.ctypes.data, size[0], size[1], bits, pitch, 0, 0, 0, 0)
     if not address and sdl.is_layer():
         # A layer over SDL 2 takes none either, so it gets a record that says otherwise.
         address = create_surface_from(memory.ctypes.data, 1, size[1], bits, pitch, 0, 0, 0, 0)
         native.Surface.from_address(address).w = size[0]
-    _kept_for_good.append(memory)
     return native.new_reference(_wrap(address))
 
 
@@ -89,13 +92,22 @@ def locked_encoded_surface(bits=32, alpha=False):
         surface.set_alpha(100, pygame.RLEACCEL)
     else:
         surface.set_colorkey(0x1F, pygame.RLEACCEL)
-    _targets.append(pygame.Surface((8, 6), 0, bits))  # SDL encodes it anew for that when unlocked
-    _targets[-1].blit(surface, (0, 0))
+    if bits not in _targets:
+        _targets[bits] = pygame.Surface((8, 6), 0, bits)
+    _targets[bits].blit(surface, (0, 0))  # for which SDL encodes it anew when it is unlocked
     surface.lock()
     return surface
 
 
-_targets = []
+def set_key_outside_palette(surface, key):
+    """Gives an 8-bit surface a colour key that is no place in its palette; returns whether SDL took
+    it. SDL 1.2 takes every one, a layer over SDL 2 refuses it and changes nothing."""
+    if not sdl.is_layer():
+        surface.set_colorkey(key)
+        return True
+    with pytest.raises(pygame.error):
+        surface.set_colorkey(key)
+    return False
 
 
 def assert_encoded(surface):
