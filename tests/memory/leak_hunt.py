@@ -2,9 +2,10 @@
 
 Counted are the objects that the collector knows and the bytes that malloc() has handed out, which
 with tests/native/helpers/plain_malloc.c preloaded are those of all objects too. A test is reported
-when either grows with every round: what is kept once (a cache, an interned name) does not. Tests
-that register callables of their own may grow, as larkspur gives back none of its references to
-them, and tests that start processes run once; both are counted. At the end stands what the
+when either grows with every round: what is kept once (a cache, an interned name) does not. What
+tests lend, and what they say is left behind, is taken back after each round, see support/leaks.py.
+Tests that register callables of their own may grow, as larkspur gives back none of its references
+to them, and tests that start processes run once; both are counted. At the end stands what the
 resident size grew by in all rounds that were measured.
 """
 
@@ -17,34 +18,37 @@ import resource
 import pygame
 import pytest
 from _pytest import runner
-from support import heap
+from support import heap, leaks
 from support.host import RecordingHost
 
 WARM_ROUNDS = 2
 ROUNDS = 4
 CLOSE_ROUNDS = 6  # of a test after whose rounds there was more than before, counted one by one
-# The objects that the collector knows, and the bytes that malloc() has handed out.
-KINDS = (lambda: len(gc.get_objects()), heap.allocated_bytes)
+FREE_LIST_LENGTH = 80  # PyDict_MAXFREELIST and its like of lists and sets
+STARTED_BYTES = 128  # pygame keeps 64 or 80 for each start of the display
 
 
-def note(counts, place):
-    """Writes how much of each kind there is now."""
-    gc.collect()
-    for held, count in zip(counts, KINDS):
-        held[place] = count()
+def fill_free_lists():
+    """Has the interpreter hold as many freed objects as it ever does, where no collection empties
+    what it holds: a call such as dict() makes a new one all the same, and it would grow."""
+    filling = [kind() for kind in (dict, list, set) for _ in range(FREE_LIST_LENGTH)]
+    del filling
 
 
 def run(item, nextitem):
-    """One round. What pytest itself would keep of it goes: a fixture that lives longer notes what
-    is to be done first at its end for each user that it has had, an item what each run printed."""
+    """One round. What pytest itself would keep of it goes: a fixture that lives longer and what has
+    it, such as a class of tests, note what is to be done first at their end for each user that it
+    has had, an item what each run printed."""
     fixtures = item.session._fixturemanager._arg2fixturedefs
     ends = [fixture._finalizers for named in fixtures.values() for fixture in named]
+    ends += item.session._setupstate._finalizers.values()
     counts = [len(noted) for noted in ends]
     item._initrequest()  # the fixtures of the run before are gone
     reports = runner.runtestprotocol(item, nextitem=nextitem, log=False)
     for noted, count in zip(ends, counts):
         del noted[count:]
     del item._report_sections[:]
+    leaks.free_left_behind()
     return reports
 
 
@@ -68,6 +72,7 @@ class LeakHunt(object):
         self.grown = []  # (test, objects of each round, bytes of each round)
         self.failed = set()
         self.own_callables = set()  # tests that registered some
+        self.starts = 0  # of the display
         self.resident_kib = 0
 
     @pytest.hookimpl(tryfirst=True)
@@ -105,11 +110,13 @@ class LeakHunt(object):
         """How many objects and how many bytes each of the measured numbers of rounds adds."""
         self.repeat(item, nextitem, warm_rounds)
         # Places made beforehand: what is noted between two rounds would count as growth.
-        counts = [array.array("l", [0] * (1 + len(measured))) for _ in KINDS]
-        note(counts, 0)
-        for place, rounds in enumerate(measured):
+        counts = objects, bytes_ = [array.array("l", [0] * (1 + len(measured))) for _ in (1, 2)]
+        for place, rounds in enumerate([0] + measured):
             self.repeat(item, nextitem, rounds)
-            note(counts, 1 + place)
+            gc.collect()
+            fill_free_lists()
+            objects[place] = len(gc.get_objects())
+            bytes_[place] = heap.allocated_bytes() - STARTED_BYTES * self.starts
         return [[after - before for before, after in zip(kind, kind[1:])] for kind in counts]
 
     def repeat(self, item, nextitem, rounds):
@@ -140,10 +147,17 @@ class LeakHunt(object):
         )
 
 
-def start_display_once():
-    """pygame keeps some bytes for each time that it is asked to start what has been started."""
+def watch_display(hunt):
+    """Counts the starts of the display, and takes away those of one that has been started, which
+    do nothing but keep some bytes."""
     start = pygame.display.init
-    pygame.display.init = lambda: None if pygame.display.get_init() else start()
+
+    def watched():
+        if not pygame.display.get_init():
+            hunt.starts += 1
+            start()
+
+    pygame.display.init = watched
 
 
 def watch_registering(hunt):
@@ -159,7 +173,8 @@ def watch_registering(hunt):
 
 
 def pytest_configure(config):
-    start_display_once()
+    leaks.note_left_behind()
     hunt = LeakHunt()
+    watch_display(hunt)
     watch_registering(hunt)
     config.pluginmanager.register(hunt)

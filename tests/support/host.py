@@ -28,6 +28,9 @@ ROOM_FUNCTIONS = (
 
 LOADERS = ("SpriteData_load_images", "BackgroundData_load_images")
 
+# Of gm6 and of gmapi what larkspur calls and holds from then on.
+CALLABLES = ROOM_FUNCTIONS + LOADERS + ("draw_sprite_ext",)
+
 
 def install_modules():
     """Registers empty modules gm6 and gmapi where there are none; returns both."""
@@ -146,7 +149,7 @@ class RecordingHost(object):
     def has_own_callables(self):
         """Whether larkspur finds others than those that are made once."""
         found = dict(self.gmapi.__dict__, **self.gm6.__dict__)
-        return any(found.get(name) is not made for name, made in self._recorders.items())
+        return any(found.get(name) is not self.recorder(name) for name in CALLABLES)
 
     def named(self, name):
         """The arguments of every recorded call of one host function."""
