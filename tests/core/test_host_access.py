@@ -161,7 +161,7 @@ def test_lookups_keep_no_references(host, function):
 def test_a_native_callers_list_name_is_not_kept(host, function):
     name = intern("a_list_that_nobody_else_names")
     setattr(host.game, name, [])
-    leaks.assert_counts_unchanged(lambda: function(host, name), name)
+    leaks.assert_counts_unchanged(lambda: native.new_reference(function(host, name)), name)
 
 
 # --- seqi ----------------------------------------------------------------------------------------

@@ -10,6 +10,7 @@ import larkspur
 import pytest
 from support import leaks, records
 from support.host import Plain
+from support.leaks import left_behind
 
 
 def named(record):
@@ -170,7 +171,7 @@ def test_creation_and_death_keep_the_counts(record):
 
 @every_collected
 def test_death_releases_what_is_released_and_keeps_the_rest(record):
-    values = dict((name, Plain()) for name in records.object_names(record))
+    values = dict((name, left_behind(Plain())) for name in records.object_names(record))
     instance = record.type()
     for name in values:
         setattr(instance, name, values[name])
@@ -213,7 +214,7 @@ def test_clear_leaves_what_is_kept_and_the_numbers(record):
         for member in record.members
         if member.kind in ("lenient", "strict") and not member.released
     ]
-    values = dict((name, object()) for name in kept)
+    values = dict((name, left_behind(Plain())) for name in kept)
     for name in kept:
         setattr(instance, name, values[name])
     numbers = records.int_names(record)
@@ -247,7 +248,7 @@ def test_garbage_collection_visits_in_storage_order(record):
     instance = record.type()
     values = {}
     for name in records.object_names(record):
-        values[name] = Plain(name=name)
+        values[name] = left_behind(Plain(name=name))
         setattr(instance, name, values[name])
     seen = []
 
@@ -264,7 +265,7 @@ def test_garbage_collection_visits_33_members_of_a_room_and_clears_54():
     room = larkspur.GMRoom()
     names = records.object_names(records.ROOM)
     for name in names:
-        setattr(room, name, Plain())
+        setattr(room, name, left_behind(Plain()))
     assert len(gc.get_referents(room)) == 33
     assert records.clear(room) == 0
     assert len([name for name in names if getattr(room, name) is None]) == 54

@@ -19,6 +19,7 @@ from support.leaks import (
     assert_counts_unchanged,
     assert_shared_object_loses_nothing,
     count_changes,
+    left_behind,
     lend_references,
     object_growth,
 )
@@ -116,6 +117,10 @@ def test_lists_cannot_be_hashed():
 def adders():
     """Each way of adding one value, as a function of list and value, with where it ends up."""
 
+    def insert_second(target, value):
+        lend_references(value, 1)  # which insert() takes
+        target.insert(1, value)
+
     def set_first(target, value):
         target[0] = value
 
@@ -124,7 +129,7 @@ def adders():
 
     return [
         pytest.param(lambda target, value: target.append(value), -1, id="append"),
-        pytest.param(lambda target, value: target.insert(1, value), 1, id="insert"),
+        pytest.param(insert_second, 1, id="insert"),
         pytest.param(set_first, 0, id="item"),
         pytest.param(set_first_from_the_end, 0, id="item from the end"),
         pytest.param(lambda target, value: operator.setitem(target, 0, value), 0, id="operator"),
@@ -155,9 +160,7 @@ def adders():
 def test_one_value_is_stored_as_its_instance(registry, add, position, form):
     target = new_list(None, None)
     instance = registry[7]
-    value = form(7, instance)
-    lend_references(value, 1)  # insert() takes one
-    add(target, value)
+    add(target, form(7, instance))
     assert target[position] is instance
 
 
@@ -448,7 +451,7 @@ def test_append_references(registry):
 
 def test_insert_references(registry):
     """The argument loses a reference, whatever was inserted for it."""
-    direct, by_id = Instance(), registry[7]
+    direct, by_id = left_behind(Instance()), registry[7]
     target = new_list()
     assert count_changes(lambda: target.insert(0, direct), [direct]) == [1.0]
 
@@ -468,7 +471,7 @@ def test_insert_references(registry):
 
 def test_item_assignment_references(registry):
     """An instance passed itself gains one reference beside the list's; the old item loses one."""
-    direct, by_id, old = Instance(), registry[7], Instance()
+    direct, by_id, old = left_behind(Instance()), registry[7], Instance()
 
     def assign(value):
         target = new_list(old)

@@ -2,6 +2,7 @@
 
 import collections
 import ctypes
+import gc
 import sys
 
 import larkspur
@@ -204,6 +205,7 @@ def test_resources_survive_pickling_and_copying(host, kind, round_trip):
     restored = round_trip(resource)
     assert restored is not resource
     assert restored.name == "res_tree"
+    leaks.lend_references(restored.name, -1)  # which it keeps for good
     assert integers_of(kind, restored) == integers_of(kind, resource)
     assert host.gmapi.res_tree is restored
     assert [name for name, _ in host.calls] == [kind.loader]
@@ -212,12 +214,13 @@ def test_resources_survive_pickling_and_copying(host, kind, round_trip):
 @every_loaded
 def test_a_restored_name_keeps_one_reference_for_good(host, kind):
     name = "res_%s" % id(host)
-    before = sys.getrefcount(name)
-    resource = kind.made()
-    state = state_of(kind, name)
-    resource.__setstate__(state)
-    del state, host.gmapi.__dict__[name], resource, host.calls[:]
-    assert sys.getrefcount(name) == before + 1
+    with leaks.count_restored(name):
+        before = sys.getrefcount(name)
+        resource = kind.made()
+        state = state_of(kind, name)
+        resource.__setstate__(state)
+        del state, host.gmapi.__dict__[name], resource, host.calls[:]
+        assert sys.getrefcount(name) == before + 1
 
 
 @every_loaded
@@ -227,10 +230,13 @@ def test_setting_a_state_again_takes_one_reference_of_the_name_each_time(host, k
     resource, name, result = kind.made(), "res_tree_%d" % id(host), object()
     setattr(host.gm6, kind.loader, lambda *arguments: result)
     host.register(larkspur)
-    state = state_of(kind, name)
-    changes = leaks.count_changes(
-        lambda: resource.__setstate__(state), [name, resource, state, result]
-    )
+    with leaks.count_restored(name):
+        state = state_of(kind, name)
+        changes = leaks.count_changes(
+            lambda: resource.__setstate__(state), [name, resource, state, result]
+        )
+        resource.name = state = None
+        del host.gmapi.__dict__[name]
     assert changes == [1.0, 0.0, 0.0, 0.0]
 
 
@@ -248,6 +254,12 @@ def test_a_failing_loader_leaves_its_exception_and_the_restored_fields(host, kin
     assert resource.name == "res_tree"
     assert integers_of(kind, resource) == list(range(1, len(kind.integers) + 1))
     assert not hasattr(host.gmapi, "res_tree")
+    del failure, host.calls[:]
+    sys.exc_clear()
+    kept = [holder for holder in gc.get_referrers(resource) if type(holder) is tuple]
+    assert kept == ([(resource,)] if kind is BACKGROUND else [])  # the arguments of the loader
+    for arguments in kept:
+        leaks.left_behind(arguments)
 
 
 @every_loaded
@@ -287,8 +299,9 @@ def test_a_name_that_cannot_be_hashed_leaves_its_exception(host, kind, capfd):
         def __hash__(self):
             raise ArithmeticError("no hash")
 
+    resource, name = leaks.left_behind(kind.made()), leaks.left_behind(Name())
     with pytest.raises(ArithmeticError):
-        kind.made().__setstate__(state_of(kind, Name()))
+        resource.__setstate__(state_of(kind, name))
     assert capfd.readouterr() == ("Retnull\n", "")
 
 
@@ -311,8 +324,7 @@ def test_hashing_the_name_may_rename_the_resource(host, kind):
             resource.name = "renamed"
             return 5
 
-    resource = kind.made()
-    name = Name()
+    resource, name = leaks.left_behind(kind.made()), leaks.left_behind(Name())
     resource.__setstate__(state_of(kind, name))
     assert resource.name == "renamed"
     assert host.gmapi.__dict__.pop(name) is resource

@@ -26,9 +26,12 @@ DIFFERING = {
 }
 
 
+INTS = range(-300, 4000)
+
+
 @pytest.fixture(autouse=True)
 def ints_are_instances(host):
-    for value in range(-300, 4000):
+    for value in INTS:
         host.registry[value] = value
         leaks.lend_references(value, 1000)  # adding by id releases references it did not take
     # A list inside a list, as some cases have it, is stored as it is.
