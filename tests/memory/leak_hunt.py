@@ -4,9 +4,9 @@ Counted are the objects that the collector knows and the bytes that malloc() has
 with tests/native/helpers/plain_malloc.c preloaded are those of all objects too. A test is reported
 when either grows with every round: what is kept once (a cache, an interned name) does not. What
 tests lend, and what they say is left behind, is taken back after each round, see support/leaks.py.
-Tests that register callables of their own may grow, as larkspur gives back none of its references
-to them, and tests that start processes run once; both are counted. At the end stands what the
-resident size grew by in all rounds that were measured.
+Tests that register callables or properties of their own may grow, as larkspur gives back none of
+its references to them, and tests that start processes run once; both are counted. At the end
+stands what the resident size grew by in all rounds that were measured.
 """
 
 from __future__ import print_function
@@ -68,10 +68,10 @@ class LeakHunt(object):
         self.running = None  # the test that is run
         self.hunted = 0
         self.elsewhere = 0  # tests that started processes, whose memory went with them
-        self.keeping = 0  # tests of which larkspur keeps callables
+        self.keeping = 0  # tests of which larkspur keeps what they registered
         self.grown = []  # (test, objects of each round, bytes of each round)
         self.failed = set()
-        self.own_callables = set()  # tests that registered some
+        self.own_objects = set()  # tests that registered some
         self.starts = 0  # of the display
         self.resident_kib = 0
 
@@ -101,7 +101,7 @@ class LeakHunt(object):
         self.resident_kib += heap.resident_kib() - resident
 
     def report(self, item, grown):
-        if item.nodeid in self.own_callables:
+        if item.nodeid in self.own_objects:
             self.keeping += 1
         else:
             self.grown.append((item.nodeid, grown))
@@ -136,7 +136,7 @@ class LeakHunt(object):
             line("{} fails when it is repeated".format(test))
         line(
             "leak hunt: {} tests; {} grow, {} fail when repeated; resident size {:+d} KiB; "
-            "{} more keep callables, {} more start processes".format(
+            "{} more keep what they registered, {} more start processes".format(
                 self.hunted,
                 len(self.grown),
                 len(self.failed),
@@ -161,12 +161,12 @@ def watch_display(hunt):
 
 
 def watch_registering(hunt):
-    """Notes the tests that register a host with callables that are not made once."""
+    """Notes the tests that register a host with objects that are not made once."""
     register = RecordingHost.register
 
     def watched(host, larkspur):
-        if host.has_own_callables():
-            hunt.own_callables.add(hunt.running)
+        if host.has_own_objects():
+            hunt.own_objects.add(hunt.running)
         register(host, larkspur)
 
     RecordingHost.register = watched

@@ -146,10 +146,12 @@ class RecordingHost(object):
         """Hands registry and callables to larkspur; again whenever the callables change."""
         larkspur.RegisterInstancesDict(self.registry, Instance, ParticleSystem, Plain)
 
-    def has_own_callables(self):
-        """Whether larkspur finds others than those that are made once."""
+    def has_own_objects(self):
+        """Whether larkspur finds other objects to keep than those that are made once."""
         found = dict(self.gmapi.__dict__, **self.gm6.__dict__)
-        return any(found.get(name) is not self.recorder(name) for name in CALLABLES)
+        made = dict((name, self.recorder(name)) for name in CALLABLES)
+        made.update(py_draw_props=self._draw_props, py_self_stack=self._self_stack)
+        return any(found.get(name) is not made[name] for name in made)
 
     def named(self, name):
         """The arguments of every recorded call of one host function."""
