@@ -23,7 +23,7 @@ from support.host import RecordingHost
 
 WARM_ROUNDS = 2
 ROUNDS = 4
-CLOSE_ROUNDS = 6  # of a test after whose rounds there was more than before, counted one by one
+CLOSE_ROUNDS = 10  # of a test after whose rounds there was more than before, counted one by one
 FREE_LIST_LENGTH = 80  # PyDict_MAXFREELIST and its like of lists and sets
 STARTED_BYTES = 128  # pygame keeps 64 or 80 for each start of the display
 

@@ -146,8 +146,8 @@ def test_what_grows_with_each_run_is_named_with_its_growth(tmpdir):
     for line, name, objects in zip(told, names, [1, 0, 0, 1]):
         assert line.startswith("test_it.py::test_%s grows: objects [" % name)
         growth = [json.loads(steps) for steps in line.split("objects ")[1].split(", bytes ")]
-        assert growth[0][1:] == [objects] * 5
-        assert len(growth[1]) == 6 and (objects > 0 or min(growth[1]) > 0)
+        assert growth[0][1:] == [objects] * 9
+        assert len(growth[1]) == 10 and (objects > 0 or min(growth[1]) > 0)
 
 
 def test_what_fails_when_it_is_repeated_is_named_and_what_fails_at_once_not_hunted(tmpdir):
