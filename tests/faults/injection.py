@@ -79,7 +79,10 @@ def whole(scene, warm):
     if not outcome.succeeded or outcome.exception is not None:
         raise Finding("fails by itself: %s" % outcome.exception)
     call(act)
-    usual = [max(steps) for steps in growth(scene, 0, 0)] if warm else None
+    usual = None
+    if warm:
+        kept = getattr(scene, "kept", (0, 0, 0))
+        usual = [max(steps) + more for steps, more in zip(growth(scene, 0, 0), kept)]
     return outcome.calls, look(), usual
 
 
@@ -135,7 +138,9 @@ def play(scene, n, failures, expected, usual):
     left = growth(scene, n, failures) if usual is not None else []
     for what, steps, intended in zip(("blocks", "surfaces", "objects"), left, usual or []):
         if all(step > intended for step in steps):
-            raise Finding("leaves %s behind: %s, usually %d" % (what, list(steps), intended))
+            raise Finding(
+                "leaves %s behind: %s, %d of them by intent" % (what, list(steps), intended)
+            )
     return outcome.calls >= n, outcome.exception.__name__ if outcome.exception else None
 
 
@@ -144,7 +149,8 @@ def run(scene, points, warm):
 
     scene: returns what is to be done and what tells how it came out; its attribute `allowed` names
         the exceptions that a failure may raise, `may_lack` says that what absorbs one may come out
-        with less, and `may_leave` that it may leave an exception pending.
+        with less, `may_leave` that it may leave an exception pending, and `kept` how many
+        blocks, surfaces and objects a failure may keep for good.
     points: how many of the calls that can fail, spread evenly over them; 0 for all.
     warm: what is made once in a process, such as the trials of own loops against libraries, is
         made before, so that it has no points. What piles up is watched only then.

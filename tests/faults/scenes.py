@@ -157,6 +157,23 @@ def pictures():
 pictures.allowed = (MemoryError, pygame.error, SystemError)
 
 
+def use_resource(host, kind, resources):
+    resource = kind()
+    resource.name = "resource"
+    setattr(host.game, resources, [resource])
+    (int(resource), float(resource), str(resource), resource == 0)
+    kind().__setstate__(resource.__reduce__()[2])
+
+
+def backgrounds():
+    screen, host = stage()
+    return lambda: use_resource(host, larkspur.BackgroundData, "backgrounds"), lambda: None
+
+
+# The background and the loader's arguments, where that fails.
+backgrounds.kept = (1, 0, 2)
+
+
 def records():
     screen, host = stage()
 
@@ -170,15 +187,7 @@ def records():
         tile = larkspur.RoomTileData()
         tile.__setstate__(tile.__reduce__()[2])
         (int(tile), str(tile), cmp(tile, room.tiles[0]))
-        for kind, resources in (
-            (larkspur.GMSprite, "sprites"),
-            (larkspur.BackgroundData, "backgrounds"),
-        ):
-            resource = kind()
-            resource.name = "resource"
-            setattr(host.game, resources, [resource])
-            (int(resource), float(resource), str(resource), resource == 0)
-            kind().__setstate__(resource.__reduce__()[2])
+        use_resource(host, larkspur.GMSprite, "sprites")
         floats = larkspur.Floatlist8()
         floats[3] = 2.5
         floats = floats + 1

@@ -54,7 +54,7 @@ def play(module, scenes, warm):
 
 
 def test_a_failing_allocation_does_no_harm():
-    scenes = ["frame", "frame_with_views", "records", "instance_lists", "variables"]
+    scenes = ["frame", "frame_with_views", "records", "backgrounds", "instance_lists", "variables"]
     play("scenes", scenes + MAKING_SURFACES, warm=True)
 
 
