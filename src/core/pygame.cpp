@@ -316,6 +316,15 @@ SurfaceUse::operator bool() const noexcept {
                        surface_of(object_.get(), function_) != nullptr);  // which raises
 }
 
+bool ready_for_pygame(PyObject* object, const char* function) noexcept {
+    const SurfaceUse use(object, function);
+    if (!use) {
+        return false;
+    }
+    decode_pixel_alpha(use.get());
+    return true;
+}
+
 bool require_32_bit(const SDL_Surface& surface, const char* function) noexcept {
     if (has_32_bit_pixels(surface)) {
         return true;

@@ -84,6 +84,11 @@ class SurfaceUse {
     bool in_use_ = false;
 };
 
+/// Readies a pygame Surface for pygame's own functions that draw on it: they read the pixels of a
+/// subsurface's owner without asking whether they are there, and lock what SDL may have encoded for
+/// a target that is gone. False with an exception, as SurfaceUse.
+bool ready_for_pygame(PyObject* object, const char* function) noexcept;
+
 /// Checks that a surface has 32-bit pixels; false with ValueError that names what it has.
 bool require_32_bit(const SDL_Surface& surface, const char* function) noexcept;
 

@@ -136,12 +136,6 @@ PyRef plain_colour(PyObject* colour) noexcept {
     return is_sequence ? PyRef::steal(PyTuple_New(0)) : PyRef::borrow(Py_None);
 }
 
-// pygame's own functions read the pixels of a subsurface's owner without asking whether they are
-// there. False with an exception when they are not.
-bool require_usable(PyObject* screen) noexcept {
-    return static_cast<bool>(SurfaceUse(screen, kDrawRectangle));
-}
-
 PyObject* fill_box(PyObject* colour, const ScreenBox& box) noexcept {
     const PyRef plain = plain_colour(colour);
     const PyRef screen = plain ? screen_object(kDrawRectangle) : PyRef();
@@ -151,7 +145,7 @@ PyObject* fill_box(PyObject* colour, const ScreenBox& box) noexcept {
     const PyRef fill = get_attribute(screen.get(), fill_name);
     const CollectionPause pause;
     // That a display was closed fill() finds out itself, and says so in its own words.
-    if (peek_surface(screen.get()) != nullptr && !require_usable(screen.get())) {
+    if (peek_surface(screen.get()) != nullptr && !ready_for_pygame(screen.get(), kDrawRectangle)) {
         return nullptr;
     }
     const PyRef result = PyRef::steal(
@@ -170,7 +164,7 @@ PyObject* outline_box(PyObject* colour, const ScreenBox& box) noexcept {
     const CollectionPause pause;
     const PyRef screen = plain ? screen_object(kDrawRectangle) : PyRef();
     // Unlike fill(), pygame's drawing functions do not ask whether the display is still open.
-    if (!screen || !require_usable(screen.get())) {
+    if (!screen || !ready_for_pygame(screen.get(), kDrawRectangle)) {
         return nullptr;
     }
     const PyRef draw_rect = PyRef::borrow(draw_rect_function());

@@ -79,11 +79,11 @@ PyRef scaled_and_turned(PyRef image, std::int64_t width, std::int64_t height,
 }
 
 // Calls a method of a Surface. Empty with an exception when that fails, or the object is no usable
-// one: pygame reads the pixels of a subsurface's owner without asking whether they are there.
+// one.
 PyRef call_method(PyObject* object, const char* name, PyRef arguments) noexcept {
     const PyRef method = PyRef::steal(PyObject_GetAttrString(object, name));
     const CollectionPause pause;
-    return method && arguments && SurfaceUse(object, kFunction)
+    return method && arguments && ready_for_pygame(object, kFunction)
                ? PyRef::steal(PyObject_CallObject(method.get(), arguments.get()))
                : PyRef();
 }

@@ -277,16 +277,14 @@ def test_part_of_a_surface_whose_last_target_is_gone():
     out, err = subprocess_python.output(
         """
         import pygame
-        from support import host, memory
+        from support import host, surfaces
         host.install_modules()
         import larkspur
         whole = pygame.Surface((30, 20), pygame.SRCALPHA, 32)
         whole.fill((10, 20, 30, 100))
         whole.fill((40, 50, 60, 255), (0, 0, 9, 9))
         part = whole.subsurface((5, 5, 20, 10))
-        whole.set_alpha(255, pygame.RLEACCEL)
-        pygame.Surface((30, 20), 0, 32).blit(whole, (0, 0))
-        memory.spoil_freed()
+        surfaces.encode_by_alpha(whole)
         flipped = larkspur.flip_v(part)
         print flipped.get_at((0, 9)), flipped.get_at((0, 0))
         """

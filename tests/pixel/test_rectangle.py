@@ -1033,6 +1033,30 @@ def test_subsurface_of_a_closed_display(outline):
 
 
 @pytest.mark.parametrize("outline", [0, 1])
+def test_screen_encoded_for_a_target_that_is_gone(outline):
+    """SDL would look at that target again when pygame unlocks the screen."""
+    out, err = subprocess_python.output(
+        """
+        import pygame
+        from support import host, rooms, surfaces
+        host.install_modules()
+        import larkspur
+        screen = pygame.Surface((30, 20), pygame.SRCALPHA, 32)
+        host.RecordingHost(screen).register(larkspur)
+        larkspur.Room_Draw(rooms.make_room(), screen)  # one to one
+        larkspur.set_SDL_screen(screen)
+        screen.fill((0, 0, 0, 0))
+        surfaces.encode_by_alpha(screen)
+        larkspur.draw_rectangle(5, 6, 25, 16, %d)
+        print screen.get_at((5, 6)), screen.get_at((15, 11)), screen.get_at((4, 6))
+        """
+        % outline
+    )
+    inside = "(0, 0, 0, 0)" if outline else "(255, 255, 255, 255)"
+    assert out.splitlines()[-1] == "(255, 255, 255, 255) %s (0, 0, 0, 0)" % inside
+
+
+@pytest.mark.parametrize("outline", [0, 1])
 def test_closed_display(props, display, outline):
     pygame.display.quit()
     with pytest.raises((RuntimeError, pygame.error)):

@@ -559,6 +559,28 @@ def test_a_failing_fill_is_not_checked(display):
     assert type(result) is Unfilled and (words(result) == 0).all()
 
 
+def test_a_copy_encoded_for_a_target_that_is_gone():
+    """SDL would look at that target again when pygame unlocks what it has filled."""
+    out, err = subprocess_python.output(
+        """
+        import pygame
+        from support import host, sprites, surfaces
+        host.install_modules()
+        import larkspur
+        larkspur.set_SDL_screen(pygame.display.set_mode((64, 48), 0, 32))
+        class Image(pygame.Surface):
+            def copy(self):
+                image = pygame.Surface((6, 5), pygame.SRCALPHA, 32)
+                surfaces.encode_by_alpha(image)
+                return image
+        sprite = sprites.sprite_of(Image((4, 4), pygame.SRCALPHA, 32))
+        image = sprites.scale_cache_add(sprite, "key", 0, 4, 4, 0, 0, 0x10203, 255, 0)
+        print image.get_size(), image.get_at((5, 4))
+        """
+    )
+    assert out.splitlines()[-1] == "(6, 5) (1, 2, 3, 0)"
+
+
 def test_a_copy_that_takes_everything_away(display):
     image = Image((4, 4), pygame.SRCALPHA, 32)
     sprite = sprite_of(image)

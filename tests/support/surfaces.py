@@ -6,7 +6,7 @@ import numpy
 import pygame
 import pytest
 
-from support import native, sdl
+from support import memory, native, sdl
 from support.pictures import put_words, random_words
 
 # Red, green, blue and alpha masks.
@@ -81,6 +81,15 @@ def encode(surface):
     on: it has no pixels until it is locked."""
     surface.set_colorkey(0x010203, pygame.RLEACCEL)
     pygame.Surface(surface.get_size(), 0, 32, XRGB).blit(surface, (0, 0))
+    assert_encoded(surface)
+
+
+def encode_by_alpha(surface):
+    """Has SDL run-length encode a 32-bit pygame Surface by the alpha of its pixels, for a target
+    that is gone and whose memory others have written to since."""
+    surface.set_alpha(255, pygame.RLEACCEL)
+    pygame.Surface(surface.get_size(), 0, 32, XRGB).blit(surface, (0, 0))
+    memory.spoil_freed()
     assert_encoded(surface)
 
 
