@@ -22,7 +22,7 @@ from support.pictures import assert_same_words, words
 from support.surfaces import ALL_MASKS
 
 fuzz = hypothesis.settings(
-    max_examples=int(os.environ.get("LARKSPUR_FUZZ_EXAMPLES", "300")),
+    max_examples=int(os.environ.get("LARKSPUR_FUZZ_EXAMPLES", "100")),
     deadline=None,
     suppress_health_check=hypothesis.HealthCheck.all(),
 )
