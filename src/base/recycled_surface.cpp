@@ -68,6 +68,9 @@ void let_go_if(const Condition& condition) noexcept {
         if (!condition(kept)) {
             return false;
         }
+        if (kept.surface->refcount == 1) {
+            decode_pixel_alpha(kept.surface);  // SDL undoes what locks its last holder left
+        }
         SDL_FreeSurface(kept.surface);
         return true;
     });

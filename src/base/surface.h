@@ -35,17 +35,21 @@ inline bool has_separate_rows(const SDL_Surface& surface) noexcept {
 }
 
 /// Decodes a picture that SDL has run-length encoded by the alpha of its pixels; it still asks to
-/// be encoded when it is drawn again. When SDL unlocks such a picture, it encodes it for the target
-/// of its last blit, which may be gone. Leaves all other surfaces alone.
+/// be encoded when it is drawn again. When SDL unlocks such a picture for the last time, it encodes
+/// it for the target of its last blit, which may be gone. Leaves all other surfaces, and locks,
+/// alone.
 inline void decode_pixel_alpha(SDL_Surface* surface) noexcept {
-    // A colour key takes precedence over alpha. A locked one is decoded, whatever its flags say.
-    const bool encoded_by_alpha =
-        (surface->flags & (SDL_RLEACCEL | SDL_SRCCOLORKEY)) == SDL_RLEACCEL && surface->locked == 0;
-    if (encoded_by_alpha) {
-        const Uint8 alpha = surface->format->alpha;
-        SDL_SetAlpha(surface, 0, alpha);
-        SDL_SetAlpha(surface, SDL_SRCALPHA | SDL_RLEACCEL, alpha);
+    // A colour key takes precedence over alpha.
+    if ((surface->flags & (SDL_RLEACCEL | SDL_SRCCOLORKEY)) != SDL_RLEACCEL) {
+        return;
     }
+    if (surface->locked != 0 && surface->pixels != nullptr) {
+        // The lock has decoded it, and SDL crashes where it decodes one a second time.
+        surface->flags &= ~static_cast<Uint32>(SDL_RLEACCEL);
+    }
+    const Uint8 alpha = surface->format->alpha;
+    SDL_SetAlpha(surface, 0, alpha);
+    SDL_SetAlpha(surface, SDL_SRCALPHA | SDL_RLEACCEL, alpha);
 }
 
 /// Makes a surface's pixels touchable for a scope. Locks only what must be locked: a surface that

@@ -78,8 +78,7 @@ PyRef scaled_and_turned(PyRef image, std::int64_t width, std::int64_t height,
     });
 }
 
-// Calls a method of a Surface. Empty with an exception when that fails, or the object is no usable
-// one.
+// Calls a method of a Surface. Empty with an exception when that fails, or it can't be used.
 PyRef call_method(PyObject* object, const char* name, PyRef arguments) noexcept {
     const PyRef method = PyRef::steal(PyObject_GetAttrString(object, name));
     const CollectionPause pause;

@@ -292,6 +292,30 @@ def test_part_of_a_surface_whose_last_target_is_gone():
     assert out.splitlines()[-1] == "(40, 50, 60, 255) (10, 20, 30, 100)"
 
 
+def test_part_of_a_surface_whose_last_target_is_gone_and_that_a_dead_part_has_locked():
+    """pygame undoes the lock of the dead one with that of the other one. Whoever undoes the last
+    lock has SDL look at the target."""
+    out, err = subprocess_python.output(
+        """
+        import pygame
+        from support import host, surfaces
+        host.install_modules()
+        import larkspur
+        whole = pygame.Surface((30, 20), pygame.SRCALPHA, 32)
+        whole.fill((10, 20, 30, 100))
+        part = whole.subsurface((5, 5, 20, 10))
+        other = whole.subsurface((0, 0, 9, 9))
+        surfaces.encode_by_alpha(whole)
+        other.lock()
+        del other
+        locked = whole.get_locked()
+        flipped = larkspur.flip_v(part)
+        print locked, whole.get_locked(), flipped.get_at((0, 9)), whole.get_at((29, 19))
+        """
+    )
+    assert out.splitlines()[-1] == "True False (10, 20, 30, 100) (10, 20, 30, 100)"
+
+
 CLOSING_PREPARE = (
     OWN_PREPARE
     + """

@@ -10,7 +10,7 @@ import sys
 
 import larkspur
 import pygame
-from support import leaks, memory, native, sdl, surfaces, variables
+from support import leaks, native, sdl, surfaces, variables
 from support.host import Instance, Plain
 from support.particles import foreign_cobject
 
@@ -250,12 +250,12 @@ def _keyed(bits, flags=0, key=(1, 2, 3)):
 
 def _blitted(make):
     """What asks for run-length encoding has it after a blit. SDL remembers the target, which is
-    gone: whoever still reads it meets no address."""
+    gone."""
 
     def encoded():
         surface = make()
         scene.tiny_surface(surface.get_bitsize()).blit(surface, (0, 0))
-        memory.spoil_freed()
+        surfaces.forget_target(surface)
         return surface
 
     return encoded

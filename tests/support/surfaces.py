@@ -6,7 +6,7 @@ import numpy
 import pygame
 import pytest
 
-from support import memory, native, sdl
+from support import native, sdl
 from support.pictures import put_words, random_words
 
 # Red, green, blue and alpha masks.
@@ -27,6 +27,8 @@ _libc = ctypes.CDLL(None)
 # What surfaces point to that do not hold it. Made once of each kind, as they may live on.
 _pixels = {}  # number of bytes -> zeros
 _targets = {}  # bits -> Surface
+
+_UNREADABLE = 0x10  # on a page that no process has
 
 
 def _give_masks(address, masks):
@@ -86,11 +88,20 @@ def encode(surface):
 
 def encode_by_alpha(surface):
     """Has SDL run-length encode a 32-bit pygame Surface by the alpha of its pixels, for a target
-    that is gone and whose memory others have written to since."""
+    that is gone."""
     surface.set_alpha(255, pygame.RLEACCEL)
     pygame.Surface(surface.get_size(), 0, 32, XRGB).blit(surface, (0, 0))
-    memory.spoil_freed()
+    forget_target(surface)
     assert_encoded(surface)
+
+
+def forget_target(surface):
+    """Whoever looks at the target of a surface's last blit, which is gone, ends the process: SDL
+    1.2 remembers where it was, and its memory may serve others or have been returned."""
+    if not sdl.is_layer():
+        target = ctypes.c_void_p.from_address(native.sdl_surface(surface).map)
+        if target.value is not None:
+            target.value = _UNREADABLE
 
 
 def locked_encoded_surface(bits=32, alpha=False):

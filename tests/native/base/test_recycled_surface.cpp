@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "../sdl_layer.h"
 #include "asked_sdl.h"
 #include "gtest/gtest.h"
+#include "lost_target.h"
 
 namespace larkspur {
 namespace {
@@ -69,6 +71,8 @@ class RecycledSurfaces : public ::testing::Test {
         let_go_of_all();
     }
 };
+
+using RecycledSurfacesDeathTest = RecycledSurfaces;
 
 TEST(RecycledSurface, IsAsSdlMakesIt) {
     for (const int depth : {16, 24, 32}) {
@@ -256,6 +260,26 @@ TEST_F(RecycledSurfaces, AreLetGoFirstWhereTheyWereLeftLocked) {
         SDL_LockSurface(taken(of_size(30 + i, 10)).surface.get());
     }
     EXPECT_EQ(identity_of(*taken(kWanted).surface), identity);
+}
+
+// The last holder of one is whoever lets it go, and SDL undoes the locks then.
+TEST_F(RecycledSurfacesDeathTest, AreLetGoWhereTheyWereLeftLockedAndTheirTargetIsGone) {
+    const auto let_go_of_locked = [] {
+        Wanted wanted = kWanted;
+        wanted.masks[3] = 0xFF000000;
+        SurfacePtr picture = taken(wanted).surface;
+        SDL_FillRect(picture.get(), nullptr, 0x80123456);
+        SDL_SetAlpha(picture.get(), SDL_SRCALPHA | SDL_RLEACCEL, SDL_ALPHA_OPAQUE);
+        const SurfacePtr target = taken(kWanted).surface;
+        SDL_BlitSurface(picture.get(), nullptr, target.get(), nullptr);
+        const bool is_encoded = picture->pixels == nullptr;
+        SDL_LockSurface(picture.get());
+        forget_target(picture.get());
+        picture.reset();
+        let_go_of_all();
+        return is_encoded;
+    };
+    EXPECT_EXIT(std::_Exit(let_go_of_locked() ? 0 : 1), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(RecycledSurfaces, AllMakeRoomForAnotherWhereNobodyHoldsThem) {

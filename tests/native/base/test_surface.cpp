@@ -11,6 +11,7 @@
 
 #include "asked_sdl.h"
 #include "gtest/gtest.h"
+#include "lost_target.h"
 
 namespace larkspur {
 namespace {
@@ -30,20 +31,6 @@ std::vector<std::uint32_t> pixels_of(const SDL_Surface& surface) {
     return pixels;
 }
 
-// Writes over memory that was just freed, as far as new blocks of its size get it.
-void spoil_freed_memory() {
-    constexpr int kByte = 0xEE;
-    std::vector<void*> blocks;
-    for (std::size_t size = 24; size < 260; size += 16) {
-        for (int i = 0; i < 12; ++i) {
-            blocks.push_back(std::memset(std::malloc(size), kByte, size));
-        }
-    }
-    for (void* block : blocks) {
-        std::free(block);
-    }
-}
-
 // A picture of random pixels, none of them fully transparent, which SDL would forget the colours
 // of; drawn to a target that is gone. SDL 2 encodes nothing that shows.
 SurfacePtr drawn_picture(std::uint8_t alpha) {
@@ -58,7 +45,7 @@ SurfacePtr drawn_picture(std::uint8_t alpha) {
         const SurfacePtr target = new_surface(0);
         SDL_UpperBlit(picture.get(), nullptr, target.get(), nullptr);
     }
-    spoil_freed_memory();
+    forget_target(picture.get());
     return picture;
 }
 
@@ -97,19 +84,22 @@ TEST(SurfaceLock, LeavesAPictureDrawableThatWasEncoded) {
     EXPECT_EQ(drawn(locked.get()), drawn(drawn_picture(255).get()));
 }
 
+// The host's is undone after ours, and SDL would encode the picture then.
 TEST(SurfaceLock, LeavesALockOfTheHostAlone) {
-    const SurfacePtr target = new_surface(0);
     const SurfacePtr picture = drawn_picture(255);
-    SDL_UpperBlit(picture.get(), nullptr, target.get(), nullptr);
+    const Uint32 asks = picture->flags & (SDL_SRCALPHA | SDL_RLEACCELOK);
     ASSERT_EQ(SDL_LockSurface(picture.get()), 0);
-    const Uint32 flags = picture->flags;
+    const Uint32 locked = picture->locked;
     {
         const SurfaceLock lock(picture.get());
         EXPECT_TRUE(lock);
         EXPECT_EQ(pixels_of(*picture), pixels_before(255));
     }
-    EXPECT_EQ(picture->flags, flags);
+    EXPECT_EQ(picture->locked, locked);
     SDL_UnlockSurface(picture.get());
+    EXPECT_EQ(picture->locked, 0U);
+    EXPECT_EQ(picture->flags & (SDL_SRCALPHA | SDL_RLEACCELOK), asks);
+    EXPECT_EQ(pixels_of(*picture), pixels_before(255));
 }
 
 // How many locks of SDL one of ours takes.
