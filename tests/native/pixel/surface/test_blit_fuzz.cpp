@@ -125,6 +125,9 @@ class Pair {
         plant_key(source, source_start, dice);
         target_ = surface(target, target_start(target));
         source_ = surface(source, source_start);
+        if (!is_made()) {
+            return;
+        }
         SDL_SetAlpha(source_.get(), source.flags & (SDL_SRCALPHA | SDL_RLEACCEL), source.alpha);
         if (source.stores_alpha) {
             source_->format->alpha = source.alpha;
@@ -135,6 +138,7 @@ class Pair {
         }
     }
 
+    bool is_made() const { return source_ != nullptr && target_ != nullptr; }
     SDL_Surface* source() const { return source_.get(); }
     SDL_Surface* target() const { return target_.get(); }
     bool has_same_memory(Pair& other) {
@@ -214,13 +218,8 @@ int kind_of(const Pair& pair) {
            (source.format->Amask != 0 ? 4 : 0) + (pair.target()->format->Amask != 0 ? 8 : 0);
 }
 
+// A layer over SDL 2 makes every blit itself, and crashes in one to a locked surface.
 TEST(BlitFuzz, DoesAsSdl) {
-    if (is_layer()) {
-        GTEST_SKIP()
-            << "a layer over SDL 2 makes every blit itself, as the tests of blit() say, so "
-               "that it would be compared with itself; and it may write outside of odd "
-               "surfaces";
-    }
     std::set<int> kinds_drawn_by_us;
     const int pairs = pairs_to_try();
     for (int i = 0; i < pairs; ++i) {
@@ -230,7 +229,10 @@ TEST(BlitFuzz, DoesAsSdl) {
         const auto [source, target] = source_and_target(dice);
         Pair ours(source, target, seed);
         Pair expected(source, target, seed);
-        ASSERT_TRUE(ours.source() != nullptr && ours.target() != nullptr);
+        if (!ours.is_made()) {
+            ASSERT_TRUE(is_layer());  // which knows few formats
+            continue;
+        }
         if (dice.one_in(2)) {
             const SDL_Rect clip = dice.rectangle(target.width, target.height);
             SDL_SetClipRect(ours.target(), &clip);
@@ -238,7 +240,7 @@ TEST(BlitFuzz, DoesAsSdl) {
         }
         const std::array<SDL_Surface*, 4> surfaces = {ours.source(), expected.source(),
                                                       ours.target(), expected.target()};
-        const int first_locked = dice.one_in(40) ? 2 * dice.below(2) : 4;
+        const int first_locked = !is_layer() && dice.one_in(40) ? 2 * dice.below(2) : 4;
         for (int place = first_locked; place < first_locked + 2 && place < 4; ++place) {
             SDL_LockSurface(surfaces[place]);
         }
@@ -264,7 +266,7 @@ TEST(BlitFuzz, DoesAsSdl) {
         }
     }
     if (pairs >= 300) {
-        EXPECT_EQ(kinds_drawn_by_us.size(), 16U);
+        EXPECT_EQ(kinds_drawn_by_us.size(), is_layer() ? 0U : 16U);
     }
 }
 
