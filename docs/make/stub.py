@@ -29,8 +29,8 @@ the stub's private names (`_Int`) replaced by what they stand for.
 
 A docstring has `summary` (its first line), `text` (what follows up to the first section) and
 `sections`: a list of [title, content] in the order of the docstring. Content is a text for Returns
-and Example, otherwise a list of [name, text]: the parameters of Args, the exceptions of Raises, the
-lines of Writes without their quotes.
+and Example, otherwise a list of [name, text]: the parameters of Args, the exceptions of Raises (""
+for a sentence that belongs to none), the lines of Writes without their quotes.
 """
 
 from __future__ import print_function
@@ -66,12 +66,14 @@ def dedented(lines):
 
 
 def parse_item(where, text):
-    """[name, text] of an item of a list."""
-    pattern = r'"(.*?)": (.*)$' if text.startswith('"') else r"(\S+): (.*)$"
+    """[name, text] of an item of a list; what is raised may be a sentence of its own."""
+    pattern = r'"(.*?)": (.*)$' if text.startswith('"') else r"([\w.]+): (.*)$"
     match = re.match(pattern, text)
-    if not match:
-        raise StubError("%s: no 'name: text' in %r" % (where, text))
-    return list(match.groups())
+    if match:
+        return list(match.groups())
+    if where.endswith("Raises"):
+        return ["", text]
+    raise StubError("%s: no 'name: text' in %r" % (where, text))
 
 
 def parse_list(where, lines):
@@ -146,10 +148,14 @@ class Reader(object):
                 self.aliases.known[node.targets[0].id] = node.value
 
     def group(self, line):
-        """The text of the comment in a line of its own that stands last before a line."""
+        """The text of the comment in a line of its own that stands last before a line, as deep."""
+        text = self.lines[line - 1]
+        indent = text[: len(text) - len(text.lstrip())]
         for text in reversed(self.lines[: line - 1]):
-            if text.startswith("# "):
-                return text[2:]
+            if text.startswith(indent + "# "):
+                return text.strip("# -")
+            if indent and text.startswith(indent[: -len(INDENT)] + "class "):
+                break
         return None
 
     def entry(self, kind, node, name, **more):
@@ -183,15 +189,14 @@ class Reader(object):
 
     def signature(self, node, parameters):
         shown = []
+        last = node.args.posonlyargs[-1].arg if node.args.posonlyargs else None
         for one in parameters:
             text = one["star"] + one["name"]
             if one["type"]:
                 text += ": " + one["type"]
             if one["default"]:
                 text += (" = " if one["type"] else "=") + one["default"]
-            shown.append(text)
-        if node.args.posonlyargs and parameters:
-            shown.append("/")
+            shown += [text, "/"] if one["name"] == last else [text]
         result = " -> " + self.aliases.text(node.returns) if node.returns else ""
         return "%s(%s)%s" % (node.name, ", ".join(shown), result)
 
