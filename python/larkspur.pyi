@@ -58,14 +58,14 @@ Example:
     >>> larkspur.RegisterInstancesDict(instances, Thing, Thing, Thing)
 """
 
-from typing import Any, type_check_only
+from typing import Any, TypeAlias, type_check_only
 
 import pygame
 
 __version__: str
 
-_Int = int | GMVar
-_Float = float | GMVar
+_Int: TypeAlias = int | GMVar
+_Float: TypeAlias = float | GMVar
 
 @type_check_only
 class particle_type_handle:

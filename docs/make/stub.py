@@ -144,8 +144,8 @@ class Reader(object):
         self.tree = ast.parse(source)
         self.aliases = Aliases()
         for node in self.tree.body:
-            if isinstance(node, ast.Assign) and is_private(node.targets[0].id):
-                self.aliases.known[node.targets[0].id] = node.value
+            if isinstance(node, ast.AnnAssign) and is_private(node.target.id):
+                self.aliases.known[node.target.id] = node.value
 
     def group(self, line):
         """The text of the comment in a line of its own that stands last before a line, as deep."""

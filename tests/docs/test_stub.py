@@ -270,9 +270,9 @@ Example:
     >>> import larkspur
 """
 
-from typing import Any, overload
+from typing import Any, TypeAlias, overload
 
-_Int = int | GMVar
+_Int: TypeAlias = int | GMVar
 
 # Things
 

@@ -1,10 +1,10 @@
-"""The build tree in which clang-tidy checks units, with a stand-in for it and two units."""
+"""What script/lint checks and how often: units by clang-tidy, examples by mypy, with stand-ins."""
 
 import os
 import shutil
 
 import pytest
-from support.scripts import TREE, run, write_command
+from support.scripts import TREE, copy_scripts, run, run_lib, write_command
 
 CMAKE_LISTS = """
 cmake_minimum_required(VERSION 3.18)
@@ -92,3 +92,58 @@ def test_other_checks_or_another_clang_tidy_check_all_again(linted, tmpdir):
     tmpdir.join("clang-tidy.version").write("15\n")
     tmpdir.join("clang-tidy").write(tmpdir.join("clang-tidy").read())
     assert linted() == (0, BOTH)
+
+
+# --- mypy ----------------------------------------------------------------------------------------
+
+# Finds fault with what holds the word, and writes down what it was called for.
+MYPY = """
+shift
+echo "$*" >>"$0.checked"
+! grep -n faulty "$@"
+"""
+
+
+@pytest.fixture
+def check_types(tmpdir):
+    """Checks the stub and examples; gives the status and what mypy was called for."""
+    copy_scripts(tmpdir)
+    write_command(tmpdir.join("mypy"), MYPY)
+    tmpdir.join("python", "larkspur.pyi").write("x: int\n", ensure=True)
+    for name, text in (
+        ("one/gm6.py", "import larkspur\n"),
+        ("two/gm6.py", "if True:\n    from larkspur import GMVar\n"),
+        ("two/other.py", "import larkspur_check\nimport gm6  # and larkspur\n"),
+        ("two/README.md", "import larkspur\n"),
+    ):
+        tmpdir.join("examples", name).write(text, ensure=True)
+
+    def check():
+        record = tmpdir.join("mypy.checked")
+        record.write("")
+        code = """
+            eval "$(sed -n '/^check_types()/,/^}/p' script/lint)"
+            mypy=./mypy
+            check_types
+        """
+        status, output = run_lib(code, tmpdir)
+        return status, record.read().splitlines(), output
+
+    return check
+
+
+STUB_AND_EXAMPLES = ["python/larkspur.pyi", "examples/one/gm6.py", "examples/two/gm6.py"]
+
+
+def test_each_example_that_imports_larkspur_is_checked_by_itself(check_types):
+    assert check_types() == (0, STUB_AND_EXAMPLES, "-- mypy\n")
+
+
+@pytest.mark.parametrize("name", STUB_AND_EXAMPLES)
+def test_finding_of_mypy_fails_and_the_others_are_checked(check_types, tmpdir, name):
+    with open(str(tmpdir.join(name)), "a") as example:
+        example.write("# faulty\n")
+    status, checked, output = check_types()
+    assert status != 0
+    assert checked == STUB_AND_EXAMPLES
+    assert "faulty" in output
