@@ -58,14 +58,15 @@ Example:
     >>> larkspur.RegisterInstancesDict(instances, Thing, Thing, Thing)
 """
 
-from typing import Any, TypeAlias, type_check_only
+from typing import Any, type_check_only
 
 import pygame
+from typing_extensions import TypeAlias
 
 __version__: str
 
-_Int: TypeAlias = int | GMVar
-_Float: TypeAlias = float | GMVar
+_Int: TypeAlias = "int | GMVar"
+_Float: TypeAlias = "float | GMVar"
 
 @type_check_only
 class particle_type_handle:
@@ -204,7 +205,7 @@ def GMSprite_from_surface(surface: pygame.Surface, name: object = ..., /) -> GMS
     Raises:
         TypeError: "GMSprite_from_surface() needs a pygame Surface, got int", with the type that
             came.
-        RuntimeError: There is no display.
+        RuntimeError: There is no display, or the Surface is that of a display that was closed.
 
     Example:
         >>> picture = pygame.Surface((8, 4), pygame.SRCALPHA)
@@ -256,6 +257,7 @@ def Room_Draw(room: GMRoom | Any, surface: pygame.Surface, /) -> None:
         ValueError: A view's port has a negative size, or one that SDL refuses.
         RuntimeError: The Surface is that of a display that was closed, or there is no display for a
             scaled view.
+        SystemError: A step failed without an exception, as an object with fewer than 9 events does.
         Exception: Whatever the engine's code raises.
 
     Writes:
@@ -957,7 +959,8 @@ def part_type_shape(
 
     Args:
         particle_type: The type.
-        surface: Exactly a pygame Surface, not of a type derived from it, of 32 bits a pixel.
+        surface: Exactly a pygame Surface, not of a type derived from it. Any depth is taken;
+            particles that are tinted, faded or added need 32 bits a pixel.
 
     Raises:
         SystemError: `surface` is no such Surface, or the first argument no particle type. The type

@@ -145,7 +145,10 @@ class Reader(object):
         self.aliases = Aliases()
         for node in self.tree.body:
             if isinstance(node, ast.AnnAssign) and is_private(node.target.id):
-                self.aliases.known[node.target.id] = node.value
+                value = node.value
+                if isinstance(value, ast.Constant):
+                    value = ast.parse(value.value, mode="eval").body
+                self.aliases.known[node.target.id] = value
 
     def group(self, line):
         """The text of the comment in a line of its own that stands last before a line, as deep."""

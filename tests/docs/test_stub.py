@@ -272,7 +272,8 @@ Example:
 
 from typing import Any, TypeAlias, overload
 
-_Int: TypeAlias = int | GMVar
+_Int: TypeAlias = "int | GMVar"
+_Names: TypeAlias = List[str]
 
 # Things
 
@@ -294,7 +295,7 @@ def change(value: _Int, /, *others: Any) -> None:
     """
 
 @overload
-def change(value: _Int, name: str = "x", /) -> int: ...
+def change(value: _Int, name: _Names = "x", /) -> int: ...
 
 class GMVar(List[int]):
     # --- The members
@@ -319,7 +320,7 @@ def test_reader_gives_what_the_stub_says(tmpdir):
     }
     assert change["signatures"] == [
         "change(value: int | GMVar, /, *others: Any) -> None",
-        "change(value: int | GMVar, name: str = 'x', /) -> int",
+        "change(value: int | GMVar, name: List[str] = 'x', /) -> int",
     ]
     assert (change["group"], change["required"], change["most"]) == ("Things", 1, None)
     assert change["doc"]["sections"] == [
