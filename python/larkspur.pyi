@@ -180,8 +180,8 @@ def init_subsystems(*ignored: object) -> None:
 
     Example:
         >>> larkspur.init_subsystems()
-        >>> pygame.display.get_init()
-        1
+        >>> bool(pygame.display.get_init())
+        True
     """
 
 def GMSprite_from_surface(surface: pygame.Surface, name: object = ..., /) -> GMSprite:
