@@ -46,6 +46,19 @@ STAR = ("....c....", "....c....", "...css...", "ccccsssss", ".ccsssss.", "..csss
 STAR += ("..cs.so..", ".cs...oo.", ".s.....o.")
 GLOW = ("...1...", "..121..", ".12321.", "123c321", ".12321.", "..121..", "...1...")
 
+DIGITS = (
+    "ccc c.c c.c c.c sss",
+    ".c. cc. .c. .c. sss",
+    "ccc ..c ccc c.. sss",
+    "ccc ..c ccc ..c sss",
+    "c.c c.c ccc ..c ..s",
+    "ccc c.. ccc ..c sss",
+    "ccc c.. ccc c.c sss",
+    "ccc ..c ..c ..c ..s",
+    "ccc c.c ccc c.c sss",
+    "ccc c.c ccc ..c sss",
+)
+
 # Eight rows of eight points each: grass, soil, a fence, a tuft, flowers, a stone, a mushroom.
 TILE_LETTERS = "GEft*su"
 TILES = (
@@ -87,7 +100,9 @@ def sky(width, height):
         x, y = number * 61 % across, number * number * 7 % (edges[2] - 8)
         small.set_at((x, y), ROSE if number % 3 else CREAM)
     sun = across * 68 // 100, edges[2]
-    pygame.draw.circle(small, CREAM, sun, 17)
+    for y in range(-17, 18):
+        half = int((17.5**2 - y**2) ** 0.5)
+        small.fill(CREAM, (sun[0] - half, sun[1] + y, 2 * half + 1, 1))
     for y, half in ((-3, 16), (1, 16), (5, 15)):
         small.fill(SAND, (sun[0] - half, sun[1] + y, 2 * half, 1))
     return enlarged(small.subsurface((0, 0, across, down))).convert()
@@ -133,6 +148,11 @@ def fox():
 
 def star():
     return paint(STAR)
+
+
+def digits():
+    """0 to 9."""
+    return [paint(digit.split()) for digit in DIGITS]
 
 
 def glow():

@@ -38,14 +38,13 @@ def fox_finds_star(self):
 
 
 def draw_score(self):
-    gmapi.draw_panel(16, 16, 360, 56, dusk, night)
+    gmapi.draw_panel(16, 16, 368, 56, dusk, night)
     for number in range(len(STARS)):
-        alpha = 1 if found[number] else 0.25
+        color = gmapi.c_white if found[number] else dusk
         x = gmapi.view.x + 44 + 40 * number
-        gmapi.draw_sprite_ext(star_sprite, 0, x, 44, 1, 1, 0, gmapi.c_white, alpha)
-    gmapi.draw_set_font(gmapi.text_font(48))
-    gmapi.draw_set_color(gmapi.c_white)
-    gmapi.draw_text_on_screen(320, 30, gmapi.score)
+        gmapi.draw_sprite_ext(star_sprite, 0, x, 44, 1, 1, 0, color, 1)
+    for place, digit in enumerate(str(gmapi.score)):
+        gmapi.draw_sprite(digits, int(digit), gmapi.view.x + 324 + 16 * place, 34)
 
 
 def lay_tile(letter, x, y):
@@ -73,6 +72,7 @@ fox = gmapi.game.add_object("obj_fox", sprite=fox_sprite)
 fox.on(resources.EVENT_STEP, fox_step)
 
 star_sprite = gmapi.game.add_sprite("spr_star", [art.star()], (18, 18))
+digits = gmapi.game.add_sprite("spr_digits", art.digits())
 star = gmapi.game.add_object("obj_star", sprite=star_sprite, depth=5)
 fox.on(resources.EVENT_COLLISION, fox_finds_star, key="obj_star")
 panel = gmapi.game.add_object("obj_panel", depth=-10)
