@@ -107,15 +107,27 @@ MISTAKES = [
 ]
 
 
-@pytest.mark.parametrize("number, right, wrong", MISTAKES)
-def test_mistake_has_the_message_of_the_page(tmpdir, number, right, wrong):
-    assert source(number).count(right) == 1
+@pytest.fixture
+def changed(tmpdir):
+    """changed(number, old, new): the path of a step's script with a change, and one for a picture
+    of it."""
     for helper in ("art.py", "common.py"):
         shutil.copy(os.path.join(SCRIPTS, helper), str(tmpdir.ensure("tutorial", dir=True)))
     os.symlink(os.path.join(TREE, "examples", "host"), str(tmpdir.join("host")))
-    script = tmpdir.join("tutorial", "mistake.py")
-    script.write(source(number).replace(right, wrong))
-    status, _, errors = run([str(script), "--frames", "30"])
+
+    def change(number, old, new):
+        assert source(number).count(old) == 1
+        script = tmpdir.join("tutorial", "changed.py")
+        script.write(source(number).replace(old, new))
+        return str(script), str(tmpdir.join("picture.png"))
+
+    return change
+
+
+@pytest.mark.parametrize("number, right, wrong", MISTAKES)
+def test_mistake_has_the_message_of_the_page(changed, number, right, wrong):
+    script, _ = changed(number, right, wrong)
+    status, _, errors = run([script, "--frames", "30"])
     assert status == 1
     (block,) = blocks(number, "text")
     told = [line for line in errors.splitlines() if line in block.text.splitlines()]
@@ -123,17 +135,71 @@ def test_mistake_has_the_message_of_the_page(tmpdir, number, right, wrong):
     assert errors.splitlines()[-1] == told[-1]
 
 
-@pytest.mark.parametrize("hint", re.findall(r"`([a-z]+)=([^`]+)`", PAGE))
-def test_named_arguments_are_those_of_the_engine(hint):
-    """A hint like `stretch=True` names what some call of the scripts or the engine takes."""
-    name = hint[0]
-    engine = ""
-    for folder, _, names in os.walk(os.path.join(TREE, "examples", "host")):
-        for file_name in names:
-            if file_name.endswith(".py"):
-                with open(os.path.join(folder, file_name)) as module:
-                    engine += module.read()
-    assert re.search(r"\b%s=" % name, engine)
+# What the page proposes to try: its words, a change to the step's script that does it, and whether
+# the picture is then another.
+PROPOSALS = [
+    (1, "`room.draw_bgcolor = 0`", "room.draw_bgcolor = 1", "room.draw_bgcolor = 0", True),
+    (
+        2,
+        "`hspeed=-0.5` in the second slot",
+        "280, htiled=True)",
+        "280, htiled=True, hspeed=-0.5)",
+        True,
+    ),
+    (2, "`stretch=True` instead", "280, htiled=True)", "280, stretch=True)", True),
+    (
+        3,
+        "A second `resources.Placement(fox, 300, GROUND)`",
+        "80, GROUND)]",
+        "80, GROUND), resources.Placement(fox, 300, GROUND)]",
+        True,
+    ),
+    (3, "`depth=1000`", "sprite=fox_sprite", "sprite=fox_sprite, depth=1000", False),
+    (4, "`border=(WIDTH / 4, 0)`", "WIDTH / 2, 0", "WIDTH / 4, 0", True),
+    (
+        4,
+        "`(160, 96, 320, 192)`",
+        "everything, everything,",
+        "everything, (160, 96, 320, 192),",
+        True,
+    ),
+    (4, "No `resources.set_view`", "resources.set_view", "#", True),
+    (
+        5,
+        "`gmapi.part_type_color3(firefly, gmapi.c_aqua, gmapi.c_lime, gmapi.c_blue)`",
+        "gmapi.part_type_life",
+        "gmapi.part_type_color3(firefly, gmapi.c_aqua, gmapi.c_lime, gmapi.c_blue)\n"
+        "gmapi.part_type_life",
+        True,
+    ),
+    (5, "`gmapi.part_type_blend(firefly, 0)`", "blend(firefly, 1)", "blend(firefly, 0)", True),
+    (
+        6,
+        "`gmapi.score = gmapi.score + 10`",
+        "gmapi.score += 10",
+        "gmapi.score = gmapi.score + 10; assert type(gmapi.score) is int",
+        False,
+    ),
+    (
+        6,
+        "`found[star.number, 1] = gmapi.score`",
+        "found[star.number] = 1",
+        "found[star.number] = 1; found[star.number, 1] = gmapi.score; "
+        "assert found[star.number, 1] == gmapi.score == 10 * (star.number + 1)",
+        False,
+    ),
+]
+
+
+@pytest.mark.parametrize("number, words, old, new, another", PROPOSALS)
+def test_proposal_does_what_the_page_says(changed, number, words, old, new, another):
+    assert words in " ".join(section(number).split())
+    contents = []
+    for text in (old, new):
+        script, path = changed(number, old, text)
+        assert run([script, "--frames", "130", "--picture", path]) == (0, "", "")
+        contents.append(pygame.image.tostring(pygame.image.load(path), "RGB"))
+    assert (contents[0] != contents[1]) == another
 
 
 def test_pictures_are_those_of_the_scripts():
