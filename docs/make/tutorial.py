@@ -24,7 +24,7 @@ PICTURES = os.path.join(TREE, "docs", "pictures")
 STEPS = (
     ("step1_window.py", 1),
     ("step2_background.py", 1),
-    ("step3_walk.py", 40),
+    ("step3_walk.py", 45),
     ("step4_tiles_and_view.py", 150),
     ("step5_particles.py", 150),
     ("step6_score.py", 200),

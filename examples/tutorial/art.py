@@ -97,7 +97,7 @@ def sky(width, height):
     for top, bottom, first, second in zip(edges, edges[1:], colors, colors[1:]):
         larkspur.fast_draw_gradient_v(small, 0, top, across, bottom, first, second, 255)
     for number in range(20):
-        x, y = number * 61 % across, number * number * 7 % (edges[2] - 8)
+        x, y = (17 + number * 61) % across, (9 + number * number * 7) % (edges[2] - 8)
         small.set_at((x, y), ROSE if number % 3 else CREAM)
     sun = across * 68 // 100, edges[2]
     for y in range(-17, 18):
@@ -128,7 +128,7 @@ def ridge(width, height, color, edge, waves, trees=0):
 
 def hills(width, height):
     """Far hills."""
-    return ridge(width, height, PLUM, ROSE, ((2, 5), (5, 3), (9, 1)))
+    return ridge(width, height, PLUM, CORAL, ((2, 5), (5, 3)))
 
 
 def meadow(width, height):

@@ -58,6 +58,7 @@ def _frames_in_window():
 def _frames_alone(count):
     random.seed(1)
     ctypes.CDLL(None).srand48(1)  # larkspur's particles take their chances from drand48
+    pygame.mouse.set_visible(False)  # SDL would draw the pointer into the picture
     key = HELD_KEYS[options.hold]
     for number in range(count):
         pygame.event.pump()

@@ -215,7 +215,7 @@ def test_fox_lifts_its_feet(picture):
 
 
 def test_view_follows_the_fox(picture):
-    """The fox stays in the middle, and the ground moves by as much as the fox has gone beyond it."""
+    """The fox stays in the middle, and the ground moves by as much as the fox has passed it."""
     resting, moved = picture(4, 1, "none"), picture(4, 150)
     view = FOX_START + 150 * FOX_SPEED - WIDTH // 2
     assert view % 32  # else ground that stood still would look the same
@@ -229,11 +229,15 @@ def test_view_follows_the_fox(picture):
 
 
 def test_view_ends_with_the_room(picture):
-    """The fox is at the right end of the room, and the view shows its last screen."""
-    seen, earlier = picture(4, 620), picture(4, 640)
-    assert seen.rows(GROUND, HEIGHT) == earlier.rows(GROUND, HEIGHT)
-    fox = box_of(seen.places_other_than_in(picture(4, 560)))
-    assert fox[2] > WIDTH - 40
+    """The room's last screen shows, and the fox in it, some steps apart."""
+    early, late = picture(4, 540), picture(4, 640)
+    left, top, right, bottom = box_of(early.places_other_than_in(late))
+    view = 3 * WIDTH - WIDTH
+    assert left >= FOX_START + 540 * FOX_SPEED - view - FOX_SIZE[0] // 2
+    assert WIDTH - 40 < right and (top, bottom) == (GROUND - FOX_SIZE[1], GROUND)
+    fence = 52 * 32 - view, 55 * 32 - view  # of GROUND_PLAN
+    rail = late.row(GROUND - 32 + 3 * POINT, fence[0] - 32, fence[1] + 32)
+    assert [color == (250, 204, 134) for color in rail] == 32 * [0] + 96 * [1] + 32 * [0]
 
 
 def test_nothing_but_light_is_added_by_the_fireflies(picture):
