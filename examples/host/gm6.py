@@ -197,6 +197,8 @@ def Room_SetBackgroundIndex(room, number, index):
 def Room_DrawBackgrounds(room, surface, xview, yview):
     """Draw the room's backgrounds; the first thing drawn in a frame or in each of its views.
 
+    In a view the tiles are drawn here, too: larkspur draws those of rooms without views alone.
+
     `surface` is the screen, or what a scaled view composes its backgrounds on; (xview, yview) is
     the view's position before it followed its instance in this frame.
     """
@@ -209,6 +211,8 @@ def Room_DrawBackgrounds(room, surface, xview, yview):
     for number in range(8):
         if room.background_visible[number] and room.background_index[number] >= 0:
             drawing.draw_background_slot(room, number, surface)
+    if room.view_enabled:
+        drawing.draw_tiles(room, surface)
 
 
 def Room_RenderBackground(room):

@@ -188,6 +188,39 @@ def draw_background_slot(room, number, surface):
             surface.blit(image, (column, row))
 
 
+def draw_tiles(room, surface):
+    """Draw the room's tiles in the view being drawn: larkspur does so in rooms without views.
+
+    As with backgrounds, the view's corner is the surface's.
+    """
+    for tile in room.tiles:
+        left, top = _from_corner(tile.x, tile.y)
+        right, bottom = _from_corner(tile.x + tile.w, tile.y + tile.h)
+        if not (0 < right > left < view.clip.width and 0 < bottom > top < view.clip.height):
+            continue
+        background = gm6.game.backgrounds[tile.background_idx]
+        area = tile.tilex, tile.tiley, tile.w, tile.h
+        if (right - left, bottom - top) == (tile.w, tile.h):
+            surface.blit(background.surf, (left, top), area)
+        else:
+            surface.blit(_scaled_tile(background, area, right - left, bottom - top), (left, top))
+
+
+def _scaled_tile(background, area, width, height):
+    """A tile at another size, made of itself alone: nothing of what lies beside it gets in."""
+    key = (area, width, height, 0, colors.c_white, 255)
+    if key not in background.scaled_data_cache:
+        tile = pygame.Surface(area[2:], pygame.SRCALPHA, 32)
+        tile.blit(background.surf, (0, 0), area)
+        return cached_copy(background.scaled_data_cache, tile, key)
+    return background.scaled_data_cache[key]
+
+
+def _from_corner(x, y):
+    """How far from the view's corner a point of the room is, in whole pixels of the screen."""
+    return int(math.floor((x - view.x) * view.xscale)), int(math.floor((y - view.y) * view.yscale))
+
+
 def _positions(start, size, end, tiled):
     """Where to put copies of a picture along one axis so that they cover 0 to `end`."""
     if not tiled:

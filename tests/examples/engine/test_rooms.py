@@ -200,6 +200,76 @@ def test_tiles_are_drawn_in_order_in_a_room_without_views(screen, game, room):
     assert colors == [RED, RED, (0, 0, 0), BLUE, BLUE, RED, RED, (0, 0, 0)]
 
 
+@pytest.fixture
+def tiled(game):
+    """A room of 1000 x 240 with tiles of 16 pixels, red and blue in turn, along y 32."""
+    strip = plain(32, 16, RED)
+    strip.fill(BLUE, (16, 0, 16, 16))
+    background = game.add_background("bg_strip", strip)
+    made = game.add_room("room_tiles_in_view", 1000, 240)
+    for number in range(10):
+        tile = larkspur.RoomTileData()
+        tile.x, tile.y, tile.tilex, tile.w, tile.h = number * 16, 32, number % 2 * 16, 16, 16
+        tile.background_idx, tile.id = int(background), number
+        made.tiles.append(tile)
+    return made
+
+
+def test_tiles_move_with_the_view(screen, tiled):
+    set_view(tiled, 0, (0, 0, 320, 240), (0, 0, 320, 240))
+    gm6.goto_room(tiled)
+    for xview, yview in ((0, 0), (37, 20), (100.5, 0)):
+        tiled.view_xview[0], tiled.view_yview[0] = xview, yview
+        screen.fill((0, 0, 0))
+        gm6.draw()
+        y = 32 - yview
+        colors = [at(screen, x, y + 15) for x in range(0, 200, 9)]
+        places = [x + int(xview) for x in range(0, 200, 9)]
+        assert colors == [(0, 0, 0) if x >= 160 else BLUE if x // 16 % 2 else RED for x in places]
+        assert at(screen, 0, y - 1) == at(screen, 0, y + 16) == (0, 0, 0)
+
+
+def test_tiles_of_a_scaled_view_lie_close_and_keep_their_own_colours(screen, tiled):
+    set_view(tiled, 0, (0, 0, 320, 240), (40, 30, 96, 72))
+    gm6.goto_room(tiled)
+    gm6.draw()
+    copies = len(gmapi.bg_strip.scaled_data_cache)
+    gm6.draw()
+    assert 2 <= copies == len(gmapi.bg_strip.scaled_data_cache) <= 4
+    for x in range(96):
+        column = [at(screen, 40 + x, 30 + y) for y in range(72)]
+        if x < 48:
+            number = sum(int(edge * 4.8) <= x for edge in range(1, 10))
+            own = BLUE if number % 2 else RED
+            top = 9  # 32 pixels of the room at 0.3
+            assert column[top : top + 5] == [own] * 5, x
+            assert set(column[:top] + column[top + 5 :]) == {(0, 0, 0)}
+        else:
+            assert set(column) == {(0, 0, 0)}, x
+
+
+def test_tiles_lie_over_the_backgrounds_and_under_the_instances(screen, game, tiled, kind):
+    game.add_background("bg_below", plain(320, 240, (9, 9, 9)))
+    tiled.bg0 = BackgroundSlot(gmapi.bg_below)
+    set_view(tiled, 0, (0, 0, 320, 240), (0, 0, 320, 240))
+    tiled.instances = [Placement(kind, 8, 40)]
+    gm6.goto_room(tiled)
+    gm6.draw()
+    gm6.draw()
+    assert at(screen, 8, 40) == GREEN and at(screen, 1, 40) == RED
+    assert at(screen, 8, 60) == (9, 9, 9)
+
+
+def test_tile_outside_of_its_background_draws_nothing(screen, tiled):
+    for tile in tiled.tiles:
+        tile.tilex = 500
+    for port in ((0, 0, 320, 240), (10, 10, 96, 72)):
+        set_view(tiled, 0, (0, 0, 320, 240), port)
+        gm6.goto_room(tiled)
+        gm6.draw()
+        assert not [x for x in range(320) for y in (12, 22, 40) if any(at(screen, x, y))]
+
+
 def test_instances_are_drawn_deepest_first(screen, game, room, picture):
     for name, color, depth in (("near", RED, -5), ("far", BLUE, 5), ("middle", GREEN, 0)):
         game.add_sprite("spr_" + name, [picture(20, 20, color)])

@@ -1,0 +1,120 @@
+#!/usr/bin/env python2.7
+"""Step 6: stars to find, and a score, a GMVar."""
+
+import art
+import common
+import gm6
+import gmapi
+import larkspur
+import pygame
+from engine import resources
+
+SIZE = WIDTH, HEIGHT = 640, 384
+GROUND = 320
+GROUND_PLAN = (
+    "t*  uffff  t s  *   t  *u  s   fffffft   u  *  t s  fff *tu ",
+    "GGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGGG",
+    "EEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEEE",
+)
+STARS = [(420 + 200 * number, GROUND - 30 - 40 * (number % 2)) for number in range(7)]
+
+
+def fox_step(self):
+    direction = gmapi.keyboard_check(gmapi.vk_right) - gmapi.keyboard_check(gmapi.vk_left)
+    self.hspeed = 3 * direction
+    if not 40 < self.x + self.hspeed < room.room_width - 40:
+        self.hspeed = 0
+    self.image_speed = 0.2 * abs(direction)
+    if direction:
+        self.image_xscale = direction
+
+
+def fox_finds_star(self):
+    star = gmapi.other
+    gmapi.score += 10
+    found[star.number] = 1
+    air.create(star.x, star.y, firefly, 8)
+    gm6.destroy_instance(star)
+
+
+def draw_score(self):
+    gmapi.draw_panel(16, 16, 368, 56, dusk, night)
+    for number in range(len(STARS)):
+        color = gmapi.c_white if found[number] else dusk
+        x = gmapi.view.x + 44 + 40 * number
+        gmapi.draw_sprite_ext(star_sprite, 0, x, 44, 1, 1, 0, color, 1)
+    for place, digit in enumerate(str(gmapi.score)):
+        gmapi.draw_sprite(digits, int(digit), gmapi.view.x + 324 + 16 * place, 34)
+
+
+def lay_tile(letter, x, y):
+    tile = larkspur.RoomTileData()
+    tile.x, tile.y = x, y
+    tile.background_idx = int(tiles)
+    tile.tilex = art.TILE * art.TILE_LETTERS.index(letter)
+    tile.w = tile.h = art.TILE
+    tile.id = len(room.tiles)
+    room.tiles.append(tile)
+
+
+pygame.display.init()
+screen = pygame.display.set_mode(SIZE, 0, 32)
+pygame.display.set_caption("Your first room")
+gm6.start(screen)  # larkspur.set_SDL_screen() and larkspur.RegisterInstancesDict()
+
+sky = gmapi.game.add_background("bg_sky", art.sky(WIDTH, HEIGHT))
+hills = gmapi.game.add_background("bg_hills", art.hills(2 * WIDTH, 280))
+meadow = gmapi.game.add_background("bg_meadow", art.meadow(WIDTH, 224))
+tiles = gmapi.game.add_background("bg_tiles", art.tiles())
+
+fox_sprite = gmapi.game.add_sprite("spr_fox", art.fox(), (44, 60))
+fox = gmapi.game.add_object("obj_fox", sprite=fox_sprite)
+fox.on(resources.EVENT_STEP, fox_step)
+
+star_sprite = gmapi.game.add_sprite("spr_star", [art.star()], (18, 18))
+digits = gmapi.game.add_sprite("spr_digits", art.digits())
+star = gmapi.game.add_object("obj_star", sprite=star_sprite, depth=5)
+fox.on(resources.EVENT_COLLISION, fox_finds_star, key="obj_star")
+panel = gmapi.game.add_object("obj_panel", depth=-10)
+panel.on(resources.EVENT_DRAW, draw_score)
+found = gmapi.GMVar(0)
+dusk, night = gmapi.make_color_rgb(*art.PLUM), gmapi.make_color_rgb(*art.NIGHT)
+
+room = gmapi.game.add_room("room_meadow", 3 * WIDTH, HEIGHT)
+room.bg0 = resources.BackgroundSlot(sky, parallax=1)
+room.bg1 = resources.BackgroundSlot(hills, y=HEIGHT - 280, htiled=True, parallax=0.8)
+room.bg2 = resources.BackgroundSlot(meadow, y=HEIGHT - 224, htiled=True, parallax=0.5)
+room.instances = [resources.Placement(fox, 80, GROUND), resources.Placement(panel, 0, 0)]
+for number, (x, y) in enumerate(STARS):
+    room.instances.append(resources.Placement(star, x, y, number=number))
+for row, letters in enumerate(GROUND_PLAN):
+    for column, letter in enumerate(letters):
+        if letter != " ":
+            lay_tile(letter, art.TILE * column, GROUND + art.TILE * (row - 1))
+
+firefly = gmapi.part_type_create()
+gmapi.part_type_shape(firefly, art.glow())
+gmapi.part_type_blend(firefly, 1)
+gmapi.part_type_alpha3(firefly, 0, 1, 0)
+gmapi.part_type_life(firefly, 60, 150)
+gmapi.part_type_speed(firefly, 0.2, 0.8, 0, 0)
+gmapi.part_type_direction(firefly, 90, 270, 0, 0)
+
+everything = (0, 0) + SIZE
+resources.set_view(room, 0, everything, everything, follow=fox, border=(WIDTH / 2, 0))
+gm6.goto_room(room)
+
+air = gmapi.part_system_create(-5)
+grass = air.emitter()
+grass.region(0, room.room_width, GROUND - 100, GROUND)
+air.stream(grass, firefly, 0.5)
+
+for events in common.frames():
+    for event in events:
+        if event.type == pygame.KEYDOWN:
+            room.HandleKeypress(event.key)
+        elif event.type == pygame.KEYUP:
+            room.HandleKeyrelease(event.key)
+    gm6.step()
+    gm6.draw()  # larkspur.Room_Draw()
+    pygame.display.flip()
