@@ -58,7 +58,7 @@ Example:
     >>> larkspur.RegisterInstancesDict(instances, Thing, Thing, Thing)
 """
 
-from typing import Any, type_check_only
+from typing import TYPE_CHECKING, Any, ClassVar, Iterator, type_check_only
 
 import pygame
 from typing_extensions import TypeAlias
@@ -1651,3 +1651,2484 @@ def breakable(*ignored: object) -> None:
         >>> larkspur.breakable("here") is None
         True
     """
+
+# Types
+
+class GMRoom:
+    """One room of the game: its settings, views, backgrounds, tiles and lists of instances.
+
+    The engine makes a room by calling the type without arguments (arguments are ignored), fills in
+    its members, appends it to `gm6.game.rooms` and gives it to `Room_Draw` each frame. A room is a
+    record: it holds data, and each of its methods but the pickling ones calls a function of `gm6`.
+    The type can't be subclassed and takes no further attributes.
+
+    Number members are signed 32-bit integers that start at 0 (`frame_duration` is a 32-bit float).
+    They take whatever has an integer value, a `GMVar` too: floats lose their fraction, numbers
+    outside of -2147483648..2147483647 keep their low 32 bits, with a RuntimeWarning, or raise
+    OverflowError where they don't even fit 64 bits. Anything else raises TypeError, and so does
+    deleting one.
+
+    Object members take any object. They start unset; an unset one reads as None, and deleting one
+    makes it unset again. "Kept for the engine" below means that larkspur never looks at a member.
+    What `Room_Draw` looks at has to be there before the first frame: `drawn_objects`, then `tiles`
+    in a room without views, and `view_visible` with all eleven lists from `view_xview` to
+    `view_hport` in a room with views.
+
+    As a number a room is its position in `gm6.game.rooms`, found by identity: `int(room)`,
+    `float(room)`, `"%d" % room` and `str(room)`. A room that is not in the list has none: `int()`
+    and `float()` raise SystemError, and `str()` gives "-1". `repr()` shows the address. A room is
+    always true. It has no hash, so it can't be a dictionary's key or in a set: use `id(room)` or
+    the position.
+
+    Rooms, backgrounds and tiles compare with each other by these numbers alone, so a room equals
+    the background at the same position. Comparing with a sprite goes by the numbers, too, and
+    raises where one of the two has none. Comparing with a plain number does not: `room == 0` is
+    always False, and the order is that of the types' names. Compare `int(room)`.
+
+    A room's pickled state is a tuple of 78 pairs (name, value), one for each member. Pickling works
+    with every protocol as far as the values can be pickled: code objects can't, and a Surface comes
+    back without its pixels, so set `creation_code_compiled`, `cached_bg` and `cached_bg_scaled` to
+    None before.
+
+    A room owns what its members hold, and takes part in garbage collection. Two things are
+    peculiar. What `view_visible`, `initial_view_data` and `creation_code_compiled` hold when the
+    room dies is never released; set them to None before the last reference goes, where that
+    matters. And the collector does not look into these three, nor into `bg0` to `bg7` and the
+    `background_` members other than `background_index`: a cycle through one of them is never
+    collected.
+
+    Example:
+        >>> room = larkspur.GMRoom()
+        >>> room.name = "garden"
+        >>> room.room_width, room.room_height = 640, 480
+        >>> room.room_speed, room.room_caption
+        (0, None)
+        >>> str(room)
+        '-1'
+        >>> gm6.game.rooms.append(room)
+        >>> str(room), int(room), float(room)
+        ('0', 0, 0.0)
+        >>> room == 0, int(room) == 0
+        (False, True)
+
+        Without views a room needs these two before it can be drawn:
+
+        >>> room.drawn_objects, room.tiles = [], []
+        >>> larkspur.Room_Draw(room, screen)
+
+        With views it needs these:
+
+        >>> room.view_enabled, room.view_visible = 1, [1] + [0] * 7
+        >>> for member in (
+        ...     "view_xview", "view_yview", "view_object", "view_hborder", "view_vborder",
+        ...     "view_wview", "view_hview", "view_xport", "view_yport", "view_wport", "view_hport",
+        ... ):
+        ...     setattr(room, member, larkspur.Floatlist8())
+        >>> for view in range(8):
+        ...     room.view_object[view] = -1  # follow nothing; 0 would be object 0
+        >>> room.view_wview[0], room.view_hview[0] = screen.get_size()
+        >>> larkspur.Room_Draw(room, screen)
+    """
+
+    # --- The room itself
+
+    id: int
+    """The room's number in the engine's own counting; int32, default 0.
+
+    Kept for the engine. The room's integer value is not this but its position in `gm6.game.rooms`.
+    """
+
+    name: Any
+    """The room's name, as a rule a str; None while unset. Kept for the engine."""
+
+    room_width: int
+    """Width in pixels; int32, default 0.
+
+    `Room_Draw` reads it when a view follows an object: the view is moved left until it ends inside
+    of the room. A view wider than the room so comes to lie at a negative position.
+    """
+
+    room_height: int
+    """Height in pixels; int32, default 0. Read as `room_width` is, for the views' lower ends."""
+
+    room_speed: int
+    """Steps per second; int32, default 0. Kept for the engine."""
+
+    frame_duration: float
+    """Time that one step takes, in a unit of the engine's choice; 32-bit float, default 0.0.
+
+    Kept for the engine. It reads back as the nearest 32-bit float, as 0.10000000149011612 for 0.1;
+    numbers that are too large for one become infinite.
+    """
+
+    room_persistent: int
+    """Flag: the room stays as it is when it is left; int32, default 0. Kept for the engine."""
+
+    room_caption: Any
+    """Caption of the window, as a rule a str; None while unset. Kept for the engine."""
+
+    created: int
+    """Flag: the room's instances have been made; int32, default 0. Kept for the engine."""
+
+    creation_code: Any
+    """Source text of the room's creation code; None while unset. Kept for the engine."""
+
+    creation_code_compiled: Any
+    """Compiled form of `creation_code`, as a rule a code object; None while unset.
+
+    Kept for the engine. Never released when the room dies, and in the way of pickling.
+    """
+
+    # --- Backgrounds as the room's author set them
+
+    bgcolor: int
+    """Colour behind everything, in the engine's numbering; int32, default 0.
+
+    Kept for the engine: larkspur never clears the screen.
+    """
+
+    draw_bgcolor: int
+    """Flag: paint `bgcolor`; int32, default 0. Kept for the engine."""
+
+    bg0: Any
+    """Background slot 0 as the room's author filled it; None while unset. Kept for the engine."""
+
+    bg1: Any
+    """Background slot 1; None while unset. Kept for the engine."""
+
+    bg2: Any
+    """Background slot 2; None while unset. Kept for the engine."""
+
+    bg3: Any
+    """Background slot 3; None while unset. Kept for the engine."""
+
+    bg4: Any
+    """Background slot 4; None while unset. Kept for the engine."""
+
+    bg5: Any
+    """Background slot 5; None while unset. Kept for the engine."""
+
+    bg6: Any
+    """Background slot 6; None while unset. Kept for the engine."""
+
+    bg7: Any
+    """Background slot 7; None while unset. Kept for the engine."""
+
+    # --- Backgrounds as the game changes them
+
+    background_index: Any
+    """Position in `gm6.game.backgrounds` of what each slot shows, as a rule a list of eight.
+
+    None while unset. Kept for the engine, as all of this group.
+    """
+
+    background_visible: Any
+    """Flag for each slot: draw it; None while unset. Kept for the engine."""
+
+    background_x: Any
+    """Left edge of each slot's picture in the room, pixels; None while unset.
+
+    Kept for the engine.
+    """
+
+    background_y: Any
+    """Top edge of each slot's picture in the room, pixels; None while unset.
+
+    Kept for the engine.
+    """
+
+    background_width: Any
+    """Width of each slot's picture, pixels; None while unset. Kept for the engine."""
+
+    background_height: Any
+    """Height of each slot's picture, pixels; None while unset. Kept for the engine."""
+
+    background_xscale: Any
+    """Horizontal factor of each slot's picture; None while unset. Kept for the engine."""
+
+    background_yscale: Any
+    """Vertical factor of each slot's picture; None while unset. Kept for the engine."""
+
+    background_hspeed: Any
+    """Pixels by which each slot moves to the right in a step; None while unset.
+
+    Kept for the engine.
+    """
+
+    background_vspeed: Any
+    """Pixels by which each slot moves down in a step; None while unset. Kept for the engine."""
+
+    background_blend: Any
+    """Colour that tints each slot's picture; None while unset. Kept for the engine."""
+
+    background_alpha: Any
+    """Opacity of each slot's picture, as a rule 0.0 to 1.0; None while unset.
+
+    Kept for the engine.
+    """
+
+    background_htiled: Any
+    """Flag for each slot: repeat the picture sideways; None while unset. Kept for the engine."""
+
+    background_vtiled: Any
+    """Flag for each slot: repeat the picture up and down; None while unset.
+
+    Kept for the engine.
+    """
+
+    cached_bg: Any
+    """Surface with the backgrounds as they were drawn last; None while unset.
+
+    Kept for the engine: larkspur neither makes nor draws it.
+    """
+
+    cached_bg_scaled: Any
+    """Surface with the scaled backgrounds; None while unset. Kept for the engine."""
+
+    # --- Views
+
+    view_enabled: int
+    """Flag: draw the room view by view; int32, default 0.
+
+    `Room_Draw` reads it in each frame. While it is 0, the whole room is drawn one to one, tiles
+    included. Tiles are not drawn in a room with views.
+    """
+
+    numviews: int
+    """Number of views; int32, default 0.
+
+    Kept for the engine: `Room_Draw` goes by `view_visible` alone.
+    """
+
+    view_visible: Any
+    """Flag for each view: draw it; a sequence of truth values, None while unset.
+
+    `Room_Draw` reads elements 0 to 7, in this order, in each frame of a room with views. A shorter
+    sequence ends the loop: an empty one draws nothing at all. While it is unset, `Room_Draw` raises
+    TypeError. Never released when the room dies.
+    """
+
+    view_current: int
+    """Number of the view that is being drawn or was drawn last, 0 to 7; int32, default 0.
+
+    larkspur writes it before it draws the backgrounds of a view, and sets it to 0 in a frame
+    without views once the tiles are drawn. It never reads it.
+    """
+
+    view_xview: Floatlist8
+    """Left edge of each view in the room, pixels; None while unset.
+
+    Element v belongs to view v, here and in the ten lists below. `Room_Draw` reads them anew for
+    each view that it draws, and raises TypeError when one of them is no `Floatlist8`. It writes
+    this one and `view_yview` for a view that follows an object (see `view_object`). Objects are
+    drawn from `-view_xview[v]`, cut toward zero to a whole number of pixels.
+    """
+
+    view_yview: Floatlist8
+    """Top edge of each view in the room, pixels; None while unset.
+
+    Read, and written when the view follows an object.
+    """
+
+    view_wview: Floatlist8
+    """Width in the room of what each view shows, pixels; None while unset.
+
+    The horizontal scale is `view_wport[v] / view_wview[v]`, infinite or NaN for a width of 0.
+    """
+
+    view_hview: Floatlist8
+    """Height in the room of what each view shows, pixels; None while unset.
+
+    The vertical scale is `view_hport[v] / view_hview[v]`, infinite or NaN for a height of 0.
+    """
+
+    view_xport: Floatlist8
+    """Left edge of each view's port on the target, pixels; None while unset.
+
+    A view is drawn one to one, straight on the target, when its port begins at (0, 0) and its width
+    and height in the room are those of the target; then `view_wport` and `view_hport` do not
+    matter. The backgrounds of any other view are drawn on a surface of the port's size first,
+    which is blitted to (`view_xport[v]`, `view_yport[v]`), cut toward zero and to 16 bits.
+    """
+
+    view_yport: Floatlist8
+    """Top edge of each view's port on the target, pixels; None while unset."""
+
+    view_wport: Floatlist8
+    """Width of each view's port on the target, pixels, cut toward zero; None while unset.
+
+    A view that is not drawn one to one raises ValueError when this or the height is negative, or
+    so large that no surface of this size can be made.
+    The scale goes by the number as it is, not by the cut one.
+    """
+
+    view_hport: Floatlist8
+    """Height of each view's port on the target, pixels, cut toward zero; None while unset."""
+
+    view_object: Floatlist8
+    """Position in `gm6.game.objects` of the object that each view follows; None while unset.
+
+    A negative number follows nothing. **A fresh `Floatlist8` holds zeros, so all views of a fresh
+    room follow object 0: set every element to -1 first.** The number is cut toward zero, so
+    -0.5 is object 0 as well.
+
+    The view goes to the object's first instance (that of its first child with one, where it has
+    none itself): its left edge to the instance's x minus `view_hborder`, or to 0 where that is
+    negative. If it then ends beyond the room, it goes back until it ends with the room, to a
+    negative position where it is wider than the room. The same goes for y, `view_vborder` and the
+    height. The new position is written to `view_xview` and `view_yview`.
+
+    When there is no instance, the view stays. When there is no such object, or one without
+    `instances` or `children`, it stays, too, and `Room_Draw` returns with the exception pending, so
+    that it comes up at some later place, which has nothing to do with it. Lines on standard error,
+    from "An error has occurred 615" on, tell of it in each frame.
+    """
+
+    view_hborder: Floatlist8
+    """Distance from a view's left edge to the instance that it follows, pixels; None while unset.
+
+    The instance is kept at exactly this distance, except at the ends of the room. Half of the
+    view's width keeps it in the middle.
+    """
+
+    view_vborder: Floatlist8
+    """Distance from a view's top edge to the instance that it follows, pixels; None while unset."""
+
+    initial_view_data: Any
+    """The views' settings before the game changed them; None while unset.
+
+    Kept for the engine. Never released when the room dies.
+    """
+
+    # --- Instances and tiles
+
+    instances: Any
+    """The instances that the room starts with; None while unset. Kept for the engine."""
+
+    tiles: list[RoomTileData]
+    """The room's tiles; a list, None while unset.
+
+    `Room_Draw` reads it in a frame without views and blits the tiles in the list's order, whatever
+    their depth. It raises TypeError for anything but a list (while unset, too), and for an item
+    that is no `RoomTileData`.
+    """
+
+    drawn_objects: Any
+    """What is drawn, in this order: instances and particle systems; None while unset.
+
+    `Room_Draw` makes a tuple of it at the start of each frame and draws that, so the engine has to
+    keep it sorted, and may change it while it is drawn. Any iterable will do, as a rule an
+    `InstanceList`. What can't be iterated, None included, raises TypeError after the line "Error
+    making tuple from drawn_objects" on standard error.
+    """
+
+    # --- Lists of instances by event
+
+    all_objects: Any
+    """All active instances of the room, as a rule an `InstanceList`; None while unset.
+
+    Kept for the engine, as all of this group.
+    """
+
+    deactivated_objects: Any
+    """Instances that rest; None while unset. Kept for the engine."""
+
+    keypressed_objects: Any
+    """Instances that notice a key going down; None while unset. Kept for the engine."""
+
+    keyreleased_objects: Any
+    """Instances that notice a key going up; None while unset. Kept for the engine."""
+
+    mouse_leftpressed_objects: Any
+    """Instances that notice the left mouse button going down; None while unset.
+
+    Kept for the engine.
+    """
+
+    mouse_rightpressed_objects: Any
+    """Instances that notice the right mouse button going down; None while unset.
+
+    Kept for the engine.
+    """
+
+    collisioned_objects: Any
+    """Instances with collision events; None while unset. Kept for the engine."""
+
+    stepped_objects: Any
+    """Instances with step events; None while unset. Kept for the engine."""
+
+    moving_objects: Any
+    """Instances that move; None while unset. Kept for the engine."""
+
+    alarmed_objects: Any
+    """Instances with alarms; None while unset. Kept for the engine."""
+
+    animated_objects: Any
+    """Instances whose pictures change; None while unset. Kept for the engine."""
+
+    key_objects: Any
+    """Instances that notice a key being held; None while unset. Kept for the engine."""
+
+    mouse_objects: Any
+    """Instances with other mouse events; None while unset. Kept for the engine."""
+
+    # --- Settings of the room editor
+
+    snapx: int
+    """Horizontal step of the editor's grid, pixels; int32, default 0. Kept for the engine."""
+
+    snapy: int
+    """Vertical step of the editor's grid, pixels; int32, default 0. Kept for the engine."""
+
+    isogrid: int
+    """Flag: the editor's grid is isometric; int32, default 0. Kept for the engine."""
+
+    tile_w: int
+    """Width of the editor's tiles, pixels; int32, default 0. Kept for the engine."""
+
+    tile_h: int
+    """Height of the editor's tiles, pixels; int32, default 0. Kept for the engine."""
+
+    tile_hsep: int
+    """Gap between the editor's tiles side by side, pixels; int32, default 0.
+
+    Kept for the engine.
+    """
+
+    tile_vsep: int
+    """Gap between the editor's rows of tiles, pixels; int32, default 0. Kept for the engine."""
+
+    tile_hoffset: int
+    """Left edge of the editor's first tile, pixels; int32, default 0. Kept for the engine."""
+
+    tile_voffset: int
+    """Top edge of the editor's first tile, pixels; int32, default 0. Kept for the engine."""
+
+    # --- Methods that call the engine
+
+    def Compile(self, *ignored: Any) -> Any:
+        """Calls `gm6.Room_Compile(room)` to compile the room's creation code.
+
+        This and the 17 methods below call the function that `RegisterInstancesDict` found in `gm6`
+        when it ran last; a function that is replaced in `gm6` afterwards is not seen before the
+        next `RegisterInstancesDict`. The purpose after the colon is what an engine uses it for:
+        larkspur does not ask. It calls one method itself, `DrawBackgrounds`. No method takes
+        keywords.
+
+        Args:
+            ignored: Any number of arguments, none of which is passed on.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            RuntimeError: `RegisterInstancesDict` has not run yet, or found no such function.
+            Exception: What the function raises passes through.
+
+        Example:
+            >>> def compile_room(room):
+            ...     return "compiled %s" % room.name
+            >>> gm6.Room_Compile = compile_room
+            >>> room.Compile() is None  # the function of before is still called
+            True
+            >>> larkspur.RegisterInstancesDict(instances, Thing, Thing, Thing)
+            >>> room.Compile()
+            'compiled garden'
+        """
+
+    def Create(self, *ignored: Any) -> Any:
+        """Calls `gm6.Room_Create(room)` to enter the room.
+
+        Args:
+            ignored: Any number of arguments, none of which is passed on.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            RuntimeError: See `Compile`.
+        """
+
+    def InitializeBackgrounds(self, *ignored: Any) -> Any:
+        """Calls `gm6.Room_InitializeBackgrounds(room)` to fill `background_x` and the like.
+
+        Args:
+            ignored: Any number of arguments, none of which is passed on.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            RuntimeError: See `Compile`.
+        """
+
+    def AddInstance(self, instance: Any, *ignored: Any) -> Any:
+        """Calls `gm6.Room_AddInstance(room, instance)` to enter an instance in the room's lists.
+
+        Args:
+            instance: Passed on as it is, whatever it is.
+            ignored: Further arguments, none of which is passed on.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There is no argument.
+            RuntimeError: See `Compile`.
+
+        Example:
+            >>> def add_instance(room, instance):
+            ...     room.instances.append(instance)
+            >>> gm6.Room_AddInstance = add_instance
+            >>> larkspur.RegisterInstancesDict(instances, Thing, Thing, Thing)
+            >>> room.instances = []
+            >>> room.AddInstance("somebody")
+            >>> room.instances
+            ['somebody']
+        """
+
+    def AddDrawnInstance(self, instance: Any, *ignored: Any) -> Any:
+        """Calls `gm6.Room_AddDrawnInstance(room, instance)` to enter it in `drawn_objects`.
+
+        Args:
+            instance: Passed on as it is, whatever it is.
+            ignored: Further arguments, none of which is passed on.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There is no argument.
+            RuntimeError: See `Compile`.
+        """
+
+    def ResortDrawnObjects(self, *ignored: Any) -> Any:
+        """Calls `gm6.Room_ResortDrawnObjects(room)` to put `drawn_objects` in drawing order.
+
+        Args:
+            ignored: Any number of arguments, none of which is passed on.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            RuntimeError: See `Compile`.
+        """
+
+    def SetBackgroundIndex(self, slot: Any, index: Any, /) -> Any:
+        """Calls `gm6.Room_SetBackgroundIndex(room, slot, index)` to show a background in a slot.
+
+        Args:
+            slot: Passed on as it is, as a rule 0 to 7.
+            index: Passed on as it is, as a rule a position in `gm6.game.backgrounds`.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There are not exactly two arguments.
+            RuntimeError: See `Compile`.
+        """
+
+    def StepAlarms(self) -> Any:
+        """Calls `gm6.Room_StepAlarms(room)` to count down the alarms and run those due.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There are arguments.
+            RuntimeError: See `Compile`.
+        """
+
+    def MoveInstances(self) -> Any:
+        """Calls `gm6.Room_MoveInstances(room)` to move the instances by their speeds.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There are arguments.
+            RuntimeError: See `Compile`.
+        """
+
+    def HandleCollisions(self) -> Any:
+        """Calls `gm6.Room_HandleCollisions(room)` to run the collision events.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There are arguments.
+            RuntimeError: See `Compile`.
+        """
+
+    def StepEvents(self) -> Any:
+        """Calls `gm6.Room_StepEvents(room)` to run the step events.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There are arguments.
+            RuntimeError: See `Compile`.
+        """
+
+    def DrawBackgrounds(self, surface: Any, x: Any, y: Any, /) -> Any:
+        """Calls `gm6.Room_DrawBackgrounds(room, surface, x, y)` to draw the backgrounds.
+
+        `Room_Draw` fetches this method from a room without views and calls it with (surface, 0, 0),
+        two ints. For a view it calls the function itself, with the same four arguments: the target,
+        or the surface on which a scaled view composes its backgrounds, and the view's position
+        before it followed its object, two floats.
+
+        Args:
+            surface: Passed on as it is, as a rule a Surface to draw on.
+            x: Passed on as it is, as a rule the view's left edge in the room, pixels.
+            y: Passed on as it is, as a rule its top edge.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There are not exactly three arguments.
+            RuntimeError: See `Compile`.
+
+        Example:
+            >>> def draw_backgrounds(room, surface, x, y):
+            ...     calls.append((surface is screen, x, y))
+            >>> calls = []
+            >>> gm6.Room_DrawBackgrounds = draw_backgrounds
+            >>> larkspur.RegisterInstancesDict(instances, Thing, Thing, Thing)
+            >>> room.view_xview[0] = 20
+            >>> larkspur.Room_Draw(room, screen)
+            >>> room.view_enabled = 0
+            >>> larkspur.Room_Draw(room, screen)
+            >>> calls
+            [(True, 20.0, 0.0), (True, 0, 0)]
+        """
+
+    def RenderBackground(self) -> Any:
+        """Calls `gm6.Room_RenderBackground(room)` to draw the backgrounds ahead, in `cached_bg`.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There are arguments.
+            RuntimeError: See `Compile`.
+        """
+
+    def Leave(self) -> Any:
+        """Calls `gm6.Room_Leave(room)` to leave the room.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There are arguments.
+            RuntimeError: See `Compile`.
+        """
+
+    def MouseButtonDown(self, button: Any, /) -> Any:
+        """Calls `gm6.Room_MouseButtonDown(room, button)`: a mouse button went down.
+
+        Args:
+            button: Passed on as it is.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There is not exactly one argument.
+            RuntimeError: See `Compile`.
+        """
+
+    def MouseButtonUp(self, button: Any, /) -> Any:
+        """Calls `gm6.Room_MouseButtonUp(room, button)`: a mouse button went up.
+
+        Args:
+            button: Passed on as it is.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There is not exactly one argument.
+            RuntimeError: See `Compile`.
+        """
+
+    def HandleKeyrelease(self, key: Any, /) -> Any:
+        """Calls `gm6.Room_HandleKeyrelease(room, key)`: a key went up.
+
+        Args:
+            key: Passed on as it is.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There is not exactly one argument.
+            RuntimeError: See `Compile`.
+        """
+
+    def HandleKeypress(self, key: Any, /) -> Any:
+        """Calls `gm6.Room_HandleKeypress(room, key)`: a key went down.
+
+        Args:
+            key: Passed on as it is.
+
+        Returns:
+            What the function returns.
+
+        Raises:
+            TypeError: There is not exactly one argument.
+            RuntimeError: See `Compile`.
+
+        Example:
+            >>> def handle_keypress(room, key):
+            ...     return "%s: key %d" % (room.name, key)
+            >>> gm6.Room_HandleKeypress = handle_keypress
+            >>> larkspur.RegisterInstancesDict(instances, Thing, Thing, Thing)
+            >>> room.HandleKeypress(32)
+            'garden: key 32'
+        """
+
+    # --- Conversion, comparison, pickling
+
+    def __int__(self) -> int:
+        """The room's position in `gm6.game.rooms`.
+
+        Raises:
+            SystemError: The room is not in the list.
+            AttributeError: There is no `gm6.game` or `gm6.game.rooms`.
+        """
+
+    def __float__(self) -> float:
+        """The room's position in `gm6.game.rooms`.
+
+        Raises:
+            SystemError: The room is not in the list.
+            AttributeError: There is no `gm6.game` or `gm6.game.rooms`.
+        """
+
+    def __str__(self) -> str:
+        """The room's position in `gm6.game.rooms` in decimal, "-1" when it is not in the list.
+
+        Raises:
+            AttributeError: There is no `gm6.game` or `gm6.game.rooms`.
+        """
+
+    def __cmp__(self, other: Any, /) -> int:
+        """Compares the integer values of two rooms, or of a room and a background or tile.
+
+        The interpreter calls this for the operators and `cmp()` with such an operand. It is how
+        `room in rooms` and `rooms.index(room)` compare, too, after they have looked whether it is
+        the same object; so search lists of rooms by position.
+
+        Returns:
+            -1, 0 or 1; -1 as well when one of them is in no list, so that `==` says False even of a
+            room and itself.
+
+        Raises:
+            AttributeError: There is no `gm6.game` or list in it.
+
+        Writes:
+            "XXX need to set an exception.": on standard error, when one of them has no position.
+
+        Example:
+            >>> background = larkspur.BackgroundData()
+            >>> gm6.game.backgrounds.append(background)
+            >>> room == background, int(room) == int(background) == 0
+            (True, True)
+        """
+
+    def __reduce__(self, *ignored: Any) -> tuple[Any, ...]:
+        """What pickling takes: (`GMRoom`, (), state).
+
+        The state is a tuple of 78 pairs (name, value), in this order: `id`, `name`, `room_width`,
+        `room_height`, `snapx`, `snapy`, `isogrid`, `room_speed`, `room_persistent`, `bgcolor`,
+        `draw_bgcolor`, `room_caption`, `creation_code`, `bg0` to `bg7`, `view_enabled`, `numviews`,
+        `view_xview`, `view_yview`, `view_object`, `view_hborder`, `view_vborder`, `view_wview`,
+        `view_hview`, `view_xport`, `view_yport`, `view_wport`, `view_hport`, `background_index`,
+        `instances`, `tiles`, `tile_w`, `tile_h`, `tile_hsep`, `tile_vsep`, `tile_hoffset`,
+        `tile_voffset`, `created`, `all_objects`, `drawn_objects`, `deactivated_objects`,
+        `keypressed_objects`, `keyreleased_objects`, `mouse_leftpressed_objects`,
+        `mouse_rightpressed_objects`, `collisioned_objects`, `stepped_objects`, `moving_objects`,
+        `alarmed_objects`, `animated_objects`, `key_objects`, `mouse_objects`, `cached_bg`,
+        `cached_bg_scaled`, `frame_duration`, `creation_code_compiled`, `background_x`,
+        `background_y`, `background_width`, `background_height`, `background_xscale`,
+        `background_yscale`, `background_hspeed`, `background_vspeed`, `background_blend`,
+        `background_alpha`, `background_htiled`, `background_vtiled`, `background_visible`,
+        `view_visible`, `view_current`, `initial_view_data`. Unset members have the value None.
+
+        Args:
+            ignored: Any number of arguments, not looked at.
+
+        Example:
+            >>> state = room.__reduce__()[2]
+            >>> len(state), state[:3]
+            (78, (('id', 0), ('name', 'garden'), ('room_width', 640)))
+        """
+
+    def __setstate__(self, state: Any, /) -> None:
+        """Sets the members that a state names, one after the other.
+
+        A pair that can't be set, as its name is no member's or its value of a wrong type, is passed
+        over without a word, so that a state from another version of the engine can be restored.
+        Members that the state does not name stay as they are.
+
+        Args:
+            state: A tuple or list of pairs (name, value), each a tuple or list.
+
+        Raises:
+            TypeError: There is no state, it is neither tuple nor list, or has an item that is no
+                pair; what stands before that item has been set.
+
+        Example:
+            >>> other = larkspur.GMRoom()
+            >>> other.__setstate__([("name", "cellar"), ("smell", "musty"), ("room_width", 320)])
+            >>> other.name, other.room_width
+            ('cellar', 320)
+        """
+
+    if TYPE_CHECKING:  # what the interpreter makes of __cmp__, in the words of type checkers
+        __hash__: ClassVar[None]  # type: ignore[assignment]
+
+        def __lt__(self, other: Any, /) -> bool: ...
+        def __le__(self, other: Any, /) -> bool: ...
+        def __gt__(self, other: Any, /) -> bool: ...
+        def __ge__(self, other: Any, /) -> bool: ...
+
+class RoomTileData:
+    """One tile of a room: a rectangle of a background, and where it is drawn.
+
+    The engine makes tiles by calling the type without arguments (arguments are ignored), fills in
+    their members and puts them into the list `GMRoom.tiles`. In a frame without views `Room_Draw`
+    blits each from the `surf` of its background, in the list's order, one to one and clipped by the
+    Surfaces. Tiles are not drawn in rooms with views.
+
+    All members are signed 32-bit integers that start at 0 and can't be deleted. They take whatever
+    has an integer value: floats lose their fraction, numbers outside of -2147483648..2147483647
+    keep their low 32 bits, with a RuntimeWarning, or raise OverflowError where they don't even fit
+    64 bits. Anything else raises TypeError. The type can't be subclassed and takes no further
+    attributes.
+
+    As a number a tile is its `id`: `int(tile)`, `float(tile)`, `"%d" % tile` and `str(tile)`.
+    `repr()` shows the address. A tile is always true, and has no hash. Tiles compare with each
+    other, with rooms and with backgrounds by these numbers alone: two fresh tiles are equal, and so
+    are all with one id, whatever else they hold. Comparing with a sprite goes by the numbers, too,
+    comparing with a plain number does not: `tile == 12` is always False. Compare `tile.id`.
+
+    The pickled state is a tuple of ten ints: `x`, `y`, `background_idx`, `tilex`, `tiley`, `w`,
+    `h`, `layer_depth`, `id`, `locked`. A tile holds no references.
+
+    Example:
+        >>> background = larkspur.BackgroundData()
+        >>> background.surf = pygame.Surface((32, 32), 0, screen)
+        >>> shown = background.surf.fill((0, 160, 0), (16, 0, 16, 16))
+        >>> gm6.game.backgrounds = [background]
+        >>> tile = larkspur.RoomTileData()
+        >>> tile.background_idx = int(background)
+        >>> tile.tilex, tile.tiley, tile.w, tile.h = 16, 0, 16, 16
+        >>> tile.x, tile.y = 8, 8
+        >>> room = larkspur.GMRoom()
+        >>> room.drawn_objects, room.tiles = [], [tile]
+        >>> shown = screen.fill((0, 0, 0))
+        >>> larkspur.Room_Draw(room, screen)
+        >>> [tuple(screen.get_at((x, 8)))[:3] for x in (7, 8, 23, 24)]
+        [(0, 0, 0), (0, 160, 0), (0, 160, 0), (0, 0, 0)]
+    """
+
+    x: int
+    """Left edge in the room, pixels; int32, default 0. Drawing takes the low 16 bits, signed."""
+
+    y: int
+    """Top edge in the room, pixels; int32, default 0. Drawing takes the low 16 bits, signed."""
+
+    id: int
+    """The tile's number; int32, default 0. It is the tile's integer value."""
+
+    background_idx: int
+    """Position in `gmapi.game.backgrounds` of the background; int32, default 0.
+
+    It is `gmapi.game` here and `gm6.game` everywhere else; an engine has the same object in both.
+    `Room_Draw` raises IndexError for a negative number and one without a background, and TypeError
+    for an element that is no `BackgroundData` or has no Surface in `surf`.
+    """
+
+    tilex: int
+    """Left edge of the rectangle in the background, pixels; int32, default 0.
+
+    Drawing takes the low 16 bits, signed.
+    """
+
+    tiley: int
+    """Top edge of the rectangle in the background, pixels; int32, default 0.
+
+    Drawing takes the low 16 bits, signed.
+    """
+
+    w: int
+    """Width of the rectangle, pixels; int32, default 0, which draws nothing.
+
+    Drawing takes the low 16 bits, unsigned: -1 stands for 65535, that is for all there is.
+    """
+
+    h: int
+    """Height of the rectangle, pixels; int32, default 0, which draws nothing.
+
+    Drawing takes the low 16 bits, unsigned.
+    """
+
+    layer_depth: int
+    """Depth of the tile's layer; int32, default 0.
+
+    Kept for the engine, which has to sort `GMRoom.tiles` by it: larkspur does not look at it.
+    """
+
+    locked: int
+    """Flag: the room editor must not change the tile; int32, default 0. Kept for the engine."""
+
+    # --- Conversion, comparison, pickling
+
+    def __int__(self) -> int:
+        """The tile's `id`.
+
+        Example:
+            >>> tile.id = 12
+            >>> int(tile), float(tile), str(tile)
+            (12, 12.0, '12')
+        """
+
+    def __float__(self) -> float:
+        """The tile's `id`."""
+
+    def __str__(self) -> str:
+        """The tile's `id` in decimal."""
+
+    def __cmp__(self, other: Any, /) -> int:
+        """Compares the integer values of two tiles, or of a tile and a room or background.
+
+        The interpreter calls this for the operators and `cmp()` with such an operand.
+
+        Returns:
+            -1, 0 or 1; -1 as well when the other is in no list and so has no integer value.
+
+        Writes:
+            "XXX need to set an exception.": on standard error, when the other has no integer value.
+
+        Example:
+            >>> same, other = larkspur.RoomTileData(), larkspur.RoomTileData()
+            >>> same.id, other.id = 12, 13
+            >>> tile == same, tile < other, tile == 12
+            (True, True, False)
+        """
+
+    def __reduce__(self, *ignored: Any) -> tuple[Any, ...]:
+        """What pickling takes: (`RoomTileData`, (), state).
+
+        Args:
+            ignored: Any number of arguments, not looked at.
+
+        Returns:
+            The state has the ten members in the order `x`, `y`, `background_idx`, `tilex`, `tiley`,
+            `w`, `h`, `layer_depth`, `id`, `locked`.
+
+        Example:
+            >>> tile.__reduce__()[1:]
+            ((), (8, 8, 0, 16, 0, 16, 16, 0, 12, 0))
+        """
+
+    def __setstate__(self, state: Any, /) -> None:
+        """Sets the ten members from a state.
+
+        Args:
+            state: A tuple or list of at least ten numbers in the order of `__reduce__`; each is cut
+                to 32 bits without a warning, and further items are not looked at.
+
+        Raises:
+            TypeError: There is no state, it is neither tuple nor list, or an item is no number.
+            IndexError: The state is too short.
+            OverflowError: A number does not fit 64 bits.
+
+            The members before the failing item have their new values.
+        """
+
+    if TYPE_CHECKING:  # what the interpreter makes of __cmp__, in the words of type checkers
+        __hash__: ClassVar[None]  # type: ignore[assignment]
+
+        def __lt__(self, other: Any, /) -> bool: ...
+        def __le__(self, other: Any, /) -> bool: ...
+        def __gt__(self, other: Any, /) -> bool: ...
+        def __ge__(self, other: Any, /) -> bool: ...
+
+class Floatlist8:
+    """Eight numbers, one for each view of a room, that behave like the first of them.
+
+    The engine makes one for each of the eleven members of a `GMRoom` from `view_xview` to
+    `view_object`, by calling the type without arguments (arguments are ignored: a list of numbers
+    given here is not taken over). `Room_Draw` reads element v when it draws view v, and writes
+    `view_xview` and `view_yview` of views that follow an object.
+
+    **A fresh list holds zeros.** That is right for all members but `view_object`, where 0 is the
+    game's first object: view 0 to 7 of a fresh room follow it until every element is set to -1.
+
+    It has a length of 8 and elements 0 to 7 (-8 to -1 from the end), each a double; assigning takes
+    whatever `float()` takes. It can be iterated, so `list()`, `sum()`, `max()` and `in` work. There
+    are no slices, and elements can't be deleted. It has no other list methods, can't be subclassed
+    and takes no attributes.
+
+    As a number it is element 0, and arithmetic concerns element 0 alone. `+`, `-`, `*` and `/` give
+    a new `Floatlist8` with the result in element 0 and the other seven elements copied. **Element 0
+    is the left operand even where the list stands on the right**: `5 - values` holds
+    `values[0] - 5`. The other operand may be all that `float()` takes, another `Floatlist8` (its
+    element 0) and a `GMVar` among them. Dividing by 0 gives infinity or NaN and raises nothing.
+    `values -= x` changes the list itself; `+=`, `*=` and `/=` give the name a new list, which the
+    room does not know. There is no `//`, `%`, `**`, negation or `abs()`, and no division after
+    `from __future__ import division`.
+
+    Two lists compare by their elements 0 alone: lists that differ elsewhere are equal, and a NaN
+    equals everything. A list and a plain number do not compare: `values == 2.0` is always False,
+    and the order is that of the types' names. Compare `values[0]`. A list is always true and has no
+    hash. `repr()` shows the address.
+
+    `str()` gives a whole element 0 in decimal, "-2147483648" for one outside of
+    -2147483648..2147483647, and the text "%f", without any number, for one with a fraction or NaN.
+    Don't use it for output: take `"%g" % values[0]`.
+
+    The pickled state is a tuple of the eight floats. A list holds no references.
+
+    Example:
+        >>> xview = larkspur.Floatlist8()
+        >>> list(xview)
+        [0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0]
+        >>> xview[0], xview[7] = 1.5, 64
+        >>> len(xview), xview[0], xview[-1]
+        (8, 1.5, 64.0)
+
+        A room whose lists are all fresh follows object 0:
+
+        >>> class Walker(object):
+        ...     x, y = 200.0, 100.0
+        >>> class WalkerKind(object):
+        ...     instances, children = [Walker()], []
+        >>> gm6.game.objects.append(WalkerKind())
+        >>> room = larkspur.GMRoom()
+        >>> room.room_width, room.room_height = 640, 480
+        >>> room.drawn_objects, room.view_enabled, room.view_visible = [], 1, [1]
+        >>> for member in (
+        ...     "view_xview", "view_yview", "view_object", "view_hborder", "view_vborder",
+        ...     "view_wview", "view_hview", "view_xport", "view_yport", "view_wport", "view_hport",
+        ... ):
+        ...     setattr(room, member, larkspur.Floatlist8())
+        >>> room.view_wview[0], room.view_hview[0] = screen.get_size()
+        >>> larkspur.Room_Draw(room, screen)
+        >>> room.view_xview[0], room.view_yview[0]
+        (200.0, 100.0)
+        >>> for view in range(8):
+        ...     room.view_object[view] = -1
+        >>> room.view_xview[0] = room.view_yview[0] = 0
+        >>> larkspur.Room_Draw(room, screen)
+        >>> room.view_xview[0], room.view_yview[0]
+        (0.0, 0.0)
+    """
+
+    # --- Elements
+
+    def __len__(self) -> int:
+        """Always 8."""
+
+    def __getitem__(self, index: int, /) -> float:
+        """Element 0 to 7, or -8 to -1 from the end.
+
+        Args:
+            index: An int or long; floats and `GMVar`s have to go through `int()`.
+
+        Raises:
+            SystemError: The index is out of range ("error return without exception set").
+            TypeError: The index is no int or long; slices, too.
+        """
+
+    def __setitem__(self, index: int, value: Any, /) -> None:
+        """Sets element 0 to 7, or -8 to -1 from the end.
+
+        Args:
+            index: As for reading.
+            value: What `float()` takes: numbers, `GMVar`s, texts such as "3.5".
+
+        Raises:
+            SystemError: The index is out of range.
+            TypeError: The index is no int or long, or the value is nothing that `float()` takes.
+            ValueError: The value is a text without a number.
+
+        Example:
+            >>> xview[1] = larkspur.GMVar(7)
+            >>> xview[1]
+            7.0
+            >>> xview[8] = 1
+            Traceback (most recent call last):
+            SystemError: error return without exception set
+        """
+
+    def __delitem__(self, index: int, /) -> None:
+        """Not supported.
+
+        Raises:
+            SystemError: Always, for an index in range ("null argument to internal routine") or out
+                of it.
+            TypeError: The index is no int or long.
+        """
+
+    # --- Arithmetic with element 0
+
+    def __add__(self, other: Any, /) -> Floatlist8:
+        """A new list with element 0 plus `other`.
+
+        Args:
+            other: What `float()` takes.
+
+        Raises:
+            TypeError: `other` is nothing that `float()` takes.
+            ValueError: `other` is a text without a number.
+
+        Example:
+            >>> list(xview + 1)
+            [2.5, 7.0, 0.0, 0.0, 0.0, 0.0, 0.0, 64.0]
+        """
+
+    def __radd__(self, other: Any, /) -> Floatlist8:
+        """A new list with element 0 plus `other`, as `__add__`."""
+
+    def __sub__(self, other: Any, /) -> Floatlist8:
+        """A new list with element 0 minus `other`; arguments and exceptions as of `__add__`."""
+
+    def __rsub__(self, other: Any, /) -> Floatlist8:
+        """A new list with element 0 minus `other`, although `other` stands on the left.
+
+        Example:
+            >>> (5 - xview)[0]
+            -3.5
+            >>> 5 - xview[0]
+            3.5
+        """
+
+    def __mul__(self, other: Any, /) -> Floatlist8:
+        """A new list with element 0 times `other`; arguments and exceptions as of `__add__`.
+
+        Example:
+            >>> list(xview * xview)
+            [2.25, 7.0, 0.0, 0.0, 0.0, 0.0, 0.0, 64.0]
+        """
+
+    def __rmul__(self, other: Any, /) -> Floatlist8:
+        """A new list with element 0 times `other`, as `__mul__`."""
+
+    def __div__(self, other: Any, /) -> Floatlist8:
+        """A new list with element 0 divided by `other`, never cut to a whole number.
+
+        Arguments and exceptions as of `__add__`. Python 2's `/` calls this, unless the module says
+        `from __future__ import division`.
+
+        Returns:
+            The new list; element 0 is infinite or NaN where `other` is 0.
+        """
+
+    def __rdiv__(self, other: Any, /) -> Floatlist8:
+        """A new list with element 0 divided by `other`, although `other` stands on the left.
+
+        Example:
+            >>> (3 / xview)[0]
+            0.5
+        """
+
+    def __isub__(self, other: Any, /) -> Floatlist8:
+        """Subtracts `other` from element 0 of the list itself.
+
+        The only operation in place: `+=`, `*=` and `/=` make a new list.
+
+        Args:
+            other: What `float()` takes.
+
+        Returns:
+            The list itself.
+
+        Raises:
+            TypeError: `other` is nothing that `float()` takes; nothing has changed.
+            ValueError: It is a text without a number; nothing has changed.
+
+        Example:
+            >>> same = xview
+            >>> xview -= 0.5
+            >>> same is xview, xview[0]
+            (True, 1.0)
+            >>> xview += 0.5
+            >>> same is xview, same[0], xview[0]
+            (False, 1.0, 1.5)
+        """
+
+    # --- Conversion, comparison, pickling
+
+    def __int__(self) -> int:
+        """Element 0 cut toward zero, -2147483648 where that does not fit 32 bits or is NaN.
+
+        Example:
+            >>> xview[0] = -2.7
+            >>> int(xview), float(xview), str(xview)
+            (-2, -2.7, '%f')
+            >>> xview[0] = 3
+            >>> str(xview)
+            '3'
+        """
+
+    def __float__(self) -> float:
+        """Element 0."""
+
+    def __str__(self) -> str:
+        """Element 0 in decimal when it is whole, otherwise the text "%f"."""
+
+    def __cmp__(self, other: Floatlist8, /) -> int:
+        """Compares the elements 0 of two lists.
+
+        The interpreter calls this for the operators and `cmp()` when both sides are lists.
+
+        Returns:
+            -1, 0 or 1; 0 as well when one of them is NaN.
+
+        Example:
+            >>> a, b = larkspur.Floatlist8(), larkspur.Floatlist8()
+            >>> b[5] = 99
+            >>> a == b, list(a) == list(b)
+            (True, False)
+            >>> a == 0, a[0] == 0
+            (False, True)
+        """
+
+    def __reduce__(self, *ignored: Any) -> tuple[Any, ...]:
+        """What pickling takes: (`Floatlist8`, (), state).
+
+        Args:
+            ignored: Any number of arguments, not looked at.
+
+        Returns:
+            The state is a tuple of the eight elements.
+        """
+
+    def __setstate__(self, state: Any, /) -> None:
+        """Sets all elements at once.
+
+        Args:
+            state: A tuple or list of at least eight numbers; further items are not looked at, and
+                an item that is no number is stored as -1.0.
+
+        Raises:
+            TypeError: There is no state, or it is neither tuple nor list.
+            IndexError: The state is too short; the elements before its end have been set.
+
+        Example:
+            >>> xview.__setstate__((0, 10, 20, 30, 40, 50, 60, 70))
+            >>> xview[7]
+            70.0
+        """
+
+    if TYPE_CHECKING:  # what type checkers ask of Python 3, and Python 2 finds without
+        __hash__: ClassVar[None]  # type: ignore[assignment]
+
+        def __iter__(self) -> Iterator[float]: ...
+        def __truediv__(self, other: Any, /) -> Floatlist8: ...
+        def __rtruediv__(self, other: Any, /) -> Floatlist8: ...
+        def __lt__(self, other: Any, /) -> bool: ...
+        def __le__(self, other: Any, /) -> bool: ...
+        def __gt__(self, other: Any, /) -> bool: ...
+        def __ge__(self, other: Any, /) -> bool: ...
+
+class GMSprite:
+    """A sprite of the game: its pictures, its size and its bounding box.
+
+    There are three ways to a sprite with pictures:
+
+    - The engine calls the type without arguments (arguments are ignored), sets the members and
+      fills `subimages` with Surfaces, one for each frame of the animation.
+    - `GMSprite_from_surface(surface, name)` makes a sprite with one picture, a copy of the Surface
+      in the display's format, and sets the size and the bounding box.
+    - Unpickling (and copying with the module `copy`) has `gm6.SpriteData_load_images` load the
+      pictures again: see `__setstate__`.
+
+    The engine appends the sprite to `gm6.game.sprites` and draws it itself. larkspur reads a sprite
+    in two places: `sprite_scalecache_add`, for native callers, which takes pictures from
+    `subimages` and stores transformed copies in `scalecache`; and pickling.
+
+    Number members are signed 32-bit integers that start at 0 and can't be deleted. They take
+    whatever has an integer value: floats lose their fraction, numbers outside of
+    -2147483648..2147483647 keep their low 32 bits, with a RuntimeWarning, or raise OverflowError
+    where they don't even fit 64 bits. Anything else raises TypeError. The three object members take
+    any object, and can be deleted; then reading one raises AttributeError. The type can't be
+    subclassed and takes no further attributes.
+
+    As a number a sprite is its position in `gm6.game.sprites`, found by identity: `int(sprite)`,
+    `float(sprite)`, `"%d" % sprite` and `str(sprite)`. All of them raise SystemError for a sprite
+    that is not in the list, `str()` too, unlike that of backgrounds and rooms. `repr()` shows the
+    address. A sprite is always true. It has no hash, so it can't be a dictionary's key or in a set:
+    use `id(sprite)` or the position.
+
+    Sprites compare by their numbers with everything that `int()` takes, plain numbers, rooms and
+    texts of digits among it. They raise otherwise: `sprite == None` is a TypeError, so ask
+    `sprite is None`. A sprite in no list raises SystemError whatever it is compared with. That is
+    how `sprite in sprites` and `sprites.index(sprite)` compare, too, after they have looked whether
+    it is the same object.
+
+    The pickled state is a tuple of fifteen ints, the name and the number of pictures; the pictures
+    are not in it. **Pickling takes the sprite's `scalecache` away**, copying with the module `copy`
+    as well: reading it raises AttributeError until a dictionary is assigned again.
+
+    A sprite owns what its three object members hold, and takes part in garbage collection. A name
+    that came from a pickled state is never freed.
+
+    Example:
+        >>> sprite = larkspur.GMSprite()
+        >>> sprite.name, sprite.subimages, sprite.scalecache
+        (None, [], {})
+        >>> sprite.name = "spr_torch"
+        >>> sprite.subimages = [pygame.Surface((16, 24), 0, screen) for frame in range(4)]
+        >>> sprite.w, sprite.h = sprite.subimages[0].get_size()
+        >>> sprite.rightbound, sprite.bottombound = sprite.w, sprite.h
+        >>> sprite.xorigin, sprite.yorigin = 8, 24
+        >>> gm6.game.sprites.append(sprite)
+        >>> int(sprite), float(sprite), str(sprite)
+        (0, 0.0, '0')
+        >>> larkspur.GMSprite_from_surface(sprite.subimages[0], "spr_still").w
+        16
+    """
+
+    # --- Size and bounding box
+
+    w: int
+    """Width of the unscaled sprite, pixels; int32, default 0.
+
+    `GMSprite_from_surface` sets it. Otherwise kept for the engine, as all numbers of a sprite.
+    """
+
+    h: int
+    """Height of the unscaled sprite, pixels; int32, default 0. `GMSprite_from_surface` sets it."""
+
+    xorigin: int
+    """x of the point that comes to lie at an instance's position, pixels; int32, default 0.
+
+    Kept for the engine.
+    """
+
+    yorigin: int
+    """y of the point that comes to lie at an instance's position, pixels; int32, default 0.
+
+    Kept for the engine.
+    """
+
+    leftbound: int
+    """Left end of the bounding box, pixels; int32, default 0. Kept for the engine."""
+
+    rightbound: int
+    """Right end of the bounding box, pixels; int32, default 0.
+
+    `GMSprite_from_surface` sets it to the width, one more than the last column's number.
+    """
+
+    topbound: int
+    """Upper end of the bounding box, pixels; int32, default 0. Kept for the engine."""
+
+    bottombound: int
+    """Lower end of the bounding box, pixels; int32, default 0.
+
+    `GMSprite_from_surface` sets it to the height, one more than the last row's number.
+    """
+
+    bounding_box_type: int
+    """Kind of bounding box, in the engine's numbering; int32, default 0. Kept for the engine."""
+
+    precise_collision_checking: int
+    """Flag: collisions go by the pixels; int32, default 0. Kept for the engine."""
+
+    # --- Settings of the pictures
+
+    transparent: int
+    """Flag: the pictures have a transparent colour; int32, default 0. Kept for the engine."""
+
+    smooth_edges: int
+    """Flag: the pictures' edges are smoothed; int32, default 0. Kept for the engine."""
+
+    use_video_memory: int
+    """Flag: the pictures belong in video memory; int32, default 0. Kept for the engine."""
+
+    load_only_on_use: int
+    """Flag: load the pictures at their first use; int32, default 0. Kept for the engine."""
+
+    preload_texture: int
+    """Flag: load the pictures early; int32, default 0. Kept for the engine."""
+
+    # --- Name and pictures
+
+    name: Any
+    """The sprite's name, as a rule a str; default None, AttributeError once deleted.
+
+    Unpickling makes the sprite an attribute of `gmapi` under this name.
+    """
+
+    subimages: list[pygame.Surface]
+    """The pictures, one for each frame; default a new empty list, AttributeError once deleted.
+
+    `sprite_scalecache_add` takes picture i from it, from any sequence; pickling counts its items
+    and raises TypeError for anything but a list.
+    """
+
+    scalecache: dict[Any, pygame.Surface]
+    """Transformed copies of the pictures by keys; default a new empty dictionary.
+
+    `sprite_scalecache_add` stores its copies here under the key that it is given; the engine may
+    keep its own here just as well. **Nothing ever removes an entry**: the engine has to empty the
+    dictionary, as soon as there are too many, when `subimages` changes and when the display gets
+    another format.
+
+    Reading it raises AttributeError once it is deleted or the sprite has been pickled or copied.
+    Meanwhile `sprite_scalecache_add` fails, with the line "Error storing item in scalecache." on
+    standard error.
+    """
+
+    # --- Conversion and comparison
+
+    def __int__(self) -> int:
+        """The sprite's position in `gm6.game.sprites`.
+
+        Raises:
+            SystemError: The sprite is not in the list ("NULL result without error in ...").
+            AttributeError: There is no `gm6.game` or `gm6.game.sprites`.
+        """
+
+    def __float__(self) -> float:
+        """The sprite's position in `gm6.game.sprites`.
+
+        Raises:
+            SystemError: The sprite is not in the list.
+            AttributeError: There is no `gm6.game` or `gm6.game.sprites`.
+        """
+
+    def __str__(self) -> str:
+        """The sprite's position in `gm6.game.sprites` in decimal.
+
+        Raises:
+            SystemError: The sprite is not in the list.
+            AttributeError: There is no `gm6.game` or `gm6.game.sprites`.
+
+        Example:
+            >>> str(larkspur.GMSprite())
+            Traceback (most recent call last):
+            SystemError: NULL result without error in PyObject_Call
+        """
+
+    def __eq__(self, other: object, /) -> bool:
+        """Compares the integer values, both cut to their low 32 bits.
+
+        This and the five below differ in the operator only. `cmp()` goes by them, too.
+
+        Args:
+            other: What `int()` takes; floats lose their fraction, texts are read as numbers.
+
+        Raises:
+            SystemError: One of the two is in no list.
+            TypeError: `other` has no integer value, as None.
+            ValueError: `other` is a text that is no whole number.
+            OverflowError: `other` does not fit 64 bits.
+
+        Example:
+            >>> sprite == 0, 0 == sprite, sprite < 1, sprite == 0.5
+            (True, True, True, True)
+            >>> sprite == None
+            Traceback (most recent call last):
+            TypeError: int() argument must be a string or a number, not 'NoneType'
+        """
+
+    def __ne__(self, other: object, /) -> bool:
+        """Whether the integer values differ, as `__eq__`."""
+
+    def __lt__(self, other: Any, /) -> bool:
+        """Whether the sprite's integer value is the smaller one, as `__eq__`."""
+
+    def __le__(self, other: Any, /) -> bool:
+        """Whether the sprite's integer value is not the greater one, as `__eq__`."""
+
+    def __gt__(self, other: Any, /) -> bool:
+        """Whether the sprite's integer value is the greater one, as `__eq__`."""
+
+    def __ge__(self, other: Any, /) -> bool:
+        """Whether the sprite's integer value is not the smaller one, as `__eq__`."""
+
+    # --- Pickling
+
+    def __reduce__(self, *ignored: Any) -> tuple[Any, ...]:
+        """What pickling takes: (`GMSprite`, (), state). Takes `scalecache` away.
+
+        The state is a tuple of `w`, `h`, `leftbound`, `rightbound`, `topbound`, `bottombound`,
+        `xorigin`, `yorigin`, `transparent`, `precise_collision_checking`, `bounding_box_type`,
+        `smooth_edges`, `preload_texture`, `use_video_memory`, `load_only_on_use`, `name` and the
+        number of pictures.
+
+        Args:
+            ignored: Any number of arguments, not looked at.
+
+        Raises:
+            TypeError: `subimages` is no list.
+            AttributeError: `name` or `subimages` was deleted.
+
+        Example:
+            >>> sprite.__reduce__()[2]
+            (16, 24, 0, 16, 0, 24, 8, 24, 0, 0, 0, 0, 0, 0, 0, 'spr_torch', 4)
+            >>> sprite.scalecache
+            Traceback (most recent call last):
+            AttributeError: scalecache
+            >>> sprite.scalecache = {}
+        """
+
+    def __setstate__(self, state: Any, /) -> None:
+        """Restores a sprite from a state and has the engine load its pictures.
+
+        In this order: the fifteen numbers and the name are set, `subimages` becomes a new empty
+        list and `scalecache` a new empty dictionary; `gm6.SpriteData_load_images(sprite, name,
+        count)` is called, which is to fill `subimages`; and the sprite becomes an attribute of
+        `gmapi` under its name, whatever stood there before. It is not put into `gm6.game.sprites`.
+
+        Args:
+            state: A tuple or list as `__reduce__` gives it; numbers are cut to 32 bits without a
+                warning, and further items are not looked at.
+
+        Raises:
+            TypeError: There is no state, it is neither tuple nor list, an item is no number, or the
+                name can't be hashed.
+            IndexError: The state is too short.
+            OverflowError: A number does not fit 64 bits.
+            RuntimeError: `RegisterInstancesDict` has not run, or found no such function.
+            Exception: What the function raises passes through; the sprite is not published.
+
+            Whatever was set before the failure stays.
+
+        Writes:
+            "An exception occurred!": on standard error, when the function raises or is missing.
+            "Retnull": on standard output, when the sprite can't be published under its name.
+
+        Example:
+            >>> def load_images(sprite, name, count):
+            ...     for number in range(count):
+            ...         sprite.subimages.append(pygame.Surface((sprite.w, sprite.h), 0, screen))
+            >>> gm6.SpriteData_load_images = load_images
+            >>> larkspur.RegisterInstancesDict(instances, Thing, Thing, Thing)
+            >>> import pickle
+            >>> restored = pickle.loads(pickle.dumps(sprite))
+            >>> restored.name, len(restored.subimages), gmapi.spr_torch is restored
+            ('spr_torch', 4, True)
+        """
+
+    if TYPE_CHECKING:
+        __hash__: ClassVar[None]  # type: ignore[assignment]
+
+class BackgroundData:
+    """A background of the game: its picture and its size.
+
+    The engine makes one by calling the type without arguments (arguments are ignored), sets its
+    members and appends it to `gm6.game.backgrounds`; `gmapi.game.backgrounds`, where `Room_Draw`
+    looks for the backgrounds of tiles, has to be the same list. Unpickling (and copying with the
+    module `copy`) has `gm6.BackgroundData_load_images` load the picture again: see `__setstate__`.
+
+    larkspur reads one member, `surf`, when it draws tiles. The backgrounds themselves are drawn by
+    the engine, in `gm6.Room_DrawBackgrounds`.
+
+    Number members are signed 32-bit integers that start at 0 and can't be deleted. They take
+    whatever has an integer value: floats lose their fraction, numbers outside of
+    -2147483648..2147483647 keep their low 32 bits, with a RuntimeWarning, or raise OverflowError
+    where they don't even fit 64 bits. Anything else raises TypeError. The three object members take
+    any object, and can be deleted; then reading one raises AttributeError. The type can't be
+    subclassed and takes no further attributes.
+
+    As a number a background is its position in `gm6.game.backgrounds`, found by identity:
+    `int(background)`, `float(background)`, `"%d" % background` and `str(background)`. One that is
+    not in the list has none: `int()` and `float()` raise SystemError, and `str()` gives "-1".
+    `repr()` shows the address. A background is always true, and has no hash.
+
+    Backgrounds, rooms and tiles compare with each other by these numbers alone, so a background
+    equals the room at the same position. Comparing with a sprite goes by the numbers, too, and
+    raises where one of the two has none. Comparing with a plain number does not: `background == 0`
+    is always False. Compare `int(background)`.
+
+    The pickled state is the tuple (`name`, `transparent`); neither picture nor size is in it.
+
+    A background owns what its three object members hold, and takes part in garbage collection. A
+    name that came from a pickled state is never freed.
+
+    Example:
+        >>> background = larkspur.BackgroundData()
+        >>> background.name, background.surf, background.scaled_data_cache
+        (None, None, {})
+        >>> str(background)
+        '-1'
+        >>> background.name = "bg_sky"
+        >>> background.surf = pygame.Surface((32, 20), 0, screen)
+        >>> background.w, background.h = background.surf.get_size()
+        >>> gm6.game.backgrounds = [background]
+        >>> int(background), float(background), str(background)
+        (0, 0.0, '0')
+    """
+
+    name: Any
+    """The background's name, as a rule a str; default None, AttributeError once deleted.
+
+    Unpickling makes the background an attribute of `gmapi` under this name.
+    """
+
+    surf: pygame.Surface
+    """The picture; default None, AttributeError once deleted.
+
+    `Room_Draw` blits tiles from it, and raises TypeError for anything but a Surface, None and a
+    deleted one included. Unpickling sets it to None before the engine's function is called.
+    """
+
+    scaled_data_cache: dict[Any, Any]
+    """Scaled pictures by keys; default a new empty dictionary, AttributeError once deleted.
+
+    Kept for the engine, which has to empty it, too. It is not pickled, and pickling leaves it in
+    place; unpickling sets a new empty dictionary.
+    """
+
+    w: int
+    """Width in pixels; int32, default 0. Kept for the engine; not pickled."""
+
+    h: int
+    """Height in pixels; int32, default 0. Kept for the engine; not pickled."""
+
+    transparent: int
+    """Flag: the picture has a transparent colour; int32, default 0. Kept for the engine."""
+
+    # --- Conversion, comparison, pickling
+
+    def __int__(self) -> int:
+        """The background's position in `gm6.game.backgrounds`.
+
+        Raises:
+            SystemError: The background is not in the list.
+            AttributeError: There is no `gm6.game` or `gm6.game.backgrounds`.
+        """
+
+    def __float__(self) -> float:
+        """The background's position in `gm6.game.backgrounds`.
+
+        Raises:
+            SystemError: The background is not in the list.
+            AttributeError: There is no `gm6.game` or `gm6.game.backgrounds`.
+        """
+
+    def __str__(self) -> str:
+        """The background's position in `gm6.game.backgrounds`, "-1" when it is not in the list.
+
+        Raises:
+            AttributeError: There is no `gm6.game` or `gm6.game.backgrounds`.
+        """
+
+    def __cmp__(self, other: Any, /) -> int:
+        """Compares the integer values of two backgrounds, or of a background and a room or tile.
+
+        The interpreter calls this for the operators and `cmp()` with such an operand. It is how
+        `background in backgrounds` and `backgrounds.index(background)` compare, too, after they
+        have looked whether it is the same object.
+
+        Returns:
+            -1, 0 or 1; -1 as well when one of them is in no list, so that `==` says False even of a
+            background and itself.
+
+        Raises:
+            AttributeError: There is no `gm6.game` or list in it.
+
+        Writes:
+            "XXX need to set an exception.": on standard error, when one of them has no position.
+
+        Example:
+            >>> tile = larkspur.RoomTileData()
+            >>> background == tile, background == 0, int(background) == 0
+            (True, False, True)
+        """
+
+    def __reduce__(self, *ignored: Any) -> tuple[Any, ...]:
+        """What pickling takes: (`BackgroundData`, (), (`name`, `transparent`)).
+
+        Args:
+            ignored: Any number of arguments, not looked at.
+
+        Raises:
+            AttributeError: `name` was deleted.
+
+        Example:
+            >>> background.__reduce__()[2]
+            ('bg_sky', 0)
+        """
+
+    def __setstate__(self, state: Any, /) -> None:
+        """Restores a background from a state and has the engine load its picture.
+
+        In this order: `transparent` and `name` are set, `scaled_data_cache` becomes a new empty
+        dictionary and `surf` None; `gm6.BackgroundData_load_images(background)` is called, which is
+        to set `surf`, `w` and `h`; and the background becomes an attribute of `gmapi` under its
+        name, whatever stood there before. It is not put into `gm6.game.backgrounds`.
+
+        Args:
+            state: A tuple or list of a name and a number, which is cut to 32 bits without a
+                warning; further items are not looked at.
+
+        Raises:
+            TypeError: There is no state, it is neither tuple nor list, item 1 is no number, or the
+                name can't be hashed.
+            IndexError: The state is too short.
+            OverflowError: The number does not fit 64 bits.
+            RuntimeError: `RegisterInstancesDict` has not run, or found no such function.
+            Exception: What the function raises passes through; the background is not published, and
+                it is never freed.
+
+            Whatever was set before the failure stays.
+
+        Writes:
+            "An exception occurred!": on standard error, when the function raises or is missing.
+            "Retnull": on standard output, when the background can't be published under its name.
+
+        Example:
+            >>> def load_background(background):
+            ...     background.surf = pygame.Surface((32, 20), 0, screen)
+            ...     background.w, background.h = background.surf.get_size()
+            >>> gm6.BackgroundData_load_images = load_background
+            >>> larkspur.RegisterInstancesDict(instances, Thing, Thing, Thing)
+            >>> restored = larkspur.BackgroundData()
+            >>> restored.__setstate__(("bg_sea", 1))
+            >>> restored.w, restored.transparent, gmapi.bg_sea is restored
+            (32, 1, True)
+        """
+
+    if TYPE_CHECKING:  # what the interpreter makes of __cmp__, in the words of type checkers
+        __hash__: ClassVar[None]  # type: ignore[assignment]
+
+        def __lt__(self, other: Any, /) -> bool: ...
+        def __le__(self, other: Any, /) -> bool: ...
+        def __gt__(self, other: Any, /) -> bool: ...
+        def __ge__(self, other: Any, /) -> bool: ...
+
+class InstanceList(list[Any]):
+    """A list of instances that also takes an instance's id where one instance is added.
+
+    A subtype of `list`, with a list's constructor and all of its methods. `append`, `insert`,
+    `remove` and `list[i] = value` convert what they are given to an instance first:
+
+    1. A `GMVar` stands for the value that it holds.
+    2. A value of exactly one of the three types given to `RegisterInstancesDict` is the instance
+       itself. An instance of a subtype is not.
+    3. Of anything else `int()` is taken, and the instance is looked up under this id in the
+       dictionary given to `RegisterInstancesDict`. So 100001, 100001.9, "100001" and an object
+       whose `__int__()` gives 100001 are all the same id.
+
+    Everything else is the list's own and converts nothing: the constructor, `extend`, `+=`, slices,
+    unpickling, and `in`, `index` and `count`, so that `100001 in found` is False although the
+    instance with this id is there. `found + other`, `found * 2` and slices give a plain list.
+    Lists compare as lists do, and have no hash. The type can't be subclassed and takes no
+    attributes.
+
+    The list owns its items, but **each of these four operations releases or keeps a reference too
+    many in some cases**. It stays so, as engines were written for it. An object may then be freed
+    while somebody else still believes to hold it, and the process crashes some time later. Never is
+    an object's very last reference released that way, nor any of what the interpreter shares, such
+    as small ints. What each does:
+
+    - `append(id)` stores the instance without a reference of its own.
+    - `insert(i, id)` releases a reference to the id object, and `insert(i, variable)` one to the
+      `GMVar`. The instance out of a variable that holds it as itself gains one for good.
+    - `remove(id)` releases a reference more than the list held, also where it raises as the
+      instance is not in the list.
+    - `list[i] = instance` keeps a reference too many, so that the instance is never freed.
+
+    A variable counts as what it holds in `append`, `remove` and assignment. The balanced ways, to
+    which an engine should keep:
+
+    - `append`, `insert` and `remove` with the instance itself.
+    - `list[i] = id`.
+    - For a list from ids, the constructor or `extend` with the ids, then assign each to its own
+      place (see the example).
+
+    An engine that has to use the others needs a reference to spare for each use.
+
+    The pickled state is a tuple of the items, that is of the instances.
+
+    Example:
+        >>> class Instance(object):
+        ...     def __init__(self, number):
+        ...         self.id = number
+        ...         instances[number] = self
+        >>> larkspur.RegisterInstancesDict(instances, Instance, Instance, Instance)
+        >>> torch, lamp = Instance(100001), Instance(100002)
+        >>> found = larkspur.InstanceList()
+        >>> found.append(torch)
+        >>> found.insert(0, lamp)
+        >>> [instance.id for instance in found]
+        [100002, 100001]
+
+        A list from ids:
+
+        >>> ids = [100001, larkspur.GMVar(100002)]
+        >>> found = larkspur.InstanceList(ids)
+        >>> for position in range(len(found)):
+        ...     found[position] = found[position]
+        >>> found[0] is torch, found[1] is lamp
+        (True, True)
+    """
+
+    # --- Operations that convert
+
+    def append(self, instance: Any, /) -> None:
+        """Appends an instance.
+
+        Args:
+            instance: An instance, its id, or a `GMVar` with either. With an id the list does not
+                take a reference to the instance: pass the instance instead.
+
+        Raises:
+            SystemError: No instance has the id ("error return without exception set").
+            TypeError: The value has no integer value, or there is not exactly one argument. Also
+                where the registry is no dictionary.
+            ValueError: It is a text that is no whole number.
+            RuntimeError: `RegisterInstancesDict` has not run, and the value is no instance.
+
+        Example:
+            >>> import sys
+            >>> held = sys.getrefcount(torch)
+            >>> found.append(torch)
+            >>> sys.getrefcount(torch) - held
+            1
+            >>> found.append(100001)  # the list holds it twice, with one reference
+            >>> sys.getrefcount(torch) - held
+            1
+            >>> found[-1] = torch  # takes one too many, which makes up for it
+            >>> sys.getrefcount(torch) - held
+            2
+        """
+
+    def remove(self, instance: Any, /) -> None:
+        """Removes the first item that is this very instance.
+
+        Items are compared by identity, `__eq__()` is not asked.
+
+        Args:
+            instance: An instance, its id, or a `GMVar` with either. With an id the instance loses a
+                reference more than the list held, even where it is not in the list: pass the
+                instance instead.
+
+        Raises:
+            SystemError: The instance is not in the list.
+            KeyError: No instance has the id; nothing has changed.
+            TypeError: The value has no integer value, or there is not exactly one argument. Also
+                where the registry is no dictionary.
+            ValueError: It is a text that is no whole number.
+            RuntimeError: `RegisterInstancesDict` has not run, and the value is no instance.
+
+        Example:
+            >>> found.remove(torch)
+            >>> [instance.id for instance in found]
+            [100002, 100001, 100001]
+        """
+
+    def insert(self, index: Any, instance: Any, /) -> None:
+        """Inserts an instance before an index.
+
+        Args:
+            index: An int32; negative ones count from the end, and those beyond an end stand for it.
+            instance: An instance, its id, or a `GMVar` with either. The id object or the variable
+                loses a reference: pass the instance instead.
+
+        Raises:
+            KeyError: No instance has the id; nothing has changed.
+            TypeError: The index is no int, the value has no integer value, or there are not exactly
+                two arguments. Also where the registry is no dictionary.
+            OverflowError: The index is outside of int32.
+            ValueError: The value is a text that is no whole number.
+            RuntimeError: `RegisterInstancesDict` has not run, and the value is no instance.
+        """
+
+    def __setitem__(self, index: Any, instance: Any, /) -> None:
+        """Puts an instance in the place of an item, or a sequence in that of a slice.
+
+        Args:
+            index: An int, negative ones count from the end; or a slice.
+            instance: For an int an instance, its id, or a `GMVar` with either; with an instance a
+                reference too many is kept, so pass its id. For a slice an iterable whose items are
+                stored as they are.
+
+        Raises:
+            SystemError: The index is out of range ("error return without exception set").
+            KeyError: No instance has the id; nothing has changed.
+            TypeError: The index is neither int nor slice, or the value has no integer value. Also
+                where the registry is no dictionary.
+            ValueError: The value is a text that is no whole number.
+            RuntimeError: `RegisterInstancesDict` has not run, and the value is no instance.
+
+        Example:
+            >>> found[0] = 100001
+            >>> found[0] is torch
+            True
+            >>> found[5] = 100001
+            Traceback (most recent call last):
+            SystemError: error return without exception set
+        """
+
+    def __delitem__(self, index: Any, /) -> None:
+        """Deletes an item or a slice, as a list does.
+
+        Args:
+            index: An int or a slice.
+
+        Raises:
+            IndexError: The index is out of range.
+            TypeError: It is neither int nor slice.
+        """
+
+    # --- Pickling
+
+    def __reduce__(self, *ignored: Any) -> tuple[Any, ...]:
+        """What pickling takes: (`InstanceList`, (), a tuple of the items).
+
+        Args:
+            ignored: Any number of arguments, not looked at.
+
+        Example:
+            >>> larkspur.InstanceList("ab").__reduce__()[1:]
+            ((), ('a', 'b'))
+        """
+
+    def __setstate__(self, state: Any, /) -> None:
+        """Replaces all items, without converting the new ones.
+
+        Args:
+            state: An iterable of instances. Anything else changes nothing, without a word.
+
+        Raises:
+            TypeError: There is no state.
+
+        Example:
+            >>> found.__setstate__((lamp,))
+            >>> len(found), found[0] is lamp
+            (1, True)
+        """
+
+class GMVar:
+    """A game variable: behaves as the value it holds, and is a table that grows as it is written.
+
+    `GMVar(value)` holds the value in its first cell; of a `GMVar` it takes the value in that one's
+    first cell. Arithmetic, comparison, truth, hash, `str()`, calling and attributes are those of
+    the value in the first cell. Results are plain values, never a `GMVar`.
+
+    **Indices.** `v[i, j]` is the cell in column i and row j, both from 0. `v[i]` is `v[i, 0]`, and
+    `v[0]` is the value. A new variable has one column and one row. A cell that was never written
+    reads as 0, one beyond the table as well. Writing beyond the table makes it grow to i + 1
+    columns and j + 1 rows, and it never shrinks: it is a full rectangle with 8 bytes for each cell,
+    written or not, and up to half as much again in reserve, so `v[9999, 9999] = 1` takes 800 MB.
+    Both indices have to be below 2147483647. They may be whatever `int()` takes, so floats lose
+    their fraction. Negative ones don't count from the end: they can't be written, `v[-1]` raises
+    and `v[-1, 0]` reads 0. A `GMVar` that is stored in a cell leaves its value there. Even when the
+    value is a sequence, indices go to the table: `GMVar("ab")[0]` is "ab".
+
+    **Arithmetic.** The binary operations `+`, `-`, `*`, `/`, `%`, `&`, `^` and `|`, with the
+    variable on either side, and `-v`, `+v` and `abs(v)`. They give what the interpreter gives for
+    the values, except that **a product is always a float**: `GMVar(5) * 2` is 10.0, and both
+    factors go through `float()`, so a text of a number can be multiplied and any other text can't.
+    Two ints are divided as Python 2 does, to an int. There is no `**`, `//`, `<<`, `>>`, `~` or
+    `divmod()`, no division after `from __future__ import division`, and a variable is no index of a
+    list: take `int(v)`.
+
+    `v += x` changes the variable: it stays the same object, and all its names see the new value.
+    **All other assignments with an operator rebind the name to a plain value**: after `v -= 1` it
+    is no `GMVar` any more, and its table is gone. Write `v[0] -= 1` instead, or `v += -1`.
+
+    **Comparison.** `<`, `<=`, `==`, `!=`, `>` and `>=` compare the values. A variable and its value
+    have the same hash, so either finds the other in a dictionary; a variable that is a key must not
+    change. `cmp(v, w)` of two variables **releases one reference to each of the two values,
+    which it never took**; it stays so, because engines were written for it. Comparing dictionaries
+    that hold variables with `cmp()`, `<` or `>` does the same. Whoever else holds such a value, and
+    be it the code in which it is written, may be left with an object that is gone, and the process
+    crashes some time later. Never is an object's very last reference released that way, nor any of
+    what the interpreter shares: small ints, None, short or interned strings, types. Use the
+    operators; `sorted()`, `min()` and `max()` do.
+
+    **What is the value's and what is not.** Reading, setting and deleting attributes goes to the
+    value, `__class__` too: `isinstance(GMVar(5), int)` is True. `type(v) is larkspur.GMVar` tells a
+    variable for sure. `repr()` shows the address, not the value. A variable can't be iterated and
+    has no `in`, whatever it holds. Pickling and the module `copy` get hold of the value and lose
+    the rest of the table; protocols 0 and 1 raise TypeError for values such as floats and texts.
+    Pickle the cells instead. The type itself is called `py_larkspur.GMVar`, can't be subclassed and
+    can't be pickled.
+
+    A variable owns the values in its cells, and takes part in garbage collection.
+
+    Args:
+        value: Anything. Of a `GMVar` the value in its first cell.
+
+    Raises:
+        TypeError: There is not exactly one argument, or a keyword.
+        MemoryError: There is no memory for the table.
+
+    Example:
+        >>> v = larkspur.GMVar(5)
+        >>> v + 1, v * 2, 7 / v, v == 5, str(v)
+        (6, 10.0, 1, True, '5')
+        >>> v[3] = "x"
+        >>> v[3], v[2], v[99], v[0], len(v)
+        ('x', 0, 0, 5, 4)
+        >>> v[1, 2] = 2.5
+        >>> v[1, 2], v[3, 2], len(v)  # 4 columns, 3 rows
+        (2.5, 0, 12)
+        >>> same = v
+        >>> v += 1
+        >>> same is v, same == 6
+        (True, True)
+        >>> v -= 1
+        >>> type(v), type(same) is larkspur.GMVar
+        (<type 'int'>, True)
+    """
+
+    def __init__(self, value: Any, /) -> None:
+        """Makes the table one cell with a value in it.
+
+        Called for an existing variable, `larkspur.GMVar.__init__(v, value)`, it makes it small
+        again, and the values in its cells so far are never freed. (`v.__init__` would be the
+        value's.) A variable that was made by `__new__` alone holds 0.
+
+        Args:
+            value: Anything. Of a `GMVar` the value in its first cell.
+
+        Raises:
+            TypeError: There is not exactly one argument, or a keyword.
+            MemoryError: There is no memory; nothing has changed.
+        """
+
+    # --- The table
+
+    def __len__(self) -> int:
+        """The length of the value where it is a sequence, otherwise columns times rows.
+
+        Example:
+            >>> len(larkspur.GMVar("abc")), len(larkspur.GMVar(3))
+            (3, 1)
+        """
+
+    def __getitem__(self, key: Any, /) -> Any:
+        """The value of a cell, 0 where nothing was written.
+
+        Args:
+            key: A number i for column i of row 0, or a sequence whose items 0 and 1 are the column
+                and the row. Further items are not looked at. Anything else, and a sequence of
+                something else, reads 0.
+
+        Raises:
+            SystemError: A single number is negative ("error return without exception set").
+            IndexError: The key is a sequence of less than two items, such as "x".
+            OverflowError: An index does not fit 64 bits.
+
+        Example:
+            >>> same[1, 2], same[-1, 2], same[1.9, 2], same[None]
+            (2.5, 0, 2.5, 0)
+            >>> same[-1]
+            Traceback (most recent call last):
+            SystemError: error return without exception set
+        """
+
+    def __setitem__(self, key: Any, value: Any, /) -> None:
+        """Stores a value in a cell; the table grows where it has to.
+
+        Args:
+            key: A number i for column i of row 0, or a sequence whose items 0 and 1 are the column
+                and the row.
+            value: Anything. Of a `GMVar` the value in its first cell.
+
+        Raises:
+            SystemError: An index is negative, or the key is none ("error return without exception
+                set"). The items of a key that is a sequence are never freed then.
+            IndexError: The key is a sequence of less than two items.
+            OverflowError: An index does not fit 64 bits.
+            MemoryError: An index is 2147483647 or more, or there is no memory; nothing has changed.
+
+        Example:
+            >>> same[0] = larkspur.GMVar("north")
+            >>> same == "north", same[0]
+            (True, 'north')
+            >>> same[0] = 6
+        """
+
+    def __delitem__(self, key: Any, /) -> None:
+        """Not supported; assign 0 to reset a cell.
+
+        Raises:
+            TypeError: Always.
+
+        Writes:
+            "Assigning a blank val": on standard output, always.
+        """
+
+    # --- Arithmetic with the value
+
+    def __add__(self, other: Any, /) -> Any:
+        """The value plus `other`.
+
+        Args:
+            other: What the value can be added to; of a `GMVar` the value in its first cell.
+
+        Returns:
+            What the interpreter gives for the two values: int, long, float, text...
+
+        Raises:
+            TypeError: The interpreter can't add the two values.
+            Exception: What the values' own code raises passes through.
+
+            So it is for all operations of this group.
+
+        Example:
+            >>> same + 1, 1 + same, same + 0.5, larkspur.GMVar("a") + "b"
+            (7, 7, 6.5, 'ab')
+        """
+
+    def __radd__(self, other: Any, /) -> Any:
+        """`other` plus the value, as `__add__`."""
+
+    def __sub__(self, other: Any, /) -> Any:
+        """The value minus `other`, as `__add__`."""
+
+    def __rsub__(self, other: Any, /) -> Any:
+        """`other` minus the value, as `__add__`.
+
+        Example:
+            >>> same - 1, 1 - same
+            (5, -5)
+        """
+
+    def __mul__(self, other: Any, /) -> float:
+        """The value times `other`, always a float.
+
+        Args:
+            other: What `float()` takes, of a `GMVar` the value in its first cell.
+
+        Raises:
+            TypeError: `float()` does not take one of the two.
+            ValueError: One of the two is a text without a number.
+
+        Example:
+            >>> same * 2, 2 * same, same * same, larkspur.GMVar("1.5") * 2
+            (12.0, 12.0, 36.0, 3.0)
+        """
+
+    def __rmul__(self, other: Any, /) -> float:
+        """`other` times the value, as `__mul__`."""
+
+    def __div__(self, other: Any, /) -> Any:
+        """The value divided by `other`, as Python 2 does it: two ints give an int.
+
+        `/` calls this, unless the module says `from __future__ import division`.
+
+        Raises:
+            ZeroDivisionError: `other` is 0.
+
+        Example:
+            >>> same / 4, same / 4.0
+            (1, 1.5)
+        """
+
+    def __rdiv__(self, other: Any, /) -> Any:
+        """`other` divided by the value, as `__div__`."""
+
+    def __mod__(self, other: Any, /) -> Any:
+        """The value modulo `other`; of a text, formatted with `other`.
+
+        Raises:
+            ZeroDivisionError: `other` is 0.
+
+        Example:
+            >>> same % 4, 20 % same, larkspur.GMVar("%d lamps") % same
+            (2, 2, '6 lamps')
+        """
+
+    def __rmod__(self, other: Any, /) -> Any:
+        """`other` modulo the value, as `__mod__`."""
+
+    def __and__(self, other: Any, /) -> Any:
+        """The bits that the value and `other` have in common.
+
+        Raises:
+            TypeError: One of the two is a float or something else without bits.
+
+        Example:
+            >>> same & 3, same | 3, same ^ 3
+            (2, 7, 5)
+        """
+
+    def __rand__(self, other: Any, /) -> Any:
+        """The common bits, as `__and__`."""
+
+    def __or__(self, other: Any, /) -> Any:
+        """The bits of the value or `other`, as `__and__`."""
+
+    def __ror__(self, other: Any, /) -> Any:
+        """The bits of either, as `__and__`."""
+
+    def __xor__(self, other: Any, /) -> Any:
+        """The bits that one of the two has and the other has not, as `__and__`."""
+
+    def __rxor__(self, other: Any, /) -> Any:
+        """The bits of one but not both, as `__and__`."""
+
+    def __iadd__(self, other: Any, /) -> GMVar:
+        """Adds `other` to the value in the first cell; the only operation in place.
+
+        A value that changes in place, such as a list, is changed itself, for its other holders too.
+        Where the addition fails, the variable keeps its value.
+
+        Args:
+            other: What the value can be added to; of a `GMVar` the value in its first cell.
+
+        Returns:
+            The variable itself.
+
+        Raises:
+            TypeError: The interpreter can't add the two values.
+
+        Example:
+            >>> score = larkspur.GMVar(10)
+            >>> alias = score
+            >>> score += 5
+            >>> alias == 15, alias is score
+            (True, True)
+        """
+
+    def __neg__(self) -> Any:
+        """Minus the value.
+
+        Example:
+            >>> -same, +same, abs(larkspur.GMVar(-2.5))
+            (-6, 6, 2.5)
+        """
+
+    def __pos__(self) -> Any:
+        """Plus the value."""
+
+    def __abs__(self) -> Any:
+        """The absolute value."""
+
+    # --- Conversion and comparison
+
+    def __int__(self) -> int:
+        """The value through `int()`: floats are cut toward zero, texts are read.
+
+        Raises:
+            TypeError: `int()` does not take the value.
+            ValueError: It is a text that is no whole number.
+
+        Example:
+            >>> int(larkspur.GMVar(-2.7)), float(larkspur.GMVar("2.5")), "%d" % larkspur.GMVar(3)
+            (-2, 2.5, '3')
+        """
+
+    def __float__(self) -> float:
+        """The value through `float()`.
+
+        Raises:
+            TypeError: `float()` does not take the value.
+            ValueError: It is a text without a number.
+        """
+
+    def __str__(self) -> str:
+        """The value through `str()`.
+
+        Raises:
+            UnicodeEncodeError: The value is a unicode text beyond ASCII; `unicode(v)` raises it
+                then, too. Take `v[0]`.
+            Exception: What the value's own code raises passes through.
+        """
+
+    def __nonzero__(self) -> bool:
+        """Whether the value is true.
+
+        Example:
+            >>> bool(larkspur.GMVar(0)), bool(larkspur.GMVar("0")), bool(larkspur.GMVar([]))
+            (False, True, False)
+        """
+
+    def __hash__(self) -> int:
+        """The hash of the value.
+
+        Raises:
+            TypeError: The value has none, as lists and dictionaries.
+
+        Example:
+            >>> {6: "six"}[same]
+            'six'
+        """
+
+    def __eq__(self, other: object, /) -> Any:
+        """Compares the values; this and the five below differ in the operator only.
+
+        Args:
+            other: Anything; of a `GMVar` the value in its first cell.
+
+        Returns:
+            What the interpreter gives for the two values, as a rule True or False.
+
+        Raises:
+            Exception: What the values' own comparison raises passes through.
+
+        Example:
+            >>> same == 6, 6.0 == same, same < larkspur.GMVar(7), same == None
+            (True, True, True, False)
+        """
+
+    def __ne__(self, other: object, /) -> Any:
+        """Whether the values differ, as `__eq__`."""
+
+    def __lt__(self, other: Any, /) -> Any:
+        """Whether the value is less than `other`, as `__eq__`."""
+
+    def __le__(self, other: Any, /) -> Any:
+        """Whether the value is at most `other`, as `__eq__`."""
+
+    def __gt__(self, other: Any, /) -> Any:
+        """Whether the value is greater than `other`, as `__eq__`."""
+
+    def __ge__(self, other: Any, /) -> Any:
+        """Whether the value is at least `other`, as `__eq__`."""
+
+    def __cmp__(self, other: GMVar, /) -> int:
+        """Compares the values of two variables. Don't use it: compare with the operators.
+
+        `cmp()` calls this for two different variables only; of a variable and anything else it asks
+        the operators. Each call releases one reference to the value on either side that it never
+        took, as the class's description tells. Where the values have the operators but no
+        `__cmp__()`, what their `==` answers is never freed.
+
+        Returns:
+            -1, 0 or 1.
+
+        Raises:
+            Exception: What the values' own comparison raises passes through.
+
+        Example:
+            >>> cmp(larkspur.GMVar(1), larkspur.GMVar(2))  # small ints are shared: none is lost
+            -1
+        """
+
+    def __coerce__(self, other: Any, /) -> tuple[Any, Any]:
+        """The two values in a common type, for `coerce()`.
+
+        Raises:
+            TypeError: They have none.
+
+        Example:
+            >>> coerce(larkspur.GMVar(1), 2.5)
+            (1.0, 2.5)
+        """
+
+    # --- Attributes and calls of the value
+
+    def __getattribute__(self, name: str, /) -> Any:
+        """An attribute of the value.
+
+        Raises:
+            AttributeError: The value has none of this name.
+
+        Example:
+            >>> larkspur.GMVar("north").upper()
+            'NORTH'
+            >>> isinstance(same, int), type(same) is larkspur.GMVar
+            (True, True)
+        """
+
+    def __setattr__(self, name: str, value: Any, /) -> None:
+        """Sets an attribute of the value.
+
+        Raises:
+            AttributeError: The value does not take it.
+
+        Example:
+            >>> class Door(object):
+            ...     locked = 1
+            >>> door = Door()
+            >>> larkspur.GMVar(door).locked = 0
+            >>> door.locked
+            0
+        """
+
+    def __delattr__(self, name: str, /) -> None:
+        """Deletes an attribute of the value.
+
+        Raises:
+            AttributeError: The value has none of this name, or keeps it.
+        """
+
+    def __call__(self, *args: Any, **kwargs: Any) -> Any:
+        """Calls the value.
+
+        Args:
+            args: As the value takes them.
+            kwargs: As the value takes them.
+
+        Returns:
+            What the value returns.
+
+        Raises:
+            TypeError: The value can't be called.
+            Exception: What the value raises passes through.
+
+        Example:
+            >>> larkspur.GMVar(len)("abc")
+            3
+        """
+
+    if TYPE_CHECKING:  # what type checkers ask of Python 3 for /
+        def __truediv__(self, other: Any, /) -> Any: ...
+        def __rtruediv__(self, other: Any, /) -> Any: ...
+
+class Beancounter:
+    """Counts the living particles to which it is attached.
+
+    The engine makes one by calling the type without arguments (arguments are ignored), attaches it
+    to particles with `CParticle_attach_beancounter`, and reads the count with `int()`: in a
+    particle system that is how many of its particles are alive. A new counter has 0. Attaching it
+    to a particle adds 1. The particle's end, that is the end of the last reference to its handle,
+    takes 1 off, and so does attaching another counter to the particle. Nothing else changes it, and
+    there is no way to set it. A particle whose life has run out still counts while its handle is
+    held.
+
+    A particle owns a reference to its counter, so the counter lives at least as long. The counter
+    does not know its particles, and holds no references.
+
+    `int()` and `"%d" % counter` are all there is: `float()`, arithmetic and comparing with numbers
+    do not work. Two counters are equal when they are the same object, and the hash goes by that,
+    too. A counter is always true, with a count of 0 as well. `str()` and `repr()` show the address.
+    The type can't be subclassed and takes no attributes.
+
+    Pickling (protocol 2 only; 0 and 1 raise TypeError) and copying give a counter with 0.
+
+    Example:
+        >>> counter = larkspur.Beancounter()
+        >>> int(counter)
+        0
+        >>> spark = larkspur.part_type_create()
+        >>> particles = [larkspur.CParticle_new(spark, 0, 0) for number in range(3)]
+        >>> for particle in particles:
+        ...     larkspur.CParticle_attach_beancounter(particle, counter)
+        >>> int(counter), "%d alive" % counter
+        (3, '3 alive')
+        >>> del particle, particles[1:]
+        >>> int(counter), bool(counter), counter == 1
+        (1, True, False)
+    """
+
+    def __int__(self) -> int:
+        """The number of living particles to which the counter is attached; a C long, never below 0.
+
+        Example:
+            >>> other = larkspur.Beancounter()
+            >>> larkspur.CParticle_attach_beancounter(particles[0], other)
+            >>> int(counter), int(other)
+            (0, 1)
+        """
