@@ -22,8 +22,8 @@ from engine.particles import *  # noqa: F403
 from engine.particles import py_ParticleSystem, shape
 from engine.resources import game
 
-self = None  # type: Instance  # whose code runs
-other = None  # type: Instance  # in a collision event, the one that was hit
+self = None  # the instance whose code runs
+other = None  # in a collision event, the instance that was hit
 py_self_stack = []
 fps = 0
 

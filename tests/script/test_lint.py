@@ -96,11 +96,13 @@ def test_other_checks_or_another_clang_tidy_check_all_again(linted, tmpdir):
 
 # --- mypy ----------------------------------------------------------------------------------------
 
-# Finds fault with what holds the word, and writes down what it was called for.
+# Finds fault with what holds the word "dynamic", and with the stub at hand "wrong"; breaks down at
+# "fatal". Writes down what it was called for.
 MYPY = """
-shift
-echo "$*" >>"$0.checked"
-! grep -n faulty "$@"
+file=${@: -1}
+echo "$file" >>"$0.checked"
+! grep -q fatal "$file" || { echo "broken down" >&2; exit 2; }
+! grep -E "dynamic${MYPYPATH:+|wrong}" "$file"
 """
 
 
@@ -127,23 +129,32 @@ def check_types(tmpdir):
             check_types
         """
         status, output = run_lib(code, tmpdir)
-        return status, record.read().splitlines(), output
+        return status, sorted(set(record.read().splitlines())), output
 
     return check
 
 
-STUB_AND_EXAMPLES = ["python/larkspur.pyi", "examples/one/gm6.py", "examples/two/gm6.py"]
+STUB_AND_EXAMPLES = ["examples/one/gm6.py", "examples/two/gm6.py", "python/larkspur.pyi"]
 
 
 def test_each_example_that_imports_larkspur_is_checked_by_itself(check_types):
     assert check_types() == (0, STUB_AND_EXAMPLES, "-- mypy\n")
 
 
-@pytest.mark.parametrize("name", STUB_AND_EXAMPLES)
-def test_finding_of_mypy_fails_and_the_others_are_checked(check_types, tmpdir, name):
+@pytest.mark.parametrize(
+    "name, line, status",
+    [
+        ("examples/one/gm6.py", "wrong", 1),
+        ("examples/two/gm6.py", "wrong", 1),
+        ("examples/two/other.py", "wrong", 0),
+        ("examples/one/gm6.py", "dynamic", 0),  # found without the stub as well
+        ("examples/one/gm6.py", "dynamic\nwrong", 1),
+        ("examples/one/gm6.py", "fatal", 1),
+        ("python/larkspur.pyi", "dynamic", 1),
+    ],
+)
+def test_finding_that_is_the_stubs_fails(check_types, tmpdir, name, line, status):
     with open(str(tmpdir.join(name)), "a") as example:
-        example.write("# faulty\n")
-    status, checked, output = check_types()
-    assert status != 0
-    assert checked == STUB_AND_EXAMPLES
-    assert "faulty" in output
+        example.write("# %s\n" % line.replace("\n", "\n# "))
+    shown = {"fatal": "broken down\n"}.get(line, "# %s\n" % line.split("\n")[-1])
+    assert check_types() == (status, STUB_AND_EXAMPLES, "-- mypy\n" + shown * status)
