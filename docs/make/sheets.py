@@ -190,14 +190,16 @@ def write(pictures, folder):
         pygame.image.save(_surface_of(part), os.path.join(folder, name + ".png"))
 
 
-def stale(pictures, folder, prefix):
+def stale(pictures, folder, prefix, tolerances):
     """The file names in a folder that are not as they would be written: other pixels (which bytes a
     PNG packs them into is its library's affair), missing, or nobody's, among those that begin with
-    the prefix."""
+    the prefix. `tolerances`: name -> levels by which channels may differ, 0 for others."""
     found = []
     for name, part in pictures:
         there = _read(os.path.join(folder, name + ".png"))
-        if there is None or there.shape != part.shape or (there != part).any():
+        if there is None or there.shape != part.shape:
+            found.append(name + ".png")
+        elif abs(there.astype(int) - part).max() > tolerances.get(name, 0):
             found.append(name + ".png")
     known = set(name + ".png" for name, _ in pictures)
     found += [
