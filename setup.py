@@ -28,6 +28,7 @@ from distutils.sysconfig import get_python_inc
 
 from setuptools import Extension, setup
 from setuptools.command.build_ext import build_ext
+from setuptools.command.build_py import build_py
 from setuptools.command.sdist import sdist
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -72,6 +73,20 @@ def generator_options():
         if version_text(tool):
             return ["-G", generator]
     give_up("It is built by make or ninja, and neither was found.")
+
+
+class ModulesAndStub(build_py):
+    """Also brings what editors and type checkers look for beside the module."""
+
+    def stub(self):
+        return os.path.join(self.build_lib, "larkspur.pyi")
+
+    def run(self):
+        build_py.run(self)
+        self.copy_file(os.path.join(HERE, "python", "larkspur.pyi"), self.stub())
+
+    def get_outputs(self, include_bytecode=1):
+        return build_py.get_outputs(self, include_bytecode) + [self.stub()]
 
 
 class BuildWithCMake(build_ext):
@@ -172,7 +187,7 @@ class SourcePackage(sdist):
         return name
 
 
-commands = {"build_ext": BuildWithCMake, "sdist": SourcePackage}
+commands = {"build_ext": BuildWithCMake, "build_py": ModulesAndStub, "sdist": SourcePackage}
 
 try:
     from wheel.bdist_wheel import bdist_wheel

@@ -381,8 +381,8 @@ LARKSPUR_EXPORT struct satusub_start startptr_for(uint32_t value);
  * sprite     a GMSprite, borrowed
  * key        any hashable object, borrowed; not interpreted
  * subimage   index into the sprite's subimages
- * width      wanted size in pixels; a negative width mirrors left to right, a negative
- * height     height top to bottom
+ * width      wanted width in pixels; a negative one mirrors left to right
+ * height     wanted height in pixels; a negative one mirrors top to bottom
  * angle      rotation, degrees; 0 means none
  * ignored    not used
  * colour     COLOR_WHITE for none; any other fills the whole copy, as Surface.fill() takes it

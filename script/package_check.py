@@ -2,7 +2,7 @@
 
 package_check.py files SOURCE_PACKAGE    it holds what git holds, and what packaging adds
 package_check.py same FIRST SECOND       two packages are equal to the bit; names what differs
-package_check.py wheel WHEEL             it brings the licence and the public header
+package_check.py wheel WHEEL             it brings licence, public header and stub
 """
 
 from __future__ import print_function
@@ -98,7 +98,7 @@ def check_files(package):
 
 def check_wheel(wheel):
     packed = {os.path.basename(name): content for name, _, content in members(wheel)}
-    for path in ("LICENSE", "include/larkspur.h"):
+    for path in ("LICENSE", "include/larkspur.h", "python/larkspur.pyi"):
         with open(path, "rb") as original:
             if packed.get(os.path.basename(path)) != original.read():
                 fail("%s lacks %s of this tree" % (wheel, path))

@@ -110,7 +110,6 @@ static PyObject* sparks_light(PyObject* self, PyObject* args) {
     PyObject* type;
     float x, y;
     int count;
-    (void)self;
     if (!PyArg_ParseTuple(args, "Offi:light", &shape, &x, &y, &count)) {
         return NULL;
     }
@@ -132,7 +131,6 @@ static PyObject* sparks_light(PyObject* self, PyObject* args) {
 
 static PyObject* sparks_frame(PyObject* self, PyObject* args) {
     int x_offset, y_offset, i, burning = 0;
-    (void)self;
     if (!PyArg_ParseTuple(args, "ii:frame", &x_offset, &y_offset)) {
         return NULL;
     }
@@ -164,7 +162,6 @@ static PyObject* kept_picture(PyObject* sprite, PyObject* key) {
 static PyObject* sparks_stamp(PyObject* self, PyObject* args) {
     PyObject *sprite, *key, *picture;
     int width, height, angle;
-    (void)self;
     if (!PyArg_ParseTuple(args, "Oiii:stamp", &sprite, &width, &height, &angle)) {
         return NULL;
     }

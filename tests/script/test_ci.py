@@ -12,6 +12,7 @@ STAGES = [
     "sanitize",
     "fuzz",
     "lint",
+    "docs",
     "instructions",
     "package",
     "demo",
@@ -21,7 +22,7 @@ STAGES = [
 
 def run_ci(tree, **failing):
     """Runs .ci/run on scripts that succeed; those in `failing` do what is given instead."""
-    for name in ("setup", "test", "fuzz", "lint", "bench", "package", "demo", "test-bare"):
+    for name in ("setup", "test", "fuzz", "lint", "docs", "bench", "package", "demo", "test-bare"):
         write_command(tree.join("script", name), failing.get(name, 'echo "ran %s $*"' % name))
     return run(["/bin/bash", ".ci/run"], tree)
 
@@ -37,6 +38,7 @@ def test_stages_run_in_order(tree):
     assert "ran test --pygame 2.0.3" in output
     assert "ran test --sdl-compat" in output
     assert "ran test --sanitize" in output
+    assert "ran docs --check" in output
     assert "ran bench --instructions" in output
     assert "ran demo --headless --frames 120 --check" in output
     assert "ran test-bare --python-only" in output

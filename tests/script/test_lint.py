@@ -1,10 +1,10 @@
-"""The build tree in which clang-tidy checks units, with a stand-in for it and two units."""
+"""What script/lint checks and how often: units by clang-tidy, examples by mypy, with stand-ins."""
 
 import os
 import shutil
 
 import pytest
-from support.scripts import TREE, run, write_command
+from support.scripts import TREE, copy_scripts, run, run_lib, write_command
 
 CMAKE_LISTS = """
 cmake_minimum_required(VERSION 3.18)
@@ -92,3 +92,69 @@ def test_other_checks_or_another_clang_tidy_check_all_again(linted, tmpdir):
     tmpdir.join("clang-tidy.version").write("15\n")
     tmpdir.join("clang-tidy").write(tmpdir.join("clang-tidy").read())
     assert linted() == (0, BOTH)
+
+
+# --- mypy ----------------------------------------------------------------------------------------
+
+# Finds fault with what holds the word "dynamic", and with the stub at hand "wrong"; breaks down at
+# "fatal". Writes down what it was called for.
+MYPY = """
+file=${@: -1}
+echo "$file" >>"$0.checked"
+! grep -q fatal "$file" || { echo "broken down" >&2; exit 2; }
+! grep -E "dynamic${MYPYPATH:+|wrong}" "$file"
+"""
+
+
+@pytest.fixture
+def check_types(tmpdir):
+    """Checks the stub and examples; gives the status and what mypy was called for."""
+    copy_scripts(tmpdir)
+    write_command(tmpdir.join("mypy"), MYPY)
+    tmpdir.join("python", "larkspur.pyi").write("x: int\n", ensure=True)
+    for name, text in (
+        ("one/gm6.py", "import larkspur\n"),
+        ("two/gm6.py", "if True:\n    from larkspur import GMVar\n"),
+        ("two/other.py", "import larkspur_check\nimport gm6  # and larkspur\n"),
+        ("two/README.md", "import larkspur\n"),
+    ):
+        tmpdir.join("examples", name).write(text, ensure=True)
+
+    def check():
+        record = tmpdir.join("mypy.checked")
+        record.write("")
+        code = """
+            eval "$(sed -n '/^check_types()/,/^}/p' script/lint)"
+            mypy=./mypy
+            check_types
+        """
+        status, output = run_lib(code, tmpdir)
+        return status, sorted(set(record.read().splitlines())), output
+
+    return check
+
+
+STUB_AND_EXAMPLES = ["examples/one/gm6.py", "examples/two/gm6.py", "python/larkspur.pyi"]
+
+
+def test_each_example_that_imports_larkspur_is_checked_by_itself(check_types):
+    assert check_types() == (0, STUB_AND_EXAMPLES, "-- mypy\n")
+
+
+@pytest.mark.parametrize(
+    "name, line, status",
+    [
+        ("examples/one/gm6.py", "wrong", 1),
+        ("examples/two/gm6.py", "wrong", 1),
+        ("examples/two/other.py", "wrong", 0),
+        ("examples/one/gm6.py", "dynamic", 0),  # found without the stub as well
+        ("examples/one/gm6.py", "dynamic\nwrong", 1),
+        ("examples/one/gm6.py", "fatal", 1),
+        ("python/larkspur.pyi", "dynamic", 1),
+    ],
+)
+def test_finding_that_is_the_stubs_fails(check_types, tmpdir, name, line, status):
+    with open(str(tmpdir.join(name)), "a") as example:
+        example.write("# %s\n" % line.replace("\n", "\n# "))
+    shown = {"fatal": "broken down\n"}.get(line, "# %s\n" % line.split("\n")[-1])
+    assert check_types() == (status, STUB_AND_EXAMPLES, "-- mypy\n" + shown * status)

@@ -138,7 +138,7 @@ def test_wheel_does_not_tell_who_made_it_and_when(sources):
     assert told == set([(WHEEL_DATE, 0o100644)])
 
 
-def test_wheel_brings_header_licence_and_metadata(sources):
+def test_wheel_brings_stub_header_licence_and_metadata(sources):
     with zipfile.ZipFile(package(sources, "bdist_wheel")) as wheel:
         names = set(wheel.namelist())
         (metadata,) = [name for name in names if name.endswith(".dist-info/METADATA")]
@@ -146,11 +146,30 @@ def test_wheel_brings_header_licence_and_metadata(sources):
     folder, version = os.path.dirname(metadata), sources.join("VERSION").read().strip()
     assert folder == "larkspur-%s.dist-info" % version
     assert (
-        set(["larkspur.so", "larkspur-%s.data/headers/larkspur.h" % version, folder + "/LICENSE"])
+        set(
+            [
+                "larkspur.so",
+                "larkspur.pyi",
+                "larkspur-%s.data/headers/larkspur.h" % version,
+                folder + "/LICENSE",
+            ]
+        )
         <= names
     )
     assert "Author: the larkspur authors" in lines
     assert "License: MIT" in lines
+
+
+def test_install_without_a_wheel_knows_the_stub(sources):
+    """pip installs so where there is no `wheel`, and removes what was recorded."""
+    command = [sys.executable, "setup.py", "--quiet", "install", "--root", "installed"]
+    command += ["--single-version-externally-managed", "--record", "record"]
+    status, output = run(command, sources, PATH="%s/bin:/usr/bin:/bin" % sources)
+    assert status == 0, output
+    (recorded,) = [line for line in sources.join("record").readlines() if ".pyi" in line]
+    installed = sources.join("installed").join(recorded.strip())
+    assert os.path.basename(recorded.strip()) == "larkspur.pyi"
+    assert installed.read() == sources.join("python", "larkspur.pyi").read()
 
 
 # --- script/package_check.py ---------------------------------------------------------------------
@@ -262,18 +281,24 @@ def test_files_that_can_not_be_compared_are_told(tmpdir, missing):
     assert ("no clone" in output) == (missing == "clone")
 
 
+LICENSE, HEADER, STUB = ("x/LICENSE", b"MIT"), ("x/larkspur.h", b"int"), ("larkspur.pyi", b"x: int")
+
+
 @pytest.mark.parametrize(
     "entries, missing",
     [
-        ([("x/LICENSE", b"MIT"), ("x/larkspur.h", b"int")], None),
-        ([("x/larkspur.h", b"int")], "LICENSE"),
-        ([("x/LICENSE", b"MIT")], "include/larkspur.h"),
-        ([("x/LICENSE", b"MIT"), ("x/larkspur.h", b"old")], "include/larkspur.h"),
+        ([LICENSE, HEADER, STUB], None),
+        ([HEADER, STUB], "LICENSE"),
+        ([LICENSE, STUB], "include/larkspur.h"),
+        ([LICENSE, ("x/larkspur.h", b"old"), STUB], "include/larkspur.h"),
+        ([LICENSE, HEADER], "python/larkspur.pyi"),
+        ([LICENSE, HEADER, ("larkspur.pyi", b"old")], "python/larkspur.pyi"),
     ],
 )
-def test_wheel_without_licence_or_header_is_refused(tmpdir, entries, missing):
+def test_wheel_without_licence_header_or_stub_is_refused(tmpdir, entries, missing):
     tmpdir.join("LICENSE").write("MIT")
     tmpdir.join("include", "larkspur.h").write("int", ensure=True)
+    tmpdir.join("python", "larkspur.pyi").write("x: int", ensure=True)
     wheel = write_zip(tmpdir.join("wheel"), entries)
     expected = (1, "%s lacks %s of this tree\n" % (wheel, missing)) if missing else (0, "")
     assert check(tmpdir, "wheel", wheel) == expected

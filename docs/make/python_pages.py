@@ -1,0 +1,156 @@
+"""The reference of the module's functions and types, from python/larkspur.pyi."""
+
+import stub
+
+FUNCTIONS = "functions.md"
+TYPES = "types.md"
+
+BEFORE_EXAMPLES = """\
+The examples of this page run one after the other, as in one session. It begins with an engine that
+has everything and does nothing; [Embedding larkspur](../embedding.md) builds a real one.
+
+"""
+
+
+def _joined(text):
+    """A text in one line, fit for a table's cell."""
+    return " ".join(text.split()).replace("|", "\\|")
+
+
+def _code(text):
+    return "`%s`" % text.replace("|", "\\|")
+
+
+def _anchor(*names):
+    """What the site and code hosts make of a heading that is one name in backticks."""
+    return "#" + "".join(names).lower()
+
+
+def _table(heads, rows):
+    lines = [heads, ["---"] * len(heads)] + rows
+    return "".join("| %s |\n" % " | ".join(line) for line in lines) + "\n"
+
+
+def _example(session):
+    return "```pycon\n%s\n```\n\n" % session
+
+
+def _arguments(entry, content):
+    types = {one["name"]: one for one in entry.get("parameters", [])}
+    rows = []
+    for name, text in content:
+        one = types.get(name, {"type": "", "default": ""})
+        default = _code(one["default"]) if one["default"] else ""
+        rows.append(
+            ["`%s`" % name, _code(one["type"]) if one["type"] else "", default, _joined(text)]
+        )
+    if not any(row[2] for row in rows):
+        return _table(["argument", "type", "meaning"], [row[:2] + row[3:] for row in rows])
+    return _table(["argument", "type", "default", "meaning"], rows)
+
+
+def _section(entry, title, content):
+    if title == "Args":
+        return _arguments(entry, content)
+    if title == "Returns":
+        return "**Returns** %s\n\n" % content
+    if title == "Raises":
+        rows = [
+            "- %s\n" % (("`%s`: " % name if name else "") + _joined(text)) for name, text in content
+        ]
+        return "**Raises**\n\n%s\n" % "".join(rows)
+    if title == "Writes":
+        rows = ["- `%s`: %s\n" % (line, _joined(text)) for line, text in content]
+        return "**Writes**\n\n%s\n" % "".join(rows)
+    return _example(content)
+
+
+def _doc(entry):
+    """An entry's text with its sections."""
+    doc = entry["doc"]
+    if doc is None:
+        return ""
+    text = "\n\n".join(part for part in (doc["summary"], doc["text"]) if part) + "\n\n"
+    return text + "".join(_section(entry, *section) for section in doc["sections"])
+
+
+def _function(entry, mark):
+    signatures = "\n".join(entry["signatures"])
+    return "%s `%s`\n\n```py\n%s\n```\n\n%s" % (mark, entry["name"], signatures, _doc(entry))
+
+
+def _grouped(entries):
+    """[(group, entries)] in the order of the stub."""
+    groups = []
+    for entry in entries:
+        if not groups or groups[-1][0] != entry["group"]:
+            groups.append((entry["group"], []))
+        groups[-1][1].append(entry)
+    return groups
+
+
+def _index(entries):
+    rows = [
+        ["[`%s`](%s)" % (entry["name"], _anchor(entry["name"])), _joined(entry["doc"]["summary"])]
+        for entry in entries
+    ]
+    return _table(["name", ""], rows)
+
+
+def _setup(entries):
+    return BEFORE_EXAMPLES + _example(stub.section(entries[0]["doc"], "Example"))
+
+
+def functions_page(entries):
+    module = entries[0]["doc"]
+    shown = [entry for entry in entries[1:] if entry["kind"] == "function" or not entry["live"]]
+    variables = [entry for entry in entries if entry["kind"] == "variable"]
+    text = ["# Functions\n\n", module["summary"] + "\n\n", module["text"] + "\n\n", _index(shown)]
+    text += ["## Before the examples\n\n", _setup(entries)]
+    for variable in variables:
+        text += ["## `%s`\n\n" % variable["name"], _doc(variable)]
+    for group, members in _grouped(shown):
+        text.append("## %s\n\n" % (group or "Handles"))
+        for entry in members:
+            if entry["kind"] == "function":
+                text.append(_function(entry, "###"))
+            else:
+                text.append("### `%s`\n\n%s" % (entry["name"], _doc(entry)))
+    return _ended(text)
+
+
+def _members(entry):
+    text = []
+    for group, members in _grouped(entry["members"]):
+        if group:
+            text.append("#### %s\n\n" % group)
+        rows = []
+        for member in members:
+            doc = member["doc"] or {"summary": "", "text": ""}
+            kind = _code(member["type"]) + ("" if member["writable"] else ", read only")
+            rows.append(
+                ["`%s`" % member["name"], kind, _joined(doc["summary"] + " " + doc["text"])]
+            )
+        text.append(_table(["member", "type", "meaning"], rows))
+    return "".join(text)
+
+
+def _methods(entry):
+    return "".join(_function(method, "####") for method in entry["methods"])
+
+
+def types_page(entries):
+    shown = [entry for entry in entries if entry["kind"] == "class" and entry["live"]]
+    text = ["# Types\n\n", "The module's types, with their members and methods.\n\n", _index(shown)]
+    text += ["## Before the examples\n\n", _setup(entries)]
+    for entry in shown:
+        text += ["## `%s`\n\n" % entry["name"], _doc(entry)]
+        if entry["members"]:
+            text += ["### Members of `%s`\n\n" % entry["name"], _members(entry)]
+        if entry["methods"]:
+            text += ["### Methods of `%s`\n\n" % entry["name"], _methods(entry)]
+    return _ended(text)
+
+
+def _ended(text):
+    return "".join(text).rstrip("\n") + "\n"
