@@ -26,7 +26,8 @@ text "error return without exception set". Lines on standard output and standard
 by the module's native code: replacing `sys.stdout` or `sys.stderr` does not catch them.
 
 A Surface has to be in use: a display that was closed, and a subsurface of one, raise RuntimeError
-where pixels are needed. Pixel routines work on 32 bits a pixel.
+where pixels are needed. Pixel routines work on 32 bits a pixel. Functions that take the Surface
+which they work on need no open display, but for `GMSprite_from_surface()` and scaled views.
 
 Example:
     >>> import sys, types
@@ -415,7 +416,8 @@ def draw_rectangle(
         pygame.error: "display Surface quit", from the display's own `fill()`.
         AttributeError: `color`, `alpha` or `gmapi.__color_to_int` is missing.
         ValueError: The display has no 32 bits a pixel and alpha is not 1.0.
-        TypeError: `alpha` is no number, or pygame does not take `color`.
+        TypeError: `alpha` is no number, pygame does not take `color`, or `__color_to_int()` returns
+            no int.
 
     Writes:
         "Can't do alphablending on outline rectangles yet.": on standard error, for a translucent
@@ -1617,7 +1619,7 @@ def CParticle_dec_ttl_and_render(
     drawn again as it is, so what decides it, the size above all, should take few values. Where one
     more scaled picture is to be kept and the cache has more than 100 of any kind, it is emptied
     before; otherwise only `CParticle_type_cache_clear()` empties it. A tinted, opaque picture of
-    natural size is drawn twice when it is made.
+    natural size is drawn twice when it is made, and so adds twice in that frame.
 
     Args:
         particle: The particle.
