@@ -1662,12 +1662,13 @@ class GMRoom:
     record: it holds data, and each of its methods but the pickling ones calls a function of `gm6`.
     The type can't be subclassed and takes no further attributes.
 
-    Number members are signed 32-bit integers that start at 0 (`frame_duration` is a 32-bit float).
-    They take whatever has an integer value, a `GMVar` too: floats lose their fraction, numbers
-    outside of -2147483648..2147483647 keep their low 32 bits, with a RuntimeWarning, or raise
-    OverflowError where they don't even fit 64 bits. A NaN raises ValueError, anything else
-    TypeError, and so does deleting one. **A room, background or sprite that is in no list is taken
-    for -1**, without a word. The number members of the other types go by the same rules.
+    **Members.** Number members are signed 32-bit integers that start at 0 (`frame_duration` is a
+    32-bit float). They take whatever has an integer value, a `GMVar` too: floats lose their
+    fraction, numbers outside of -2147483648..2147483647 keep their low 32 bits, with a
+    RuntimeWarning, or raise OverflowError where they don't even fit 64 bits. A NaN raises
+    ValueError, anything else TypeError, and so does deleting one. **A room, background or sprite
+    that is in no list is taken for -1**, without a word. The number members of the other types go
+    by the same rules.
 
     Object members take any object. They start unset; an unset one reads as None, and deleting one
     makes it unset again. "Kept for the engine" below means that larkspur never looks at a member.
@@ -1675,28 +1676,28 @@ class GMRoom:
     in a room without views, and `view_visible` with all eleven `Floatlist8` members in a room with
     views.
 
-    As a number a room is its position in `gm6.game.rooms`, found by identity: `int(room)`,
+    **As a number** a room is its position in `gm6.game.rooms`, found by identity: `int(room)`,
     `float(room)`, `"%d" % room` and `str(room)`. A room that is not in the list has none: `int()`
     and `float()` raise SystemError, `"%d" % room` raises TypeError, and `str()` gives "-1". Where
     `gm6.game.rooms` is no list, no room is in it. `repr()` shows the address. A room is always
     true. It has no hash, so it can't be a dictionary's key or in a set: use `id(room)` or the
     position.
 
-    Rooms, backgrounds and tiles compare with each other by these numbers alone, so a room equals
-    the background at the same position. Comparing with a sprite goes by the numbers, too, and
-    raises where one of the two has none. Comparing with a plain number does not: `room == 0` is
-    always False, and which one is less means nothing. Compare `int(room)`.
+    **Comparison.** Rooms, backgrounds and tiles compare with each other by these numbers alone, so
+    a room equals the background at the same position. Comparing with a sprite goes by the numbers,
+    too, and raises where one of the two has none. Comparing with a plain number does not: `room ==
+    0` is always False, and which one is less means nothing. Compare `int(room)`.
 
-    A room's pickled state is a tuple of 78 pairs (name, value), one for each member. Pickling works
-    with every protocol as far as the values can be pickled. Code objects and Surfaces can't
-    (protocol 2 makes Surfaces without pixels of them), so set `creation_code_compiled`, `cached_bg`
-    and `cached_bg_scaled` to None before. A copy by `copy.copy()` has the very same objects in its
-    members; it is in no list.
+    **Pickling.** A room's pickled state is a tuple of 78 pairs (name, value), one for each member.
+    Pickling works with every protocol as far as the values can be pickled. Code objects and
+    Surfaces can't (with protocol 2 a Surface comes back, but without its pixels), so set
+    `creation_code_compiled`, `cached_bg` and `cached_bg_scaled` to None before. A copy by
+    `copy.copy()` has the very same objects in its members; it is in no list.
 
-    A room owns what its members hold, and takes part in garbage collection. Two things are
-    peculiar. What `view_visible`, `initial_view_data` and `creation_code_compiled` hold when the
-    room dies is never released; set them to None before the last reference goes, where that
-    matters. And the collector does not look into these three, nor into `bg0` to `bg7` and the
+    **Ownership.** A room owns what its members hold, and takes part in garbage collection. Two
+    things are peculiar. What `view_visible`, `initial_view_data` and `creation_code_compiled` hold
+    when the room dies is never released; set them to None before the last reference goes, where
+    that matters. And the collector does not look into these three, nor into `bg0` to `bg7` and the
     `background_` members other than `background_index`: a cycle through one of them is never
     collected.
 
@@ -2512,18 +2513,19 @@ class RoomTileData:
     blits each from the `surf` of its background, in the list's order, one to one and clipped by the
     Surfaces. Tiles are not drawn in rooms with views.
 
-    All members are signed 32-bit integers that start at 0 and can't be deleted; what they take is
-    told with the number members of `GMRoom`. The type can't be subclassed and takes no further
-    attributes.
+    **Members.** All members are signed 32-bit integers that start at 0 and can't be deleted; what
+    they take is told with the number members of `GMRoom`. The type can't be subclassed and takes no
+    further attributes.
 
-    As a number a tile is its `id`: `int(tile)`, `float(tile)`, `"%d" % tile` and `str(tile)`.
+    **As a number** a tile is its `id`: `int(tile)`, `float(tile)`, `"%d" % tile` and `str(tile)`.
     `repr()` shows the address. A tile is always true, and has no hash. Tiles compare with each
     other, with rooms and with backgrounds by these numbers alone: two fresh tiles are equal, and so
     are all with one id, whatever else they hold. Comparing with a sprite goes by the numbers, too,
     comparing with a plain number does not: `tile == 12` is always False. Compare `tile.id`.
 
-    The pickled state is a tuple of ten ints: `x`, `y`, `background_idx`, `tilex`, `tiley`, `w`,
-    `h`, `layer_depth`, `id`, `locked`. Every protocol will do. A tile holds no references.
+    **Pickling.** The pickled state is a tuple of ten ints: `x`, `y`, `background_idx`, `tilex`,
+    `tiley`, `w`, `h`, `layer_depth`, `id`, `locked`. Every protocol will do. A tile holds no
+    references.
 
     Example:
         >>> background = larkspur.BackgroundData()
@@ -2677,32 +2679,31 @@ class Floatlist8:
     **A fresh list holds zeros.** That is right for all members but `view_object`, where 0 is the
     game's first object: view 0 to 7 of a fresh room follow it until every element is set to -1.
 
-    It has a length of 8 and elements 0 to 7 (-8 to -1 from the end), each a double; assigning takes
-    whatever `float()` takes. It can be iterated, so `list()`, `sum()`, `max()` and `in` work. There
-    are no slices, and elements can't be deleted. It has no other list methods, can't be subclassed
-    and takes no attributes.
+    **Elements.** It has a length of 8 and elements 0 to 7 (-8 to -1 from the end), each a double;
+    assigning takes whatever `float()` takes. It can be iterated, so `list()`, `sum()`, `max()` and
+    `in` work. There are no slices, and elements can't be deleted. It has no other list methods,
+    can't be subclassed and takes no attributes.
 
-    As a number it is element 0, and arithmetic concerns element 0 alone. `+`, `-`, `*` and `/` give
-    a new `Floatlist8` with the result in element 0 and the other seven elements copied. **Element 0
-    is the left operand even where the list stands on the right**: `5 - values` holds
+    **As a number** it is element 0, and arithmetic concerns element 0 alone. `+`, `-`, `*` and `/`
+    give a new `Floatlist8` with the result in element 0 and the other seven elements copied.
+    **Element 0 is the left operand even where the list stands on the right**: `5 - values` holds
     `values[0] - 5`. The other operand may be all that `float()` takes, another `Floatlist8` (its
     element 0) and a `GMVar` among them; but a `GMVar` on the left of `*` gives a plain float.
-    Dividing by 0 gives infinity or NaN and raises nothing.
-    `values -= x` changes the list itself; `+=`, `*=` and `/=` give the name a new list, which the
-    room does not know. There is no `//`, `%`, `**`, negation or `abs()`, and no division after
-    `from __future__ import division`.
+    Dividing by 0 gives infinity or NaN and raises nothing. `values -= x` changes the list itself;
+    `+=`, `*=` and `/=` give the name a new list, which the room does not know. There is no `//`,
+    `%`, `**`, negation or `abs()`, and no division after `from __future__ import division`.
 
-    Two lists compare by their elements 0 alone: lists that differ elsewhere are equal, and a NaN
-    equals everything. A list and a plain number do not compare: `values == 2.0` is always False,
-    and which one is less means nothing. Compare `values[0]`. A list is always true and has no hash.
-    `repr()` shows the address.
+    **Comparison.** Two lists compare by their elements 0 alone: lists that differ elsewhere are
+    equal, and a NaN equals everything. A list and a plain number do not compare: `values == 2.0` is
+    always False, and which one is less means nothing. Compare `values[0]`. A list is always true
+    and has no hash. `repr()` shows the address.
 
-    `str()` gives a whole element 0 in decimal, "-2147483648" for one outside of
+    **As a text.** `str()` gives a whole element 0 in decimal, "-2147483648" for one outside of
     -2147483648..2147483647, and the text "%f", without any number, for one with a fraction or NaN.
     Don't use it for output: take `"%g" % values[0]`.
 
-    The pickled state is a tuple of the eight floats; every protocol will do. A list holds no
-    references.
+    **Pickling.** The pickled state is a tuple of the eight floats; every protocol will do. A list
+    holds no references.
 
     Example:
         >>> xview = larkspur.Floatlist8()
@@ -2968,29 +2969,29 @@ class GMSprite:
     in two places: `sprite_scalecache_add`, for native callers, which takes pictures from
     `subimages` and stores transformed copies in `scalecache`; and pickling.
 
-    Number members are signed 32-bit integers that start at 0 and can't be deleted; what they take
-    is told with those of `GMRoom`. The three object members take any object, and can be deleted;
-    then reading or deleting one raises AttributeError. The type can't be subclassed and takes no
-    further attributes.
+    **Members.** Number members are signed 32-bit integers that start at 0 and can't be deleted;
+    what they take is told with those of `GMRoom`. The three object members take any object, and can
+    be deleted; then reading or deleting one raises AttributeError. The type can't be subclassed and
+    takes no further attributes.
 
-    As a number a sprite is its position in `gm6.game.sprites`, found by identity: `int(sprite)`,
-    `float(sprite)`, `"%d" % sprite` and `str(sprite)`. For a sprite that is not in the list they
-    raise SystemError, `str()` and `print` too, unlike those of backgrounds and rooms, and
-    `"%d" % sprite` raises TypeError. `repr()` shows the address. A sprite is always true. It has no
-    hash, so it can't be a dictionary's key or in a set: use `id(sprite)` or the position.
+    **As a number** a sprite is its position in `gm6.game.sprites`, found by identity:
+    `int(sprite)`, `float(sprite)`, `"%d" % sprite` and `str(sprite)`. For a sprite that is not in
+    the list they raise SystemError, `str()` and `print` too, unlike those of backgrounds and rooms,
+    and `"%d" % sprite` raises TypeError. `repr()` shows the address. A sprite is always true. It
+    has no hash, so it can't be a dictionary's key or in a set: use `id(sprite)` or the position.
 
-    Sprites compare by their numbers with everything that `int()` takes, plain numbers, rooms and
-    texts of digits among it. They raise otherwise: `sprite == None` is a TypeError, so ask
-    `sprite is None`. A sprite in no list raises SystemError whatever it is compared with. That is
-    how `sprite in sprites` and `sprites.index(sprite)` compare, too, after they have looked whether
-    it is the same object.
+    **Comparison.** Sprites compare by their numbers with everything that `int()` takes, plain
+    numbers, rooms and texts of digits among it. They raise otherwise: `sprite == None` is a
+    TypeError, so ask `sprite is None`. A sprite in no list raises SystemError whatever it is
+    compared with. That is how `sprite in sprites` and `sprites.index(sprite)` compare, too, after
+    they have looked whether it is the same object.
 
-    The pickled state is a tuple of fifteen ints, the name and the number of pictures; the pictures
-    are not in it. **Pickling takes the sprite's `scalecache` away**, copying with the module `copy`
-    as well: reading it raises AttributeError until a dictionary is assigned again.
+    **Pickling.** The pickled state is a tuple of fifteen ints, the name and the number of pictures;
+    the pictures are not in it. **Pickling takes the sprite's `scalecache` away**, copying with the
+    module `copy` as well: reading it raises AttributeError until a dictionary is assigned again.
 
-    A sprite owns what its three object members hold, and takes part in garbage collection. A name
-    that came from a pickled state is never freed.
+    **Ownership.** A sprite owns what its three object members hold, and takes part in garbage
+    collection. A name that came from a pickled state is never freed.
 
     Example:
         >>> sprite = larkspur.GMSprite()
@@ -3248,26 +3249,27 @@ class BackgroundData:
     larkspur reads one member, `surf`, when it draws tiles. The backgrounds themselves are drawn by
     the engine, in `gm6.Room_DrawBackgrounds`.
 
-    Number members are signed 32-bit integers that start at 0 and can't be deleted; what they take
-    is told with those of `GMRoom`. The three object members take any object, and can be deleted;
-    then reading or deleting one raises AttributeError. The type can't be subclassed and takes no
-    further attributes.
+    **Members.** Number members are signed 32-bit integers that start at 0 and can't be deleted;
+    what they take is told with those of `GMRoom`. The three object members take any object, and can
+    be deleted; then reading or deleting one raises AttributeError. The type can't be subclassed and
+    takes no further attributes.
 
-    As a number a background is its position in `gm6.game.backgrounds`, found by identity:
+    **As a number** a background is its position in `gm6.game.backgrounds`, found by identity:
     `int(background)`, `float(background)`, `"%d" % background` and `str(background)`. One that is
     not in the list has none: `int()` and `float()` raise SystemError, `"%d" % background` raises
     TypeError, and `str()` gives "-1". `repr()` shows the address. A background is always true. It
     has no hash, so it can't be a dictionary's key or in a set.
 
-    Backgrounds, rooms and tiles compare with each other by these numbers alone, so a background
-    equals the room at the same position. Comparing with a sprite goes by the numbers, too, and
-    raises where one of the two has none. Comparing with a plain number does not: `background == 0`
-    is always False. Compare `int(background)`.
+    **Comparison.** Backgrounds, rooms and tiles compare with each other by these numbers alone, so
+    a background equals the room at the same position. Comparing with a sprite goes by the numbers,
+    too, and raises where one of the two has none. Comparing with a plain number does not:
+    `background == 0` is always False. Compare `int(background)`.
 
-    The pickled state is the tuple (`name`, `transparent`); neither picture nor size is in it.
+    **Pickling.** The pickled state is the tuple (`name`, `transparent`); neither picture nor size
+    is in it.
 
-    A background owns what its three object members hold, and takes part in garbage collection. A
-    name that came from a pickled state is never freed.
+    **Ownership.** A background owns what its three object members hold, and takes part in garbage
+    collection. A name that came from a pickled state is never freed.
 
     Example:
         >>> background = larkspur.BackgroundData()
@@ -3434,18 +3436,18 @@ class InstanceList(list[Any]):
        dictionary given to `RegisterInstancesDict`. So 100001, 100001.9, "100001" and an object
        whose `__int__()` gives 100001 are all the same id.
 
-    Everything else is the list's own and converts nothing: the constructor, `extend`, `+=`, slices,
-    unpickling, and `in`, `index` and `count`, so that `100001 in found` is False although the
-    instance with this id is there. `found + other`, `found * 2` and slices give a plain list.
-    Lists compare as lists do, and have no hash. The type can't be subclassed and takes no
-    attributes.
+    **What is the list's own.** Everything else is the list's own and converts nothing: the
+    constructor, `extend`, `+=`, slices, unpickling, and `in`, `index` and `count`, so that `100001
+    in found` is False although the instance with this id is there. `found + other`, `found * 2` and
+    slices give a plain list. Lists compare as lists do, and have no hash. The type can't be
+    subclassed and takes no attributes.
 
-    The list owns its items, but **each of these four operations releases or keeps a reference too
-    many in some cases**. It stays so, as engines were written for it. An object may then be freed
-    while somebody else still believes to hold it, and the process crashes some time later; that
-    somebody may be the code, for a number or text that is written in it. Never is an object's very
-    last reference released that way, nor any of what the interpreter shares, such as the ints from
-    -5 to 256. What each does:
+    **References.** The list owns its items, but **each of these four operations releases or keeps a
+    reference too many in some cases**. It stays so, as engines were written for it. An object may
+    then be freed while somebody else still believes to hold it, and the process crashes some time
+    later; that somebody may be the code, for a number or text that is written in it. Never is an
+    object's very last reference released that way, nor any of what the interpreter shares, such as
+    the ints from -5 to 256. What each does:
 
     - `append(id)` stores the instance without a reference of its own.
     - `insert(i, id)` releases a reference to the id object, and `insert(i, variable)` one to the
@@ -3464,7 +3466,7 @@ class InstanceList(list[Any]):
 
     An engine that has to use the others needs a reference to spare for each use.
 
-    The pickled state is a tuple of the items, that is of the instances.
+    **Pickling.** The pickled state is a tuple of the items, that is of the instances.
 
     Example:
         >>> class Instance(object):
@@ -3643,7 +3645,7 @@ class GMVar:
     reads 0. A `GMVar` that is stored in a cell leaves its value there. Even when the value is a
     sequence, indices go to the table: `GMVar("ab")[0]` is "ab".
 
-    **Memory.** A new variable takes about 100 bytes. The table is a full rectangle with 8 bytes for
+    **Memory.** A new variable takes about 110 bytes. The table is a full rectangle with 8 bytes for
     each cell, written or not, and when it grows it asks for up to half as much again in reserve:
     `v[9999, 9999] = 1` asks for 800 MB, and one column more for 1.2 GB. Systems as a rule hand
     memory out only where it is written, so the first of these takes little; growing moves all that
@@ -3664,9 +3666,9 @@ class GMVar:
 
     **Comparison.** `<`, `<=`, `==`, `!=`, `>` and `>=` compare the values. A variable and its value
     have the same hash, so either finds the other in a dictionary; a variable that is a key must not
-    change. `cmp(v, w)` of two variables **releases one reference to each of the two values,
-    which it never took**; it stays so, because engines were written for it. `sorted(found, cmp)`
-    calls it, and so do two comparisons by the interpreter: that of two dictionaries that differ, by
+    change. `cmp(v, w)` of two variables **releases one reference to each of the two values, which
+    it never took**; it stays so, because engines were written for it. `sorted(found, cmp)` calls
+    it, and so do two comparisons by the interpreter: that of two dictionaries that differ, by
     anything but `==` and `!=`, and that of two slice objects, both where they hold variables.
     Whoever else holds such a value, and be it the code in which it is written, may be left with an
     object that is gone, and the process crashes some time later. Never is an object's very last
@@ -3682,7 +3684,7 @@ class GMVar:
     types, such as ints, texts and lists, and all protocols do for None. Pickle the cells instead.
     The type itself is called `py_larkspur.GMVar`, can't be subclassed and can't be pickled.
 
-    A variable owns the values in its cells, and takes part in garbage collection.
+    **Ownership.** A variable owns the values in its cells, and takes part in garbage collection.
 
     Args:
         value: Anything. Of a `GMVar` the value in its first cell.
@@ -4132,15 +4134,15 @@ class Beancounter:
     there is no way to set it. A particle whose life has run out still counts while its handle is
     held.
 
-    A particle owns a reference to its counter, so the counter lives at least as long. The counter
-    does not know its particles, and holds no references.
+    **Ownership.** A particle owns a reference to its counter, so the counter lives at least as
+    long. The counter does not know its particles, and holds no references.
 
-    `int()` and `"%d" % counter` are all there is: `float()`, arithmetic and comparing with numbers
-    do not work. Two counters are equal when they are the same object, and the hash goes by that,
-    too. A counter is always true, with a count of 0 as well. `str()` and `repr()` show the address.
-    The type can't be subclassed and takes no attributes.
+    **As a number.** `int()` and `"%d" % counter` are all there is: `float()`, arithmetic and
+    comparing with numbers do not work. Two counters are equal when they are the same object, and
+    the hash goes by that, too. A counter is always true, with a count of 0 as well. `str()` and
+    `repr()` show the address. The type can't be subclassed and takes no attributes.
 
-    Pickling (protocol 2 only; 0 and 1 raise TypeError) and copying give a counter with 0.
+    **Pickling** (protocol 2 only; 0 and 1 raise TypeError) and copying give a counter with 0.
 
     Example:
         >>> counter = larkspur.Beancounter()
