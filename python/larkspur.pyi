@@ -1660,7 +1660,7 @@ class GMRoom:
     The engine makes a room by calling the type without arguments (arguments are ignored), fills in
     its members, appends it to `gm6.game.rooms` and gives it to `Room_Draw` each frame. A room is a
     record: it holds data, and each of its methods but the pickling ones calls a function of `gm6`.
-    The type can't be subclassed and takes no further attributes.
+    The type can't be subclassed; its objects take no further attributes and no weak references.
 
     **Members.** Number members are signed 32-bit integers that start at 0 (`frame_duration` is a
     32-bit float). They take whatever has an integer value, a `GMVar` too: floats lose their
@@ -1685,8 +1685,8 @@ class GMRoom:
 
     **Comparison.** Rooms, backgrounds and tiles compare with each other by these numbers alone, so
     a room equals the background at the same position. Comparing with a sprite goes by the numbers,
-    too, and raises where one of the two has none. Comparing with a plain number does not: `room ==
-    0` is always False, and which one is less means nothing. Compare `int(room)`.
+    too, and raises where one of the two has none. Comparing with a plain number does not:
+    `room == 0` is always False, and which one is less means nothing. Compare `int(room)`.
 
     **Pickling.** A room's pickled state is a tuple of 78 pairs (name, value), one for each member.
     Pickling works with every protocol as far as the values can be pickled. Code objects and
@@ -2514,8 +2514,8 @@ class RoomTileData:
     Surfaces. Tiles are not drawn in rooms with views.
 
     **Members.** All members are signed 32-bit integers that start at 0 and can't be deleted; what
-    they take is told with the number members of `GMRoom`. The type can't be subclassed and takes no
-    further attributes.
+    they take is told with the number members of `GMRoom`. The type can't be subclassed; its objects
+    take no further attributes and no weak references.
 
     **As a number** a tile is its `id`: `int(tile)`, `float(tile)`, `"%d" % tile` and `str(tile)`.
     `repr()` shows the address. A tile is always true, and has no hash. Tiles compare with each
@@ -2682,7 +2682,7 @@ class Floatlist8:
     **Elements.** It has a length of 8 and elements 0 to 7 (-8 to -1 from the end), each a double;
     assigning takes whatever `float()` takes. It can be iterated, so `list()`, `sum()`, `max()` and
     `in` work. There are no slices, and elements can't be deleted. It has no other list methods,
-    can't be subclassed and takes no attributes.
+    can't be subclassed; its objects take no attributes and no weak references.
 
     **As a number** it is element 0, and arithmetic concerns element 0 alone. `+`, `-`, `*` and `/`
     give a new `Floatlist8` with the result in element 0 and the other seven elements copied.
@@ -2971,8 +2971,8 @@ class GMSprite:
 
     **Members.** Number members are signed 32-bit integers that start at 0 and can't be deleted;
     what they take is told with those of `GMRoom`. The three object members take any object, and can
-    be deleted; then reading or deleting one raises AttributeError. The type can't be subclassed and
-    takes no further attributes.
+    be deleted; then reading or deleting one raises AttributeError. The type can't be subclassed;
+    its objects take no further attributes and no weak references.
 
     **As a number** a sprite is its position in `gm6.game.sprites`, found by identity:
     `int(sprite)`, `float(sprite)`, `"%d" % sprite` and `str(sprite)`. For a sprite that is not in
@@ -2987,8 +2987,9 @@ class GMSprite:
     they have looked whether it is the same object.
 
     **Pickling.** The pickled state is a tuple of fifteen ints, the name and the number of pictures;
-    the pictures are not in it. **Pickling takes the sprite's `scalecache` away**, copying with the
-    module `copy` as well: reading it raises AttributeError until a dictionary is assigned again.
+    the pictures are not in it. Every protocol will do. **Pickling takes the sprite's `scalecache`
+    away**, copying with the module `copy` as well: reading it raises AttributeError until a
+    dictionary is assigned again.
 
     **Ownership.** A sprite owns what its three object members hold, and takes part in garbage
     collection. A name that came from a pickled state is never freed.
@@ -3173,7 +3174,7 @@ class GMSprite:
     # --- Pickling
 
     def __reduce__(self, *ignored: Any) -> tuple[Any, ...]:
-        """What pickling takes: (`GMSprite`, (), state). Takes `scalecache` away.
+        """What pickling takes: (`GMSprite`, (), state). Takes `scalecache` away, even if it raises.
 
         The state is a tuple of `w`, `h`, `leftbound`, `rightbound`, `topbound`, `bottombound`,
         `xorigin`, `yorigin`, `transparent`, `precise_collision_checking`, `bounding_box_type`,
@@ -3251,8 +3252,8 @@ class BackgroundData:
 
     **Members.** Number members are signed 32-bit integers that start at 0 and can't be deleted;
     what they take is told with those of `GMRoom`. The three object members take any object, and can
-    be deleted; then reading or deleting one raises AttributeError. The type can't be subclassed and
-    takes no further attributes.
+    be deleted; then reading or deleting one raises AttributeError. The type can't be subclassed;
+    its objects take no further attributes and no weak references.
 
     **As a number** a background is its position in `gm6.game.backgrounds`, found by identity:
     `int(background)`, `float(background)`, `"%d" % background` and `str(background)`. One that is
@@ -3266,7 +3267,7 @@ class BackgroundData:
     `background == 0` is always False. Compare `int(background)`.
 
     **Pickling.** The pickled state is the tuple (`name`, `transparent`); neither picture nor size
-    is in it.
+    is in it. Every protocol will do.
 
     **Ownership.** A background owns what its three object members hold, and takes part in garbage
     collection. A name that came from a pickled state is never freed.
@@ -3437,10 +3438,10 @@ class InstanceList(list[Any]):
        whose `__int__()` gives 100001 are all the same id.
 
     **What is the list's own.** Everything else is the list's own and converts nothing: the
-    constructor, `extend`, `+=`, slices, unpickling, and `in`, `index` and `count`, so that `100001
-    in found` is False although the instance with this id is there. `found + other`, `found * 2` and
-    slices give a plain list. Lists compare as lists do, and have no hash. The type can't be
-    subclassed and takes no attributes.
+    constructor, `extend`, `+=`, slices, unpickling, and `in`, `index` and `count`, so that
+    `100001 in found` is False although the instance with this id is there. `found + other`,
+    `found * 2` and slices give a plain list. Lists compare as lists do, and have no hash. The type
+    can't be subclassed; its objects take no attributes and no weak references.
 
     **References.** The list owns its items, but **each of these four operations releases or keeps a
     reference too many in some cases**. It stays so, as engines were written for it. An object may
@@ -3466,7 +3467,8 @@ class InstanceList(list[Any]):
 
     An engine that has to use the others needs a reference to spare for each use.
 
-    **Pickling.** The pickled state is a tuple of the items, that is of the instances.
+    **Pickling.** The pickled state is a tuple of the items, that is of the instances, which have to
+    be picklable. `copy.copy()` gives an `InstanceList` with the same instances.
 
     Example:
         >>> class Instance(object):
@@ -3658,7 +3660,8 @@ class GMVar:
     factors go through `float()`, so a text of a number can be multiplied and any other text can't.
     Two ints are divided as Python 2 does, to an int. There is no `**`, `//`, `<<`, `>>`, `~` or
     `divmod()`, `oct()` or `hex()`, no division after `from __future__ import division`, and a
-    variable is no index of a list: take `int(v)`. `long()`, `range()` and `"%d"` take a variable.
+    variable is no index of a list or text: take `int(v)`. `long()`, `range()`, `math.sqrt()` and
+    `"%d"` take a variable as it is.
 
     `v += x` changes the variable: it stays the same object, and all its names see the new value.
     **All other assignments with an operator rebind the name to a plain value**: after `v -= 1` it
@@ -3682,7 +3685,8 @@ class GMVar:
     has no `in`, whatever it holds. Pickling and the module `copy` get hold of the value and lose
     the rest of the table. Protocols 0 and 1 raise TypeError for values of the interpreter's own
     types, such as ints, texts and lists, and all protocols do for None. Pickle the cells instead.
-    The type itself is called `py_larkspur.GMVar`, can't be subclassed and can't be pickled.
+    The type itself is called `py_larkspur.GMVar`, and can't be subclassed or pickled; variables
+    take no weak references.
 
     **Ownership.** A variable owns the values in its cells, and takes part in garbage collection.
 
@@ -4140,7 +4144,8 @@ class Beancounter:
     **As a number.** `int()` and `"%d" % counter` are all there is: `float()`, arithmetic and
     comparing with numbers do not work. Two counters are equal when they are the same object, and
     the hash goes by that, too. A counter is always true, with a count of 0 as well. `str()` and
-    `repr()` show the address. The type can't be subclassed and takes no attributes.
+    `repr()` show the address. The type can't be subclassed; its objects take no attributes and no
+    weak references.
 
     **Pickling** (protocol 2 only; 0 and 1 raise TypeError) and copying give a counter with 0.
 
