@@ -2676,13 +2676,14 @@ class Floatlist8:
     of numbers given here is not taken over). `Room_Draw` reads element v when it draws view v, and
     writes `view_xview` and `view_yview` of views that follow an object.
 
-    **A fresh list holds zeros.** That is right for all members but `view_object`, where 0 is the
-    game's first object: view 0 to 7 of a fresh room follow it until every element is set to -1.
+    **A fresh list holds zeros.** In `view_object` that is the game's first object: view 0 to 7 of a
+    fresh room follow it until every element is set to -1. And a view that is drawn needs its width
+    and height in `view_wview` and `view_hview`, `view_wport` and `view_hport`.
 
     **Elements.** It has a length of 8 and elements 0 to 7 (-8 to -1 from the end), each a double;
     assigning takes whatever `float()` takes. It can be iterated, so `list()`, `sum()`, `max()` and
-    `in` work. There are no slices, and elements can't be deleted. It has no other list methods,
-    can't be subclassed; its objects take no attributes and no weak references.
+    `in` work. There are no slices, and elements can't be deleted. It has no other list methods. The
+    type can't be subclassed; its objects take no attributes and no weak references.
 
     **As a number** it is element 0, and arithmetic concerns element 0 alone. `+`, `-`, `*` and `/`
     give a new `Floatlist8` with the result in element 0 and the other seven elements copied.
@@ -2690,8 +2691,9 @@ class Floatlist8:
     `values[0] - 5`. The other operand may be all that `float()` takes, another `Floatlist8` (its
     element 0) and a `GMVar` among them; but a `GMVar` on the left of `*` gives a plain float.
     Dividing by 0 gives infinity or NaN and raises nothing. `values -= x` changes the list itself;
-    `+=`, `*=` and `/=` give the name a new list, which the room does not know. There is no `//`,
-    `%`, `**`, negation or `abs()`, and no division after `from __future__ import division`.
+    `+=`, `*=` and `/=` make a new one: `values += x` gives it to the name alone, and
+    `room.view_xview += x` to the room. There is no `//`, `%`, `**`, negation or `abs()`, and no
+    division after `from __future__ import division`.
 
     **Comparison.** Two lists compare by their elements 0 alone: lists that differ elsewhere are
     equal, and a NaN equals everything. A list and a plain number do not compare: `values == 2.0` is
