@@ -1700,40 +1700,44 @@ class GMRoom:
     The engine makes a room by calling the type without arguments (arguments are ignored), fills in
     its members, appends it to `gm6.game.rooms` and gives it to `Room_Draw` each frame. A room is a
     record: it holds data, and each of its methods but the pickling ones calls a function of `gm6`.
-    The type can't be subclassed and takes no further attributes.
+    The type can't be subclassed; its objects take no further attributes and no weak references.
 
-    Number members are signed 32-bit integers that start at 0 (`frame_duration` is a 32-bit float).
-    They take whatever has an integer value, a `GMVar` too: floats lose their fraction, numbers
-    outside of -2147483648..2147483647 keep their low 32 bits, with a RuntimeWarning, or raise
-    OverflowError where they don't even fit 64 bits. Anything else raises TypeError, and so does
-    deleting one.
+    **Members.** Number members are signed 32-bit integers that start at 0 (`frame_duration` is a
+    32-bit float). They take whatever has an integer value, a `GMVar` too: floats lose their
+    fraction, numbers outside of -2147483648..2147483647 keep their low 32 bits, with a
+    RuntimeWarning, or raise OverflowError where they don't even fit 64 bits. A NaN raises
+    ValueError, anything else TypeError, and so does deleting one. **A room, background or sprite
+    that is in no list is taken for -1**, without a word. The number members of the other types go
+    by the same rules.
 
     Object members take any object. They start unset; an unset one reads as None, and deleting one
     makes it unset again. "Kept for the engine" below means that larkspur never looks at a member.
     What `Room_Draw` looks at has to be there before the first frame: `drawn_objects`, then `tiles`
-    in a room without views, and `view_visible` with all eleven lists from `view_xview` to
-    `view_hport` in a room with views.
+    in a room without views, and `view_visible` with all eleven `Floatlist8` members in a room with
+    views.
 
-    As a number a room is its position in `gm6.game.rooms`, found by identity: `int(room)`,
+    **As a number** a room is its position in `gm6.game.rooms`, found by identity: `int(room)`,
     `float(room)`, `"%d" % room` and `str(room)`. A room that is not in the list has none: `int()`
-    and `float()` raise SystemError, and `str()` gives "-1". `repr()` shows the address. A room is
-    always true. It has no hash, so it can't be a dictionary's key or in a set: use `id(room)` or
-    the position.
+    and `float()` raise SystemError, `"%d" % room` raises TypeError, and `str()` gives "-1". Where
+    `gm6.game.rooms` is no list, no room is in it. `repr()` shows the address. A room is always
+    true. It has no hash, so it can't be a dictionary's key or in a set: use `id(room)` or the
+    position.
 
-    Rooms, backgrounds and tiles compare with each other by these numbers alone, so a room equals
-    the background at the same position. Comparing with a sprite goes by the numbers, too, and
-    raises where one of the two has none. Comparing with a plain number does not: `room == 0` is
-    always False, and the order is that of the types' names. Compare `int(room)`.
+    **Comparison.** Rooms, backgrounds and tiles compare with each other by these numbers alone, so
+    a room equals the background at the same position. Comparing with a sprite goes by the numbers,
+    too, and raises where one of the two has none. Comparing with a plain number does not:
+    `room == 0` is always False, and which one is less means nothing. Compare `int(room)`.
 
-    A room's pickled state is a tuple of 78 pairs (name, value), one for each member. Pickling works
-    with every protocol as far as the values can be pickled: code objects can't, and a Surface comes
-    back without its pixels, so set `creation_code_compiled`, `cached_bg` and `cached_bg_scaled` to
-    None before.
+    **Pickling.** A room's pickled state is a tuple of 78 pairs (name, value), one for each member.
+    Pickling works with every protocol as far as the values can be pickled. Code objects and
+    Surfaces can't (with protocol 2 a Surface comes back, but without its pixels), so set
+    `creation_code_compiled`, `cached_bg` and `cached_bg_scaled` to None before. A copy by
+    `copy.copy()` has the very same objects in its members; it is in no list.
 
-    A room owns what its members hold, and takes part in garbage collection. Two things are
-    peculiar. What `view_visible`, `initial_view_data` and `creation_code_compiled` hold when the
-    room dies is never released; set them to None before the last reference goes, where that
-    matters. And the collector does not look into these three, nor into `bg0` to `bg7` and the
+    **Ownership.** A room owns what its members hold, and takes part in garbage collection. Two
+    things are peculiar. What `view_visible`, `initial_view_data` and `creation_code_compiled` hold
+    when the room dies is never released; set them to None before the last reference goes, where
+    that matters. And the collector does not look into these three, nor into `bg0` to `bg7` and the
     `background_` members other than `background_index`: a cycle through one of them is never
     collected.
 
@@ -1960,8 +1964,9 @@ class GMRoom:
 
     Element v belongs to view v, here and in the ten lists below. `Room_Draw` reads them anew for
     each view that it draws, and raises TypeError when one of them is no `Floatlist8`. It writes
-    this one and `view_yview` for a view that follows an object (see `view_object`). Objects are
-    drawn from `-view_xview[v]`, cut toward zero to a whole number of pixels.
+    this one and `view_yview` for a view that follows an object (see `view_object`). A particle
+    system's `py_RealDraw` gets `-view_xview[v]` and `-view_yview[v]`, cut toward zero to whole
+    pixels; `draw_sprite_ext` gets an instance's own position, and has to take the view off itself.
     """
 
     view_yview: Floatlist8
@@ -2468,7 +2473,7 @@ class GMRoom:
 
         Returns:
             -1, 0 or 1; -1 as well when one of them is in no list, so that `==` says False even of a
-            room and itself.
+            room and itself (`cmp()` of a room and itself is 0 without a look at the list).
 
         Raises:
             AttributeError: There is no `gm6.game` or list in it.
@@ -2548,20 +2553,19 @@ class RoomTileData:
     blits each from the `surf` of its background, in the list's order, one to one and clipped by the
     Surfaces. Tiles are not drawn in rooms with views.
 
-    All members are signed 32-bit integers that start at 0 and can't be deleted. They take whatever
-    has an integer value: floats lose their fraction, numbers outside of -2147483648..2147483647
-    keep their low 32 bits, with a RuntimeWarning, or raise OverflowError where they don't even fit
-    64 bits. Anything else raises TypeError. The type can't be subclassed and takes no further
-    attributes.
+    **Members.** All members are signed 32-bit integers that start at 0 and can't be deleted; what
+    they take is told with the number members of `GMRoom`. The type can't be subclassed; its objects
+    take no further attributes and no weak references.
 
-    As a number a tile is its `id`: `int(tile)`, `float(tile)`, `"%d" % tile` and `str(tile)`.
+    **As a number** a tile is its `id`: `int(tile)`, `float(tile)`, `"%d" % tile` and `str(tile)`.
     `repr()` shows the address. A tile is always true, and has no hash. Tiles compare with each
     other, with rooms and with backgrounds by these numbers alone: two fresh tiles are equal, and so
     are all with one id, whatever else they hold. Comparing with a sprite goes by the numbers, too,
     comparing with a plain number does not: `tile == 12` is always False. Compare `tile.id`.
 
-    The pickled state is a tuple of ten ints: `x`, `y`, `background_idx`, `tilex`, `tiley`, `w`,
-    `h`, `layer_depth`, `id`, `locked`. A tile holds no references.
+    **Pickling.** The pickled state is a tuple of ten ints: `x`, `y`, `background_idx`, `tilex`,
+    `tiley`, `w`, `h`, `layer_depth`, `id`, `locked`. Every protocol will do. A tile holds no
+    references.
 
     Example:
         >>> background = larkspur.BackgroundData()
@@ -2594,7 +2598,8 @@ class RoomTileData:
 
     It is `gmapi.game` here and `gm6.game` everywhere else; an engine has the same object in both.
     `Room_Draw` raises IndexError for a negative number and one without a background, and TypeError
-    for an element that is no `BackgroundData` or has no Surface in `surf`.
+    for an element that is no `BackgroundData` or has no Surface in `surf`. A `BackgroundData` that
+    is assigned here gives its position, -1 while it is in no list.
     """
 
     tilex: int
@@ -2706,38 +2711,41 @@ class RoomTileData:
 class Floatlist8:
     """Eight numbers, one for each view of a room, that behave like the first of them.
 
-    The engine makes one for each of the eleven members of a `GMRoom` from `view_xview` to
-    `view_object`, by calling the type without arguments (arguments are ignored: a list of numbers
-    given here is not taken over). `Room_Draw` reads element v when it draws view v, and writes
-    `view_xview` and `view_yview` of views that follow an object.
+    The engine makes one for each of the eleven members of a `GMRoom` that hold this type,
+    `view_xview` and the like, by calling the type without arguments (arguments are ignored: a list
+    of numbers given here is not taken over). `Room_Draw` reads element v when it draws view v, and
+    writes `view_xview` and `view_yview` of views that follow an object.
 
-    **A fresh list holds zeros.** That is right for all members but `view_object`, where 0 is the
-    game's first object: view 0 to 7 of a fresh room follow it until every element is set to -1.
+    **A fresh list holds zeros.** In `view_object` that is the game's first object: view 0 to 7 of a
+    fresh room follow it until every element is set to -1. And a view that is drawn needs its width
+    and height in `view_wview` and `view_hview`, `view_wport` and `view_hport`.
 
-    It has a length of 8 and elements 0 to 7 (-8 to -1 from the end), each a double; assigning takes
-    whatever `float()` takes. It can be iterated, so `list()`, `sum()`, `max()` and `in` work. There
-    are no slices, and elements can't be deleted. It has no other list methods, can't be subclassed
-    and takes no attributes.
+    **Elements.** It has a length of 8 and elements 0 to 7 (-8 to -1 from the end), each a double;
+    assigning takes whatever `float()` takes. It can be iterated, so `list()`, `sum()`, `max()` and
+    `in` work. There are no slices, and elements can't be deleted. It has no other list methods. The
+    type can't be subclassed; its objects take no attributes and no weak references.
 
-    As a number it is element 0, and arithmetic concerns element 0 alone. `+`, `-`, `*` and `/` give
-    a new `Floatlist8` with the result in element 0 and the other seven elements copied. **Element 0
-    is the left operand even where the list stands on the right**: `5 - values` holds
+    **As a number** it is element 0, and arithmetic concerns element 0 alone. `+`, `-`, `*` and `/`
+    give a new `Floatlist8` with the result in element 0 and the other seven elements copied.
+    **Element 0 is the left operand even where the list stands on the right**: `5 - values` holds
     `values[0] - 5`. The other operand may be all that `float()` takes, another `Floatlist8` (its
-    element 0) and a `GMVar` among them. Dividing by 0 gives infinity or NaN and raises nothing.
-    `values -= x` changes the list itself; `+=`, `*=` and `/=` give the name a new list, which the
-    room does not know. There is no `//`, `%`, `**`, negation or `abs()`, and no division after
-    `from __future__ import division`.
+    element 0) and a `GMVar` among them; but a `GMVar` on the left of `*` gives a plain float.
+    Dividing by 0 gives infinity or NaN and raises nothing. `values -= x` changes the list itself;
+    `+=`, `*=` and `/=` make a new one: `values += x` gives it to the name alone, and
+    `room.view_xview += x` to the room. There is no `//`, `%`, `**`, negation or `abs()`, and no
+    division after `from __future__ import division`.
 
-    Two lists compare by their elements 0 alone: lists that differ elsewhere are equal, and a NaN
-    equals everything. A list and a plain number do not compare: `values == 2.0` is always False,
-    and the order is that of the types' names. Compare `values[0]`. A list is always true and has no
-    hash. `repr()` shows the address.
+    **Comparison.** Two lists compare by their elements 0 alone: lists that differ elsewhere are
+    equal, and a NaN equals everything. A list and a plain number do not compare: `values == 2.0` is
+    always False, and which one is less means nothing. Compare `values[0]`. A list is always true
+    and has no hash. `repr()` shows the address.
 
-    `str()` gives a whole element 0 in decimal, "-2147483648" for one outside of
+    **As a text.** `str()` gives a whole element 0 in decimal, "-2147483648" for one outside of
     -2147483648..2147483647, and the text "%f", without any number, for one with a fraction or NaN.
     Don't use it for output: take `"%g" % values[0]`.
 
-    The pickled state is a tuple of the eight floats. A list holds no references.
+    **Pickling.** The pickled state is a tuple of the eight floats; every protocol will do. A list
+    holds no references.
 
     Example:
         >>> xview = larkspur.Floatlist8()
@@ -2787,6 +2795,7 @@ class Floatlist8:
 
         Raises:
             SystemError: The index is out of range ("error return without exception set").
+            IndexError: It does not even fit 64 bits.
             TypeError: The index is no int or long; slices, too.
         """
 
@@ -2799,8 +2808,10 @@ class Floatlist8:
 
         Raises:
             SystemError: The index is out of range.
+            IndexError: It does not even fit 64 bits.
             TypeError: The index is no int or long, or the value is nothing that `float()` takes.
             ValueError: The value is a text without a number.
+            OverflowError: The value is a long that is too large for a float.
 
         Example:
             >>> xview[1] = larkspur.GMVar(7)
@@ -2817,6 +2828,7 @@ class Floatlist8:
         Raises:
             SystemError: Always, for an index in range ("null argument to internal routine") or out
                 of it.
+            IndexError: The index does not fit 64 bits.
             TypeError: The index is no int or long.
         """
 
@@ -2992,37 +3004,37 @@ class GMSprite:
     - `GMSprite_from_surface(surface, name)` makes a sprite with one picture, a copy of the Surface
       in the display's format, and sets the size and the bounding box.
     - Unpickling (and copying with the module `copy`) has `gm6.SpriteData_load_images` load the
-      pictures again: see `__setstate__`.
+      pictures again, and makes the new sprite the attribute of `gmapi` under its name, in the place
+      of the one that it was made from: see `__setstate__`.
 
     The engine appends the sprite to `gm6.game.sprites` and draws it itself. larkspur reads a sprite
     in two places: `sprite_scalecache_add`, for native callers, which takes pictures from
     `subimages` and stores transformed copies in `scalecache`; and pickling.
 
-    Number members are signed 32-bit integers that start at 0 and can't be deleted. They take
-    whatever has an integer value: floats lose their fraction, numbers outside of
-    -2147483648..2147483647 keep their low 32 bits, with a RuntimeWarning, or raise OverflowError
-    where they don't even fit 64 bits. Anything else raises TypeError. The three object members take
-    any object, and can be deleted; then reading one raises AttributeError. The type can't be
-    subclassed and takes no further attributes.
+    **Members.** Number members are signed 32-bit integers that start at 0 and can't be deleted;
+    what they take is told with those of `GMRoom`. The three object members take any object, and can
+    be deleted; then reading or deleting one raises AttributeError. The type can't be subclassed;
+    its objects take no further attributes and no weak references.
 
-    As a number a sprite is its position in `gm6.game.sprites`, found by identity: `int(sprite)`,
-    `float(sprite)`, `"%d" % sprite` and `str(sprite)`. All of them raise SystemError for a sprite
-    that is not in the list, `str()` too, unlike that of backgrounds and rooms. `repr()` shows the
-    address. A sprite is always true. It has no hash, so it can't be a dictionary's key or in a set:
-    use `id(sprite)` or the position.
+    **As a number** a sprite is its position in `gm6.game.sprites`, found by identity:
+    `int(sprite)`, `float(sprite)`, `"%d" % sprite` and `str(sprite)`. For a sprite that is not in
+    the list they raise SystemError, `str()` and `print` too, unlike those of backgrounds and rooms,
+    and `"%d" % sprite` raises TypeError. `repr()` shows the address. A sprite is always true. It
+    has no hash, so it can't be a dictionary's key or in a set: use `id(sprite)` or the position.
 
-    Sprites compare by their numbers with everything that `int()` takes, plain numbers, rooms and
-    texts of digits among it. They raise otherwise: `sprite == None` is a TypeError, so ask
-    `sprite is None`. A sprite in no list raises SystemError whatever it is compared with. That is
-    how `sprite in sprites` and `sprites.index(sprite)` compare, too, after they have looked whether
-    it is the same object.
+    **Comparison.** Sprites compare by their numbers with everything that `int()` takes, plain
+    numbers, rooms and texts of digits among it. They raise otherwise: `sprite == None` is a
+    TypeError, so ask `sprite is None`. A sprite in no list raises SystemError whatever it is
+    compared with. That is how `sprite in sprites` and `sprites.index(sprite)` compare, too, after
+    they have looked whether it is the same object.
 
-    The pickled state is a tuple of fifteen ints, the name and the number of pictures; the pictures
-    are not in it. **Pickling takes the sprite's `scalecache` away**, copying with the module `copy`
-    as well: reading it raises AttributeError until a dictionary is assigned again.
+    **Pickling.** The pickled state is a tuple of fifteen ints, the name and the number of pictures;
+    the pictures are not in it. Every protocol will do. **Pickling takes the sprite's `scalecache`
+    away**, copying with the module `copy` as well: reading it raises AttributeError until a
+    dictionary is assigned again.
 
-    A sprite owns what its three object members hold, and takes part in garbage collection. A name
-    that came from a pickled state is never freed.
+    **Ownership.** A sprite owns what its three object members hold, and takes part in garbage
+    collection. A name that came from a pickled state is never freed.
 
     Example:
         >>> sprite = larkspur.GMSprite()
@@ -3122,14 +3134,15 @@ class GMSprite:
     scalecache: dict[Any, pygame.Surface]
     """Transformed copies of the pictures by keys; default a new empty dictionary.
 
-    `sprite_scalecache_add` stores its copies here under the key that it is given; the engine may
-    keep its own here just as well. **Nothing ever removes an entry**: the engine has to empty the
-    dictionary, as soon as there are too many, when `subimages` changes and when the display gets
-    another format.
+    `sprite_scalecache_add` stores its copies here under the key that it is given, in the place of
+    an entry with the same key; where there is nothing to transform, the picture itself. It does not
+    look for entries: that is its caller's part. The engine may keep its own here just as well.
+    **Nothing ever removes an entry**: the engine has to empty the dictionary, as soon as there are
+    too many, when `subimages` changes and when the display gets another format.
 
     Reading it raises AttributeError once it is deleted or the sprite has been pickled or copied.
-    Meanwhile `sprite_scalecache_add` fails, with the line "Error storing item in scalecache." on
-    standard error.
+    Meanwhile, and while it is no dictionary, `sprite_scalecache_add` fails, with the line "Error
+    storing item in scalecache." on standard error.
     """
 
     # --- Conversion and comparison
@@ -3174,7 +3187,7 @@ class GMSprite:
         Raises:
             SystemError: One of the two is in no list.
             TypeError: `other` has no integer value, as None.
-            ValueError: `other` is a text that is no whole number.
+            ValueError: `other` is a text that is no whole number, or NaN.
             OverflowError: `other` does not fit 64 bits.
 
         Example:
@@ -3203,7 +3216,7 @@ class GMSprite:
     # --- Pickling
 
     def __reduce__(self, *ignored: Any) -> tuple[Any, ...]:
-        """What pickling takes: (`GMSprite`, (), state). Takes `scalecache` away.
+        """What pickling takes: (`GMSprite`, (), state). Takes `scalecache` away, even if it raises.
 
         The state is a tuple of `w`, `h`, `leftbound`, `rightbound`, `topbound`, `bottombound`,
         `xorigin`, `yorigin`, `transparent`, `precise_collision_checking`, `bounding_box_type`,
@@ -3273,32 +3286,33 @@ class BackgroundData:
     The engine makes one by calling the type without arguments (arguments are ignored), sets its
     members and appends it to `gm6.game.backgrounds`; `gmapi.game.backgrounds`, where `Room_Draw`
     looks for the backgrounds of tiles, has to be the same list. Unpickling (and copying with the
-    module `copy`) has `gm6.BackgroundData_load_images` load the picture again: see `__setstate__`.
+    module `copy`) has `gm6.BackgroundData_load_images` load the picture again, and makes the new
+    background the attribute of `gmapi` under its name: see `__setstate__`.
 
     larkspur reads one member, `surf`, when it draws tiles. The backgrounds themselves are drawn by
     the engine, in `gm6.Room_DrawBackgrounds`.
 
-    Number members are signed 32-bit integers that start at 0 and can't be deleted. They take
-    whatever has an integer value: floats lose their fraction, numbers outside of
-    -2147483648..2147483647 keep their low 32 bits, with a RuntimeWarning, or raise OverflowError
-    where they don't even fit 64 bits. Anything else raises TypeError. The three object members take
-    any object, and can be deleted; then reading one raises AttributeError. The type can't be
-    subclassed and takes no further attributes.
+    **Members.** Number members are signed 32-bit integers that start at 0 and can't be deleted;
+    what they take is told with those of `GMRoom`. The three object members take any object, and can
+    be deleted; then reading or deleting one raises AttributeError. The type can't be subclassed;
+    its objects take no further attributes and no weak references.
 
-    As a number a background is its position in `gm6.game.backgrounds`, found by identity:
+    **As a number** a background is its position in `gm6.game.backgrounds`, found by identity:
     `int(background)`, `float(background)`, `"%d" % background` and `str(background)`. One that is
-    not in the list has none: `int()` and `float()` raise SystemError, and `str()` gives "-1".
-    `repr()` shows the address. A background is always true, and has no hash.
+    not in the list has none: `int()` and `float()` raise SystemError, `"%d" % background` raises
+    TypeError, and `str()` gives "-1". `repr()` shows the address. A background is always true. It
+    has no hash, so it can't be a dictionary's key or in a set.
 
-    Backgrounds, rooms and tiles compare with each other by these numbers alone, so a background
-    equals the room at the same position. Comparing with a sprite goes by the numbers, too, and
-    raises where one of the two has none. Comparing with a plain number does not: `background == 0`
-    is always False. Compare `int(background)`.
+    **Comparison.** Backgrounds, rooms and tiles compare with each other by these numbers alone, so
+    a background equals the room at the same position. Comparing with a sprite goes by the numbers,
+    too, and raises where one of the two has none. Comparing with a plain number does not:
+    `background == 0` is always False. Compare `int(background)`.
 
-    The pickled state is the tuple (`name`, `transparent`); neither picture nor size is in it.
+    **Pickling.** The pickled state is the tuple (`name`, `transparent`); neither picture nor size
+    is in it. Every protocol will do.
 
-    A background owns what its three object members hold, and takes part in garbage collection. A
-    name that came from a pickled state is never freed.
+    **Ownership.** A background owns what its three object members hold, and takes part in garbage
+    collection. A name that came from a pickled state is never freed.
 
     Example:
         >>> background = larkspur.BackgroundData()
@@ -3423,8 +3437,8 @@ class BackgroundData:
             IndexError: The state is too short.
             OverflowError: The number does not fit 64 bits.
             RuntimeError: `RegisterInstancesDict` has not run, or found no such function.
-            Exception: What the function raises passes through; the background is not published, and
-                it is never freed.
+            Exception: What the function raises passes through.
+            With these two the background is not published, and it is never freed.
 
             Whatever was set before the failure stays.
 
@@ -3465,17 +3479,18 @@ class InstanceList(list[Any]):
        dictionary given to `RegisterInstancesDict`. So 100001, 100001.9, "100001" and an object
        whose `__int__()` gives 100001 are all the same id.
 
-    Everything else is the list's own and converts nothing: the constructor, `extend`, `+=`, slices,
-    unpickling, and `in`, `index` and `count`, so that `100001 in found` is False although the
-    instance with this id is there. `found + other`, `found * 2` and slices give a plain list.
-    Lists compare as lists do, and have no hash. The type can't be subclassed and takes no
-    attributes.
+    **What is the list's own.** Everything else is the list's own and converts nothing: the
+    constructor, `extend`, `+=`, slices, unpickling, and `in`, `index` and `count`, so that
+    `100001 in found` is False although the instance with this id is there. `found + other`,
+    `found * 2` and slices give a plain list. Lists compare as lists do, and have no hash. The type
+    can't be subclassed; its objects take no attributes and no weak references.
 
-    The list owns its items, but **each of these four operations releases or keeps a reference too
-    many in some cases**. It stays so, as engines were written for it. An object may then be freed
-    while somebody else still believes to hold it, and the process crashes some time later. Never is
-    an object's very last reference released that way, nor any of what the interpreter shares, such
-    as small ints. What each does:
+    **References.** The list owns its items, but **each of these four operations releases or keeps a
+    reference too many in some cases**. It stays so, as engines were written for it. An object may
+    then be freed while somebody else still believes to hold it, and the process crashes some time
+    later; that somebody may be the code, for a number or text that is written in it. Never is an
+    object's very last reference released that way, nor any of what the interpreter shares, such as
+    the ints from -5 to 256. What each does:
 
     - `append(id)` stores the instance without a reference of its own.
     - `insert(i, id)` releases a reference to the id object, and `insert(i, variable)` one to the
@@ -3494,7 +3509,8 @@ class InstanceList(list[Any]):
 
     An engine that has to use the others needs a reference to spare for each use.
 
-    The pickled state is a tuple of the items, that is of the instances.
+    **Pickling.** The pickled state is a tuple of the items, that is of the instances, which have to
+    be picklable. `copy.copy()` gives an `InstanceList` with the same instances.
 
     Example:
         >>> class Instance(object):
@@ -3594,17 +3610,19 @@ class InstanceList(list[Any]):
         """Puts an instance in the place of an item, or a sequence in that of a slice.
 
         Args:
-            index: An int, negative ones count from the end; or a slice.
+            index: An int or long, negative ones count from the end; or a slice.
             instance: For an int an instance, its id, or a `GMVar` with either; with an instance a
                 reference too many is kept, so pass its id. For a slice an iterable whose items are
                 stored as they are.
 
         Raises:
             SystemError: The index is out of range ("error return without exception set").
+            IndexError: The index does not even fit 64 bits.
             KeyError: No instance has the id; nothing has changed.
-            TypeError: The index is neither int nor slice, or the value has no integer value. Also
-                where the registry is no dictionary.
-            ValueError: The value is a text that is no whole number.
+            TypeError: The index is neither int nor slice, the value has no integer value, or no
+                iterable is given for a slice. Also where the registry is no dictionary.
+            ValueError: The value is a text that is no whole number; or an extended slice is given
+                another number of items than it has.
             RuntimeError: `RegisterInstancesDict` has not run, and the value is no instance.
 
         Example:
@@ -3665,20 +3683,27 @@ class GMVar:
     **Indices.** `v[i, j]` is the cell in column i and row j, both from 0. `v[i]` is `v[i, 0]`, and
     `v[0]` is the value. A new variable has one column and one row. A cell that was never written
     reads as 0, one beyond the table as well. Writing beyond the table makes it grow to i + 1
-    columns and j + 1 rows, and it never shrinks: it is a full rectangle with 8 bytes for each cell,
-    written or not, and up to half as much again in reserve, so `v[9999, 9999] = 1` takes 800 MB.
-    Both indices have to be below 2147483647. They may be whatever `int()` takes, so floats lose
-    their fraction. Negative ones don't count from the end: they can't be written, `v[-1]` raises
-    and `v[-1, 0]` reads 0. A `GMVar` that is stored in a cell leaves its value there. Even when the
-    value is a sequence, indices go to the table: `GMVar("ab")[0]` is "ab".
+    columns and j + 1 rows, and it never shrinks. Both indices have to be below 2147483647. They may
+    be any numbers, and objects with an `__int__()` such as a `GMVar`; floats lose their fraction.
+    Negative ones don't count from the end: they can't be written, `v[-1]` raises and `v[-1, 0]`
+    reads 0. A `GMVar` that is stored in a cell leaves its value there. Even when the value is a
+    sequence, indices go to the table: `GMVar("ab")[0]` is "ab".
+
+    **Memory.** A new variable takes about 110 bytes. The table is a full rectangle with 8 bytes for
+    each cell, written or not, and when it grows it asks for up to half as much again in reserve:
+    `v[9999, 9999] = 1` asks for 800 MB, and one column more for 1.2 GB. Systems as a rule hand
+    memory out only where it is written, so the first of these takes little; growing moves all that
+    is there, with the old table and the new one in memory at the same time. The garbage collector
+    looks at every cell. So keep indices small, and large tables with gaps in a dictionary.
 
     **Arithmetic.** The binary operations `+`, `-`, `*`, `/`, `%`, `&`, `^` and `|`, with the
     variable on either side, and `-v`, `+v` and `abs(v)`. They give what the interpreter gives for
     the values, except that **a product is always a float**: `GMVar(5) * 2` is 10.0, and both
     factors go through `float()`, so a text of a number can be multiplied and any other text can't.
     Two ints are divided as Python 2 does, to an int. There is no `**`, `//`, `<<`, `>>`, `~` or
-    `divmod()`, no division after `from __future__ import division`, and a variable is no index of a
-    list: take `int(v)`.
+    `divmod()`, `oct()` or `hex()`, no division after `from __future__ import division`, and a
+    variable is no index of a list or text: take `int(v)`. `long()`, `range()`, `math.sqrt()` and
+    `"%d"` take a variable as it is.
 
     `v += x` changes the variable: it stays the same object, and all its names see the new value.
     **All other assignments with an operator rebind the name to a plain value**: after `v -= 1` it
@@ -3686,23 +3711,26 @@ class GMVar:
 
     **Comparison.** `<`, `<=`, `==`, `!=`, `>` and `>=` compare the values. A variable and its value
     have the same hash, so either finds the other in a dictionary; a variable that is a key must not
-    change. `cmp(v, w)` of two variables **releases one reference to each of the two values,
-    which it never took**; it stays so, because engines were written for it. Comparing dictionaries
-    that hold variables with `cmp()`, `<` or `>` does the same. Whoever else holds such a value, and
-    be it the code in which it is written, may be left with an object that is gone, and the process
-    crashes some time later. Never is an object's very last reference released that way, nor any of
-    what the interpreter shares: small ints, None, short or interned strings, types. Use the
-    operators; `sorted()`, `min()` and `max()` do.
+    change. `cmp(v, w)` of two variables **releases one reference to each of the two values, which
+    it never took**; it stays so, because engines were written for it. `sorted(found, cmp)` calls
+    it, and so do two comparisons by the interpreter: that of two dictionaries that differ, by
+    anything but `==` and `!=`, and that of two slice objects, both where they hold variables.
+    Whoever else holds such a value, and be it the code in which it is written, may be left with an
+    object that is gone, and the process crashes some time later. Never is an object's very last
+    reference released that way, nor any of what the interpreter shares: ints from -5 to 256, None,
+    True and False, types, the empty tuple, and strings that are interned or shorter than two. Use
+    the operators; `sorted()`, `min()` and `max()` do by themselves.
 
     **What is the value's and what is not.** Reading, setting and deleting attributes goes to the
     value, `__class__` too: `isinstance(GMVar(5), int)` is True. `type(v) is larkspur.GMVar` tells a
     variable for sure. `repr()` shows the address, not the value. A variable can't be iterated and
     has no `in`, whatever it holds. Pickling and the module `copy` get hold of the value and lose
-    the rest of the table; protocols 0 and 1 raise TypeError for values such as floats and texts.
-    Pickle the cells instead. The type itself is called `py_larkspur.GMVar`, can't be subclassed and
-    can't be pickled.
+    the rest of the table. Protocols 0 and 1 raise TypeError for values of the interpreter's own
+    types, such as ints, texts and lists, and all protocols do for None. Pickle the cells instead.
+    The type itself is called `py_larkspur.GMVar`, and can't be subclassed or pickled; variables
+    take no weak references.
 
-    A variable owns the values in its cells, and takes part in garbage collection.
+    **Ownership.** A variable owns the values in its cells, and takes part in garbage collection.
 
     Args:
         value: Anything. Of a `GMVar` the value in its first cell.
@@ -3750,6 +3778,13 @@ class GMVar:
     def __len__(self) -> int:
         """The length of the value where it is a sequence, otherwise columns times rows.
 
+        A dictionary is no sequence here. An object with `__getitem__()` is one, and has to have a
+        `__len__()`.
+
+        Raises:
+            TypeError: The value is an object with `__getitem__()` and without `__len__()`.
+            Exception: What the value's own code raises passes through.
+
         Example:
             >>> len(larkspur.GMVar("abc")), len(larkspur.GMVar(3))
             (3, 1)
@@ -3761,12 +3796,14 @@ class GMVar:
         Args:
             key: A number i for column i of row 0, or a sequence whose items 0 and 1 are the column
                 and the row. Further items are not looked at. Anything else, and a sequence of
-                something else, reads 0.
+                something else, reads 0. A `GMVar` counts as a number, whatever it holds.
 
         Raises:
             SystemError: A single number is negative ("error return without exception set").
             IndexError: The key is a sequence of less than two items, such as "x".
             OverflowError: An index does not fit 64 bits.
+            TypeError: An index is complex, or a `GMVar` without a number.
+            ValueError: An index is NaN, or a `GMVar` with a text that is no number.
 
         Example:
             >>> same[1, 2], same[-1, 2], same[1.9, 2], same[None]
@@ -3786,10 +3823,14 @@ class GMVar:
 
         Raises:
             SystemError: An index is negative, or the key is none ("error return without exception
-                set"). The items of a key that is a sequence are never freed then.
+                set").
             IndexError: The key is a sequence of less than two items.
             OverflowError: An index does not fit 64 bits.
-            MemoryError: An index is 2147483647 or more, or there is no memory; nothing has changed.
+            TypeError: An index is complex, or a `GMVar` without a number.
+            ValueError: An index is NaN, or a `GMVar` with a text that is no number.
+            MemoryError: An index is 2147483647 or more, or there is no memory.
+            With all of these nothing has changed. With all but MemoryError the column and the row
+                of a key that is a sequence are never freed.
 
         Example:
             >>> same[0] = larkspur.GMVar("north")
@@ -4042,8 +4083,9 @@ class GMVar:
 
         `cmp()` calls this for two different variables only; of a variable and anything else it asks
         the operators. Each call releases one reference to the value on either side that it never
-        took, as the class's description tells. Where the values have the operators but no
-        `__cmp__()`, what their `==` answers is never freed.
+        took, as the class's description tells. Values that have the operators but no `__cmp__()`
+        are asked three times: `==`, whose answer is not looked at and never freed; `<`, where a
+        true answer gives -1, and none at all does, too; then `>`.
 
         Returns:
             -1, 0 or 1.
@@ -4138,15 +4180,16 @@ class Beancounter:
     there is no way to set it. A particle whose life has run out still counts while its handle is
     held.
 
-    A particle owns a reference to its counter, so the counter lives at least as long. The counter
-    does not know its particles, and holds no references.
+    **Ownership.** A particle owns a reference to its counter, so the counter lives at least as
+    long. The counter does not know its particles, and holds no references.
 
-    `int()` and `"%d" % counter` are all there is: `float()`, arithmetic and comparing with numbers
-    do not work. Two counters are equal when they are the same object, and the hash goes by that,
-    too. A counter is always true, with a count of 0 as well. `str()` and `repr()` show the address.
-    The type can't be subclassed and takes no attributes.
+    **As a number.** `int()` and `"%d" % counter` are all there is: `float()`, arithmetic and
+    comparing with numbers do not work. Two counters are equal when they are the same object, and
+    the hash goes by that, too. A counter is always true, with a count of 0 as well. `str()` and
+    `repr()` show the address. The type can't be subclassed; its objects take no attributes and no
+    weak references.
 
-    Pickling (protocol 2 only; 0 and 1 raise TypeError) and copying give a counter with 0.
+    **Pickling** (protocol 2 only; 0 and 1 raise TypeError) and copying give a counter with 0.
 
     Example:
         >>> counter = larkspur.Beancounter()

@@ -1,5 +1,7 @@
 """The reference of the module's functions and types, from python/larkspur.pyi."""
 
+import re
+
 import stub
 
 FUNCTIONS = "functions.md"
@@ -8,6 +10,12 @@ TYPES = "types.md"
 BEFORE_EXAMPLES = """\
 The examples of this page run one after the other, as in one session. It begins with an engine that
 has everything and does nothing; [Embedding larkspur](../embedding.md) builds a real one.
+
+"""
+
+TYPES_TEXT = """\
+The module's types. Each begins with a table of its members and methods: the members of a group
+stand together in a table further down, and each method has a heading of its own.
 
 """
 
@@ -21,9 +29,13 @@ def _code(text):
     return "`%s`" % text.replace("|", "\\|")
 
 
-def _anchor(*names):
-    """What the site and code hosts make of a heading that is one name in backticks."""
-    return "#" + "".join(names).lower()
+def _anchor(heading):
+    """What the site and code hosts make of a heading of words and names."""
+    return "#" + re.sub(r"[^\w -]", "", heading).lower().replace(" ", "-")
+
+
+def _link(text, heading):
+    return "[%s](%s)" % (text, _anchor(heading))
 
 
 def _table(heads, rows):
@@ -44,9 +56,9 @@ def _arguments(entry, content):
         rows.append(
             ["`%s`" % name, _code(one["type"]) if one["type"] else "", default, _joined(text)]
         )
-    if not any(row[2] for row in rows):
-        return _table(["argument", "type", "meaning"], [row[:2] + row[3:] for row in rows])
-    return _table(["argument", "type", "default", "meaning"], rows)
+    heads = ["argument", "type", "default", "meaning"]
+    shown = [i for i in range(len(heads)) if any(row[i] for row in rows)]
+    return _table([heads[i] for i in shown], [[row[i] for i in shown] for row in rows])
 
 
 def _section(entry, title, content):
@@ -74,9 +86,10 @@ def _doc(entry):
     return text + "".join(_section(entry, *section) for section in doc["sections"])
 
 
-def _function(entry, mark):
+def _function(entry, mark, inside=""):
+    name = inside + entry["name"]
     signatures = "\n".join(entry["signatures"])
-    return "%s `%s`\n\n```py\n%s\n```\n\n%s" % (mark, entry["name"], signatures, _doc(entry))
+    return "%s `%s`\n\n```py\n%s\n```\n\n%s" % (mark, name, signatures, _doc(entry))
 
 
 def _grouped(entries):
@@ -91,7 +104,7 @@ def _grouped(entries):
 
 def _index(entries):
     rows = [
-        ["[`%s`](%s)" % (entry["name"], _anchor(entry["name"])), _joined(entry["doc"]["summary"])]
+        [_link("`%s`" % entry["name"], entry["name"]), _joined(entry["doc"]["summary"])]
         for entry in entries
     ]
     return _table(["name", ""], rows)
@@ -136,15 +149,34 @@ def _members(entry):
 
 
 def _methods(entry):
-    return "".join(_function(method, "####") for method in entry["methods"])
+    return "".join(_function(method, "####", entry["name"] + ".") for method in entry["methods"])
+
+
+def _contents(entry):
+    """A type's members and methods by groups, with the way to each table and each method."""
+    all_members = "Members of " + entry["name"]
+    rows = [
+        [
+            _link(group or "Members", group or all_members),
+            ", ".join("`%s`" % member["name"] for member in members),
+        ]
+        for group, members in _grouped(entry["members"])
+    ]
+    for group, methods in _grouped(entry["methods"]):
+        links = [
+            _link("`%s`" % one["name"], "%s.%s" % (entry["name"], one["name"])) for one in methods
+        ]
+        rows.append([group or "Methods", ", ".join(links)])
+    return _table(["in `%s`" % entry["name"], ""], rows)
 
 
 def types_page(entries):
     shown = [entry for entry in entries if entry["kind"] == "class" and entry["live"]]
-    text = ["# Types\n\n", "The module's types, with their members and methods.\n\n", _index(shown)]
+    text = ["# Types\n\n", TYPES_TEXT, _index(shown)]
     text += ["## Before the examples\n\n", _setup(entries)]
     for entry in shown:
-        text += ["## `%s`\n\n" % entry["name"], _doc(entry)]
+        text += ["## `%s`\n\n" % entry["name"], entry["doc"]["summary"] + "\n\n"]
+        text += [_contents(entry), _doc(dict(entry, doc=dict(entry["doc"], summary="")))]
         if entry["members"]:
             text += ["### Members of `%s`\n\n" % entry["name"], _members(entry)]
         if entry["methods"]:
