@@ -139,6 +139,7 @@ def test_step_plays_in_a_window(step):
         "frames = []\n"
         "def flip():\n"
         "    frames.append(1)\n"
+        "    assert len(frames) < 9\n"
         "    if len(frames) == 5: pygame.event.post(pygame.event.Event({1}))\n"
         "pygame.display.flip = flip\n"
         "sys.argv = [{2!r}]\n"
@@ -170,7 +171,7 @@ def test_backgrounds_lie_over_each_other(picture):
     assert seen.at(*SUN) == CREAM
     above = [sum(seen.at(100, y)) for y in range(2, 180, 16)]
     assert above == sorted(above) and above[0] < above[-1]  # lighter towards the horizon
-    assert seen.row(GROUND) == [LEAF] * WIDTH
+    assert set(seen.row(GROUND)) == {LEAF}
     hills, wood = (92, 48, 106), (46, 44, 82)
     assert hills in [seen.at(600, y) for y in range(HEIGHT)]
     assert set(seen.row(GROUND - 1)) == {wood}
@@ -211,7 +212,8 @@ def test_fox_lifts_its_feet(picture):
 
     walking = [legs(frames, "right", FOX_START + FOX_SPEED * frames) for frames in range(1, 21, 4)]
     assert len(set(map(repr, walking))) > 2
-    assert legs(1, "none", FOX_START) == legs(12, "none", FOX_START)
+    resting = [legs(frames, "none", FOX_START) for frames in (1, 12)]
+    assert len(set(map(repr, resting))) == 1
 
 
 def test_view_follows_the_fox(picture):
@@ -219,13 +221,17 @@ def test_view_follows_the_fox(picture):
     resting, moved = picture(4, 1, "none"), picture(4, 150)
     view = FOX_START + 150 * FOX_SPEED - WIDTH // 2
     assert view % 32  # else ground that stood still would look the same
-    for y in range(GROUND, HEIGHT):
-        assert moved.row(y, 0, WIDTH - view) == resting.row(y, view, WIDTH)
-    assert moved.rows(0, 180) == resting.rows(0, 180)  # the sky stays
+    assert [
+        y
+        for y in range(GROUND, HEIGHT)
+        if moved.row(y, 0, WIDTH - view) != resting.row(y, view, WIDTH)
+    ] == []
+    # The sky stays.
+    assert [y for y in range(180) if moved.row(y) != resting.row(y)] == []
     fence = 5 * 32 - view, 9 * 32 - view  # of GROUND_PLAN
     assert fence[0] == -50 and fence[1] == 78
     rail = moved.row(GROUND - 32 + 3 * POINT, 0, 320)
-    assert [x for x, color in enumerate(rail) if color == (250, 204, 134)] == list(range(78))
+    assert [color == (250, 204, 134) for color in rail] == 78 * [1] + 242 * [0]
 
 
 def test_view_ends_with_the_room(picture):
