@@ -281,6 +281,12 @@ def scaled(subimage, width=4, height=4, key="key", spoil=None):
     return pending.add_to_scale_cache, sprite, key, width, height, 0xFFFFFF
 
 
+def on_closed_display(frame):
+    call = rectangle(frame, 0.0)
+    pygame.display.quit()
+    return call
+
+
 def grey(bits, width=6, height=6):
     return pygame.Surface((width, height), 0, bits)
 
@@ -468,6 +474,7 @@ PROVOKED = [
         "raises TypeError",
         lambda frame: rectangle(frame, 0.0, color="none"),
     ),
+    ("An error occurred filling surface.", "raises pygame.error", on_closed_display),
     (
         "An error occurred calling pygame.draw.rect(screen,color,...,...,...,...,1).",
         "raises TypeError",
