@@ -131,7 +131,12 @@ def row_of(line):
 
 def outcomes_of(cell):
     """What a row says of the call: a set of outcomes."""
-    return set(cell.replace("`", "").split(", or "))
+    found = set()
+    for way in cell.replace("`", "").split(", or "):
+        raised = re.match("raises (.*?)( at the end of the view)?$", way)
+        names = re.split(", | or ", raised.group(1)) if raised else []
+        found |= {"raises %s%s" % (name, raised.group(2) or "") for name in names} or {way}
+    return found
 
 
 def fail(*arguments):
@@ -150,6 +155,7 @@ class Drawing(object):
 
     def __init__(self, host):
         self.host = host
+        self.undo = []  # functions that put back what the host's own fixture does not
 
     def plain(self, *drawn, **members):
         witness = Plain(Draw=lambda: self.host.answer("witness", ()))
@@ -167,7 +173,20 @@ class Drawing(object):
 
     def reached_the_end(self):
         sprites_drawn = self.host.named("draw_sprite_ext")
-        return any(arguments[2] == "witness" for arguments in sprites_drawn)
+        in_view = any(arguments[2] == "witness" for arguments in sprites_drawn)
+        return in_view or bool(self.host.named("witness"))
+
+
+def without_self(frame):
+    del frame.host.gmapi.self
+    return frame.first_draw(event_of(compiled("len(())")))
+
+
+def without_self_stack(frame):
+    stack, frame.host.gmapi.py_self_stack = frame.host.gmapi.py_self_stack, None
+    frame.host.register(larkspur)
+    frame.host.gmapi.py_self_stack = stack
+    return frame.first_draw(event_of(compiled("len(())")))
 
 
 def event_of(code):
@@ -198,21 +217,13 @@ def follow_nothing(frame):
 
 
 def refused_scale(frame):
-    """gm6 is for the time of the call a module that takes no scale."""
-    module = RefusingModule("gm6")
-    module.refused = ("view_xscale",)
+    """gm6 is until the end of the test a module that takes no scale."""
+    frame.refusing = RefusingModule("gm6")
+    frame.refusing.refused = ("view_xscale",)
     bound = native.variable(ctypes.c_void_p, "gm6")
-    before = bound.value
-
-    def draw(*arguments):
-        bound.value = id(module)
-        try:
-            answer = pending.call(larkspur.Room_Draw, *arguments)
-        finally:
-            bound.value = before
-        return answer
-
-    return (draw,) + frame.view()[1:]
+    before, bound.value = bound.value, id(frame.refusing)
+    frame.undo.append(lambda: setattr(bound, "value", before))
+    return frame.view()
 
 
 def failing_code(frame):
@@ -388,6 +399,8 @@ PROVOKED = [
         "raises TypeError at the end of the view",
         lambda frame: frame.first_draw(event_of(5)),
     ),
+    ("Code eval failed", "raises AttributeError at the end of the view", without_self),
+    ("Code eval failed", "raises RuntimeError at the end of the view", without_self_stack),
     (
         "Events too small!",
         "raises SystemError at the end of the view",
@@ -551,10 +564,10 @@ def outcome_of(frame, function, arguments):
     if function is pending.add_to_scale_cache:
         picture, exception = function(*arguments)
         return "returns" if picture is not None or exception is not None else "gives null"
-    answer = function(*arguments) if function.__name__ == "draw" else None
-    answer = answer or pending.call(function, *arguments)
+    answer = pending.call(function, *arguments)
     exception = answer.exception
     if answer.succeeded:
+        assert function is not larkspur.Room_Draw or frame.reached_the_end()
         return "returns" if exception is None else "returns, exception later"
     if type(exception) is ZeroDivisionError:
         name = "raises its own"
@@ -582,7 +595,10 @@ def is_line(text):
 
 @pytest.fixture
 def frame(host):
-    yield Drawing(host)
+    drawing = Drawing(host)
+    yield drawing
+    for function in drawing.undo:
+        function()
     host.register(larkspur)
 
 
