@@ -11,6 +11,7 @@ import re
 TREE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 HEADER = os.path.join(TREE, "include", "larkspur.h")
 TOUR = os.path.join(TREE, "examples", "native", "tour.c")
+SPARKS = os.path.join(TREE, "examples", "native", "sparks.c")
 
 # `prose` is a list of texts, `items` a list of Items.
 Section = collections.namedtuple("Section", "title prose items")
@@ -41,9 +42,17 @@ $ cc -shared -fPIC -I "$(python2.7 -m larkspur_check --include)" \\
 
 There are two ways to reach the names. `examples/native/sparks.c` looks up each with `dlsym` in the
 module's file, which the interpreter has loaded; that is the way for an engine, as nobody else sees
-the names. `examples/native/tour.c` calls them as they are declared; whoever loads it makes the
-module's names visible to all before, which is short, but `blend`, `debug` and `dump` are then also
-what other libraries may find under these names.
+the names. The examples below are from `examples/native/tour.c` and call them as they are declared;
+whoever loads that (`show_tour.py`) makes the module's names visible to all before, which is short,
+but `blend`, `debug` and `dump` are then also what other libraries may find under these names.
+
+"""
+
+LOOKING_UP = """\
+## Looking the names up
+
+The parts of `sparks.c` that find larkspur's functions, and the loop of a frame over particles whose
+handles it holds:
 
 """
 
@@ -110,6 +119,16 @@ def examples():
     return {title: text.strip("\n") for title, text in zip(parts[1::2], parts[2::2])}
 
 
+def looking_up():
+    """What of sparks.c shows how names are looked up and used."""
+    text = read(SPARKS)
+    found = [re.search(r"/\* larkspur's functions, .*?(?=\n\n)", text, re.DOTALL).group()]
+    for name in ("find", "load_larkspur", "sparks_frame"):
+        function = r"(?:^/\*[^/]*?\*/\n)?^static \w+\*? ?%s\(.*?^\}" % name
+        found.append(re.search(function, text, re.DOTALL | re.MULTILINE).group())
+    return "\n\n".join(found)
+
+
 def _declarations(code):
     """Declarations without what only the header needs, their later lines moved along."""
 
@@ -131,6 +150,7 @@ def page():
     opening, _ = COMMENT.search(read(HEADER)).groups()
     text = [INTRODUCTION, "## What holds for all of them\n\n"]
     text.append(_comment_text(opening).split("\n\n", 1)[1] + "\n\n")
+    text.append(LOOKING_UP + "```c\n%s\n```\n\n" % looking_up())
     for section in sections():
         text.append("## %s\n\n" % section.title)
         text += [prose + "\n\n" for prose in section.prose]

@@ -18,11 +18,11 @@
 
 static const float FALL_PER_STEP = 0.15F; /* pixels per step, added at each step */
 
-/* larkspur's functions, looked up in the library that the interpreter has loaded. */
-static void (*step_particle)(struct particle_record*);
-static void (*render_particle)(struct particle_record*, int, int);
-static struct _object* (*add_to_scale_cache)(struct _object*, struct _object*, int, int, int, int,
-                                             int, int, int, int);
+/* larkspur's functions, looked up in the library that the interpreter has loaded; with the types
+ * that the header declares. */
+static __typeof__(&CParticle_step_low) step_particle;
+static __typeof__(&particle_render_low) render_particle;
+static __typeof__(&sprite_scalecache_add) add_to_scale_cache;
 static const uint32_t* white;
 
 static PyObject* larkspur; /* the module, owned */
@@ -110,6 +110,7 @@ static PyObject* sparks_light(PyObject* self, PyObject* args) {
     PyObject* type;
     float x, y;
     int count;
+    (void)self;
     if (!PyArg_ParseTuple(args, "Offi:light", &shape, &x, &y, &count)) {
         return NULL;
     }
@@ -131,6 +132,7 @@ static PyObject* sparks_light(PyObject* self, PyObject* args) {
 
 static PyObject* sparks_frame(PyObject* self, PyObject* args) {
     int x_offset, y_offset, i, burning = 0;
+    (void)self;
     if (!PyArg_ParseTuple(args, "ii:frame", &x_offset, &y_offset)) {
         return NULL;
     }
@@ -162,6 +164,7 @@ static PyObject* kept_picture(PyObject* sprite, PyObject* key) {
 static PyObject* sparks_stamp(PyObject* self, PyObject* args) {
     PyObject *sprite, *key, *picture;
     int width, height, angle;
+    (void)self;
     if (!PyArg_ParseTuple(args, "Oiii:stamp", &sprite, &width, &height, &angle)) {
         return NULL;
     }

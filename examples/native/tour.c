@@ -43,6 +43,8 @@ static Uint32 pixel_at(const SDL_Surface* surface, int x, int y) {
 static PyObject* the_module(PyObject* self, PyObject* unused) {
     PyObject* wrapped;
     SDL_Surface* surface = new_surface(4, 3, 0xFF102030);
+    (void)self;
+    (void)unused;
     CHECK(surface != NULL);
     wrapped = PySurface_FromSurface(surface); /* ours; the surface is its own from here on */
     CHECK(wrapped != NULL);
@@ -56,6 +58,7 @@ static PyObject* the_module(PyObject* self, PyObject* unused) {
 
 /* shared_variables(name): whether gm6 has an attribute, read through what larkspur is bound to. */
 static PyObject* shared_variables(PyObject* self, PyObject* name) {
+    (void)self;
     CHECK(gm6 != NULL && gmapi != NULL && gmapi__dict__ != NULL);
     CHECK(PyDict_GetItemString(gmapi__dict__, "py_self_stack") == gmapi_py_self_stack);
     CHECK(g_screen != NULL); /* set_SDL_screen() came before */
@@ -70,6 +73,7 @@ static PyObject* shared_variables(PyObject* self, PyObject* name) {
  * of `object`. */
 static PyObject* host_access(PyObject* self, PyObject* args) {
     PyObject *sprite, *object, *instance, *result, *pair;
+    (void)self;
     if (!PyArg_ParseTuple(args, "OOO", &sprite, &object, &instance)) {
         return NULL;
     }
@@ -116,6 +120,7 @@ static PyObject* host_access(PyObject* self, PyObject* args) {
 /* particles(handle): the handle of a particle at (10, 10), made by CParticle_new(), whose type has
  * a shape. */
 static PyObject* particles(PyObject* self, PyObject* handle) {
+    (void)self;
     /* The caller of this function holds the handle, and so the record stays. */
     struct particle_record* particle = PyCObject_AsVoidPtr(handle);
     int32_t ttl = particle->ttl;
@@ -138,6 +143,7 @@ static PyObject* particles(PyObject* self, PyObject* handle) {
 static PyObject* colours(PyObject* self, PyObject* args) {
     PyObject *type_handle, *particle_handle;
     const struct particle_type_record* type;
+    (void)self;
     if (!PyArg_ParseTuple(args, "OO", &type_handle, &particle_handle)) {
         return NULL;
     }
@@ -166,6 +172,8 @@ static PyObject* pixels(PyObject* self, PyObject* unused) {
     struct satusub_subtractor both = subtractor_for(0x01020304);
     struct satusub_start one = startptr_for(0x01020304);
     uint32_t words[4] = {0x10101010, 0x10101010, 0x10101010, 0x10101010};
+    (void)self;
+    (void)unused;
     CHECK(source != NULL && target != NULL);
 
     flagged_blit(source, target, &place, 1); /* adds bytes, up to 255 */
@@ -213,6 +221,7 @@ static PyObject* pixels(PyObject* self, PyObject* unused) {
  * sprite.scalecache[key] holds from then on. */
 static PyObject* sprite_scale_cache(PyObject* self, PyObject* args) {
     PyObject *sprite, *key, *picture;
+    (void)self;
     if (!PyArg_ParseTuple(args, "OO", &sprite, &key)) {
         return NULL;
     }
@@ -226,6 +235,7 @@ static PyObject* sprite_scale_cache(PyObject* self, PyObject* args) {
 /* room_drawing(room, surface, drawn): view 0 of a GMRoom, with the tuple `drawn` in it. */
 static PyObject* room_drawing(PyObject* self, PyObject* args) {
     PyObject *room, *surface, *drawn;
+    (void)self;
     if (!PyArg_ParseTuple(args, "OOO!", &room, &surface, &PyTuple_Type, &drawn)) {
         return NULL;
     }
@@ -239,6 +249,7 @@ static PyObject* room_drawing(PyObject* self, PyObject* args) {
 
 /* diagnostics(last): writes into the current directory; when `last` is true, ends the process. */
 static PyObject* diagnostics(PyObject* self, PyObject* last) {
+    (void)self;
     CHECK(debug_log("a line of its own") == 0);
     CHECK(dump("just these bytes") == 0);
     CHECK(debug("a fixed text\n") == 0);
