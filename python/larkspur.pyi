@@ -22,8 +22,9 @@ pixel value is an int in the format of the surface, as its `map_rgb()` gives it:
 usual display of 32 bits.
 
 Failures: some calls fail without an exception. The interpreter then raises SystemError with the
-text "error return without exception set". Lines on standard output and standard error are written
-by the module's native code: replacing `sys.stdout` or `sys.stderr` does not catch them.
+text "error return without exception set", or "NULL result without error in PyObject_Call" where a
+type such as int was called. Lines on standard output and standard error are written by the module's
+native code: replacing `sys.stdout` or `sys.stderr` does not catch them.
 
 A Surface has to be in use: a display that was closed, and a subsurface of one, raise RuntimeError
 where pixels are needed. Pixel routines work on 32 bits a pixel. Functions that take the Surface
@@ -384,15 +385,17 @@ def fill_translucent(
 def draw_rectangle(
     x1: _Float, y1: _Float, x2: _Float, y2: _Float, outline: _Float = 0.0, /
 ) -> None:
-    """Draws a rectangle in room coordinates on the display, in the current colour and alpha.
+    """Draws a rectangle on the display, in the current colour and alpha.
 
     Colour and alpha are `gmapi.py_draw_props.color` and `gmapi.py_draw_props.alpha`, read at each
     call from the object that `RegisterInstancesDict()` fetched.
 
     A coordinate c becomes round((c - v) * s) + v, halves away from zero, with v the position of the
-    view that is drawn or was drawn last, and s its scale: port size divided by view size. A frame
-    without views sets 0 and 1. Before the first `Room_Draw()` the scale is 0, so that nothing shows
-    but a pixel of an outline, at (0, 0).
+    view that is drawn or was drawn last, and s its scale: port size divided by view size. So it is
+    scaled around the view's corner, which stays where it is: c is a place in the room only in a
+    view whose corner and port are at 0, 0. To paint at column or row p of the display, pass (p - v)
+    / s + v. A frame without views sets 0 and 1. Before the first `Room_Draw()` the scale is 0, so
+    that nothing shows but a pixel of an outline, at (0, 0).
 
     An alpha of exactly 1.0 is opaque. Then the rectangle is the display's
     `fill(color, (x1, y1, x2 - x1, y2 - y1))`, and an outline `gmapi.pygame.draw.rect` of the same
@@ -402,10 +405,10 @@ def draw_rectangle(
     and `y2` is.
 
     Args:
-        x1: Left edge, in pixels of the room.
-        y1: Top edge.
-        x2: Right edge.
-        y2: Bottom edge.
+        x1: Left edge, before it is scaled as above.
+        y1: Top edge, likewise.
+        x2: Right edge, likewise.
+        y2: Bottom edge, likewise.
         outline: With an opaque alpha, 0.5 or more and -0.5 or less draw an outline. With any other
             alpha a number that is not 0 asks for one, and fails.
 
@@ -831,9 +834,10 @@ def rotoscale(
 def scale(surface: pygame.Surface, xscale: _Float, yscale: _Float, /) -> pygame.Surface:
     """Makes a scaled copy of a Surface, with smoothing.
 
-    A side becomes the whole part of side * factor, without its sign, and 1 at least. The copy has
-    32 bits a pixel (8, and its palette, for a Surface of 8 bits). A colour key comes along as it
-    is, though smoothing makes new colours along its edges; the alpha of the whole does not.
+    A side becomes floor(side * factor + 0.5), with the factor taken without its sign, and 1 at
+    least. The alpha of single pixels is kept, and smoothed like a colour. The copy has 32 bits a
+    pixel (8, and its palette, for a Surface of 8 bits). A colour key comes along as it is, though
+    smoothing makes new colours along its edges; the alpha of the whole does not.
 
     Of a Surface that has neither 8 nor 32 bits the copy has an alpha channel and red in the lowest
     byte. Pixels in the key's colour are transparent in it, the number of the key stands for another
@@ -857,6 +861,8 @@ def scale(surface: pygame.Surface, xscale: _Float, yscale: _Float, /) -> pygame.
     Example:
         >>> larkspur.scale(arrow, 1.5, 3).get_size()
         (12, 12)
+        >>> larkspur.scale(pygame.Surface((5, 4), 0, 32), 0.5, 0.6).get_size()
+        (3, 2)
         >>> arrow.set_colorkey((1, 2, 3))
         >>> larkspur.scale(arrow, 2, 2).get_colorkey()
         (1, 2, 3, 255)
@@ -1435,8 +1441,10 @@ def part_type_blend(particle_type: particle_type_handle | GMVar, blend: _Float, 
     black. Any other number is drawn as 0, with a line at each drawing.
 
     With any number but 0 a picture that touches or crosses the right edge of the display is not
-    drawn. An added picture that crosses the upper edge is moved down to the first row; one that
-    crosses the left or the lower edge is cut off there, and a clip rectangle does not count.
+    drawn. An added picture that crosses the upper edge, or lies above it however far, is moved down
+    to the first row; one that crosses the left or the lower edge is cut off there, and a clip
+    rectangle does not count. Where a view can leave an emitter above itself, have its particles
+    stepped with `CParticle_step()` and not drawn meanwhile.
 
     Args:
         particle_type: The type.
