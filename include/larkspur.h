@@ -65,16 +65,18 @@ extern LARKSPUR_EXPORT struct _object* gm6;
 extern LARKSPUR_EXPORT struct _object* gmapi;
 extern LARKSPUR_EXPORT struct _object* gmapi__dict__;
 
-/* The display's surface, whose pixel format every surface made here shares, and that format's red,
- * green and blue masks together (white without alpha). Set by set_SDL_screen(); a native caller may
- * store a surface of its own, which it has to keep alive. Where the host closes the display or sets
- * it anew, the module looks before it uses these, and sets them anew; until then the old pointer
- * stands here, and its surface is gone. So ask the host, and read through g_screen only while the
- * display is known to be the one given to set_SDL_screen(). */
+/* The display's surface, in whose pixel format pictures are made that do not keep that of their
+ * source, and that format's red, green and blue masks together (white without alpha). Null and 0
+ * before set_SDL_screen(), which sets them; a native caller may store a surface of its own, which
+ * it has to keep alive. Where the host closes the display or sets it anew, the module looks before
+ * it uses these, and sets them anew; until then the old pointer stands here, and its surface is
+ * gone. So ask the host, and read through g_screen only while the display is known to be the one
+ * given to set_SDL_screen(). */
 extern LARKSPUR_EXPORT struct SDL_Surface* g_screen;
 extern LARKSPUR_EXPORT uint32_t COLOR_WHITE;
 
-/* Scale of the view being drawn or drawn last: port size divided by view size. */
+/* Scale of the view being drawn or drawn last: port size divided by view size. 1.0 from a frame
+ * without views on, 0.0 before the first frame. */
 extern LARKSPUR_EXPORT double g_view_xscale;
 extern LARKSPUR_EXPORT double g_view_yscale;
 
@@ -126,7 +128,8 @@ LARKSPUR_EXPORT struct _object* Game_Sequence_Index_S(struct _object* object,
                                                       const char* list_name);
 
 /* Element i of a list or tuple as a signed 32-bit integer. -1 with an exception when the object is
- * neither (TypeError), i is outside (IndexError) or the element does not convert. */
+ * neither (TypeError), i is outside (IndexError) or the element does not convert. Fractions are
+ * dropped; of a number outside the range the low 32 bits count. */
 LARKSPUR_EXPORT int32_t seqi(struct _object* sequence, int32_t i);
 
 /* The first instance of an object resource or, when it has none, of its children, depth first: a
@@ -134,45 +137,48 @@ LARKSPUR_EXPORT int32_t seqi(struct _object* sequence, int32_t i);
  * exception that is pending at the call is treated as above. */
 LARKSPUR_EXPORT struct _object* GetFirstInstance(struct _object* object);
 
-/* PushSelf saves gmapi.self on gmapi.py_self_stack and makes `instance` the new one; PopSelf puts
- * the saved one back. 0, or -1 with an exception; popping an empty stack writes a line on standard
- * error and returns -1 without an exception. */
+/* PushSelf saves gmapi.self, which must exist, on gmapi.py_self_stack and makes `instance` the new
+ * one; PopSelf puts the saved one back. 0, or -1 with an exception: AttributeError without a self,
+ * RuntimeError when RegisterInstancesDict() found no list. Popping an empty stack, or none, writes
+ * "Error in PyList_GetItem -1" on standard error and returns -1 without an exception. */
 LARKSPUR_EXPORT int PushSelf(struct _object* instance);
 LARKSPUR_EXPORT int PopSelf(void);
 
 /* Calls `callable` with one or four borrowed arguments; a new reference, or null with the call's
- * exception. */
+ * exception. A null callable, as of a host that is not registered, raises RuntimeError. */
 LARKSPUR_EXPORT struct _object* invoke(struct _object* callable, struct _object* argument);
 LARKSPUR_EXPORT struct _object* invoke_4(struct _object* callable, struct _object* a,
                                          struct _object* b, struct _object* c, struct _object* d);
 
 /* A colour as a pixel value of the display: an integer stands for itself; of a sequence of three or
- * more the first three are red, green and blue (0 to 255), shifted into place and added; a shorter
- * sequence is COLOR_WHITE. What does not convert counts as -1 and leaves its exception. Without
- * a display RuntimeError and COLOR_WHITE. */
+ * more the first three are red, green and blue (0 to 255), shifted into place and added, neither
+ * masked nor cut to the depth, and without alpha bits; a shorter sequence is COLOR_WHITE. What does
+ * not convert counts as -1 and leaves its exception. Without a display three numbers give
+ * COLOR_WHITE and RuntimeError. */
 LARKSPUR_EXPORT uint32_t color_as_int(struct _object* colour);
 
 /* ---- Particles ----------------------------------------------------------------------------- */
 /* Particle types and particles are made by the module's Python functions, which return handles:
  * CObjects that own one of the records below. PyCObject_AsVoidPtr() gives the record; it lives as
  * long as its handle, and its address is no reference to it. Fields may be read and, where they are
- * plain numbers, written at any time; object fields belong to the module and are only read. Floats
- * are in single precision, ints are truncated toward zero where Python passes a float.
+ * plain numbers, written at any time; object fields belong to the module and are only read. Nothing
+ * is worked out anew: whoever writes a bound writes the range as well. Floats are in single
+ * precision, ints are truncated toward zero where Python passes a float.
  *
  * From outside nothing tells the handle of a type from that of a particle, nor either from a
  * CObject of another module: they are of one Python type, and PyCObject_AsVoidPtr() gives an
  * address for each. A caller keeps them apart itself. One record taken for the other is
  * misread, and read and written behind its end. Only the module's Python functions tell, and raise
  * TypeError: a caller that got a handle from elsewhere can ask part_type_speed() or
- * CParticle_step(), which change what is right.
+ * CParticle_step(), which change the record when the handle is right.
  *
  * Colours are GM colours, as below: red in bits 0-7, green in 8-15, blue in 16-23; the top byte
  * does not count. 0xFFFFFF shows the shape as it is, and everything else takes from it. A new type
  * has COLOR_WHITE, or 0xFFFFFF as long as no display was set. */
 
-/* What all particles of one type share. Numbers apply to living particles from the next step or
- * drawing on, except the ranges from which a particle takes its own values when it is made: speed,
- * direction, life and colours. */
+/* What all particles of one type share, as part_type_create() and the other part_type functions
+ * store it. Numbers apply to living particles from the next step or drawing on, except those from
+ * which a particle takes its own values when it is made: speed, direction, life and colours. */
 struct particle_type_record {
     struct _object* shape;             /* owned: the pygame Surface that is drawn, or a sprite
                                           object (which is not); null until one is set */
@@ -299,14 +305,18 @@ LARKSPUR_EXPORT uint32_t interpolate_unformatted(uint32_t a, uint32_t b, float t
 LARKSPUR_EXPORT uint32_t interpolate_fmt(uint32_t a, uint32_t b, float t,
                                          const struct SDL_PixelFormat* format);
 
-/* The pixel value of a GM colour; its top byte is ignored. */
+/* The pixel value of a GM colour, as SDL_MapRGB() gives it: with all alpha bits where the format
+ * has some. The colour's top byte is ignored. */
 LARKSPUR_EXPORT uint32_t color_for_format(uint32_t colour, const struct SDL_PixelFormat* format);
 
 /* 1 for the additive blend modes 1 and 128, else 0. */
 LARKSPUR_EXPORT int blend_mode_flatten(int mode);
 
 /* Alpha (0 to 255, truncated, not clamped) and colour of a particle type at life fraction t, which
- * is 1 at birth and 0 at death; DesiredTint_part_gm takes the particle's own colours. */
+ * is 1 at birth and 0 at death; DesiredTint_part_gm takes the particle's own colours. Above 0.5
+ * they lie evenly between birth and half life, from 0.5 down between half life and death; colours
+ * come from interpolate_unformatted(). The alpha is worked out in extended precision: the one that
+ * a particle is drawn with, in single precision, can differ by 1. */
 LARKSPUR_EXPORT int32_t DesiredAlpha(const struct particle_type_record* type, float t);
 LARKSPUR_EXPORT uint32_t DesiredTint_type(const struct particle_type_record* type, float t);
 LARKSPUR_EXPORT uint32_t DesiredTint_part_gm(const struct particle_record* particle, float t);
@@ -317,8 +327,8 @@ LARKSPUR_EXPORT uint32_t DesiredTint_part_gm(const struct particle_record* parti
  * changed, and pixels that cannot be reached leave everything as it is. */
 
 /* Scales the alpha channel of every pixel of the buffer (row padding included) by alpha/256. With
- * alpha in the top byte the channels below take part in the product. Bits of no channel become 0.
- */
+ * alpha in the top byte the channels below take part in the product: it becomes
+ * ((pixel >> 8) * alpha) & Amask. Bits of no channel become 0; colours stay. */
 LARKSPUR_EXPORT void Translucentify(struct SDL_Surface* surface, uint8_t alpha);
 
 /* Tints with a GM colour: each channel c of the buffer (row padding included) becomes
@@ -327,37 +337,40 @@ LARKSPUR_EXPORT void Translucentify(struct SDL_Surface* surface, uint8_t alpha);
 LARKSPUR_EXPORT void Tint_Surface(struct SDL_Surface* surface, uint32_t tint);
 
 /* Draws the whole of `source` at (rect->x, rect->y). Mode 0: SDL's blit, which updates `rect`.
- * Modes 1 and 128: bytes are added up to 255, alpha included, and `rect` stays. Any other mode
- * prints "Error: Unexpected additive blend mode %d\n" on standard output and is drawn as mode 0.
- * Placing of every mode but 0: a negative y counts as 0, a negative x leaves out the first columns,
- * a source that touches or crosses the right edge is not drawn, rows below the target are left out.
- * Modes 1 and 128 draw only from and to surfaces of 32 bits, and do not look at clip rectangles. A
- * null rectangle draws nothing. */
+ * Modes 1 and 128 add bytes up to 255, alpha included, and leave `rect` as it is: a negative y
+ * counts as 0, a negative x leaves out the first columns, rows below the target are left out, a
+ * source that touches or crosses the right edge is not drawn, and clip rectangles do not count.
+ * They draw only from and to surfaces of 32 bits. Any other mode prints "Error: Unexpected additive
+ * blend mode %d\n" on standard output and is drawn as mode 0, except at a place where modes 1 and
+ * 128 draw nothing. A null rectangle draws nothing, nor does a surface drawn on itself in mode 0
+ * while it asks for run-length encoding. */
 LARKSPUR_EXPORT void flagged_blit(struct SDL_Surface* source, struct SDL_Surface* target,
                                   struct SDL_Rect* rect, int mode);
 
-/* The adding itself, for `rows` rows of `row_bytes` bytes from two byte offsets on. Ends at the
- * first row that does not lie inside both buffers. */
+/* The adding itself, for `rows` rows of `row_bytes` bytes from two byte offsets on, which a pitch
+ * each moves to the next row. Ends at the first row that does not lie inside both buffers. */
 LARKSPUR_EXPORT void additive_blit(struct SDL_Surface* source, struct SDL_Surface* target,
                                    int source_offset, int target_offset, int rows, int row_bytes);
 
 /* Mirrored copies. flip_v (upside down) takes every depth; flip_h (left to right) and flip_vh take
- * 32 bits and give null with a line on standard error for others. flip_vh mirrors both ways, one
- * row too low: row i shows the source's row h - i, and row 0 is blank. clone_surface gives a blank
- * surface of the same size and format. Null, with SDL's error set, when a copy cannot be made. A
- * palette does not come along. */
+ * 32 bits and give null for others, with SDL's error set and a line on standard error: "Cannot
+ * horizontally flip non-32-bit surfaces." and "Error: non-32bit surfaces not yet flippable."
+ * flip_vh mirrors both ways, one row too low: row i shows the source's row h - i, and row 0 is
+ * blank. clone_surface gives a blank surface of the same size and format. Null, with SDL's error
+ * set, when a copy cannot be made. Palette, colour key and alpha of the whole do not come along. */
 LARKSPUR_EXPORT struct SDL_Surface* flip_v(struct SDL_Surface* surface);
 LARKSPUR_EXPORT struct SDL_Surface* flip_h(struct SDL_Surface* surface);
 LARKSPUR_EXPORT struct SDL_Surface* flip_vh(struct SDL_Surface* surface);
 LARKSPUR_EXPORT struct SDL_Surface* clone_surface(struct SDL_Surface* surface);
 
-/* SDL_DisplayFormatAlpha(); null without a video mode. */
+/* SDL_DisplayFormatAlpha(): a copy of 32 bits with an alpha channel. Null without a video mode. */
 LARKSPUR_EXPORT struct SDL_Surface* RGBA_copy(struct SDL_Surface* surface);
 
-/* Saturating subtraction of a word's bytes from those of a buffer. satusub works through SDL_gfx
- * and in its byte order. The others subtract in memory order (bits 0-7 from byte 0) by 4 bytes, or
- * by 8 with the pattern `low`, `high`; a group that begins inside the length is done whole, so the
- * buffer must go on to its end. Lengths below 1 do nothing. */
+/* Saturating subtraction of a word's bytes from those of a buffer, in memory order: bits 0-7 from
+ * byte 0. satusub does what SDL_gfx does, which with version 2.0.25 is in this order, and ends at
+ * the length. The others go by 4 bytes, or by 8 with the pattern `low`, `high`; a group that begins
+ * inside the length is done whole, so the buffer must go on to its end. Lengths below 1 do nothing.
+ */
 LARKSPUR_EXPORT void satusub(void* buffer, int length_bytes, uint32_t value);
 LARKSPUR_EXPORT void satusub_head(void* buffer, uint32_t value, uint32_t ignored, int length_bytes);
 LARKSPUR_EXPORT void satusub_body(void* buffer, uint32_t low, uint32_t high, int length_bytes);
@@ -383,16 +396,28 @@ LARKSPUR_EXPORT struct satusub_start startptr_for(uint32_t value);
  * subimage   index into the sprite's subimages
  * width      wanted width in pixels; a negative one mirrors left to right
  * height     wanted height in pixels; a negative one mirrors top to bottom
- * angle      rotation, degrees; 0 means none
+ * angle      rotation, degrees counter-clockwise; 0 means none
  * ignored    not used
  * colour     COLOR_WHITE for none; any other fills the whole copy, as Surface.fill() takes it
- * alpha      0 to 255; 255 is opaque
+ * alpha      0 to 255; 255 is opaque; of other numbers the low byte counts
  * rgba_copy  not 0: the result is a new surface of 32 bits per pixel
+ *
+ * In this order: mirrored by flip_h(), flip_v() or, both ways, flip_vh(); scaled, without smoothing
+ * and to a pixel at least; turned, which gives other sides; filled; faded. The sprite's own picture
+ * never changes.
+ *
+ * Fading without rgba_copy gives the copy the alpha as that of the whole and, with 32 bits, scales
+ * its alpha channel as Translucentify() does. Fading with rgba_copy draws the copy with this alpha
+ * on black, in the display's format: without an alpha channel there it becomes darker. A picture
+ * with an alpha channel does not outlive rgba_copy: SDL 1.2 blits it to the new surface, which is
+ * all transparent, without its alpha. Pass 0 for these.
  *
  * Returns a new reference to the pygame Surface stored: the subimage itself when nothing was to
  * change. Null on failure, without an exception of its own and with a line on standard error:
- * "sequence error." for a subimage that is not there, "No source?" when a transform yields nothing,
- * "Error storing item in scalecache." for a key that is not hashable. */
+ * "sequence error." for a subimage that is not there or what is no GMSprite, "No source?" when a
+ * transform yields nothing, "Error storing item in scalecache." for a key that is not hashable or a
+ * sprite without a scalecache, as after pickling. Before "No source?" a line of the flips, or one
+ * that begins with "larkspur: cannot scale", can say why. */
 LARKSPUR_EXPORT struct _object* sprite_scalecache_add(struct _object* sprite, struct _object* key,
                                                       int subimage, int width, int height,
                                                       int angle, int ignored, int colour, int alpha,
@@ -402,12 +427,13 @@ LARKSPUR_EXPORT struct _object* sprite_scalecache_add(struct _object* sprite, st
 
 /* Draws one view of a room. `room` is a GMRoom whose eleven lists from view_xview to view_hport are
  * Floatlist8, `surface` the pygame Surface to draw on, `view` 0 to 7, `drawn` the tuple of
- * instances and particle systems in drawing order; all are borrowed. The view follows its instance
- * and is kept in the room; its scale is published in g_view_xscale, g_view_yscale, gm6.view_xscale
- * and gm6.view_yscale; the host draws the backgrounds, then each object is drawn, whatever became
- * of the others. Returns 1, or 0 when anything failed. The last exception is left pending, also by
- * failures that do not count, such as a followed instance that can't be found; lines on standard
- * error tell where one was pending. An exception that is pending at the call stays so. */
+ * instances and particle systems in drawing order; all are borrowed, and anything else is TypeError
+ * or ValueError. The view follows its instance and is kept in the room; its scale is published in
+ * g_view_xscale, g_view_yscale, gm6.view_xscale and gm6.view_yscale; the host draws the
+ * backgrounds, then each object is drawn, whatever became of the others. Returns 1, or 0 when
+ * anything failed. The last exception is left pending, also by failures that do not count, such as
+ * a followed instance that can't be found; lines on standard error tell where one was pending. An
+ * exception that is pending at the call stays so, unless there is a newer one. */
 LARKSPUR_EXPORT int32_t Room_DrawView(struct _object* room, struct _object* surface, int32_t view,
                                       struct _object* drawn);
 
@@ -420,8 +446,9 @@ LARKSPUR_EXPORT int debug_log(const char* message);
  * flush. A per-cent sign in it starts a conversion that reads arguments which are not there: pass
  * fixed texts only. */
 LARKSPUR_EXPORT int debug(const char* format);
-/* Appends the message's bytes to logfile.txt in the current directory; result of the close, -1
- * where the file can't be opened. */
+/* Appends the message's bytes, and no newline, to logfile.txt in the current directory; result of
+ * the close, -1 where the file can't be opened. A new file is the owner's to write and all others'
+ * to read. */
 LARKSPUR_EXPORT int dump(const char* message);
 /* Dumps "crasher called.\n" and ends the process with status 0. */
 LARKSPUR_EXPORT void crasher(void);

@@ -13,7 +13,9 @@ Arguments: functions take positional arguments only. A wrong number of them rais
 interpreter's words, as does an argument of a wrong type, unless a function says otherwise. Where an
 int is taken, a float raises TypeError and a number outside of int32 OverflowError; of a colour that
 is called unsigned the lowest 32 bits count instead. Floats are taken in single precision. A `GMVar`
-stands for the value in its first cell wherever a number or a particle type is taken.
+stands for the value in its first cell wherever a number or a particle type is taken; where an int
+is taken, a float in it loses its fraction. An object of a type derived from `pygame.Surface` is a
+Surface, but not to `part_type_shape()`.
 
 Colours: a GM colour is an int 0x00BBGGRR, red in the lowest byte, whose top byte is ignored. A
 pixel value is an int in the format of the surface, as its `map_rgb()` gives it: 0x00RRGGBB on the
@@ -24,7 +26,8 @@ text "error return without exception set". Lines on standard output and standard
 by the module's native code: replacing `sys.stdout` or `sys.stderr` does not catch them.
 
 A Surface has to be in use: a display that was closed, and a subsurface of one, raise RuntimeError
-where pixels are needed. Pixel routines work on 32 bits a pixel.
+where pixels are needed. Pixel routines work on 32 bits a pixel. Functions that take the Surface
+which they work on need no open display, but for `GMSprite_from_surface()` and scaled views.
 
 Example:
     >>> import sys, types
@@ -64,6 +67,7 @@ import pygame
 from typing_extensions import TypeAlias
 
 __version__: str
+"""The version of larkspur, three numbers with dots between them."""
 
 _Int: TypeAlias = "int | GMVar"
 _Float: TypeAlias = "float | GMVar"
@@ -105,14 +109,15 @@ class particle_handle:
 def set_SDL_screen(surface: pygame.Surface, /) -> None:
     """Makes a Surface the display that is drawn on.
 
-    `draw_rectangle()`, `fast_draw_rectangle_color()`, particles and scaled views draw on this
-    Surface or make their surfaces in its format. Call it once after each
+    `draw_rectangle()`, `fast_draw_rectangle_color()` and particles draw on this Surface;
+    `GMSprite_from_surface()` and scaled views make their pictures in its format. Call it after each
     `pygame.display.set_mode()`, before anything is drawn. The colour white of new particle types
     comes from it: its red, green and blue masks together.
 
-    The module holds a reference to the Surface until the next call. When the display is closed, the
-    functions that need one raise RuntimeError until it is open again. A failed call changes
-    nothing.
+    The module holds a reference to the Surface until the next call. While no display is open, the
+    functions that need one raise RuntimeError, also where another Surface was given. After
+    `pygame.display.quit()` a new display is a new Surface: call this again. Where pygame has only
+    put a new size into the same Surface, that is noticed. A failed call changes nothing.
 
     Args:
         surface: What `pygame.display.set_mode()` returned. Any other Surface is taken as well.
@@ -145,7 +150,8 @@ def RegisterInstancesDict(
     `py_self_stack` and `pygame`, of which it takes `draw.rect` and `Surface`.
 
     What was fetched is used from then on: where one of these attributes is replaced later, call it
-    again. What an earlier call fetched is never released.
+    again. What an earlier call fetched is never released. Until the first call, whatever needs one
+    of them raises RuntimeError.
 
     The call never fails. Arguments of a wrong number leave no registry and no types, without a
     word, and the attributes are fetched all the same. An attribute that is missing leaves an
@@ -155,7 +161,7 @@ def RegisterInstancesDict(
     Args:
         instances: From instance id to instance. An `InstanceList` looks ids up in it. It is held,
             not copied: what the engine adds later is found.
-        type1: A type whose instances an `InstanceList` stores as they are, without a lookup.
+        type1: An `InstanceList` stores objects of exactly this type as they are, without a lookup.
         type2: Another such type. Where the engine has only one, pass it three times.
         type3: Another such type.
 
@@ -179,12 +185,17 @@ def init_subsystems(*ignored: object) -> None:
         ignored: Arguments are accepted and ignored.
 
     Example:
+        >>> pygame.display.quit()
+        >>> bool(pygame.display.get_init())
+        False
         >>> larkspur.init_subsystems()
         >>> bool(pygame.display.get_init())
         True
+        >>> screen = pygame.display.set_mode((64, 48), 0, 32)
+        >>> larkspur.set_SDL_screen(screen)
     """
 
-def GMSprite_from_surface(surface: pygame.Surface, name: object = ..., /) -> GMSprite:
+def GMSprite_from_surface(surface: pygame.Surface, name: object = None, /) -> GMSprite:
     """Makes a sprite of one subimage from a Surface.
 
     The subimage is a copy in the format of the display: later changes of the Surface do not show in
@@ -197,7 +208,7 @@ def GMSprite_from_surface(surface: pygame.Surface, name: object = ..., /) -> GMS
 
     Args:
         surface: Of any depth. It is read only, and no reference to it is kept.
-        name: The sprite's name, usually a str; None without it.
+        name: The sprite's name, usually a str.
 
     Returns:
         A new sprite.
@@ -206,6 +217,7 @@ def GMSprite_from_surface(surface: pygame.Surface, name: object = ..., /) -> GMS
         TypeError: "GMSprite_from_surface() needs a pygame Surface, got int", with the type that
             came.
         RuntimeError: There is no display, or the Surface is that of a display that was closed.
+        pygame.error: SDL can not convert the Surface; with SDL's text.
 
     Example:
         >>> picture = pygame.Surface((8, 4), pygame.SRCALPHA)
@@ -226,23 +238,26 @@ def Room_Draw(room: GMRoom | Any, surface: pygame.Surface, /) -> None:
     In this order:
 
     1. Counts the frame. When the wall clock's second has changed since the last call, `gmapi.fps`
-    is set to the number of calls that began in the second before; 0 the first time.
+    is set to the number of calls since it was set last; 0 the first time.
     2. Reads `room.view_enabled`, and takes a tuple of `room.drawn_objects`. The frame draws what is
     in this tuple, in its order, whatever its objects do to the list meanwhile.
-    3. With views: for each of the views 0 to 7 whose item of `room.view_visible` is true, has
-    `gm6.Room_DrawBackgrounds` draw the backgrounds and draws the objects. A list that is shorter
-    says by its length how many views there are. Tiles are not drawn with views. Where no view is
-    visible nothing is drawn.
-    4. Without views: calls `room.DrawBackgrounds(surface, 0, 0)`, blits each of `room.tiles` from
-    the `surf` of its background in `gmapi.game.backgrounds`, sets `room.view_current` to 0 and
-    calls `Draw()` of each object. Stops at the first failure.
+    3. With views: for each of the views 0 to 7 whose item of `room.view_visible` is true, moves the
+    view to the instance that it follows, sets its scale, has
+    `gm6.Room_DrawBackgrounds(room, surface, x, y)` draw the backgrounds and draws the objects. A
+    list that is shorter says by its length how many views there are. Tiles are not drawn with
+    views. Where no view is visible nothing is drawn.
+    4. Without views: sets the view scale to 1, calls `room.DrawBackgrounds(surface, 0, 0)`, blits
+    each of `room.tiles` from the `surf` of its background in `gmapi.game.backgrounds`, sets
+    `room.view_current` to 0 and calls `Draw()` of each object. Stops at the first failure.
 
     In a view an object of exactly the type `gmapi.py_ParticleSystem` is drawn in view 0 alone, by
-    its `py_RealDraw()` where `py_automatic_draw` is true; another one by its draw code or, where it
-    has none, by `gmapi.draw_sprite_ext`. An object that fails makes the frame fail once the view's
-    other objects are drawn; later views are not drawn then.
+    its `py_RealDraw(-x, -y)` where `py_automatic_draw` is true, with the view's position truncated
+    to ints; another one by its draw code or, where it has none, by `gmapi.draw_sprite_ext`. An
+    object that fails makes the frame fail once the view's other objects are drawn; later views are
+    not drawn then.
 
     What was drawn before a failure stays. A frame can fail without an exception: SystemError.
+    [How a frame is drawn](../drawing-a-frame.md) has every step.
 
     Args:
         room: A `GMRoom`; without views any object with its attributes will do.
@@ -250,19 +265,20 @@ def Room_Draw(room: GMRoom | Any, surface: pygame.Surface, /) -> None:
 
     Raises:
         TypeError: `surface` is no Surface, `room.tiles` no list of `RoomTileData`,
-            `gmapi.game.backgrounds` holds something other than `BackgroundData`, or with views the
-            room is no `GMRoom` or a member of its views no `Floatlist8`.
+            `gmapi.game.backgrounds` holds something other than `BackgroundData`, the `surf` of
+            one is no Surface, draw code is no code object, or with views the room is no `GMRoom` or
+            a member of its views no `Floatlist8`.
         IndexError: A tile's `background_idx` is negative or too large.
         AttributeError: The room lacks one of these attributes.
         ValueError: A view's port has a negative size, or one that SDL refuses.
-        RuntimeError: The Surface is that of a display that was closed, or there is no display for a
-            scaled view.
+        RuntimeError: The Surface is that of a display that was closed, there is no display for a
+            scaled view, or `RegisterInstancesDict()` was not called.
         SystemError: A step failed without an exception, as an object with fewer than 9 events does.
         Exception: Whatever the engine's code raises.
 
     Writes:
-        "Error making tuple from drawn_objects": on standard error, when `drawn_objects` is no
-            sequence.
+        "Error making tuple from drawn_objects": on standard error, when `drawn_objects` can not be
+            iterated.
         "Drawing backgrounds failed.": on standard error, when `DrawBackgrounds()` fails without
             views.
         "ERror!": on standard error, when an object without views has no `Draw`.
@@ -277,6 +293,8 @@ def Room_Draw(room: GMRoom | Any, surface: pygame.Surface, /) -> None:
         "Code eval failed": on standard error, when draw code fails the first time it runs.
         "Error setting attribute string to code.": on standard error, when `py_Draw` can not be
             set; "Error setting attribute string to number." when it was to be 1.
+        "Error in PyList_GetItem -1": on standard error, when draw code has emptied
+            `gmapi.py_self_stack`.
 
     Example:
         >>> class Square(object):
@@ -373,13 +391,15 @@ def draw_rectangle(
 
     A coordinate c becomes round((c - v) * s) + v, halves away from zero, with v the position of the
     view that is drawn or was drawn last, and s its scale: port size divided by view size. A frame
-    without views sets 0 and 1. Before the first `Room_Draw()` the scale is 0, so nothing shows.
+    without views sets 0 and 1. Before the first `Room_Draw()` the scale is 0, so that nothing shows
+    but a pixel of an outline, at (0, 0).
 
     An alpha of exactly 1.0 is opaque. Then the rectangle is the display's
     `fill(color, (x1, y1, x2 - x1, y2 - y1))`, and an outline `gmapi.pygame.draw.rect` of the same
     rectangle with a width of 1: `x2` and `y2` are not painted. Any other alpha blends as
-    `fill_translucent()` does, with trunc(alpha * 255) and with what
-    `gmapi.__color_to_int(color)` returns for a pixel value: `x2` is not painted, and `y2` is.
+    `fill_translucent()` does, with the coordinates truncated, the low byte of trunc(alpha * 255)
+    and, for a pixel value, the int that `gmapi.__color_to_int(color)` returns: `x2` is not painted,
+    and `y2` is.
 
     Args:
         x1: Left edge, in pixels of the room.
@@ -392,11 +412,12 @@ def draw_rectangle(
     Raises:
         SystemError: A translucent outline is asked for.
         RuntimeError: There is no display, or `RegisterInstancesDict()` found no
-            `gmapi.py_draw_props`.
+            `gmapi.py_draw_props` or, for an outline, no `gmapi.pygame.draw.rect`.
         pygame.error: "display Surface quit", from the display's own `fill()`.
         AttributeError: `color`, `alpha` or `gmapi.__color_to_int` is missing.
         ValueError: The display has no 32 bits a pixel and alpha is not 1.0.
-        TypeError: `alpha` is no number, or pygame does not take `color`.
+        TypeError: `alpha` is no number, pygame does not take `color`, or `__color_to_int()` returns
+            no int.
 
     Writes:
         "Can't do alphablending on outline rectangles yet.": on standard error, for a translucent
@@ -451,7 +472,8 @@ def fast_draw_rectangle_color(
 
     `x2` is at most the display's width - 1 and `y2` its height - 1; what lies outside is clipped.
     The gradient downwards takes its steps from `y2` as it came, the one to the right from the
-    clipped `x2`. The first row or column holds 255/256 of its colour or a little less.
+    clipped `x2`. The colours between are those of `fast_draw_gradient_v()`: the first row or column
+    holds 255/256 of its own colour and 1/256 of the other one.
 
     Args:
         x1: Left column, in pixels of the display.
@@ -561,8 +583,9 @@ def fast_draw_gradients_vc(
     layers lie over each other in the order of the arguments, the last one uppermost: its share is
     its opacity, and each layer below gets its opacity times what the layers above have left. What
     remains goes to the old pixel. Each share counts as trunc(share * 256) in 256ths, modulo 256: a
-    share of 1.0 counts as 0. So an opaque uppermost layer, and layers that are all invisible, paint
-    black; keep opacities below 1.0, and one of them above 0.
+    share of 1.0 counts as 0. So black is painted where one layer has the whole share, such as an
+    opaque uppermost one, and where all layers are invisible. An opaque layer below a translucent
+    one is painted as it should be.
 
     Each channel of a pixel becomes the sum of floor(channel * weight / 256) over the layers and the
     old pixel; its top byte becomes 0.
@@ -770,16 +793,19 @@ def rotoscale(
     With an angle of 0 the sides are those of `scale()`. Any other angle, 360 too, scales the
     picture by `xscale` in both directions and turns it about its middle: of `yscale` only the sign
     counts then. (So it is with SDL_gfx 2.0.25; other versions differ.) The sides are even numbers
-    then and leave a blank border; the turned picture can lose its last row or column.
+    then; the turned picture can lose its last row or column. What it does not cover is 0 or, where
+    the Surface has a colour key, the key's colour.
 
-    The copy has 32 bits a pixel (8 for a Surface of 8 bits), no colour key, whatever the Surface
-    has, and not its alpha of the whole.
+    The copy has 32 bits a pixel (8, and its palette, for a Surface of 8 bits), no colour key,
+    whatever the Surface has, and not its alpha of the whole. Of a Surface that has neither 8 nor 32
+    bits it has an alpha channel and red in the lowest byte, and the alpha of the whole has darkened
+    its colours.
 
     Args:
         surface: Of any depth; each side 1 to 32767 pixels, and at most 16383 columns where it has
             neither 8 nor 32 bits a pixel. It is read only.
-        xscale: Factor of the width; a negative one mirrors, but not with 8 bits a pixel.
-        yscale: Factor of the height, when the angle is 0.
+        xscale: Factor of the width; a negative one mirrors, and fails with 8 bits a pixel.
+        yscale: As `xscale`, of the height, when the angle is 0.
         angle: Degrees, counter-clockwise; the fraction is dropped: 45.9 counts as 45.
 
     Returns:
@@ -787,7 +813,8 @@ def rotoscale(
 
     Raises:
         TypeError: "rotoscale() needs a pygame Surface, got int", with the type that came.
-        ValueError: The Surface is of a kind that can not be scaled; the text says why.
+        ValueError: The Surface is of a kind that can not be scaled, or a factor is negative with 8
+            bits a pixel; the text says why.
         RuntimeError: It is the Surface of a display that was closed.
         pygame.error: "Width or height is too large", and what else SDL says when it makes none.
 
@@ -805,20 +832,25 @@ def scale(surface: pygame.Surface, xscale: _Float, yscale: _Float, /) -> pygame.
     """Makes a scaled copy of a Surface, with smoothing.
 
     A side becomes the whole part of side * factor, without its sign, and 1 at least. The copy has
-    32 bits a pixel (8 for a Surface of 8 bits). A colour key comes along as it is, though smoothing
-    makes new colours along its edges; the alpha of the whole does not.
+    32 bits a pixel (8, and its palette, for a Surface of 8 bits). A colour key comes along as it
+    is, though smoothing makes new colours along its edges; the alpha of the whole does not.
+
+    Of a Surface that has neither 8 nor 32 bits the copy has an alpha channel and red in the lowest
+    byte. Pixels in the key's colour are transparent in it, the number of the key stands for another
+    colour, and the alpha of the whole has darkened its colours: convert such a Surface before.
 
     Args:
         surface: Of any depth; each side 1 to 32767 pixels. It is read only.
-        xscale: Factor of the width; a negative one mirrors, but not with 8 bits a pixel.
-        yscale: Factor of the height.
+        xscale: Factor of the width; a negative one mirrors, and fails with 8 bits a pixel.
+        yscale: As `xscale`, of the height.
 
     Returns:
         A new Surface.
 
     Raises:
         TypeError: "scale() needs a pygame Surface, got int", with the type that came.
-        ValueError: The Surface is of a kind that can not be scaled; the text says why.
+        ValueError: The Surface is of a kind that can not be scaled, or a factor is negative with 8
+            bits a pixel; the text says why.
         RuntimeError: It is the Surface of a display that was closed.
         SystemError: SDL refuses the size.
 
@@ -923,13 +955,13 @@ def part_type_create(*ignored: object) -> particle_type_handle:
 
     Its particles are opaque, live for 30 steps, have the size 1.0 and both scales 1.0, and neither
     move, turn nor change. All three colours are the display's white: 0xFFFFFF with 32 bits a pixel,
-    and before `set_SDL_screen()`. It is drawn with blend mode 0. It has no shape yet: a particle
-    can be stepped, and drawn once `part_type_shape()` has set one.
+    and before `set_SDL_screen()`. On a display of another depth it is another number, which tints:
+    set 0xFFFFFF with `part_type_color3()` there. They are drawn with blend mode 0. There is no
+    shape yet: a particle can be stepped, and drawn once `part_type_shape()` has set one.
 
-    A particle takes its place in these ranges, its life, speed, direction and colours, when it is
-    made: later changes of them reach new particles alone. Shape, blend mode, scales, alphas, and
-    what sizes and orientations grow, wiggle and are held by, are read at each step and at each
-    drawing.
+    A particle's size, life, speed, direction, orientation and colours are chosen when it is made:
+    later changes of them reach new particles alone. Shape, blend mode, scales, alphas, and what
+    sizes and orientations grow, wiggle and are held by, are read at each step and at each drawing.
 
     A type keeps the pictures that its particles were drawn with, under their size, colour, alpha
     and angle. Changes of shape or blend mode do not empty that cache: call
@@ -957,10 +989,17 @@ def part_type_shape(
     that are drawn from it directly, and not in pictures that the type has kept. A white shape takes
     the particles' colours best.
 
+    Other depths have their limits, which show when a particle is drawn. None of them is added as it
+    is: white, opaque and of natural size. A shape of 8 bits that is scaled is neither tinted, nor
+    added at full alpha, nor faded with blend mode 0. One of 15, 16 or 24 bits gets an alpha channel
+    and red in the lowest byte when it is scaled, so that adding it at full alpha exchanges red and
+    blue.
+
     Args:
         particle_type: The type.
-        surface: Exactly a pygame Surface, not of a type derived from it. Any depth is taken;
-            particles that are tinted, faded or added need 32 bits a pixel.
+        surface: Exactly a pygame Surface, not of a type derived from it. Any depth is taken; with
+            32 bits a pixel and an alpha channel, in the display's order of colours, every kind of
+            drawing works.
 
     Raises:
         SystemError: `surface` is no such Surface, or the first argument no particle type. The type
@@ -1035,7 +1074,7 @@ def part_type_size(
     A new particle has a size between `min` and `max`. In each step it gets a random number between
     -w and w with w = wiggle * (max - min), then incr * (max - min); then it is held between `min`
     and `max`. So where `min` equals `max` no particle changes its size, whatever `incr` and
-    `wiggle` are.
+    `wiggle` are. As long as w is not 0, a particle of natural size is drawn as a scaled one.
 
     Args:
         particle_type: The type.
@@ -1363,10 +1402,11 @@ def part_type_alpha3(
     """Sets the alpha of a type's particles at birth, half life and death.
 
     Between them the alpha changes evenly with each step. With blend mode 0 a picture that is scaled
-    gets less alpha. One of the shape's natural size is faded in the display's format, which has no
-    alpha channel as a rule: there it is drawn opaque, and without its own transparency. Give a type
-    that is to fade a scale other than 1. With any other blend mode fading makes a picture darker,
-    of any size.
+    gets less alpha, when the shape has an alpha channel; without one it is drawn opaque. One of the
+    shape's natural size is faded in the display's format, which has no alpha channel as a rule:
+    there it is drawn opaque, and without its own transparency. Give a type that is to fade a shape
+    with an alpha channel and a scale other than 1. With any other blend mode fading makes a picture
+    darker, of any size.
 
     Args:
         particle_type: The type.
@@ -1395,7 +1435,8 @@ def part_type_blend(particle_type: particle_type_handle | GMVar, blend: _Float, 
     black. Any other number is drawn as 0, with a line at each drawing.
 
     With any number but 0 a picture that touches or crosses the right edge of the display is not
-    drawn. An added picture that crosses the upper edge is moved down to the first row.
+    drawn. An added picture that crosses the upper edge is moved down to the first row; one that
+    crosses the left or the lower edge is cut off there, and a clip rectangle does not count.
 
     Args:
         particle_type: The type.
@@ -1569,16 +1610,16 @@ def CParticle_dec_ttl_and_render(
 ) -> int:
     """Moves a particle by one step and draws it on the display.
 
-    The step is that of `CParticle_step()`. A particle with no step left is not drawn. The picture's
-    middle is at trunc(place + offset). At birth, half life and death it has the type's first,
-    second and third alpha and its own first, second and third colour, and between them what lies
-    between.
+    The step is that of `CParticle_step()`; it is made also where the drawing then raises. A
+    particle with no step left is not drawn. Column width // 2 and row height // 2 of the picture
+    come to trunc(place + offset). At birth, half life and death it has the type's first, second and
+    third alpha and its own first, second and third colour, and between them what lies between.
 
-    Pictures that are scaled, tinted or faded are kept by the type. A kept picture is drawn again as
-    it is, so what decides it, the size above all, should take few values. The cache of scaled
-    pictures is emptied when one more is to be kept and there are more than 100; others are kept
-    until `CParticle_type_cache_clear()`. A tinted, opaque one of natural size is drawn twice when
-    it is made.
+    Pictures that are scaled, tinted or faded are kept in one cache of the type. A kept picture is
+    drawn again as it is, so what decides it, the size above all, should take few values. Where one
+    more scaled picture is to be kept and the cache has more than 100 of any kind, it is emptied
+    before; otherwise only `CParticle_type_cache_clear()` empties it. A tinted, opaque picture of
+    natural size is drawn twice when it is made, and so adds twice in that frame.
 
     Args:
         particle: The particle.
@@ -1592,8 +1633,7 @@ def CParticle_dec_ttl_and_render(
         TypeError: The first argument is no particle, or its type's shape no pygame Surface.
         RuntimeError: There is no display, or the shape is that of one that was closed.
         ValueError: A picture that has to be tinted, faded or added, or the display that it is added
-            to, has no 32 bits a pixel, or the shape can not be scaled or turned. The step was made
-            all the same.
+            to, has no 32 bits a pixel, or the shape can not be scaled or turned.
 
     Writes:
         "Error: Unexpected additive blend mode 7": on standard output, at each drawing with a blend

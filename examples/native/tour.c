@@ -217,8 +217,8 @@ static PyObject* pixels(PyObject* self, PyObject* unused) {
 
 /* ---- Sprite scale cache -------------------------------------------------------------------- */
 
-/* sprite_scale_cache(sprite, key): the sprite's first subimage in 8 x 8 pixels, half opaque, which
- * sprite.scalecache[key] holds from then on. */
+/* sprite_scale_cache(sprite, key): the sprite's first subimage in 8 x 8 pixels, drawn half opaque
+ * on black, which sprite.scalecache[key] holds from then on. */
 static PyObject* sprite_scale_cache(PyObject* self, PyObject* args) {
     PyObject *sprite, *key, *picture;
     (void)self;
