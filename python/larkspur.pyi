@@ -2725,8 +2725,9 @@ class Floatlist8:
     writes `view_xview` and `view_yview` of views that follow an object.
 
     **A fresh list holds zeros.** In `view_object` that is the game's first object: view 0 to 7 of a
-    fresh room follow it until every element is set to -1. And a view that is drawn needs its width
-    and height in `view_wview` and `view_hview`, `view_wport` and `view_hport`.
+    fresh room follow it until every element is set to -1. A view that is drawn needs its size in
+    `view_wview` and `view_hview`, and, unless it is drawn one to one, in `view_wport` and
+    `view_hport`, too.
 
     **Elements.** It has a length of 8 and elements 0 to 7 (-8 to -1 from the end), each a double;
     assigning takes whatever `float()` takes. It can be iterated, so `list()`, `sum()`, `max()` and

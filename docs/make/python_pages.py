@@ -44,7 +44,12 @@ def _table(heads, rows):
 
 
 def _example(session):
-    return "```pycon\n%s\n```\n\n" % session
+    """A session, with the sentences in it as text between blocks of code."""
+    parts = session.split("\n\n")
+    return "".join(
+        "```pycon\n%s\n```\n\n" % part if part.startswith(">>>") else part + "\n\n"
+        for part in parts
+    )
 
 
 def _arguments(entry, content):
