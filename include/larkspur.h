@@ -193,7 +193,8 @@ struct particle_type_record {
     float size_min;                    /* size: a factor of the shape's size, and its bounds */
     float size_max;
     float size_range;  /* size_max - size_min */
-    float size_incr;   /* added to the size per step, in units of the size */
+    float size_incr;   /* added to the size per step: the share that part_type_size() was given
+                          times size_range */
     float size_wiggle; /* amplitude of the random part per step, likewise */
     float xscale;      /* factors of the drawn width and height */
     float yscale;

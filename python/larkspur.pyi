@@ -799,8 +799,9 @@ def rotoscale(
     then; the turned picture can lose its last row or column. What it does not cover is 0 or, where
     the Surface has a colour key, the key's colour.
 
-    The copy has 32 bits a pixel (8, and its palette, for a Surface of 8 bits), no colour key,
-    whatever the Surface has, and not its alpha of the whole. Of a Surface that has neither 8 nor 32
+    The alpha of single pixels is kept; of an opaque Surface what is not covered is opaque, too. The
+    copy has 32 bits a pixel (8, and its palette, for a Surface of 8 bits), no colour key, whatever
+    the Surface has, and not its alpha of the whole. Of a Surface that has neither 8 nor 32
     bits it has an alpha channel and red in the lowest byte, and the alpha of the whole has darkened
     its colours.
 
@@ -3735,7 +3736,8 @@ class GMVar:
     variable for sure. `repr()` shows the address, not the value. A variable can't be iterated and
     has no `in`, whatever it holds. Pickling and the module `copy` get hold of the value and lose
     the rest of the table. Protocols 0 and 1 raise TypeError for values of the interpreter's own
-    types, such as ints, texts and lists, and all protocols do for None. Pickle the cells instead.
+    types, such as ints, texts and lists, and all protocols do for None. Pickle the cells instead:
+    as many as the engine knows of, for `len()` gives only the product of columns and rows.
     The type itself is called `py_larkspur.GMVar`, and can't be subclassed or pickled; variables
     take no weak references.
 

@@ -1,11 +1,15 @@
 """The reference of the module's functions and types, from python/larkspur.pyi."""
 
+import os
 import re
+import textwrap
 
 import stub
 
 FUNCTIONS = "functions.md"
 TYPES = "types.md"
+PIXELS = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "pixels.md")
+SIGNATURE_WIDTH = 90
 
 BEFORE_EXAMPLES = """\
 The examples of this page run one after the other, as in one session. It begins with an engine that
@@ -23,6 +27,11 @@ stand together in a table further down, and each method has a heading of its own
 def _joined(text):
     """A text in one line, fit for a table's cell."""
     return " ".join(text.split()).replace("|", "\\|")
+
+
+def _shown_type(text):
+    """A type without what holds for all: a variable may stand for a number or a particle type."""
+    return text.replace(" | GMVar", "")
 
 
 def _code(text):
@@ -56,11 +65,20 @@ def _arguments(entry, content):
     types = {one["name"]: one for one in entry.get("parameters", [])}
     rows = []
     for name, text in content:
+        if name == "ignored":
+            continue  # the signature says it
         one = types.get(name, {"type": "", "default": ""})
         default = _code(one["default"]) if one["default"] else ""
         rows.append(
-            ["`%s`" % name, _code(one["type"]) if one["type"] else "", default, _joined(text)]
+            [
+                "`%s`" % name,
+                _code(_shown_type(one["type"])) if one["type"] else "",
+                default,
+                _joined(text),
+            ]
         )
+    if not rows:
+        return ""
     heads = ["argument", "type", "default", "meaning"]
     shown = [i for i in range(len(heads)) if any(row[i] for row in rows)]
     return _table([heads[i] for i in shown], [[row[i] for i in shown] for row in rows])
@@ -91,10 +109,32 @@ def _doc(entry):
     return text + "".join(_section(entry, *section) for section in doc["sections"])
 
 
-def _function(entry, mark, inside=""):
+def _signature(text):
+    """A signature in lines that fit on a page."""
+    return textwrap.fill(
+        _shown_type(text),
+        SIGNATURE_WIDTH,
+        subsequent_indent="    ",
+        break_long_words=False,
+        break_on_hyphens=False,
+    )
+
+
+def _pixel_headings():
+    """From a function's name to the heading of pixels.md that has it."""
+    with open(PIXELS) as page:
+        headings = re.findall(r"^##+ (.*)$", page.read(), re.MULTILINE)
+    return {name: heading for heading in headings for name in re.split(r", | and ", heading)}
+
+
+def _function(entry, mark, inside="", headings=()):
     name = inside + entry["name"]
-    signatures = "\n".join(entry["signatures"])
-    return "%s `%s`\n\n```py\n%s\n```\n\n%s" % (mark, name, signatures, _doc(entry))
+    signatures = "\n".join(_signature(signature) for signature in entry["signatures"])
+    text = "%s `%s`\n\n```py\n%s\n```\n\n" % (mark, name, signatures)
+    if entry["name"] in headings:
+        heading = headings[entry["name"]]
+        text += "[Exactly, with pictures](../pixels.md%s)\n\n" % _anchor(heading)
+    return text + _doc(entry)
 
 
 def _grouped(entries):
@@ -125,13 +165,14 @@ def functions_page(entries):
     variables = [entry for entry in entries if entry["kind"] == "variable"]
     text = ["# Functions\n\n", module["summary"] + "\n\n", module["text"] + "\n\n", _index(shown)]
     text += ["## Before the examples\n\n", _setup(entries)]
+    headings = _pixel_headings()
     for variable in variables:
         text += ["## `%s`\n\n" % variable["name"], _doc(variable)]
     for group, members in _grouped(shown):
         text.append("## %s\n\n" % (group or "Handles"))
         for entry in members:
             if entry["kind"] == "function":
-                text.append(_function(entry, "###"))
+                text.append(_function(entry, "###", headings=headings))
             else:
                 text.append("### `%s`\n\n%s" % (entry["name"], _doc(entry)))
     return _ended(text)

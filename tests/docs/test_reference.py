@@ -17,6 +17,7 @@ def check(tree):
 def tree(tmpdir):
     for name in SOURCES:
         shutil.copytree(os.path.join(documents.TREE, name), str(tmpdir.join(name)))
+    shutil.copy(os.path.join(documents.DOCS, "pixels.md"), str(tmpdir.join("docs")))
     return tmpdir
 
 
