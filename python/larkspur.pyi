@@ -363,8 +363,9 @@ def fill_translucent(
         y1: Top row.
         x2: Right column, not painted.
         y2: Bottom row, painted.
-        colour: A pixel value, without the alpha bits: what `Surface.map_rgb()` gives for a Surface
-            with alpha is too large for an int32, so take `& 0xFFFFFF` of it.
+        colour: A pixel value; its alpha bits do not count. What `Surface.map_rgb()` gives for a
+            Surface with alpha is negative in pygame 1.9.6 and too large for an int32 in others, so
+            take `& 0xFFFFFF` of it.
         alpha: 0 to 255; of other numbers the low byte counts.
 
     Raises:
@@ -838,7 +839,8 @@ def scale(surface: pygame.Surface, xscale: _Float, yscale: _Float, /) -> pygame.
     A side becomes floor(side * factor + 0.5), with the factor taken without its sign, and 1 at
     least. The alpha of single pixels is kept, and smoothed like a colour. The copy has 32 bits a
     pixel (8, and its palette, for a Surface of 8 bits). A colour key comes along as it is, though
-    smoothing makes new colours along its edges; the alpha of the whole does not.
+    smoothing makes new colours along its edges, which show as a fringe: convert such a picture with
+    `convert_alpha()` before. The alpha of the whole does not come along.
 
     Of a Surface that has neither 8 nor 32 bits the copy has an alpha channel and red in the lowest
     byte. Pixels in the key's colour are transparent in it, the number of the key stands for another
@@ -1201,7 +1203,8 @@ def part_type_life(
     """Sets how many steps a type's particles live.
 
     A new particle has trunc(min + r * (max - min)) steps to live, with r a random number from 0 up
-    to but not including 1.
+    to but not including 1. One with n steps shows in n - 1 frames: it is moved before it is drawn,
+    and with none left it is not drawn.
 
     Args:
         particle_type: The type.
@@ -1739,7 +1742,7 @@ class GMRoom:
 
     **Pickling.** A room's pickled state is a tuple of 78 pairs (name, value), one for each member.
     Pickling works with every protocol as far as the values can be pickled. Code objects and
-    Surfaces can't (with protocol 2 a Surface comes back, but without its pixels), so set
+    Surfaces can't (with protocol 2 a Surface comes back as one that raises at every use), so set
     `creation_code_compiled`, `cached_bg` and `cached_bg_scaled` to None before. A copy by
     `copy.copy()` has the very same objects in its members; it is in no list.
 
@@ -3535,7 +3538,7 @@ class InstanceList(list[Any]):
         >>> [instance.id for instance in found]
         [100002, 100001]
 
-        A list from ids:
+        A list from ids, where every item is an id (an instance would be held once too often):
 
         >>> ids = [100001, larkspur.GMVar(100002)]
         >>> found = larkspur.InstanceList(ids)
@@ -3712,8 +3715,9 @@ class GMVar:
     factors go through `float()`, so a text of a number can be multiplied and any other text can't.
     Two ints are divided as Python 2 does, to an int. There is no `**`, `//`, `<<`, `>>`, `~` or
     `divmod()`, `oct()` or `hex()`, no division after `from __future__ import division`, and a
-    variable is no index of a list or text: take `int(v)`. `long()`, `range()`, `math.sqrt()` and
-    `"%d"` take a variable as it is.
+    variable is no index of a list or text nor a bound of a slice: take `int(v)`. `long()`,
+    `range()`, `math.sqrt()` and `"%d"` take a variable as it is; `str.format()` with a format code,
+    as in `"{0:d}"`, does not: give it `v[0]`.
 
     `v += x` changes the variable: it stays the same object, and all its names see the new value.
     **All other assignments with an operator rebind the name to a plain value**: after `v -= 1` it
