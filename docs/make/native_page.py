@@ -37,7 +37,8 @@ Compile with the folder that `larkspur_check` prints:
 
 ```console
 $ cc -shared -fPIC -I "$(python2.7 -m larkspur_check --include)" \\
-    $(python2.7-config --includes) -o sparks.so sparks.c
+    -I "$(python2.7 -c 'from distutils import sysconfig; print(sysconfig.get_python_inc())')" \\
+    -o sparks.so sparks.c
 ```
 
 There are two ways to reach the names. `examples/native/sparks.c` looks up each with `dlsym` in the

@@ -35,7 +35,8 @@ def _shown_type(text):
 
 
 def _code(text):
-    return "`%s`" % text.replace("|", "\\|")
+    """Types, or a default. A bar would end a table's cell."""
+    return " or ".join("`%s`" % one for one in text.split(" | "))
 
 
 def _anchor(heading):
@@ -152,7 +153,7 @@ def _index(entries):
         [_link("`%s`" % entry["name"], entry["name"]), _joined(entry["doc"]["summary"])]
         for entry in entries
     ]
-    return _table(["name", ""], rows)
+    return _table(["name", "what it is"], rows)
 
 
 def _setup(entries):

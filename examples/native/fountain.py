@@ -2,7 +2,8 @@
 """Shows the fountain of sparks that sparks.c draws.
 
 Needs the built modules larkspur and sparks on PYTHONPATH: the build puts them into its top folder
-and into examples/native. Without a display it runs as fast as it can; --picture saves frame 30.
+and into examples/native. Without a display it runs as fast as it can; --picture saves frame 30, or
+the last one where there are fewer.
 """
 
 from __future__ import print_function
@@ -61,7 +62,7 @@ def main():
             sparks.light(ember, WIDTH / 2.0, HEIGHT - 40.0, SPARKS_PER_BURST)
         burning = sparks.frame(0, 0)
         most = max(most, burning)
-        if options.picture and frame == PICTURE_FRAME:
+        if options.picture and frame == min(PICTURE_FRAME, options.frames - 1):
             pygame.image.save(screen, options.picture)
         pygame.display.flip()
         if not headless:

@@ -77,16 +77,12 @@ def test_excerpts_are_in_the_script(number):
 
 @pytest.mark.parametrize("number", range(1, 7))
 def test_page_shows_what_is_new_in_the_script(number):
-    """Every line that a step adds to the one before stands in an excerpt, but for imports, the
-    script's first lines and lines that are moved."""
+    """Every line that a step adds to the one before stands in an excerpt, but for the script's
+    first lines and lines that are moved."""
     before = source(number - 1).splitlines() if number > 1 else []
     added = [line for line in source(number).splitlines() if line not in before]
     shown = "".join(block.text for block in blocks(number, "py")).splitlines()
-    missing = [
-        line
-        for line in added
-        if line not in shown and not re.match(r'(#!|"""|import |from |GROUND = )', line)
-    ]
+    missing = [line for line in added if line not in shown and not re.match(r'(#!|""")', line)]
     assert [line for line in missing if line] == []
 
 
