@@ -1,7 +1,7 @@
 #!/usr/bin/env python2.7
 """Step 1: a window, and an empty room in it."""
 
-import common  # comes first: it finds the engine
+import common  # comes before gm6: it finds the engine
 import gm6
 import gmapi
 import pygame
