@@ -52,8 +52,8 @@ but `blend`, `debug` and `dump` are then also what other libraries may find unde
 LOOKING_UP = """\
 ## Looking the names up
 
-The parts of `sparks.c` that find larkspur's functions, and the loop of a frame over particles whose
-handles it holds:
+How `sparks.c` finds larkspur's functions, and its loop of a frame over particles whose handles it
+holds:
 
 """
 
@@ -107,11 +107,6 @@ def sections():
                 section.prose.append(_comment_text(comment))
         found.append(section)
     return found
-
-
-def names():
-    """All names that the header declares, in its order."""
-    return [name for section in sections() for item in section.items for name in item.names]
 
 
 def examples():

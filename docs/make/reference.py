@@ -43,16 +43,12 @@ def main():
     )
     parser.add_argument("--check", action="store_true", help="change nothing")
     options = parser.parse_args()
-    stale = [
-        name
-        for name, text in sorted(pages().items())
-        if read(os.path.join(REFERENCE, name)) != text
-    ]
+    made = pages()
+    stale = [name for name in sorted(made) if read(os.path.join(REFERENCE, name)) != made[name]]
     if options.check:
         for name in stale:
             print("docs/reference/%s is not current: run script/docs" % name)
         sys.exit(1 if stale else 0)
-    made = pages()
     for name in stale:
         with open(os.path.join(REFERENCE, name), "w") as page:
             page.write(made[name])
