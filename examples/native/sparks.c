@@ -131,11 +131,17 @@ static PyObject* sparks_light(PyObject* self, PyObject* args) {
 }
 
 static PyObject* sparks_frame(PyObject* self, PyObject* args) {
+    static int running;
     int x_offset, y_offset, i, burning = 0;
     (void)self;
     if (!PyArg_ParseTuple(args, "ii:frame", &x_offset, &y_offset)) {
         return NULL;
     }
+    if (running) { /* drawing can run Python code, and that must drop no spark that is drawn */
+        PyErr_SetString(PyExc_RuntimeError, "sparks.frame() is running");
+        return NULL;
+    }
+    running = 1;
     for (i = 0; i < spark_count; ++i) {
         struct particle_record* spark = PyCObject_AsVoidPtr(sparks[i]);
         spark->vy += FALL_PER_STEP;
@@ -148,6 +154,7 @@ static PyObject* sparks_frame(PyObject* self, PyObject* args) {
         }
     }
     spark_count = burning;
+    running = 0;
     return PyInt_FromLong(burning);
 }
 

@@ -1,5 +1,6 @@
 """The example of a native caller, run as its users run it."""
 
+import ctypes
 import imp
 import os
 import subprocess
@@ -9,7 +10,7 @@ import larkspur
 import numpy
 import pygame
 import pytest
-from support import leaks
+from support import leaks, particles
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 BUILD = os.environ.get("LARKSPUR_BUILD_DIR", "")
@@ -51,6 +52,68 @@ def test_the_stamped_picture_glows_at_the_bottom(picture):
 
 def test_no_frames_at_all_is_no_trouble():
     assert "at most 20 sparks" in run("--frames", "1")
+
+
+class Key(object):
+    """Found where a key of a picture is looked up, as it has the same hash; then it acts."""
+
+    def __init__(self, key, act):
+        self._hash, self._act = hash(key), act
+
+    def __hash__(self):
+        return self._hash
+
+    def __eq__(self, other):
+        self._act()
+        return False
+
+
+@pytest.fixture
+def burning(display, monkeypatch):
+    """burning(): the module, with three sparks lit and drawn once, by the same random numbers each
+    time, and the cache of pictures of their type."""
+    sparks = imp.load_dynamic("sparks", os.path.join(BUILD, "examples", "native", "sparks.so"))
+    types, create = [], larkspur.part_type_create
+
+    def part_type_create():
+        types.append(create())
+        return types[-1]
+
+    monkeypatch.setattr(larkspur, "part_type_create", part_type_create)
+
+    def light():
+        ctypes.CDLL(None).srand48(1)
+        sparks.light(pygame.Surface((4, 4), pygame.SRCALPHA, 32), 20, 20, 3)
+        assert sparks.frame(0, 0) == 3
+        return sparks, particles.cache_of(types[-1])
+
+    return light
+
+
+def burn_out(sparks):
+    while sparks.frame(0, 0):
+        pass
+
+
+def test_a_frame_within_a_frame_is_refused(burning):
+    refused = []
+
+    def draw_again():
+        with pytest.raises(RuntimeError, match=r"sparks.frame\(\) is running"):
+            sparks.frame(0, 0)
+        refused.append(True)
+
+    sparks, cache = burning()
+    first = set(cache)
+    sparks.frame(0, 0)
+    second = set(cache) - first
+    burn_out(sparks)
+    sparks, cache = burning()
+    cache.update((Key(key, draw_again), None) for key in second)
+    assert sparks.frame(0, 0) == 3
+    assert refused
+    cache.clear()
+    burn_out(sparks)
 
 
 def test_a_stamp_is_made_once_and_then_found(display):

@@ -193,12 +193,14 @@ def draw_tiles(room, surface):
 
     As with backgrounds, the view's corner is the surface's.
     """
+    backgrounds = gm6.game.backgrounds
+    width, height = view.clip.size
     for tile in room.tiles:
         left, top = _from_corner(tile.x, tile.y)
         right, bottom = _from_corner(tile.x + tile.w, tile.y + tile.h)
-        if not (0 < right > left < view.clip.width and 0 < bottom > top < view.clip.height):
+        if not (0 < right > left < width and 0 < bottom > top < height):
             continue
-        background = gm6.game.backgrounds[tile.background_idx]
+        background = backgrounds[tile.background_idx]
         area = tile.tilex, tile.tiley, tile.w, tile.h
         if (right - left, bottom - top) == (tile.w, tile.h):
             surface.blit(background.surf, (left, top), area)
