@@ -15,10 +15,12 @@ import pygame
 import pytest
 from support import documents
 
+sys.path.insert(0, os.path.join(documents.DOCS, "make"))
+import native_page
+
 PAGE = "pixels.md"
 PICTURES = os.path.join(documents.DOCS, "pictures")
 PROGRAM = os.path.join(documents.DOCS, "make", "pixel_pictures.py")
-HEADER = os.path.join(documents.TREE, "include", "larkspur.h")
 MOST_BYTES = 20000
 
 # The beginnings of the names of functions that do something else than change or make pixels.
@@ -68,13 +70,13 @@ def functions_without_picture(text, names):
 
 def native_functions(*subjects):
     """The functions that the public header declares under the named subjects."""
-    with open(HEADER) as text:
-        parts = re.split(r"^/\* -+ (.*?) -+ \*/$", text.read(), flags=re.MULTILINE)
-    contents = dict(zip(parts[1::2], parts[2::2]))
+    items = {section.title: section.items for section in native_page.sections()}
     return [
         name
         for subject in subjects
-        for name in re.findall(r"^LARKSPUR_EXPORT [^;(]*?(\w+)\(", contents[subject], re.MULTILINE)
+        for item in items[subject]
+        for name in item.names
+        if re.search(r"\b%s\(" % name, item.code)
     ]
 
 

@@ -1,5 +1,7 @@
 """All code on the manual's pages runs as it stands there."""
 
+import re
+
 import pytest
 from support import documents, subprocess_python
 
@@ -23,6 +25,24 @@ PAGES_WITH_CODE = [
         block.language in ("python", "pycon") for block in documents.blocks(documents.read(page))
     )
 ]
+
+
+# Pages with excerpts and signatures, which other tests compare with their sources.
+WITH_EXCERPTS = {"tutorial.md", "reference/functions.md", "reference/types.md"}
+NEVER_RUN = {"c", "console", "text"}
+
+
+def test_pages_with_code_are_found():
+    assert {"embedding.md", "pixels.md", "reference/types.md"} <= set(PAGES_WITH_CODE)
+
+
+@pytest.mark.parametrize("page", documents.pages())
+def test_no_code_of_a_page_is_passed_over(page):
+    text = documents.read(page)
+    blocks = documents.blocks(text)
+    assert len(blocks) * 2 == len(re.findall(r"^ *```", text, re.MULTILINE))
+    known = {"python", "pycon"} | NEVER_RUN | ({"py"} if page in WITH_EXCERPTS else set())
+    assert {block.language for block in blocks} <= known
 
 
 @pytest.mark.parametrize("page", PAGES_WITH_CODE)

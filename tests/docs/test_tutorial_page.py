@@ -1,5 +1,6 @@
 """The tutorial's page fits its scripts: excerpts, pictures, and what goes wrong where."""
 
+import imp
 import os
 import re
 import shutil
@@ -67,6 +68,12 @@ def test_page_tells_of_every_step_in_order():
         assert "(pictures/tutorial-%d.png)" % number in section(number)
         for heading in ("**What larkspur does.**", "**Try.**", "**When it is wrong.**"):
             assert section(number).count(heading) == 1
+
+
+def test_page_names_each_step_with_its_frames():
+    tutorial = imp.load_source("make_tutorial", MAKER)
+    rows = re.findall(r"^\| \[\d\]\(#.*?\) \| `(.*?)` \| (\d+) \|", PAGE, re.MULTILINE)
+    assert [(script, int(frames)) for script, frames in rows] == list(tutorial.STEPS)
 
 
 @pytest.mark.parametrize("number", range(1, 7))
